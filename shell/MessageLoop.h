@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+namespace velmora {
+
+/// Time, and the events that are served while it passes. Playing knows no other clock.
+class MessageLoop {
+public:
+    virtual ~MessageLoop() = default;
+
+    /// Seconds on a steady clock.
+    [[nodiscard]] virtual double now() const = 0;
+    /// Serves what is pending and returns at once.
+    virtual void yieldIfInput() = 0;
+    /// Serves events until now() reaches @p moment; at once if it has passed.
+    virtual void serveUntil(double moment) = 0;
+    /// Lets @p seconds pass without serving anything.
+    virtual void block(double seconds) = 0;
+};
+
+} // namespace velmora
