@@ -12,7 +12,9 @@ std::size_t cellCount(int positions) {
 } // namespace
 
 ChannelGrid::ChannelGrid(int positions, std::int16_t fill)
-    : positions_(std::max(positions, 0)), fill_(fill), cells_(cellCount(positions_), fill) {}
+    : positions_(std::max(positions, 0))
+    , fill_(fill)
+    , cells_(cellCount(positions_), fill) {}
 
 std::span<std::int16_t> ChannelGrid::row(int channel) {
     if (!contains(channel, 0))

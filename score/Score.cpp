@@ -6,15 +6,25 @@
 namespace velmora {
 
 Score::Score(int numNotes)
-    : NumNotes(std::max(numNotes, 0)), NoteCell(NumNotes + 1, kEmptyCell), NoteInstrument(NumNotes + 1, 0),
-      Polyphonics(NumNotes + 1, 0), Volume(NumNotes + 1, kClearedVolume),
-      Modulation_Change(NumNotes + 1, kClearedEffect), Pan_Change(NumNotes + 1, kClearedPan),
-      Reverb_Change(NumNotes + 1, kClearedEffect), Chorus_Change(NumNotes + 1, kClearedEffect),
-      ClipNoteCell(NumNotes + 1, kEmptyCell), ClipNoteInstrument(NumNotes + 1, 0),
-      ClipPolyphonics(NumNotes + 1, 0), ClipVolume(NumNotes + 1, kClearedVolume),
-      ClipModulation(NumNotes + 1, kClearedEffect), ClipPan(NumNotes + 1, kClearedPan),
-      ClipReverb(NumNotes + 1, kClearedEffect), ClipChorus(NumNotes + 1, kClearedEffect),
-      displayGrid(NumNotes + 1, 0), displayFlags(static_cast<std::size_t>(NumNotes) + 1) {
+    : NumNotes(std::max(numNotes, 0))
+    , NoteCell(NumNotes + 1, kEmptyCell)
+    , NoteInstrument(NumNotes + 1, 0)
+    , Polyphonics(NumNotes + 1, 0)
+    , Volume(NumNotes + 1, kClearedVolume)
+    , Modulation_Change(NumNotes + 1, kClearedEffect)
+    , Pan_Change(NumNotes + 1, kClearedPan)
+    , Reverb_Change(NumNotes + 1, kClearedEffect)
+    , Chorus_Change(NumNotes + 1, kClearedEffect)
+    , ClipNoteCell(NumNotes + 1, kEmptyCell)
+    , ClipNoteInstrument(NumNotes + 1, 0)
+    , ClipPolyphonics(NumNotes + 1, 0)
+    , ClipVolume(NumNotes + 1, kClearedVolume)
+    , ClipModulation(NumNotes + 1, kClearedEffect)
+    , ClipPan(NumNotes + 1, kClearedPan)
+    , ClipReverb(NumNotes + 1, kClearedEffect)
+    , ClipChorus(NumNotes + 1, kClearedEffect)
+    , displayGrid(NumNotes + 1, 0)
+    , displayFlags(static_cast<std::size_t>(NumNotes) + 1) {
     std::fill_n(ChannelVelocity.begin(), 12, std::int16_t{127});
     PlayedCell.fill(kEmptyCell);
     PlayedInstrument.fill(-1);
@@ -87,9 +97,9 @@ void Score::FindEndOfSong() {
 void Score::resizeNotes(int numNotes) {
     NumNotes = std::max(numNotes, 0);
     // The copy buffers of volume and of the four effects keep their old size; that is meant.
-    for (ChannelGrid* grid : {&NoteCell, &NoteInstrument, &ClipNoteCell, &ClipNoteInstrument, &Volume, &Polyphonics,
-                              &ClipPolyphonics, &Modulation_Change, &Pan_Change, &Reverb_Change, &Chorus_Change,
-                              &displayGrid})
+    for (ChannelGrid* grid :
+         {&NoteCell, &NoteInstrument, &ClipNoteCell, &ClipNoteInstrument, &Volume, &Polyphonics,
+          &ClipPolyphonics, &Modulation_Change, &Pan_Change, &Reverb_Change, &Chorus_Change, &displayGrid})
         grid->resize(NumNotes + 1);
     displayFlags.resize(static_cast<std::size_t>(NumNotes) + 1);
 }
@@ -108,7 +118,8 @@ std::string noteCountText(int songEnd) {
 
 const std::array<std::string, 128>& NoteNames() {
     static const auto names = [] {
-        constexpr std::array<const char*, 12> kSemitones{"C", "C#", "D", "Eb", "E", "F", "F#", "G", "Ab", "A", "Bb", "B"};
+        constexpr std::array<const char*, 12> kSemitones{"C",  "C#", "D",  "Eb", "E",  "F",
+                                                         "F#", "G",  "Ab", "A",  "Bb", "B"};
         std::array<std::string, 128> byRow;
         for (int note = 0; note < 128; ++note)
             byRow[static_cast<std::size_t>(rowToNote(note))] =

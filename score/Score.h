@@ -18,15 +18,19 @@ enum class CellClass : std::uint8_t { Empty, Head, Continuation };
     return cell < 0 ? CellClass::Empty : cell < 1000 ? CellClass::Head : CellClass::Continuation;
 }
 /// The row of a head or continuation.
-[[nodiscard]] constexpr int cellRow(int cell) { return cell % 1000; }
+[[nodiscard]] constexpr int cellRow(int cell) {
+    return cell % 1000;
+}
 /// MIDI note of a melody row and the reverse: row 0 is the highest pitch.
-[[nodiscard]] constexpr int rowToNote(int row) { return 127 - row; }
+[[nodiscard]] constexpr int rowToNote(int row) {
+    return 127 - row;
+}
 
-inline constexpr int kUsedChannels = 13;       ///< channels 0 to 12 hold music, 13 to 15 are spare
-inline constexpr int kMelodyChannels = 8;      ///< channels 0 to 7
-inline constexpr int kFirstPercussion = 8;     ///< 8 and 10 to 12; index 9 stays empty, see `Score`
+inline constexpr int kUsedChannels = 13;         ///< channels 0 to 12 hold music, 13 to 15 are spare
+inline constexpr int kMelodyChannels = 8;        ///< channels 0 to 7
+inline constexpr int kFirstPercussion = 8;       ///< 8 and 10 to 12; index 9 stays empty, see `Score`
 inline constexpr int kFirstPercussionCode = 128; ///< instrument codes from here on name a percussion key
-inline constexpr int kKeyToCode = 93;          ///< percussion instrument code - percussion key
+inline constexpr int kKeyToCode = 93;            ///< percussion instrument code - percussion key
 inline constexpr std::int16_t kEmptyCell = -1;
 
 /// A reset value of one effect array.
@@ -36,10 +40,10 @@ inline constexpr std::int16_t kClearedEffect = 0;
 
 /// The composition: 13 usable channels by `NumNotes` + 1 positions of cells, and what belongs to them.
 ///
-/// A note is a run of cells in one channel: one head and then continuations. Channels 0 to 7 are melody, 8 and
-/// 10 to 12 percussion; index 9 is deliberately left empty, since MIDI channel index 9 is the drum channel.
-/// The five effect arrays hold the value of position p at index p + 1; `Polyphonics` holds the chord type of
-/// melody channel c in row c + 1, at index p.
+/// A note is a run of cells in one channel: one head and then continuations. Channels 0 to 7 are melody, 8
+/// and 10 to 12 percussion; index 9 is deliberately left empty, since MIDI channel index 9 is the drum
+/// channel. The five effect arrays hold the value of position p at index p + 1; `Polyphonics` holds the chord
+/// type of melody channel c in row c + 1, at index p.
 struct Score {
     explicit Score(int numNotes = 1000);
 
@@ -71,22 +75,22 @@ struct Score {
     std::array<bool, 16> ChannelMuted{};              ///< playing and `FindEndOfSong` skip the channel
     std::array<bool, kUsedChannels> ChannelInUse{};   ///< holds notes or is active
     std::array<bool, 16> ChannelShown{};              ///< its button in the channel strip is lit
-    std::array<bool, 16> ChannelIsDrum{};             ///< sounds on MIDI channel index 9 with `ChannelDrumKey`
+    std::array<bool, 16> ChannelIsDrum{}; ///< sounds on MIDI channel index 9 with `ChannelDrumKey`
     std::array<std::int16_t, 16> ChannelDrumKey{};
     std::array<std::int16_t, 16> PlayedCell{};       ///< what playing sent last; -1 before playing
     std::array<std::int16_t, 16> PlayedInstrument{}; ///< likewise
 
-    /// For percussion channel c and positions 0 to 14, [c - 7][p + 1] remembers the instrument: as its code when
-    /// a file is read, as code - 128 when drawn with the mouse (the two differ on purpose).
+    /// For percussion channel c and positions 0 to 14, [c - 7][p + 1] remembers the instrument: as its code
+    /// when a file is read, as code - 128 when drawn with the mouse (the two differ on purpose).
     std::array<std::array<std::int16_t, 16>, 5> BeatMemo{};
 
-    std::int16_t Tempo = 100;           ///< one position lasts 13.8 / `Tempo` seconds
-    int ActiveChannel = 0;              ///< the channel being edited
-    std::int16_t NotesPerMeasure = 16;  ///< columns between measure lines
-    int SongEnd = 0;                    ///< 1 + the last position that sounds, as `FindEndOfSong` found it
-    int TopChannel = 1;                 ///< highest channel that playing visits; only editing raises it
-    int TopMelodyHint = 0;              ///< raised to the active channel by edits of melody
-    int TopDrumHint = 0;                ///< 1, 2, 3, 4 when channel 8, 10, 11, 12 is selected
+    std::int16_t Tempo = 100;          ///< one position lasts 13.8 / `Tempo` seconds
+    int ActiveChannel = 0;             ///< the channel being edited
+    std::int16_t NotesPerMeasure = 16; ///< columns between measure lines
+    int SongEnd = 0;                   ///< 1 + the last position that sounds, as `FindEndOfSong` found it
+    int TopChannel = 1;                ///< highest channel that playing visits; only editing raises it
+    int TopMelodyHint = 0;             ///< raised to the active channel by edits of melody
+    int TopDrumHint = 0;               ///< 1, 2, 3, 4 when channel 8, 10, 11, 12 is selected
 
     std::string currentFile; ///< path of the open score, blank for a new one
 

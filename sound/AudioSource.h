@@ -7,8 +7,8 @@ namespace velmora {
 struct AudioBlock {
     float* samples; ///< 2 * frames values
     int frames;
-    /// The stream is a constant distance behind the steady clock. What was sent at `moment` (steadySeconds) belongs
-    /// to frame 0, what was sent at `moment` + i / sampleRate to frame i.
+    /// The stream is a constant distance behind the steady clock. What was sent at `moment` (steadySeconds)
+    /// belongs to frame 0, what was sent at `moment` + i / sampleRate to frame i.
     double moment;
 };
 

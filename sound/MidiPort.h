@@ -6,7 +6,8 @@
 
 namespace velmora {
 
-/// The one MIDI output that everything sounds through. All calls come from the interface thread and none waits.
+/// The one MIDI output that everything sounds through. All calls come from the interface thread and none
+/// waits.
 class MidiPort {
 public:
     static constexpr int kMapper = -1; ///< the device index of "MIDI Mapper"

@@ -22,14 +22,14 @@ struct PlaybackChannelSetup {
 
 /// What the setup toolbar's fields hold and other rooms read. The window shows this record.
 struct SetupState {
-    bool SetupOpen = false;        ///< the toolbar exists
-    std::array<bool, 8> Ch{};      ///< a chord for the whole melody channel
+    bool SetupOpen = false;          ///< the toolbar exists
+    std::array<bool, 8> Ch{};        ///< a chord for the whole melody channel
     std::array<bool, 16> Chkstrum{}; ///< chords of the channel are strummed
-    int Combo2 = 0;                ///< device list: 0 "MIDI Mapper", then each device
-    int Combo3 = 0;                ///< chord list
-    std::int16_t TxBeats = 16;     ///< "Notes per measure"; `Score::NotesPerMeasure` follows it
-    std::int16_t TxtMeter = 4;     ///< "Beats per measure"
-    std::int16_t NoteX = 4;        ///< "Note Value"
+    int Combo2 = 0;                  ///< device list: 0 "MIDI Mapper", then each device
+    int Combo3 = 0;                  ///< chord list
+    std::int16_t TxBeats = 16;       ///< "Notes per measure"; `Score::NotesPerMeasure` follows it
+    std::int16_t TxtMeter = 4;       ///< "Beats per measure"
+    std::int16_t NoteX = 4;          ///< "Note Value"
     bool ChTreble = true;
     bool ChBass = true;
     std::array<PlaybackChannelSetup, 16> channels;

@@ -1,0 +1,272 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "score/PlaybackEngine.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace velmora {
+
+namespace {
+constexpr double kSongFactor = 0.046;
+constexpr double kSegmentFactor = 0.04; // a marked segment plays 15 percent faster; that is meant
+constexpr float kShortestStep = 0.01F;
+constexpr float kLongestStep = 10;
+} // namespace
+
+PlaybackEngine::PlaybackEngine(Score& score, ViewState& view, PlayState& state, NotePlayer& player,
+                               MidiPort& port, MessageLoop& loop, PlaybackView& window,
+                               RecordingProgress& recording)
+    : score_(score)
+    , view_(view)
+    , state_(state)
+    , player_(player)
+    , port_(port)
+    , loop_(loop)
+    , window_(window)
+    , recording_(recording)
+    , watches_(loop)
+    , PlayStopwatch(watches_.create()) {}
+
+void PlaybackEngine::PlayAndStop_Click(bool stop) {
+    if (!stop && !state_.Playing) {
+        state_.Playing = true;
+        window_.DisableControls();
+        loop_.yieldIfInput();
+        PlaySong2();
+    }
+    window_.EnableControls();
+    state_.Playing = false;
+}
+
+void PlaybackEngine::PlaySegment_Click() {
+    state_.Playing = true;
+    PlaySelection();
+    state_.Playing = false;
+}
+
+void PlaybackEngine::RewindBut_Click() {
+    if (state_.Playing)
+        return;
+    window_.clearMusicBox();
+    view_.ViewFirstColumn = 0;
+    view_.ViewLastColumn = std::min(view_.ViewColumns, score_.NumNotes);
+    view_.PlayMark = 0;
+    window_.DrawNoteArray();
+    window_.followView();
+    loop_.yieldIfInput();
+}
+
+void PlaybackEngine::PlaySong2() {
+    if (!beginSong())
+        return;
+    WalkEnd end = walk();
+    // Coming round is a fresh start each time; a loop, so that a week of it costs no stack.
+    while (end == WalkEnd::ComesRound)
+        end = beginSong() ? walk() : WalkEnd::Stopped;
+    if (end == WalkEnd::Paused)
+        return;
+    finish();
+    view_.SelectStart = view_.SelectEnd = -1;
+    view_.PlayMark = 0;
+    state_.SegmentBase = state_.SegmentEnd = 0;
+    window_.DrawNoteArray();
+    if (state_.RecordAtEnd) {
+        state_.RecordAtEnd = false;
+        recording_.stopRecording();
+    }
+    window_.EnableControls();
+    state_.PlayStepCount = 0;
+}
+
+void PlaybackEngine::PlaySelection() {
+    if (!segmentIsMarked() || !beginSelection())
+        return;
+    WalkEnd end = walk();
+    while (end == WalkEnd::ComesRound)
+        end = segmentIsMarked() && beginSelection() ? walk() : WalkEnd::Stopped;
+    if (end == WalkEnd::Paused) {
+        state_.PlayingSegment = false;
+        return;
+    }
+    finish();
+    if (state_.RecordAtEnd) {
+        state_.RecordAtEnd = false;
+        recording_.stopRecording();
+    }
+    state_.PlayStepCount = 0;
+    window_.DrawNoteArray();
+    state_.PlayingSegment = false;
+    window_.EnableControls();
+}
+
+bool PlaybackEngine::segmentIsMarked() const {
+    return state_.SegmentEnd >= 1 && state_.SegmentEnd - state_.SegmentBase >= 1;
+}
+
+bool PlaybackEngine::beginSong() {
+    showPlayMark(score_.NumNotes - 1);
+    state_.PlayPosition = state_.PausePending ? view_.PlayMark : 0;
+    state_.PausePending = false;
+    return prepare(kSongFactor);
+}
+
+bool PlaybackEngine::beginSelection() {
+    state_.PausePending = false;
+    state_.PlayingSegment = true;
+    showPlayMark(score_.NumNotes - 10);
+    state_.PlayPosition = view_.PlayMark;
+    const bool ready = prepare(kSegmentFactor);
+    score_.SongEnd = state_.SegmentEnd;
+    if (!ready)
+        state_.PlayingSegment = false;
+    return ready;
+}
+
+void PlaybackEngine::showPlayMark(int rightLimit) {
+    if (view_.PlayMark >= view_.ViewFirstColumn && view_.PlayMark <= view_.ViewLastColumn)
+        return;
+    view_.ViewFirstColumn = std::min(view_.PlayMark, score_.NumNotes - 1);
+    view_.ViewLastColumn = std::min(view_.ViewFirstColumn + view_.ViewColumns, rightLimit);
+}
+
+bool PlaybackEngine::prepare(double factor) {
+    linePosition_ = -1;
+    window_.resetPlayLine();
+    window_.followView();
+    window_.DrawNoteArray();
+    for (int channel = 0; channel < kUsedChannels; ++channel) {
+        score_.PlayedCell[static_cast<std::size_t>(channel)] = kEmptyCell;
+        score_.PlayedInstrument[static_cast<std::size_t>(channel)] = -1;
+    }
+    score_.FindEndOfSong();
+    window_.showSongEnd();
+    state_.StepSeconds = score_.Tempo == 0 ? 0.0F : static_cast<float>(300.0 / score_.Tempo * factor);
+    watches_.start(PlayStopwatch);
+    return state_.StepSeconds >= kShortestStep && state_.StepSeconds <= kLongestStep;
+}
+
+PlaybackEngine::WalkEnd PlaybackEngine::walk() {
+    while (state_.Playing) {
+        watches_.WaitSeconds(PlayStopwatch, state_.StepSeconds);
+        if (state_.PausePending) {
+            pause();
+            return WalkEnd::Paused;
+        }
+        PlayNotes();
+        AdvancePlayLine();
+        if (std::exchange(comesRound_, false)) {
+            if (!state_.PausePending)
+                return WalkEnd::ComesRound;
+            state_.PlayPosition = state_.PlayingSegment ? view_.PlayMark : 0;
+            pause();
+            return WalkEnd::Paused;
+        }
+        if (!state_.PlayingSegment)
+            window_.domodgraph();
+        showRecordingProgress();
+        loop_.yieldIfInput();
+    }
+    return WalkEnd::Stopped;
+}
+
+void PlaybackEngine::pause() {
+    port_.reset();
+    window_.EnableControls();
+    state_.Playing = false;
+    view_.PlayMark = state_.PlayPosition;
+    window_.DrawNoteArray();
+}
+
+void PlaybackEngine::finish() {
+    watches_.WaitSeconds(PlayStopwatch, state_.StepSeconds); // the last position gets its time
+    for (int channel = 0; channel < kUsedChannels; ++channel) {
+        const auto c = static_cast<std::size_t>(channel);
+        if (score_.ChannelMuted[c])
+            continue;
+        player_.CurrentChannel = channel;
+        if (score_.PlayedCell[c] >= 0)
+            player_.StopNote(cellRow(score_.PlayedCell[c]));
+    }
+    port_.reset();
+    if (recording_.showing())
+        recording_.clearProgress();
+}
+
+void PlaybackEngine::PlayNotes() {
+    const int top = std::min(score_.TopChannel, ChannelGrid::kChannels - 1);
+    for (int channel = 0; channel <= top; ++channel) {
+        if (!score_.ChannelMuted[static_cast<std::size_t>(channel)])
+            playChannel(channel);
+    }
+}
+
+void PlaybackEngine::playChannel(int channel) {
+    const auto c = static_cast<std::size_t>(channel);
+    const int position = state_.PlayPosition;
+    player_.CurrentChannel = channel;
+
+    const std::int16_t oldCell = score_.PlayedCell[c];
+    // Past the last position nothing stands, so that a note there ends like any other.
+    const std::int16_t newCell = score_.NoteCell.valueOr(channel, position, kEmptyCell);
+    const std::int16_t instrument = score_.NoteInstrument.valueOr(channel, position, 0);
+    const bool wasSounding = cellClass(oldCell) != CellClass::Empty;
+    const bool isHead = cellClass(newCell) == CellClass::Head;
+
+    // Unshifted, unlike the index that `Startnote` uses; both are meant.
+    if (const auto volume = score_.Volume.at(channel, position))
+        score_.ChannelVelocity[c] = *volume;
+    if (isHead && instrument != score_.PlayedInstrument[c])
+        player_.ChangeInstrument(instrument, channel);
+    if (wasSounding && (isHead || cellClass(newCell) == CellClass::Empty))
+        player_.StopNote(cellRow(oldCell));
+    if (isHead)
+        player_.Startnote(cellRow(newCell), channel);
+
+    score_.PlayedCell[c] = newCell;
+    if (isHead)
+        score_.PlayedInstrument[c] = instrument;
+}
+
+void PlaybackEngine::AdvancePlayLine() {
+    if (state_.ShowPlayLine)
+        moveLine();
+    ++state_.PlayPosition;
+    if (state_.PlayPosition > score_.SongEnd) {
+        if (!state_.LoopOn) {
+            state_.Playing = false;
+        } else if (state_.ShowPlayLine) {
+            comesRound_ = state_.Playing; // a stop that came in the last step stays a stop
+            if (comesRound_)
+                return;
+        } else {
+            state_.PlayPosition = 0; // no note is stopped at the jump
+        }
+    }
+    loop_.yieldIfInput();
+}
+
+void PlaybackEngine::moveLine() {
+    const auto columnOf = [this](int position) { return position - view_.ViewFirstColumn; };
+    if (linePosition_ >= 0 && columnOf(linePosition_) >= 0 && columnOf(linePosition_) <= view_.ViewColumns)
+        window_.PutColumn();
+    if (columnOf(state_.PlayPosition) > view_.ViewColumns) {
+        view_.ViewFirstColumn = std::min(state_.PlayPosition, score_.NumNotes - 1);
+        view_.ViewLastColumn = std::min(view_.ViewFirstColumn + view_.ViewColumns, score_.NumNotes - 1);
+        window_.followView();
+        window_.DrawNoteArray();
+        window_.DrawBeatArray();
+    }
+    linePosition_ = state_.PlayPosition;
+    window_.GetColumn(columnOf(linePosition_));
+    window_.drawPlayLine(columnOf(linePosition_));
+}
+
+void PlaybackEngine::showRecordingProgress() {
+    if (!recording_.showing())
+        return;
+    ++state_.PlayStepCount;
+    if (score_.SongEnd > 0)
+        recording_.showProgress(static_cast<double>(state_.PlayStepCount) / score_.SongEnd);
+}
+
+} // namespace velmora

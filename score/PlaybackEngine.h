@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "score/NotePlayer.h"
+#include "score/PlayState.h"
+#include "score/PlaybackView.h"
+#include "score/Score.h"
+#include "score/StopWatch.h"
+#include "score/ViewState.h"
+#include "shell/MessageLoop.h"
+#include "sound/MidiPort.h"
+
+namespace velmora {
+
+/// Walks the Score position by position: the grid is the timetable. Tempo is a floor, not a clock: the work
+/// of a step adds to the step.
+class PlaybackEngine {
+public:
+    PlaybackEngine(Score& score, ViewState& view, PlayState& state, NotePlayer& player, MidiPort& port,
+                   MessageLoop& loop, PlaybackView& window, RecordingProgress& recording);
+
+    /// Plays the whole score if nothing plays, or (@p stop) ends what plays.
+    void PlayAndStop_Click(bool stop);
+    /// Plays the marked segment, from the play-from mark to `SegmentEnd`.
+    void PlaySegment_Click();
+    /// Back to position 0; only while nothing plays.
+    void RewindBut_Click();
+
+    /// Plays from the start, or from the mark after a pause, until the end or until `Playing` is cleared.
+    void PlaySong2();
+    /// Plays the segment; a position lasts 0.04 / 0.046 of its time in `PlaySong2`, which is meant.
+    void PlaySelection();
+    /// One step of every channel up to `TopChannel` at `PlayPosition`.
+    void PlayNotes();
+    /// Moves the play line and the position on, and decides what comes after the last position.
+    void AdvancePlayLine();
+
+private:
+    /// How a walk over the positions ended.
+    enum class WalkEnd { Paused, Stopped, ComesRound };
+
+    [[nodiscard]] bool beginSong();
+    [[nodiscard]] bool beginSelection();
+    [[nodiscard]] bool segmentIsMarked() const;
+    void showPlayMark(int rightLimit);
+    [[nodiscard]] bool prepare(double factor);
+    [[nodiscard]] WalkEnd walk();
+    void pause();
+    void playChannel(int channel);
+    void moveLine();
+    void showRecordingProgress();
+    void finish();
+
+    Score& score_;
+    ViewState& view_;
+    PlayState& state_;
+    NotePlayer& player_;
+    MidiPort& port_;
+    MessageLoop& loop_;
+    PlaybackView& window_;
+    RecordingProgress& recording_;
+
+    mStopWatch watches_;
+    int PlayStopwatch;
+    int linePosition_ = -1;   ///< where the play line stands; -1 for nowhere
+    bool comesRound_ = false; ///< the loop starts afresh
+};
+
+} // namespace velmora

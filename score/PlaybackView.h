@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+namespace velmora {
+
+/// What playing asks of the composing window. Headless, every request is left unanswered.
+class PlaybackView {
+public:
+    virtual ~PlaybackView() = default;
+
+    /// Greys `MusicBox`, `Beatbox`, `HScroll1` and `VScroll1`, and nothing else.
+    virtual void DisableControls() {}
+    virtual void EnableControls() {}
+
+    virtual void clearMusicBox() {}
+    virtual void DrawNoteArray() {}
+    virtual void DrawBeatArray() {}
+    /// `HScroll1` follows `ViewFirstColumn` without acting on it.
+    virtual void followView() {}
+    /// `FindEndOfSong` has run: `LblNumnotes` and the channel markers follow the Score.
+    virtual void showSongEnd() {}
+
+    /// Forgets the play line that an earlier play left, and saves the pixels of its column anew.
+    virtual void resetPlayLine() {}
+    /// Saves the pixels of a column of the view, on both boxes.
+    virtual void GetColumn(int /*column*/) {}
+    /// Puts the saved pixels back, which takes the play line away.
+    virtual void PutColumn() {}
+    /// Draws the play line over a column of the view, on both boxes.
+    virtual void drawPlayLine(int /*column*/) {}
+    /// The effect graph follows the play position, if that tool is on.
+    virtual void domodgraph() {}
+};
+
+/// What playing asks of the Recording Studio.
+class RecordingProgress {
+public:
+    virtual ~RecordingProgress() = default;
+
+    [[nodiscard]] virtual bool showing() const { return false; }
+    /// The share of the song played, 0 and up; past 1 the bar moves on but the percentage stays.
+    virtual void showProgress(double /*ratio*/) {}
+    virtual void clearProgress() {}
+    /// Ends the recording that was started with the song.
+    virtual void stopRecording() {}
+};
+
+} // namespace velmora

@@ -1,0 +1,374 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "score/PlaybackEngine.h"
+
+#include "shell/VirtualLoop.h"
+#include "sound/ShortMessage.h"
+#include "tests/support/RecordingPort.h"
+
+#include <gmock/gmock.h>
+
+#include <functional>
+
+using namespace velmora;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+/// A clock that jumps and calls back at each wait, as a user's hand would come in between.
+struct HandLoop : VirtualLoop {
+    std::function<void(double)> onWait = [](double) {};
+    void serveUntil(double moment) override {
+        VirtualLoop::serveUntil(moment);
+        onWait(moment);
+    }
+};
+
+struct CountingView : PlaybackView {
+    void DisableControls() override { log += "D"; }
+    void EnableControls() override { log += "E"; }
+    void DrawNoteArray() override { ++draws; }
+    void GetColumn(int column) override { columns.push_back(column); }
+    void PutColumn() override { ++puts; }
+    void domodgraph() override { ++graphs; }
+    std::string log;
+    int draws = 0;
+    int puts = 0;
+    int graphs = 0;
+    std::vector<int> columns;
+};
+
+struct Studio : RecordingProgress {
+    [[nodiscard]] bool showing() const override { return open; }
+    void showProgress(double ratio) override { ratios.push_back(ratio); }
+    void clearProgress() override { ++clears; }
+    void stopRecording() override { ++stops; }
+    bool open = false;
+    std::vector<double> ratios;
+    int clears = 0;
+    int stops = 0;
+};
+
+constexpr std::uint32_t kReset = RecordingPort::kReset;
+
+struct PlaybackEngineTest : testing::Test {
+    Score score{100};
+    SetupState setup;
+    ViewState view;
+    PlayState state;
+    ChordSteps chords;
+    HandLoop loop;
+    RecordingPort port{loop};
+    CountingView window;
+    Studio studio;
+    NotePlayer player{score, setup, state, chords, port, loop};
+    PlaybackEngine engine{score, view, state, player, port, loop, window, studio};
+
+    void note(int channel, int position, int row, int length = 1, int instrument = 0) {
+        for (int p = position; p < position + length; ++p) {
+            score.NoteCell.set(channel, p, static_cast<std::int16_t>(p == position ? row : 1000 + row));
+            score.NoteInstrument.set(channel, p, static_cast<std::int16_t>(instrument));
+        }
+    }
+    std::vector<std::uint32_t> play() {
+        port.sent.clear();
+        engine.PlayAndStop_Click(false);
+        std::vector<std::uint32_t> words;
+        for (const auto& one : port.notes())
+            words.push_back(one.word);
+        return words;
+    }
+    static std::uint32_t on(int ch, int row, int velocity = 127) {
+        return shortmessage::noteOn(ch, 127 - row, velocity);
+    }
+    static std::uint32_t off(int ch, int row) { return shortmessage::noteOff(ch, 127 - row); }
+};
+
+} // namespace
+
+TEST_F(PlaybackEngineTest, AHeldNoteSoundsFromItsHeadToTheFirstCellThatIsNoContinuation) {
+    note(0, 0, 60, 10);
+    EXPECT_THAT(play(), ElementsAre(on(0, 60), off(0, 60), kReset));
+    const auto notes = port.notes();
+    EXPECT_NEAR(notes[0].moment, 0.138, 1e-6);
+    EXPECT_NEAR(notes[1].moment - notes[0].moment, 1.38, 1e-6);
+    EXPECT_NEAR(notes[2].moment - notes[1].moment, 0.138, 1e-6); // the last position gets its time
+}
+
+TEST_F(PlaybackEngineTest, AnEmptyScorePlaysPosition0AndEnds) {
+    EXPECT_THAT(play(), ElementsAre(kReset));
+    EXPECT_EQ(state.PlayPosition, 1);
+    EXPECT_NEAR(loop.now(), 2 * 0.138, 1e-6);
+    EXPECT_FALSE(state.Playing);
+    EXPECT_EQ(window.log, "DEE");
+}
+
+TEST_F(PlaybackEngineTest, TempiWhoseStepIsOutOfRangePlayNothing) {
+    note(0, 0, 60, 10);
+    for (const std::int16_t tempo : {1, 0, -5, 1381}) {
+        score.Tempo = tempo;
+        EXPECT_THAT(play(), IsEmpty()) << tempo;
+        EXPECT_FALSE(state.Playing);
+    }
+    score.Tempo = 1380;
+    EXPECT_FALSE(play().empty());
+}
+
+TEST_F(PlaybackEngineTest, TwoAdjacentHeadsOnOneRowAreStoppedThenStarted) {
+    note(0, 0, 60);
+    note(0, 1, 60);
+    EXPECT_THAT(play(), ElementsAre(on(0, 60), off(0, 60), on(0, 60), off(0, 60), kReset));
+}
+
+TEST_F(PlaybackEngineTest, AContinuationAfterAnEmptyCellStaysSilent) {
+    score.NoteCell.set(0, 5, 1060);
+    EXPECT_THAT(play(), ElementsAre(off(0, 60), kReset));
+}
+
+TEST_F(PlaybackEngineTest, AHeadOnRowZeroIsANoteForThePlayer) {
+    note(0, 2, 0);
+    EXPECT_THAT(play(), ElementsAre(on(0, 0), off(0, 0), kReset));
+}
+
+TEST_F(PlaybackEngineTest, AMutedChannelIsNeitherStartedNorStopped) {
+    note(0, 0, 60, 3);
+    note(1, 0, 50, 3);
+    score.ChannelMuted[1] = true;
+    EXPECT_THAT(play(), ElementsAre(on(0, 60), off(0, 60), kReset));
+    EXPECT_EQ(score.PlayedCell[1], -1);
+}
+
+TEST_F(PlaybackEngineTest, ChannelsAboveTopChannelAreSilent) {
+    note(8, 0, 60, 3, 128);
+    note(2, 0, 60, 3);
+    EXPECT_THAT(play(), ElementsAre(kReset));
+    score.TopChannel = 8;
+    EXPECT_THAT(play(), ElementsAre(on(2, 60), 0x7F2399U, off(2, 60), 0x2389U, kReset));
+}
+
+TEST_F(PlaybackEngineTest, AnInstrumentChangeTakesEffectAtAHeadOnly) {
+    note(0, 0, 60, 4, 24);
+    score.NoteInstrument.set(0, 2, 40);
+    note(0, 4, 61, 1, 24);
+    note(0, 5, 61, 1, 41);
+    play();
+    std::vector<std::uint32_t> programs;
+    for (const auto word : port.words())
+        if (shortmessage::status(word) == 0xC0)
+            programs.push_back(word);
+    EXPECT_THAT(programs, ElementsAre(0x18C0U, 0x29C0U));
+}
+
+TEST_F(PlaybackEngineTest, TheVelocityOfAnInactiveChannelComesFromTheUnshiftedIndex) {
+    note(1, 3, 60);
+    score.Volume.set(1, 3, 30);
+    score.Volume.set(1, 4, 40);
+    EXPECT_THAT(play(), ElementsAre(on(1, 60, 30), off(1, 60), kReset));
+    score.ActiveChannel = 1;
+    EXPECT_THAT(play(), ElementsAre(on(1, 60, 40), off(1, 60), kReset));
+}
+
+TEST_F(PlaybackEngineTest, PlayAfterAPauseStartsAtThePositionThatWasNotYetPlayed) {
+    for (int p = 0; p < 6; ++p)
+        note(0, p, 60 + p);
+    int waits = 0;
+    loop.onWait = [&](double) {
+        if (++waits == 3)
+            state.PausePending = true;
+    };
+    EXPECT_THAT(play(), ElementsAre(on(0, 60), off(0, 60), on(0, 61), kReset));
+    EXPECT_EQ(view.PlayMark, 2);
+    EXPECT_FALSE(state.Playing);
+    EXPECT_TRUE(state.PausePending);
+    const auto resumed = play();
+    EXPECT_EQ(resumed.front(), on(0, 62));
+    EXPECT_FALSE(state.PausePending);
+    EXPECT_EQ(view.PlayMark, 0);
+}
+
+TEST_F(PlaybackEngineTest, PlayStartsFromTheBeginningWhereverTheMarkStands) {
+    note(0, 0, 60);
+    note(0, 4, 64);
+    view.PlayMark = 4;
+    EXPECT_EQ(play().front(), on(0, 60));
+}
+
+TEST_F(PlaybackEngineTest, StopEndsTheLoopWithinAStepAndInSilence) {
+    note(0, 0, 60, 50);
+    note(1, 1, 61, 50);
+    int waits = 0;
+    loop.onWait = [&](double) {
+        if (++waits == 3)
+            engine.PlayAndStop_Click(true);
+    };
+    EXPECT_THAT(play(), ElementsAre(on(0, 60), on(1, 61), off(0, 60), off(1, 61), kReset));
+    EXPECT_EQ(state.PlayPosition, 3);
+}
+
+TEST_F(PlaybackEngineTest, APlayedSegmentIsFasterThanTheSameNotesInTheScore) {
+    note(0, 0, 60, 30);
+    note(0, 5, 61, 3);
+    view.PlayMark = 5;
+    view.SelectStart = 5;
+    view.SelectEnd = 9;
+    state.SegmentEnd = 9;
+    engine.PlaySegment_Click();
+    const auto notes = port.notes();
+    ASSERT_GE(notes.size(), 2U);
+    EXPECT_EQ(notes[0].word, on(0, 61));
+    EXPECT_NEAR(notes[0].moment, 0.12, 1e-6);
+    EXPECT_NEAR(loop.now(), 6 * 0.12, 1e-6); // positions 5 to 9 and the last one's time
+    EXPECT_EQ(view.SelectStart, 5);
+    EXPECT_EQ(view.PlayMark, 5);
+    EXPECT_EQ(state.SegmentEnd, 9);
+    EXPECT_EQ(score.SongEnd, 9);
+    EXPECT_FALSE(state.PlayingSegment);
+    EXPECT_EQ(window.graphs, 0);
+}
+
+TEST_F(PlaybackEngineTest, ASegmentThatIsNotMarkedPlaysNothing) {
+    note(0, 0, 60, 30);
+    state.SegmentEnd = 0;
+    engine.PlaySegment_Click();
+    state.SegmentEnd = 4;
+    state.SegmentBase = 4;
+    engine.PlaySegment_Click();
+    EXPECT_THAT(port.sent, IsEmpty());
+    EXPECT_FALSE(state.Playing);
+}
+
+TEST_F(PlaybackEngineTest, ALoopWithTheLineShownStartsAfreshEachTime) {
+    note(0, 0, 60, 2);
+    state.LoopOn = true;
+    int waits = 0;
+    loop.onWait = [&](double) {
+        if (++waits == 8) // three positions a round
+            state.Playing = false;
+    };
+    EXPECT_THAT(play(),
+                ElementsAre(on(0, 60), off(0, 60), on(0, 60), off(0, 60), on(0, 60), off(0, 60), kReset));
+}
+
+TEST_F(PlaybackEngineTest, ALoopWithoutTheLineGoesOnInTheSameWalk) {
+    note(0, 0, 60, 2);
+    state.LoopOn = true;
+    state.ShowPlayLine = false;
+    int waits = 0;
+    loop.onWait = [&](double) {
+        if (++waits == 8)
+            state.Playing = false;
+    };
+    EXPECT_THAT(play(),
+                ElementsAre(on(0, 60), off(0, 60), on(0, 60), off(0, 60), on(0, 60), off(0, 60), kReset));
+    EXPECT_THAT(window.columns, IsEmpty());
+}
+
+TEST_F(PlaybackEngineTest, AWeekOfLoopingNeedsNoMoreStackThanOneRound) {
+    note(0, 0, 60);
+    state.LoopOn = true;
+    score.Tempo = 1380;
+    const double week = 7 * 24 * 3600.0;
+    char here = 0;
+    std::ptrdiff_t deepest = 0;
+    loop.onWait = [&](double moment) {
+        char there = 0;
+        deepest = std::max(deepest, std::abs(&here - &there));
+        port.sent.clear();
+        window.columns.clear();
+        // Stand in for the days between by jumping: a thousand rounds a day are walked.
+        loop.VirtualLoop::serveUntil(moment + 60);
+        if (moment > week)
+            state.Playing = false;
+    };
+    play();
+    EXPECT_GT(loop.now(), week);
+    EXPECT_LT(deepest, 16 * 1024);
+}
+
+TEST_F(PlaybackEngineTest, AStopOrPauseInTheLastStepOfARoundIsNotLost) {
+    note(0, 0, 60);
+    note(0, 1, 61);
+    state.LoopOn = true;
+    int waits = 0;
+    loop.onWait = [&](double) {
+        if (++waits == 3)
+            state.Playing = false;
+    };
+    play();
+    EXPECT_EQ(waits, 4);
+
+    waits = 0;
+    loop.onWait = [&](double) {
+        if (++waits == 6)
+            state.PausePending = true;
+    };
+    play();
+    EXPECT_TRUE(state.PausePending);
+    EXPECT_FALSE(state.Playing);
+}
+
+TEST_F(PlaybackEngineTest, TheLineGoesColumnByColumnAndTheViewPages) {
+    note(0, 0, 60, 25);
+    view.ViewColumns = 9;
+    view.ViewLastColumn = 9;
+    play();
+    ASSERT_EQ(window.columns.size(), 26U);
+    EXPECT_EQ(window.columns[9], 9);
+    EXPECT_EQ(window.columns[10], 0);
+    EXPECT_EQ(window.columns[20], 0);
+    EXPECT_EQ(view.ViewFirstColumn, 20);
+    EXPECT_EQ(view.ViewLastColumn, 29);
+    EXPECT_EQ(window.puts, 25); // every line but the last is taken away
+    EXPECT_EQ(window.graphs, 26);
+}
+
+TEST_F(PlaybackEngineTest, AMarkOutsideTheViewIsScrolledTo) {
+    note(0, 0, 60, 90);
+    view.ViewColumns = 9;
+    view.ViewLastColumn = 9;
+    view.PlayMark = 95;
+    state.PausePending = true;
+    EXPECT_EQ(play().size(), 1U);
+    EXPECT_EQ(view.ViewFirstColumn, 95);
+    EXPECT_EQ(view.ViewLastColumn, 99);
+    EXPECT_EQ(view.PlayMark, 0);
+}
+
+TEST_F(PlaybackEngineTest, RewindShowsTheBeginningUnlessSomethingPlays) {
+    view.ViewFirstColumn = 40;
+    view.PlayMark = 45;
+    state.Playing = true;
+    engine.RewindBut_Click();
+    EXPECT_EQ(view.PlayMark, 45);
+    state.Playing = false;
+    engine.RewindBut_Click();
+    EXPECT_EQ(view.ViewFirstColumn, 0);
+    EXPECT_EQ(view.ViewLastColumn, 99);
+    EXPECT_EQ(view.PlayMark, 0);
+}
+
+TEST_F(PlaybackEngineTest, TheRecordingStudioSeesProgressAndIsStoppedAtTheEnd) {
+    note(0, 0, 60, 4);
+    studio.open = true;
+    state.RecordAtEnd = true;
+    play();
+    EXPECT_THAT(studio.ratios, ElementsAre(0.25, 0.5, 0.75, 1.0, 1.25));
+    EXPECT_EQ(studio.clears, 1);
+    EXPECT_EQ(studio.stops, 1);
+    EXPECT_FALSE(state.RecordAtEnd);
+    EXPECT_EQ(state.PlayStepCount, 0);
+}
+
+TEST_F(PlaybackEngineTest, ANoteInTheVeryLastPositionEnds) {
+    note(0, 100, 60);
+    EXPECT_THAT(play(), ElementsAre(on(0, 60), off(0, 60), kReset));
+}
+
+TEST_F(PlaybackEngineTest, PositionsMayPass16Bits) {
+    score.resizeNotes(200000);
+    note(0, 199999, 60);
+    score.Tempo = 1380;
+    EXPECT_THAT(play(), ElementsAre(on(0, 60), off(0, 60), kReset));
+    EXPECT_EQ(state.PlayPosition, 200001);
+    EXPECT_NEAR(port.notes()[0].moment, 200000 * 0.01, 1e-3);
+}
