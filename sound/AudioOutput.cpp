@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "sound/AudioOutput.h"
+
+namespace velmora {
+
+AudioOutput::AudioOutput(const AudioOutputSettings& settings)
+    : supervisor_(mixer_, settings.drivers, settings.stream, settings.times) {}
+
+AudioOutputFigures AudioOutput::figures() const noexcept {
+    return {supervisor_.driver(), mixer_.clock().distance(), mixer_.latency(),
+            mixer_.frames(),      supervisor_.openings(),    supervisor_.underruns()};
+}
+
+} // namespace velmora

@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "shell/SteadyClock.h"
+#include "sound/AudioDriver.h"
+
+#include <pulse/pulseaudio.h>
+
+#include <algorithm>
+#include <atomic>
+
+namespace velmora {
+
+namespace {
+constexpr pa_sample_spec kSpec{PA_SAMPLE_FLOAT32NE, kAudioRate, kAudioChannels};
+constexpr std::size_t kFrameBytes = sizeof(float) * kAudioChannels;
+constexpr double kGrowth = 1.25; ///< of the buffer, each time that the server runs dry
+constexpr double kLargestBuffer = 0.12;
+constexpr double kLatencyStep = 0.25; ///< seconds between two looks at the server's latency
+
+/// All callbacks come from the main loop's thread, which `stop` ends before it takes anything down: none of
+/// them needs the main loop's lock, and nobody else ever holds it.
+class PulseDriver : public AudioDriver {
+public:
+    explicit PulseDriver(const StreamSettings& settings) : buffer_(settings.buffer) {}
+    ~PulseDriver() override { stop(); }
+
+    void start(StreamClient& client) override;
+    void stop() override;
+    [[nodiscard]] StreamState state() const override { return state_.load(); }
+
+private:
+    [[nodiscard]] bool connect();
+    [[nodiscard]] bool openStream();
+    [[nodiscard]] pa_buffer_attr attributes() const;
+    void change(StreamState state);
+    void contextChanged();
+    void streamChanged();
+    void serve();
+    [[nodiscard]] bool writePiece(std::size_t bytes, double called, double ahead);
+    [[nodiscard]] double latency(double now);
+    void enlargeBuffer();
+
+    StreamClient* client_ = nullptr;
+    pa_threaded_mainloop* loop_ = nullptr;
+    pa_context* context_ = nullptr;
+    pa_stream* stream_ = nullptr;
+    std::atomic<StreamState> state_{StreamState::Connecting};
+    double buffer_;
+    std::int64_t written_ = 0;
+    double latency_ = 0;
+    double latencyAsked_ = 0;
+};
+
+void PulseDriver::start(StreamClient& client) {
+    client_ = &client;
+    if (!connect()) {
+        change(StreamState::Failed);
+    }
+}
+
+bool PulseDriver::connect() {
+    loop_ = pa_threaded_mainloop_new();
+    if (loop_ == nullptr) {
+        return false;
+    }
+    pa_threaded_mainloop_set_name(loop_, "audio");
+    pa_proplist* properties = pa_proplist_new();
+    pa_proplist_sets(properties, PA_PROP_APPLICATION_NAME, "Velmora");
+    pa_proplist_sets(properties, PA_PROP_APPLICATION_ICON_NAME, "velmora");
+    pa_proplist_sets(properties, PA_PROP_MEDIA_ROLE, "music");
+    context_ = pa_context_new_with_proplist(pa_threaded_mainloop_get_api(loop_), "Velmora", properties);
+    pa_proplist_free(properties);
+    if (context_ == nullptr) {
+        return false;
+    }
+    pa_context_set_state_callback(
+        context_, [](pa_context*, void* self) { static_cast<PulseDriver*>(self)->contextChanged(); }, this);
+    // The loop's thread does not run yet, so no lock is needed.
+    return pa_context_connect(context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) >= 0 &&
+           pa_threaded_mainloop_start(loop_) >= 0;
+}
+
+void PulseDriver::stop() {
+    if (loop_ != nullptr) {
+        pa_threaded_mainloop_stop(loop_);
+    }
+    if (stream_ != nullptr) {
+        pa_stream_set_state_callback(stream_, nullptr, nullptr);
+        pa_stream_set_write_callback(stream_, nullptr, nullptr);
+        pa_stream_set_underflow_callback(stream_, nullptr, nullptr);
+        pa_stream_disconnect(stream_);
+        pa_stream_unref(stream_);
+        stream_ = nullptr;
+    }
+    if (context_ != nullptr) {
+        pa_context_set_state_callback(context_, nullptr, nullptr);
+        pa_context_disconnect(context_);
+        pa_context_unref(context_);
+        context_ = nullptr;
+    }
+    if (loop_ != nullptr) {
+        pa_threaded_mainloop_free(loop_);
+        loop_ = nullptr;
+    }
+}
+
+void PulseDriver::change(StreamState state) {
+    // Failed is for good.
+    if (state_.load() != StreamState::Failed && state_.exchange(state) != state) {
+        client_->stateChanged();
+    }
+}
+
+void PulseDriver::contextChanged() {
+    const pa_context_state_t state = pa_context_get_state(context_);
+    if (!PA_CONTEXT_IS_GOOD(state) || (state == PA_CONTEXT_READY && !openStream())) {
+        change(StreamState::Failed);
+    }
+}
+
+void PulseDriver::streamChanged() {
+    if (!PA_STREAM_IS_GOOD(pa_stream_get_state(stream_))) {
+        change(StreamState::Failed);
+    }
+}
+
+pa_buffer_attr PulseDriver::attributes() const {
+    constexpr auto kServersChoice = static_cast<std::uint32_t>(-1);
+    pa_buffer_attr attributes{};
+    attributes.maxlength = kServersChoice;
+    attributes.tlength =
+        static_cast<std::uint32_t>(pa_usec_to_bytes(static_cast<pa_usec_t>(buffer_ * 1e6), &kSpec));
+    // No pause to fill up after the server has run dry: the place of what comes next stays where it was in
+    // time.
+    attributes.prebuf = 0;
+    attributes.minreq = kServersChoice;
+    attributes.fragsize = kServersChoice;
+    return attributes;
+}
+
+bool PulseDriver::openStream() {
+    stream_ = pa_stream_new(context_, "Velmora", &kSpec, nullptr);
+    if (stream_ == nullptr) {
+        return false;
+    }
+    pa_stream_set_state_callback(
+        stream_, [](pa_stream*, void* self) { static_cast<PulseDriver*>(self)->streamChanged(); }, this);
+    pa_stream_set_write_callback(
+        stream_, [](pa_stream*, std::size_t, void* self) { static_cast<PulseDriver*>(self)->serve(); }, this);
+    pa_stream_set_underflow_callback(
+        stream_, [](pa_stream*, void* self) { static_cast<PulseDriver*>(self)->enlargeBuffer(); }, this);
+    const pa_buffer_attr wanted = attributes();
+    constexpr int kFlags =
+        PA_STREAM_ADJUST_LATENCY | PA_STREAM_AUTO_TIMING_UPDATE | PA_STREAM_INTERPOLATE_TIMING;
+    return pa_stream_connect_playback(stream_, nullptr, &wanted, static_cast<pa_stream_flags_t>(kFlags),
+                                      nullptr, nullptr) >= 0;
+}
+
+/// Fills all the room there is. That the server asks a second time shows that the device takes sound; the
+/// first time it only fills its buffer, even on a device that is suspended.
+void PulseDriver::serve() {
+    const double called = steadySeconds();
+    double ahead = latency(called);
+    if (written_ > 0) {
+        change(StreamState::Running);
+    }
+    for (;;) {
+        const std::size_t room = pa_stream_writable_size(stream_);
+        if (room == static_cast<std::size_t>(-1) || room < kFrameBytes) {
+            return;
+        }
+        const std::int64_t before = written_;
+        if (!writePiece(room, called, ahead)) {
+            change(StreamState::Failed);
+            return;
+        }
+        ahead += static_cast<double>(written_ - before) / kAudioRate;
+    }
+}
+
+bool PulseDriver::writePiece(std::size_t bytes, double called, double ahead) {
+    void* data = nullptr;
+    if (pa_stream_begin_write(stream_, &data, &bytes) < 0 || data == nullptr || bytes < kFrameBytes) {
+        return false;
+    }
+    const auto frames = static_cast<int>(bytes / kFrameBytes);
+    client_->render({static_cast<float*>(data), frames, written_, called, ahead});
+    written_ += frames;
+    return pa_stream_write(stream_, data, static_cast<std::size_t>(frames) * kFrameBytes, nullptr, 0,
+                           PA_SEEK_RELATIVE) >= 0;
+}
+
+double PulseDriver::latency(double now) {
+    if (now - latencyAsked_ >= kLatencyStep) {
+        latencyAsked_ = now;
+        pa_usec_t usec = 0;
+        int isNegative = 0;
+        if (pa_stream_get_latency(stream_, &usec, &isNegative) >= 0) {
+            latency_ = isNegative != 0 ? 0 : static_cast<double>(usec) * 1e-6;
+        }
+    }
+    return latency_;
+}
+
+void PulseDriver::enlargeBuffer() {
+    if (state_.load() != StreamState::Running) {
+        return; // a stream is dry before its first piece arrives
+    }
+    client_->ranDry();
+    if (buffer_ < kLargestBuffer) {
+        buffer_ = std::min(buffer_ * kGrowth, kLargestBuffer);
+        const pa_buffer_attr wanted = attributes();
+        if (pa_operation* operation = pa_stream_set_buffer_attr(stream_, &wanted, nullptr, nullptr)) {
+            pa_operation_unref(operation);
+        }
+    }
+}
+} // namespace
+
+std::unique_ptr<AudioDriver> makePulseDriver(const StreamSettings& settings) {
+    return std::make_unique<PulseDriver>(settings);
+}
+
+} // namespace velmora
