@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "sound/SynthEngine.h"
+
+#include "TestSound.h"
+#include "sound/ShortMessage.h"
+
+#include <QTemporaryDir>
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+using namespace velmora;
+using namespace velmora::testsound;
+using testing::HasSubstr;
+
+namespace {
+constexpr int kOrgan = 16;
+constexpr int kA4 = 69;
+
+/// Renders until no voice is left; seconds it took, or 20 if some never end.
+double secondsUntilSilent(SynthEngine& engine) {
+    double seconds = 0;
+    while (engine.voicesSounding() > 0 && seconds < 20) {
+        render(engine, 64);
+        seconds += 64.0 / kRate;
+    }
+    return seconds;
+}
+} // namespace
+
+TEST(SynthEngineTest, AnASoundsAt440Hertz) {
+    const auto engine = makeEngine();
+    engine->apply(shortmessage::programChange(0, kOrgan));
+    engine->apply(shortmessage::noteOn(0, kA4, 100));
+    const std::vector<float> sound = render(*engine, kRate);
+    EXPECT_GT(peak(sound), 0.01F);
+    EXPECT_EQ(strongest(sound, {415.3, 427.5, 440.0, 452.9, 466.2}), 440.0);
+}
+
+TEST(SynthEngineTest, AFileThatIsNotThereIsNamedInTheError) {
+    const SynthEngine::Created created = SynthEngine::create({.soundFont = "/nowhere/at all.sf2"});
+    EXPECT_FALSE(created.engine);
+    EXPECT_THAT(created.error, HasSubstr("/nowhere/at all.sf2"));
+}
+
+TEST(SynthEngineTest, AFileThatIsNoSoundFontIsNamedInTheError) {
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath("song.sf2").toStdString();
+    std::ofstream(path) << "not a SoundFont";
+    EXPECT_THAT(SynthEngine::create({.soundFont = path}).error, HasSubstr(path));
+    EXPECT_THAT(SynthEngine::create({.soundFont = "/dev/zero"}).error, HasSubstr("/dev/zero"));
+}
+
+TEST(SynthEngineTest, ASoundFontThatIsCutShortIsNamedInTheError) {
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath("short.sf2").toStdString();
+    std::ifstream whole(kSoundFont, std::ios::binary);
+    std::string bytes(200'000, '\0');
+    ASSERT_TRUE(whole.read(bytes.data(), static_cast<std::streamsize>(bytes.size())));
+    std::ofstream(path, std::ios::binary) << bytes;
+    testing::internal::CaptureStderr();
+    EXPECT_THAT(SynthEngine::create({.soundFont = path}).error, HasSubstr(path));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(SynthEngineTest, NothingIsPrintedOnTheTerminal) {
+    testing::internal::CaptureStderr();
+    testing::internal::CaptureStdout();
+    (void)SynthEngine::create({.soundFont = "/dev/null"});
+    const auto engine = makeEngine();
+    engine->apply(shortmessage::controller(0, 0, 77)); // a bank that the SoundFont lacks
+    engine->apply(shortmessage::programChange(0, 3));
+    engine->apply(shortmessage::programChange(9, 99)); // a drum set that it lacks
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST(SynthEngineTest, WordsThatAreNoChannelMessagesAreIgnored) {
+    const auto engine = makeEngine();
+    for (const std::uint32_t word : {0U, 0x12345678U, 0x00FFFFF0U, 0x00648090U, 0x00803C90U, 0x01643C90U})
+        engine->apply(word);
+    EXPECT_EQ(engine->voicesSounding(), 0);
+}
+
+TEST(SynthEngineTest, ANoteOffForASilentNoteDoesNothing) {
+    const auto engine = makeEngine();
+    engine->apply(shortmessage::noteOff(3, 60));
+    EXPECT_LT(peak(render(*engine, 1024)), kSilence);
+}
+
+TEST(SynthEngineTest, ResetLetsNotesRingOut) {
+    const auto engine = makeEngine();
+    engine->apply(shortmessage::programChange(0, kOrgan));
+    engine->apply(shortmessage::noteOn(0, kA4, 127));
+    render(*engine, kRate / 2);
+    engine->reset();
+    EXPECT_GT(peak(render(*engine, 256)), 0.001F) << "cut off";
+    EXPECT_LT(secondsUntilSilent(*engine), 3);
+}
+
+TEST(SynthEngineTest, ResetEndsWhatThePedalsHold) {
+    const auto engine = makeEngine();
+    engine->apply(shortmessage::programChange(2, kOrgan));
+    engine->apply(shortmessage::controller(2, 64, 127));
+    engine->apply(shortmessage::noteOn(2, kA4, 127));
+    engine->apply(shortmessage::noteOff(2, kA4));
+    engine->apply(shortmessage::noteOn(2, kA4 + 3, 127));
+    engine->apply(shortmessage::controller(2, 66, 127));
+    engine->apply(shortmessage::noteOff(2, kA4 + 3));
+    render(*engine, 4 * kRate);
+    ASSERT_GT(engine->voicesSounding(), 1);
+    engine->reset();
+    EXPECT_LT(secondsUntilSilent(*engine), 3);
+}
+
+TEST(SynthEngineTest, ResetKeepsInstrumentsAndControllers) {
+    const auto engine = makeEngine();
+    engine->apply(shortmessage::programChange(0, kOrgan));
+    engine->apply(shortmessage::programChange(1, kOrgan));
+    engine->apply(shortmessage::controller(1, 7, 0));
+    engine->reset();
+    engine->apply(shortmessage::noteOn(1, kA4, 127));
+    EXPECT_LT(peak(render(*engine, kRate)), 0.0001F) << "the volume is back";
+    engine->apply(shortmessage::noteOn(0, kA4, 127));
+    const float loud = peak(render(*engine, kRate));
+    render(*engine, 2 * kRate);
+    EXPECT_GT(peak(render(*engine, kRate)), loud / 2) << "it dies away as a piano does";
+}
+
+TEST(SynthEngineTest, OneAndTwoCoresGiveTheSameSamples) {
+    std::vector<std::vector<float>> sounds;
+    for (const int cores : {1, 2}) {
+        const auto engine = makeEngine(cores);
+        for (int channel = 0; channel < 16; ++channel) {
+            engine->apply(shortmessage::programChange(channel, channel * 7));
+            for (int note = 40; note < 80; note += 3)
+                engine->apply(shortmessage::noteOn(channel, note, 60 + channel));
+        }
+        sounds.push_back(render(*engine, kRate));
+    }
+    EXPECT_GT(peak(sounds[0]), 0.1F);
+    EXPECT_TRUE(sounds[0] == sounds[1]);
+}
+
+// The SoundFont is deleted between loading and choosing: only what is in memory can sound.
+TEST(SynthEngineTest, APresetThatIsPreparedNeedsTheDiskNoMore) {
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath("font.sf2").toStdString();
+    std::filesystem::copy_file(kSoundFont, path);
+    const auto created = SynthEngine::create({.soundFont = path, .presets = PresetLoading::Ahead});
+    ASSERT_TRUE(created.engine) << created.error;
+    SynthEngine& engine = *created.engine;
+    engine.prepare(0, 40);
+    engine.prepare(SynthEngine::kDrumBank, 8);
+    std::filesystem::remove(path);
+
+    EXPECT_TRUE(engine.apply(shortmessage::programChange(0, 40)));
+    EXPECT_TRUE(engine.apply(shortmessage::noteOn(0, kA4, 100)));
+    EXPECT_GT(peak(render(engine, kRate / 2)), 0.001F);
+    engine.reset();
+    secondsUntilSilent(engine);
+
+    EXPECT_TRUE(engine.apply(shortmessage::programChange(9, 8)));
+    EXPECT_TRUE(engine.apply(shortmessage::noteOn(9, 38, 100)));
+    EXPECT_GT(peak(render(engine, kRate / 2)), 0.001F);
+}
+
+TEST(SynthEngineTest, AProgramChangeToAPresetThatIsNotPreparedIsIgnored) {
+    const auto engine = makeEngine(1, PresetLoading::Ahead);
+    const auto plain = makeEngine();
+    for (SynthEngine* each : {engine.get(), plain.get()}) {
+        EXPECT_TRUE(each->apply(shortmessage::noteOn(0, kA4, 100)));
+    }
+    EXPECT_TRUE(engine->apply(shortmessage::programChange(0, 60)));
+    for (SynthEngine* each : {engine.get(), plain.get()})
+        EXPECT_TRUE(each->apply(shortmessage::noteOn(0, kA4 + 5, 100)));
+    EXPECT_TRUE(render(*engine, kRate) == render(*plain, kRate));
+}
+
+TEST(SynthEngineTest, APresetThatCanNotBeReadAnyMoreIsIgnored) {
+    for (const PresetLoading presets : {PresetLoading::Ahead, PresetLoading::WhenChosen}) {
+        const QTemporaryDir folder;
+        const std::string path = folder.filePath("font.sf2").toStdString();
+        std::filesystem::copy_file(kSoundFont, path);
+        const auto created = SynthEngine::create({.soundFont = path, .presets = presets});
+        ASSERT_TRUE(created.engine) << created.error;
+        std::filesystem::remove(path);
+        created.engine->prepare(0, 60);
+        EXPECT_TRUE(created.engine->apply(shortmessage::programChange(1, 60)));
+        EXPECT_TRUE(created.engine->apply(shortmessage::noteOn(1, kA4, 100)));
+        EXPECT_GT(peak(render(*created.engine, kRate)), 0.001F) << "the piano goes on";
+    }
+}
+
+TEST(SynthEngineTest, PreparingWhatTheSoundFontLacksPreparesWhatWillSoundInstead) {
+    const auto engine = makeEngine(1, PresetLoading::Ahead);
+    engine->prepare(77, 40);
+    engine->prepare(SynthEngine::kDrumBank, 99);
+    engine->prepare(-1, 0);
+    engine->prepare(0, 128);
+    EXPECT_TRUE(engine->apply(shortmessage::controller(0, 0, 77)));
+    EXPECT_TRUE(engine->apply(shortmessage::programChange(0, 40)));
+    EXPECT_TRUE(engine->apply(shortmessage::noteOn(0, kA4, 100)));
+    EXPECT_GT(peak(render(*engine, kRate / 2)), 0.001F);
+}
