@@ -20,7 +20,9 @@ void putBit(std::uint16_t& bits, int channel, bool on) {
     bits = static_cast<std::uint16_t>(on ? (bits | bit) : (bits & ~bit));
 }
 
-bool hasBit(std::uint16_t bits, int channel) { return ((bits >> static_cast<unsigned>(channel)) & 1U) != 0; }
+bool hasBit(std::uint16_t bits, int channel) {
+    return ((bits >> static_cast<unsigned>(channel)) & 1U) != 0;
+}
 } // namespace
 
 void SoundingNotes::sent(std::uint32_t word) {

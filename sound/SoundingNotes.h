@@ -7,18 +7,18 @@
 
 namespace velmora {
 
-/// What a MIDI port still has sounding: how many note-ons of each note wait for their note-off, and which pedals
-/// are down. It is told every word that was sent and answers with the words that bring silence.
+/// What a MIDI port still has sounding: how many note-ons of each note wait for their note-off, and which
+/// pedals are down. It is told every word that was sent and answers with the words that bring silence.
 /// Thread-safe: no. One object belongs to one thread.
 class SoundingNotes {
 public:
-    /// Takes note of a packed short message that the port has taken. Anything that is no valid channel message
-    /// is passed over. Realtime-safe: yes.
+    /// Takes note of a packed short message that the port has taken. Anything that is no valid channel
+    /// message is passed over. Realtime-safe: yes.
     void sent(std::uint32_t word);
 
-    /// Note-offs, as many as there were note-ons (a receiver may count them, and to one that does not the spare
-    /// ones are nothing), then "pedal up" where a sustain or sostenuto pedal is down; by channel and note.
-    /// Telling `sent` all of them leaves nothing sounding.
+    /// Note-offs, as many as there were note-ons (a receiver may count them, and to one that does not the
+    /// spare ones are nothing), then "pedal up" where a sustain or sostenuto pedal is down; by channel and
+    /// note. Telling `sent` all of them leaves nothing sounding.
     [[nodiscard]] std::vector<std::uint32_t> silencingWords() const;
 
     /// True when `silencingWords` would be empty. Realtime-safe: yes.

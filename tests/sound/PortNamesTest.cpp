@@ -42,7 +42,9 @@ TEST(PortNamesTest, BrokenBytesAndControlCharactersAreReplaced) {
     EXPECT_EQ(shortPortName("caf\xE9"), "caf?");
     EXPECT_EQ(shortPortName("a\xE2\x99"), "a??");
     EXPECT_EQ(shortPortName("\xC0\xAF\xED\xA0\x80\xF4\x90\x80\x80\xE0\x80\x80z"), std::string(12, '?') + 'z');
-    EXPECT_EQ(shortPortName("a\tb\x7F" "c"), "a b c");
+    EXPECT_EQ(shortPortName("a\tb\x7F"
+                            "c"),
+              "a b c");
 }
 
 TEST(PortNamesTest, NamesThatWouldBeAlikeAreNumbered) {

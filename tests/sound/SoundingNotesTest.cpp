@@ -23,12 +23,11 @@ SoundingNotes after(const Words& words) {
     return notes;
 }
 
-/// A receiver that is written from its own end: keys held and, under a pedal, notes that ring on. `counting` ones
-/// want a note-off for every note-on, the others end a note with the first.
+/// A receiver that is written from its own end: keys held and, under a pedal, notes that ring on. `counting`
+/// ones want a note-off for every note-on, the others end a note with the first.
 class Receiver {
 public:
-    explicit Receiver(bool counting)
-        : counting_(counting) {}
+    explicit Receiver(bool counting) : counting_(counting) {}
 
     void take(std::uint32_t word) {
         const int c = channel(word);
@@ -136,8 +135,9 @@ TEST(SoundingNotesTest, AllNotesOffEndsTheNotesOfItsChannelAndLeavesThePedal) {
 }
 
 TEST(SoundingNotesTest, WordsThatAreNoMidiAndOtherMessagesCountForNothing) {
-    EXPECT_TRUE(after({noteOn(0, 130, 90), 0x00643C90U | 0x80000000U, 0x00643C10U, 0xF8U, programChange(0, 60)})
-                    .nothingSounds());
+    EXPECT_TRUE(
+        after({noteOn(0, 130, 90), 0x00643C90U | 0x80000000U, 0x00643C10U, 0xF8U, programChange(0, 60)})
+            .nothingSounds());
     EXPECT_TRUE(after({controller(0, 7, 127), controller(0, 122, 127)}).nothingSounds());
 }
 
