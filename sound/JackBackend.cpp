@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "shell/SteadyClock.h"
+#include "sound/MessageBytes.h"
+#include "sound/MidiBackends.h"
+#include "sound/SpscRing.h"
+
+#include <jack/jack.h>
+#include <jack/midiport.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <thread>
+
+// JACK's own library and not RtMidi: the latter drops what does not fit into one period's buffer (about 80
+// messages of 256 frames), lists the ports of a server that has died, and spins for ever once its queue to a
+// dead server is full. Here a message that finds no room waits for the next period, the end of the server is
+// noticed, and each message keeps its distance in time from the one before.
+
+namespace velmora {
+
+namespace {
+constexpr double kDrainSeconds = 0.2;
+
+/// Our client of one running server, with its one output port.
+class JackClient {
+public:
+    /// Null when no server runs.
+    static std::shared_ptr<JackClient> connect() {
+        jack_client_t* handle = jack_client_open(kMidiClientName, JackNoStartServer, nullptr);
+        if (handle == nullptr)
+            return nullptr;
+        auto client = std::make_shared<JackClient>(handle);
+        return client->activate() ? client : nullptr;
+    }
+
+    explicit JackClient(jack_client_t* handle) : handle_(handle) {}
+    ~JackClient() { jack_client_close(handle_); }
+    JackClient(const JackClient&) = delete;
+    JackClient& operator=(const JackClient&) = delete;
+
+    [[nodiscard]] bool serverLost() const noexcept { return serverLost_; }
+    [[nodiscard]] jack_client_t* handle() const { return handle_; }
+    [[nodiscard]] const char* portName() const { return jack_port_name(port_); }
+    [[nodiscard]] std::size_t queued() const noexcept { return queue_.size(); }
+
+    bool send(std::uint32_t word) noexcept {
+        return !serverLost_ && queue_.push({jack_frame_time(handle_), word});
+    }
+
+    /// Waits until all that was sent has left our port, but never for long.
+    void drain() const {
+        const double deadline = steadySeconds() + kDrainSeconds;
+        // What leaves in one period is read by the receiver in that or the next.
+        unsigned long enough = periods_ + 2;
+        while (!serverLost_ && steadySeconds() < deadline && (queue_.size() > 0 || periods_ < enough)) {
+            if (queue_.size() > 0)
+                enough = periods_ + 2;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }
+
+private:
+    struct Event {
+        jack_nframes_t frame; ///< JACK's time of the call that sent it
+        std::uint32_t word;
+    };
+
+    bool activate() {
+        port_ = jack_port_register(handle_, "Output", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0);
+        jack_on_shutdown(
+            handle_, [](void* self) { static_cast<JackClient*>(self)->serverLost_ = true; }, this);
+        jack_set_process_callback(
+            handle_,
+            [](jack_nframes_t frames, void* self) {
+                static_cast<JackClient*>(self)->process(frames);
+                return 0;
+            },
+            this);
+        return port_ != nullptr && jack_activate(handle_) == 0;
+    }
+
+    /// On JACK's thread. Realtime-safe: yes.
+    void process(jack_nframes_t frames) noexcept {
+        void* buffer = jack_port_get_buffer(port_, frames);
+        jack_midi_clear_buffer(buffer);
+        const jack_nframes_t start = jack_last_frame_time(handle_);
+        const int last = static_cast<int>(frames) - 1;
+        int offset = 0;
+        while (const Event* event = queue_.front()) {
+            // A whole period later than it was sent: constant, so that what is heard keeps the spacing of
+            // what was sent. A distance of seconds means that the server's clock has jumped; then it goes out
+            // at once.
+            const int due = static_cast<int>(event->frame + frames - start);
+            if (due > last && due < kClockJumpFrames)
+                break;
+            offset = std::clamp(due > last ? 0 : due, offset, last);
+            const auto message = messageBytes(event->word);
+            if (jack_midi_max_event_size(buffer) < message.length)
+                break;
+            auto* place =
+                jack_midi_event_reserve(buffer, static_cast<jack_nframes_t>(offset), message.length);
+            if (place == nullptr)
+                break;
+            std::memcpy(place, message.bytes.data(), message.length);
+            queue_.pop();
+        }
+        ++periods_;
+    }
+
+    static constexpr int kClockJumpFrames = 96000;
+
+    jack_client_t* handle_;
+    jack_port_t* port_ = nullptr;
+    SpscRing<Event, MidiOutlet::kQueueLength> queue_;
+    std::atomic<unsigned long> periods_{0};
+    std::atomic<bool> serverLost_{false};
+};
+
+class JackOutlet : public MidiOutlet {
+public:
+    JackOutlet(std::shared_ptr<JackClient> client, std::string destination)
+        : client_(std::move(client))
+        , destination_(std::move(destination)) {}
+    ~JackOutlet() override {
+        client_->drain();
+        if (!client_->serverLost())
+            jack_disconnect(client_->handle(), client_->portName(), destination_.c_str());
+    }
+    JackOutlet(const JackOutlet&) = delete;
+    JackOutlet& operator=(const JackOutlet&) = delete;
+
+    bool send(std::uint32_t word) noexcept override { return client_->send(word); }
+    [[nodiscard]] std::size_t room() const noexcept override { return kQueueLength - client_->queued(); }
+    [[nodiscard]] bool alive() const noexcept override { return !client_->serverLost(); }
+
+private:
+    std::shared_ptr<JackClient> client_;
+    std::string destination_;
+};
+
+class JackBackend : public MidiBackend {
+public:
+    std::vector<std::string> destinations() override {
+        std::vector<std::string> names;
+        if (!connected())
+            return names;
+        const char** ports =
+            jack_get_ports(client_->handle(), nullptr, JACK_DEFAULT_MIDI_TYPE, JackPortIsInput);
+        if (ports == nullptr)
+            return names;
+        for (const char** port = ports; *port != nullptr; ++port)
+            names.emplace_back(*port);
+        jack_free(ports);
+        return names;
+    }
+
+    std::unique_ptr<MidiOutlet> open(const std::string& destination) override {
+        if (!connected())
+            return nullptr;
+        const int result = jack_connect(client_->handle(), client_->portName(), destination.c_str());
+        if (result != 0 && result != EEXIST)
+            return nullptr;
+        return std::make_unique<JackOutlet>(client_, destination);
+    }
+
+private:
+    /// True while a server runs, the one of before or another. A client of a server that has died must be
+    /// closed before the library connects to the next one, so as long as an outlet holds it there is none.
+    bool connected() {
+        if (client_ && client_->serverLost()) {
+            if (client_.use_count() > 1)
+                return false;
+            client_.reset();
+        }
+        if (!client_)
+            client_ = JackClient::connect();
+        return client_ != nullptr;
+    }
+
+    std::shared_ptr<JackClient> client_;
+};
+} // namespace
+
+std::unique_ptr<MidiBackend> createJackBackend() {
+    // A user who runs no server wants none. The option at jack_client_open asks for the same, but not every
+    // implementation of the library heeds it.
+    ::setenv("JACK_NO_START_SERVER", "1", 1);
+    jack_set_error_function([](const char*) {});
+    jack_set_info_function([](const char*) {});
+    return std::make_unique<JackBackend>();
+}
+
+} // namespace velmora
