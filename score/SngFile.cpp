@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "score/SngFile.h"
+
+#include "score/Numbers.h"
+#include "score/Score.h"
+#include "score/SngText.h"
+#include "shell/Files.h"
+#include "sound/SetupState.h"
+
+#include <algorithm>
+
+namespace velmora {
+
+namespace {
+/// @return whether there is percussion
+bool readNotes(SngLines& lines, Score& score) {
+    bool percussion = false;
+    for (int channel = 0; channel < kUsedChannels; ++channel) {
+        markInUse(score, channel, lines.row(score.NoteCell.row(channel)));
+        const std::size_t fields = lines.row(score.NoteInstrument.row(channel));
+        percussion |= rememberBeats(score, channel, fields);
+    }
+    return percussion;
+}
+
+void readTempoLine(SngLines& lines, Score& score, std::optional<std::int16_t> cap) {
+    if (const auto tempo = parseInt16(lines.line()))
+        score.Tempo = *tempo;
+    if (cap)
+        score.Tempo = std::min(score.Tempo, *cap);
+}
+
+/// A text that ends here gives each channel the instrument of its first cell.
+void readChannelInstruments(SngLines& lines, Score& score) {
+    if (!lines.atEnd()) {
+        lines.row(std::span(score.ChannelInstrument).first(kUsedChannels));
+        return;
+    }
+    for (int channel = 0; channel < kUsedChannels; ++channel)
+        score.ChannelInstrument[static_cast<std::size_t>(channel)] =
+            score.NoteInstrument.valueOr(channel, 0, 0);
+}
+
+void readSections(SngLines& lines, Score& score) {
+    lines.line(); // taken for the keyword, whatever it says, as below
+    for (int row = 0; row < kPolyphonicsRows; ++row)
+        lines.row(score.Polyphonics.row(row));
+    for (const EffectSection& section : kEffectSections) {
+        lines.line();
+        for (int channel = 0; channel < kUsedChannels; ++channel)
+            lines.row((score.*section.grid).row(channel).subspan(1));
+    }
+}
+
+/// The search ends when this text has named all three meter values, or after as many lines as there are
+/// notes.
+void readKeyLines(SngLines& lines, Score& score, SetupState& setup) {
+    MeterFields read;
+    for (int count = 0; count < score.NumNotes && !lines.atEnd() && !read.complete(); ++count)
+        applyKeyLine(lines.line(), score, setup, read);
+}
+
+std::optional<SngOpened> open(const std::filesystem::path& path, SngReader reader, Score& score,
+                              SetupState& setup) {
+    // The whole file first: a score that can't be read must not cost the one in memory.
+    const auto bytes = readWholeFile(path);
+    if (!bytes)
+        return std::nullopt;
+    return parseSng(*bytes, reader, score, setup);
+}
+
+std::size_t fieldCount(std::string_view line) {
+    return line.empty() ? 0 : static_cast<std::size_t>(std::ranges::count(line, ',')) + 1;
+}
+} // namespace
+
+SngOpened parseSng(std::string_view bytes, SngReader reader, Score& score, SetupState& setup) {
+    const SngRules& rules = kSngRules[static_cast<std::size_t>(reader)];
+    SngLines lines(bytes);
+    score.ClearNoteArrays();
+    const bool percussion = readNotes(lines, score);
+    if (rules.form != SngForm::Newest && !lines.atEnd())
+        readTempoLine(lines, score, rules.tempoCap);
+    readChannelInstruments(lines, score);
+    if (rules.form != SngForm::First)
+        readSections(lines, score);
+    if (rules.form == SngForm::Newest)
+        readKeyLines(lines, score, setup);
+    score.FindEndOfSong();
+    return {.showTempo = rules.showsTempo,
+            .beatboxHeight = percussion ? std::optional(rules.beatboxHeight) : std::nullopt,
+            .keyboardInstrument = rules.keyboardInstrument};
+}
+
+std::optional<SngOpened> OpenPoliFile(const std::filesystem::path& path, Score& score, SetupState& setup) {
+    return open(path, SngReader::OpenPoliFile, score, setup);
+}
+
+std::optional<SngOpened> OpenFile(const std::filesystem::path& path, Score& score, SetupState& setup) {
+    return open(path, SngReader::OpenFile, score, setup);
+}
+
+std::optional<SngOpened> OpenPoliFile2(const std::filesystem::path& path, Score& score, SetupState& setup) {
+    return open(path, SngReader::OpenPoliFile2, score, setup);
+}
+
+std::optional<SngOpened> OpenSegment(const std::filesystem::path& path, Score& score, SetupState& setup) {
+    return open(path, SngReader::OpenSegment, score, setup);
+}
+
+std::size_t longestRow(std::string_view bytes) {
+    SngLines lines(bytes);
+    std::size_t longest = 0;
+    for (int channel = 0; channel < kUsedChannels; ++channel) {
+        longest = std::max(longest, fieldCount(lines.line()));
+        lines.line(); // the instruments
+    }
+    return longest;
+}
+
+std::string serializePoliFile(const Score& score, const SetupState& setup) {
+    std::array<std::size_t, kUsedChannels> last{};
+    for (int channel = 0; channel < kUsedChannels; ++channel)
+        last[static_cast<std::size_t>(channel)] =
+            static_cast<std::size_t>(std::max(score.lastFilledPosition(channel, score.NumNotes), 0));
+    // Rows end one index after the last note, where an effect of that note stands, or with the array.
+    const std::size_t effectEnd =
+        std::min(*std::ranges::max_element(last) + 2, static_cast<std::size_t>(score.Volume.positions()));
+
+    SngWriter out(100 * effectEnd);
+    for (int channel = 0; channel < kUsedChannels; ++channel) {
+        const std::size_t fields = last[static_cast<std::size_t>(channel)] + 1;
+        out.row(score.NoteCell.row(channel).first(fields));
+        out.row(score.NoteInstrument.row(channel).first(fields));
+    }
+    out.row(std::span(score.ChannelInstrument).first(kUsedChannels));
+    out.line(kPolyphonicsKeyword);
+    for (int row = 0; row < kPolyphonicsRows; ++row)
+        out.row(score.Polyphonics.row(row).first(effectEnd));
+    for (const EffectSection& section : kEffectSections) {
+        out.line(section.keyword);
+        for (int channel = 0; channel < kUsedChannels; ++channel)
+            out.row((score.*section.grid).row(channel).first(effectEnd).subspan(1));
+    }
+    writeKeyLines(out, score, setup);
+    return out.take();
+}
+
+std::string SavePoliFile(const Score& score, const SetupState& setup) {
+    if (score.currentFile.empty())
+        return {};
+    // The file is replaced in one step, so an old one needs no deleting and no wait until it is gone.
+    return replaceFile(score.currentFile, serializePoliFile(score, setup));
+}
+
+std::string serializeRecording(std::span<const std::int16_t> cells, std::int16_t instrument,
+                               std::int16_t tempo) {
+    SngWriter out(100 * (cells.size() + 1));
+    out.row(cells);
+    out.row(instrument, cells.size());
+    for (int channel = 1; channel < kUsedChannels; ++channel) {
+        out.row(kEmptyCell, 1);
+        out.row(instrument, 1);
+    }
+    out.line((tempo < 0 ? "" : " ") + std::to_string(tempo) + " "); // the sign takes the place of the blank
+    out.row(instrument, kUsedChannels);
+    out.line(kPolyphonicsKeyword);
+    for (int row = 0; row < kPolyphonicsRows; ++row)
+        out.row(0, cells.size() + 1);
+    for (const EffectSection& section : kEffectSections) {
+        out.line(section.keyword);
+        for (int channel = 0; channel < kUsedChannels; ++channel)
+            out.row(section.cleared, cells.size());
+    }
+    return out.take();
+}
+
+} // namespace velmora
