@@ -11,9 +11,9 @@
 namespace velmora {
 
 struct AudioOutputSettings {
-    StreamSettings stream;
+    StreamSettings stream = {};
     std::span<const AudioDriverRow> drivers = audioDriverTable();
-    SupervisorTimes times;
+    SupervisorTimes times = {};
 };
 
 struct AudioOutputFigures {

@@ -1,0 +1,264 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "sound/AudioOutput.h"
+#include "tests/SourcesForTests.h"
+#include "tests/Waiting.h"
+#include "tests/servers/MonitorRecorder.h"
+#include "tests/servers/PulseServer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+using namespace velmora;
+
+namespace {
+struct AudioServerTest : testing::Test {
+    PulseServer server;
+
+    static bool runs(const AudioOutput& output, std::string_view name, double seconds = 3) {
+        return within(seconds, [&] { return output.figures().driver == name; });
+    }
+    static bool goesOn(const Listener& tap, std::int64_t frames = 4410) {
+        const std::int64_t before = tap.heard;
+        return within(3, [&] { return tap.heard - before >= frames; });
+    }
+    static void expectQuickEnd(std::unique_ptr<AudioOutput> output) {
+        const double begin = steadySeconds();
+        output.reset();
+        EXPECT_LT(steadySeconds() - begin, 0.2);
+    }
+};
+
+/// Sends clicks at uneven moments, 5 to 60 ms apart, and returns when the last is sent.
+void sendClicks(ClickSource& clicks, int count) {
+    std::mt19937 random(7);
+    std::uniform_int_distribution<int> milliseconds(5, 60);
+    for (int i = 0; i < count; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds(random)));
+        clicks.send(steadySeconds());
+    }
+}
+
+/// The frame at which each of the clicks was heard.
+std::vector<std::optional<std::size_t>> framesOfClicks(const std::vector<float>& samples, int count) {
+    std::vector<std::optional<std::size_t>> found(static_cast<std::size_t>(count));
+    for (std::size_t frame = 0; frame < samples.size() / 2; ++frame) {
+        for (int i = 0; samples[2 * frame] != 0 && i < count; ++i) {
+            if (samples[2 * frame] == ClickSource::loudness(i)) {
+                found[static_cast<std::size_t>(i)] = frame;
+            }
+        }
+    }
+    return found;
+}
+
+struct SpacingTest : AudioServerTest, testing::WithParamInterface<int> {};
+} // namespace
+
+TEST_P(SpacingTest, WhatIsHeardKeepsTheSpacingOfWhatWasSent) {
+    constexpr int kClicks = 50;
+    server.start();
+    AudioOutput output({.stream = {.buffer = GetParam() / 1000.0}});
+    ASSERT_TRUE(runs(output, "pulse"));
+    ClickSource clicks;
+    ASSERT_TRUE(output.add(clicks));
+    MonitorRecorder recorder;
+    sendClicks(clicks, kClicks);
+    const auto last = [&] { return framesOfClicks(recorder.samples(), kClicks).back(); };
+    ASSERT_TRUE(within(3, [&] { return last().has_value(); }));
+    output.remove(clicks);
+
+    const auto frames = framesOfClicks(recorder.samples(), kClicks);
+    double worst = 0;
+    std::vector<double> latencies;
+    for (int i = 0; i < kClicks; ++i) {
+        const auto& frame = frames[static_cast<std::size_t>(i)];
+        ASSERT_TRUE(frame.has_value()) << i;
+        latencies.push_back(recorder.arrivalOf(double(*frame)) - clicks.moment(i));
+        if (i > 0) {
+            const double heard = double(*frame - *frames[static_cast<std::size_t>(i - 1)]) / kAudioRate;
+            worst = std::max(worst, std::fabs(heard - (clicks.moment(i) - clicks.moment(i - 1))));
+        }
+    }
+    std::nth_element(latencies.begin(), latencies.begin() + kClicks / 2, latencies.end());
+    std::cout << "buffer " << GetParam() << " ms: spacing off by " << worst * 1e3
+              << " ms at worst, sent to monitor " << latencies[kClicks / 2] * 1e3
+              << " ms, expected by the server " << output.figures().latency * 1e3 << " ms, late "
+              << clicks.late() << ", dry " << output.figures().underruns << "\n";
+    EXPECT_LT(worst, 0.0015);
+}
+INSTANTIATE_TEST_SUITE_P(Buffers, SpacingTest, testing::Values(10, 16, 20, 40, 100),
+                         [](const auto& tested) { return std::to_string(tested.param) + "ms"; });
+
+TEST_F(AudioServerTest, WhatIsTappedIsWhatTheServerPlaysBitForBit) {
+    server.start();
+    AudioOutput output;
+    ASSERT_TRUE(runs(output, "pulse"));
+    MonitorRecorder recorder;
+    NoiseSource noise;
+    Listener tap;
+    ASSERT_TRUE(output.addTap(tap));
+    ASSERT_TRUE(output.add(noise));
+    const std::size_t before = recorder.frames();
+    ASSERT_TRUE(within(5, [&] { return recorder.frames() - before > 2 * kAudioRate; }));
+    output.remove(noise);
+    output.removeTap(tap);
+    // A second of it: long enough that nothing else can be alike, away from the ends that only one of them
+    // may have.
+    ASSERT_EQ(output.figures().underruns, 0);
+    ASSERT_GT(tap.samples.size(), 3U * kAudioRate);
+    const auto recorded = recorder.samples();
+    const auto from = tap.samples.begin() + kAudioRate / 2;
+    EXPECT_NE(std::search(recorded.begin(), recorded.end(), from, from + 2 * kAudioRate), recorded.end());
+}
+
+TEST_F(AudioServerTest, WhenTheServerIsKilledTheNullStreamTakesOverAndWhenItReturnsItIsUsedAgain) {
+    server.start();
+    auto output = std::make_unique<AudioOutput>();
+    ClickSource clicks;
+    NoiseSource noise;
+    Listener tap(44100 * 20);
+    output->add(clicks);
+    output->add(noise);
+    output->addTap(tap);
+    ASSERT_TRUE(runs(*output, "pulse"));
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_TRUE(goesOn(tap));
+        server.kill();
+        EXPECT_TRUE(runs(*output, "none", 1.0));
+        EXPECT_TRUE(goesOn(tap));
+        server.start();
+        EXPECT_TRUE(runs(*output, "pulse", 2.5));
+        EXPECT_TRUE(goesOn(tap));
+    }
+    output->removeTap(tap);
+    output->remove(clicks);
+    output->remove(noise);
+    EXPECT_EQ(output->figures().openings, 5);
+    const auto [gap, overlap] = tap.largestGapAndOverlap();
+    EXPECT_LT(gap, 0.5);
+    EXPECT_LE(overlap, AudioMixer::kOverlap + 1e-6);
+    expectQuickEnd(std::move(output));
+}
+
+TEST_F(AudioServerTest, ClicksSentAcrossTheDeathOfTheServerAreAllRenderedInOrder) {
+    server.start();
+    AudioOutput output;
+    ClickSource clicks;
+    Listener tap(44100 * 10);
+    output.add(clicks);
+    output.addTap(tap);
+    ASSERT_TRUE(runs(output, "pulse"));
+    sendClicks(clicks, 10);
+    server.kill();
+    std::mt19937 random(9);
+    for (int i = 10; i < 40; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5 + random() % 30));
+        clicks.send(steadySeconds());
+    }
+    ASSERT_TRUE(goesOn(tap));
+    output.remove(clicks);
+    output.removeTap(tap);
+    const auto frames = framesOfClicks(tap.samples, 40);
+    for (std::size_t i = 0; i < 40; ++i) {
+        ASSERT_TRUE(frames[i].has_value()) << i;
+        EXPECT_TRUE(i == 0 || *frames[i] > *frames[i - 1]) << i;
+    }
+}
+
+TEST_F(AudioServerTest, WithoutAnyServerEverythingRunsAndEndsAndNoneIsStarted) {
+    auto output = std::make_unique<AudioOutput>();
+    Listener tap;
+    output->addTap(tap);
+    ASSERT_TRUE(runs(*output, "none", 0.5));
+    EXPECT_TRUE(goesOn(tap, 2 * kAudioRate)); // past a second try
+    EXPECT_FALSE(server.answers());
+    output->removeTap(tap);
+    expectQuickEnd(std::move(output));
+}
+
+TEST_F(AudioServerTest, AServerThatComesLateIsFound) {
+    auto output = std::make_unique<AudioOutput>();
+    ASSERT_TRUE(runs(*output, "none", 0.5));
+    server.start();
+    EXPECT_TRUE(runs(*output, "pulse", 2.5));
+    expectQuickEnd(std::move(output));
+}
+
+TEST_F(AudioServerTest, AFrozenServerIsGivenUpAndHoldsUpNobody) {
+    server.start();
+    auto output = std::make_unique<AudioOutput>();
+    Listener tap;
+    output->addTap(tap);
+    ASSERT_TRUE(runs(*output, "pulse"));
+    server.freeze();
+    EXPECT_TRUE(runs(*output, "none", 3));
+    EXPECT_TRUE(goesOn(tap, kAudioRate + kAudioRate / 2)); // and tries again in vain
+    output->removeTap(tap);
+    expectQuickEnd(std::move(output));
+    expectQuickEnd(std::make_unique<AudioOutput>());
+    output = std::make_unique<AudioOutput>();
+    EXPECT_TRUE(runs(*output, "none", 0.5));
+    server.thaw();
+    EXPECT_TRUE(runs(*output, "pulse", 4));
+}
+
+TEST_F(AudioServerTest, ASuspendedSinkIsLeftUntilItGoesOn) {
+    server.start();
+    AudioOutput output;
+    ASSERT_TRUE(runs(output, "pulse"));
+    ASSERT_TRUE(server.suspendSink(true));
+    EXPECT_TRUE(runs(output, "none", 3));
+    ASSERT_TRUE(server.suspendSink(false));
+    EXPECT_TRUE(runs(output, "pulse", 4));
+}
+
+TEST_F(AudioServerTest, EndingAtAnyMomentIsQuick) {
+    server.start();
+    for (int wait = 0; wait < 60; wait += 3) {
+        auto output = std::make_unique<AudioOutput>();
+        std::this_thread::sleep_for(std::chrono::milliseconds(wait));
+        expectQuickEnd(std::move(output));
+    }
+}
+
+/// VELMORA_PLAY_SECONDS sets how long it plays; for thread sanitizers and patient people.
+TEST_F(AudioServerTest, PlayingForAWhileWithATapKeepsTimeAndLosesNothing) {
+    const char* const wish = std::getenv("VELMORA_PLAY_SECONDS");
+    const double seconds = wish != nullptr ? std::atof(wish) : 3;
+    server.start();
+    AudioOutput output;
+    ASSERT_TRUE(runs(output, "pulse"));
+    NoiseSource noise;
+    ClickSource clicks;
+    Listener tap(static_cast<std::size_t>((seconds + 2) * kAudioRate));
+    output.add(noise);
+    output.add(clicks);
+    output.addTap(tap);
+    ASSERT_TRUE(goesOn(tap));
+    const double begin = steadySeconds();
+    const std::int64_t before = tap.heard;
+    for (int i = 0; steadySeconds() - begin < seconds; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(67));
+        if (i < ClickSource::kCapacity) {
+            clicks.send(steadySeconds());
+        }
+    }
+    const double rate = double(tap.heard - before) / (steadySeconds() - begin);
+    output.removeTap(tap);
+    output.remove(clicks);
+    output.remove(noise);
+    EXPECT_NEAR(rate, kAudioRate, kAudioRate * 0.1 / seconds);
+    const auto [gap, overlap] = tap.largestGapAndOverlap();
+    std::cout << "rate " << rate << ", gap " << gap * 1e3 << " ms, overlap " << overlap * 1e3 << " ms, late "
+              << clicks.late() << ", dry " << output.figures().underruns << "\n";
+    EXPECT_EQ(output.figures().openings, 1);
+}
