@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Exporting the largest score as a MIDI file, beside the cost of the disk alone.
+#include "score/MidiFile.h"
+#include "score/Score.h"
+#include "sound/Chords.h"
+
+#include <QTemporaryDir>
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+using namespace velmora;
+
+namespace {
+/// A head in every cell: the most events that positions can hold.
+Score fullScore() {
+    Score score(32767);
+    for (int channel = 0; channel < kUsedChannels; ++channel) {
+        std::ranges::fill(score.NoteCell.row(channel), std::int16_t{60});
+        std::ranges::fill(score.NoteInstrument.row(channel),
+                          static_cast<std::int16_t>(channel < kFirstPercussion ? 24 : 128));
+    }
+    // Above every channel that holds notes, so that emptying the channels of chords finds none.
+    score.TopChannel = kUsedChannels;
+    return score;
+}
+
+struct Export {
+    QTemporaryDir folder{QStringLiteral("velmora_bench_XXXXXX")};
+    std::filesystem::path path = folder.filePath("full.mid").toStdString();
+    Score score = fullScore();
+    ChordSteps steps;
+    std::int32_t NumBytes = 10000;
+};
+
+void countBytes(benchmark::State& state, std::size_t bytes) {
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes));
+}
+
+void buildMidi(benchmark::State& state) {
+    Export full;
+    std::size_t bytes = 0;
+    for (auto _ : state) {
+        const std::string built = buildMidiFile(full.score, full.steps, full.NumBytes);
+        bytes = built.size();
+        benchmark::DoNotOptimize(built.data());
+    }
+    countBytes(state, bytes);
+}
+BENCHMARK(buildMidi)->Unit(benchmark::kMillisecond);
+
+void exportMidi(benchmark::State& state) {
+    Export full;
+    for (auto _ : state) {
+        if (!MidiFile(full.path, full.score, full.steps, full.NumBytes).empty())
+            state.SkipWithError("the file could not be written");
+    }
+    countBytes(state, std::filesystem::file_size(full.path));
+}
+BENCHMARK(exportMidi)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void exportFloor(benchmark::State& state) {
+    Export full;
+    const std::string bytes = buildMidiFile(full.score, full.steps, full.NumBytes);
+    const std::string beside = full.path.string() + "~";
+    for (auto _ : state) {
+        std::ofstream(beside, std::ios::binary) << bytes;
+        std::filesystem::rename(beside, full.path);
+    }
+    countBytes(state, bytes.size());
+}
+BENCHMARK(exportFloor)->Unit(benchmark::kMillisecond)->UseRealTime();
+} // namespace

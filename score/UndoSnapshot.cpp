@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "score/UndoSnapshot.h"
+
+#include "score/Score.h"
+#include "score/SngText.h"
+#include "shell/Files.h"
+#include "sound/SetupState.h"
+
+#include <algorithm>
+#include <fstream>
+
+namespace velmora {
+
+namespace {
+constexpr int kBeyondSongEnd = 100; ///< positions after the song's end that a snapshot still looks at
+
+bool isChannel(int channel) {
+    return channel >= 0 && channel < kUsedChannels;
+}
+} // namespace
+
+UndoSnapshot::UndoSnapshot(std::filesystem::path path) : path_(std::move(path)) {}
+
+void UndoSnapshot::SaveforUndo(const Score& score, const SetupState& setup) {
+    UndoChannel = -1;
+    if (!isChannel(score.ActiveChannel))
+        return;
+    const std::string text = serializeUndo(score, setup);
+    // Written in place and not flushed to the disk: no snapshot is wanted after a crash, and this runs before
+    // each stroke.
+    std::ofstream file(path_, std::ios::binary | std::ios::trunc);
+    file.write(text.data(), static_cast<std::streamsize>(text.size()));
+    file.close();
+    if (file)
+        UndoChannel = score.ActiveChannel;
+}
+
+bool UndoSnapshot::OpenforUndo(Score& score, SetupState& setup) {
+    if (UndoChannel < 0)
+        return false;
+    const auto bytes = readWholeFile(path_);
+    if (!bytes)
+        return false;
+    parseUndo(*bytes, UndoChannel, score, setup);
+    UndoChannel = -1;
+    return true;
+}
+
+std::string serializeUndo(const Score& score, const SetupState& setup) {
+    const int channel = score.ActiveChannel;
+    if (!isChannel(channel))
+        return {};
+    const int bound = score.SongEnd >= 1 ? score.SongEnd + kBeyondSongEnd : score.NumNotes;
+    const auto fields = static_cast<std::size_t>(std::max(score.lastFilledPosition(channel, bound), 0)) + 1;
+    const std::size_t effectEnd = std::min(fields + 1, static_cast<std::size_t>(score.Volume.positions()));
+
+    SngWriter out(8 * fields);
+    out.row(score.NoteCell.row(channel).first(fields));
+    out.row(score.NoteInstrument.row(channel).first(fields));
+    out.row(std::span(score.ChannelInstrument).subspan(static_cast<std::size_t>(channel), 1));
+    out.line(kPolyphonicsKeyword);
+    if (channel < kPolyphonicsRows)
+        out.row(score.Polyphonics.row(channel).first(effectEnd));
+    for (const EffectSection& section : kEffectSections) {
+        out.line(section.keyword);
+        out.row((score.*section.grid).row(channel).first(effectEnd).subspan(1));
+    }
+    writeKeyLines(out, score, setup);
+    return out.take();
+}
+
+void parseUndo(std::string_view bytes, int channel, Score& score, SetupState& setup) {
+    if (!isChannel(channel))
+        return;
+    SngLines lines(bytes);
+    score.ClearThisArray(channel);
+    markInUse(score, channel, lines.row(score.NoteCell.row(channel)));
+    rememberBeats(score, channel, lines.row(score.NoteInstrument.row(channel)));
+    // Field `channel` of a row that has one field: only channel 0 gets its instrument back.
+    auto instruments = score.ChannelInstrument;
+    lines.row(std::span(instruments).first(kUsedChannels));
+    const auto own = static_cast<std::size_t>(channel);
+    score.ChannelInstrument[own] = instruments[own];
+
+    lines.line(); // each keyword is passed over, whatever it says
+    if (channel < kPolyphonicsRows)
+        lines.row(score.Polyphonics.row(channel));
+    for (const EffectSection& section : kEffectSections) {
+        lines.line();
+        lines.row((score.*section.grid).row(channel).subspan(1));
+    }
+    MeterFields ignored; // here a blank line ends the search, not the values found
+    while (!lines.atEnd()) {
+        const std::string_view line = lines.line();
+        if (line.empty())
+            break;
+        applyKeyLine(line, score, setup, ignored);
+    }
+    score.FindEndOfSong();
+}
+
+} // namespace velmora
