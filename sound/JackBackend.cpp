@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <thread>
 
 // JACK's own library and not RtMidi: the latter drops what does not fit into one period's buffer (about 80
@@ -22,13 +23,13 @@
 namespace velmora {
 
 namespace {
-constexpr double kDrainSeconds = 0.2;
+constexpr double kDrainSeconds = 0.4;
 
 /// Our client of one running server, with its one output port.
 class JackClient {
 public:
     /// Null when no server runs.
-    static std::shared_ptr<JackClient> connect() {
+    static std::shared_ptr<JackClient> openAtServer() {
         jack_client_t* handle = jack_client_open(kMidiClientName, JackNoStartServer, nullptr);
         if (handle == nullptr)
             return nullptr;
@@ -43,13 +44,31 @@ public:
 
     [[nodiscard]] bool serverLost() const noexcept { return serverLost_; }
     [[nodiscard]] jack_client_t* handle() const { return handle_; }
-    [[nodiscard]] const char* portName() const { return jack_port_name(port_); }
     [[nodiscard]] std::size_t queued() const noexcept { return queue_.size(); }
 
-    bool send(std::uint32_t word) noexcept {
-        return !serverLost_ && queue_.push({jack_frame_time(handle_), word});
+    /// @param connection the number that `connect` gave
+    bool send(std::uint32_t word, unsigned connection) noexcept {
+        return !serverLost_ && queue_.push({jack_frame_time(handle_), connection, word});
     }
 
+    /// Connects the port to a destination and gives the connection's number; none if that has gone.
+    std::optional<unsigned> connect(const std::string& destination) {
+        const int result = jack_connect(handle_, jack_port_name(port_), destination.c_str());
+        if (result != 0 && result != EEXIST)
+            return std::nullopt;
+        return connection_.load();
+    }
+
+    /// Ends the connection once what was sent on it has left. Messages that a stalled server has not taken by
+    /// then are dropped: the next destination must never hear them.
+    void disconnect(const std::string& destination) {
+        drain();
+        ++connection_;
+        if (!serverLost_)
+            jack_disconnect(handle_, jack_port_name(port_), destination.c_str());
+    }
+
+private:
     /// Waits until all that was sent has left our port, but never for long.
     void drain() const {
         const double deadline = steadySeconds() + kDrainSeconds;
@@ -62,9 +81,9 @@ public:
         }
     }
 
-private:
     struct Event {
         jack_nframes_t frame; ///< JACK's time of the call that sent it
+        unsigned connection;
         std::uint32_t word;
     };
 
@@ -90,6 +109,10 @@ private:
         const int last = static_cast<int>(frames) - 1;
         int offset = 0;
         while (const Event* event = queue_.front()) {
+            if (event->connection != connection_) {
+                queue_.pop();
+                continue;
+            }
             // A whole period later than it was sent: constant, so that what is heard keeps the spacing of
             // what was sent. A distance of seconds means that the server's clock has jumped; then it goes out
             // at once.
@@ -115,30 +138,29 @@ private:
     jack_client_t* handle_;
     jack_port_t* port_ = nullptr;
     SpscRing<Event, MidiOutlet::kQueueLength> queue_;
+    std::atomic<unsigned> connection_{0}; ///< the number of the one that is there or comes next
     std::atomic<unsigned long> periods_{0};
     std::atomic<bool> serverLost_{false};
 };
 
 class JackOutlet : public MidiOutlet {
 public:
-    JackOutlet(std::shared_ptr<JackClient> client, std::string destination)
+    JackOutlet(std::shared_ptr<JackClient> client, std::string destination, unsigned connection)
         : client_(std::move(client))
-        , destination_(std::move(destination)) {}
-    ~JackOutlet() override {
-        client_->drain();
-        if (!client_->serverLost())
-            jack_disconnect(client_->handle(), client_->portName(), destination_.c_str());
-    }
+        , destination_(std::move(destination))
+        , connection_(connection) {}
+    ~JackOutlet() override { client_->disconnect(destination_); }
     JackOutlet(const JackOutlet&) = delete;
     JackOutlet& operator=(const JackOutlet&) = delete;
 
-    bool send(std::uint32_t word) noexcept override { return client_->send(word); }
+    bool send(std::uint32_t word) noexcept override { return client_->send(word, connection_); }
     [[nodiscard]] std::size_t room() const noexcept override { return kQueueLength - client_->queued(); }
     [[nodiscard]] bool alive() const noexcept override { return !client_->serverLost(); }
 
 private:
     std::shared_ptr<JackClient> client_;
     std::string destination_;
+    unsigned connection_;
 };
 
 class JackBackend : public MidiBackend {
@@ -160,10 +182,10 @@ public:
     std::unique_ptr<MidiOutlet> open(const std::string& destination) override {
         if (!connected())
             return nullptr;
-        const int result = jack_connect(client_->handle(), client_->portName(), destination.c_str());
-        if (result != 0 && result != EEXIST)
+        const auto connection = client_->connect(destination);
+        if (!connection)
             return nullptr;
-        return std::make_unique<JackOutlet>(client_, destination);
+        return std::make_unique<JackOutlet>(client_, destination, *connection);
     }
 
 private:
@@ -176,7 +198,7 @@ private:
             client_.reset();
         }
         if (!client_)
-            client_ = JackClient::connect();
+            client_ = JackClient::openAtServer();
         return client_ != nullptr;
     }
 

@@ -40,7 +40,8 @@ void MidiDevices::takeOverLists() {
         devices_.push_back({kBuiltIn, kSynthName, {}});
     for (std::size_t i = 0; i < backends_.size(); ++i)
         for (auto& name : backends_[i]->destinations())
-            devices_.push_back({static_cast<int>(i), std::move(name), {}});
+            if (!isLoopback(name))
+                devices_.push_back({static_cast<int>(i), std::move(name), {}});
     std::vector<std::string> fullNames;
     for (const auto& device : devices_)
         fullNames.push_back(device.fullName);

@@ -63,6 +63,11 @@ std::string shortPortName(std::string_view fullName) {
     return cut(clean(withoutRepeatedClient(fullName)), kPortNameLength);
 }
 
+// PipeWire names the same port to JACK's clients after its own: "Midi-Bridge:Midi Through:(playback_0) ...".
+bool isLoopback(std::string_view fullName) {
+    return fullName.find("Midi Through") != std::string_view::npos;
+}
+
 std::vector<std::string> shortPortNames(std::span<const std::string> fullNames) {
     std::vector<std::string> names;
     names.reserve(fullNames.size());

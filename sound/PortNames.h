@@ -17,6 +17,10 @@ inline constexpr std::size_t kPortNameLength = 32;
 /// marks, and what is beyond `kPortNameLength` characters is cut off.
 [[nodiscard]] std::string shortPortName(std::string_view fullName);
 
+/// True for ALSA's "Midi Through", which stands on every machine and hands on to nothing by itself. Who
+/// picked it would hear nothing, and who knows what to do with it can connect to our port as well.
+[[nodiscard]] bool isLoopback(std::string_view fullName);
+
 /// Short names of all, in the same order, no two alike: those that would be get " 2", " 3" and so on at their
 /// end, still within `kPortNameLength` characters.
 [[nodiscard]] std::vector<std::string> shortPortNames(std::span<const std::string> fullNames);

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "sound/DeviceChooser.h"
+
+#include "sound/ShortMessage.h"
+
+#include <utility>
+
+namespace velmora {
+
+DeviceChooser::DeviceChooser(MidiPort& port, DevicesKey key) : port_(port), key_(std::move(key)) {}
+
+void DeviceChooser::resetAndClose() {
+    port_.reset();
+    closePort();
+}
+
+void DeviceChooser::openAtActivation() {
+    MidiDevice = key_.read().value_or(MidiPort::kMapper);
+    openPort(MidiDevice);
+    if (MidiResult == MidiPort::kOk) {
+        port_.send(shortmessage::kDrumBank);
+        return;
+    }
+    closePort();
+    openPort(MidiDevice + 1);
+}
+
+DeviceChooser::Reopened DeviceChooser::reopenIfChanged() {
+    if (key_.read().value_or(MidiPort::kMapper) == MidiDevice)
+        return Reopened::No;
+    return Device_Click() ? Reopened::ByMapper : Reopened::AsChosen;
+}
+
+bool DeviceChooser::Device_Click() {
+    // Its own default: the first device, where an activation takes the mapper.
+    MidiDevice = key_.read().value_or(0);
+    resetAndClose();
+    openPort(MidiDevice);
+    if (MidiResult != MidiPort::kOk && MidiDevice < kRetriedBelow) {
+        resetAndClose();
+        openPort(MidiDevice + 1);
+        resetAndClose();
+        openPort(MidiDevice);
+        if (MidiResult != MidiPort::kOk) {
+            resetAndClose();
+            openPort(MidiPort::kMapper);
+            return true;
+        }
+    }
+    if (MidiResult == MidiPort::kOk)
+        port_.send(shortmessage::kDrumBank);
+    return false;
+}
+
+bool DeviceChooser::choose(int item) {
+    key_.write(item - 1);
+    return Device_Click();
+}
+
+void DeviceChooser::close() {
+    resetAndClose();
+}
+
+DeviceChooser::List DeviceChooser::list() {
+    List shown{{kMapperName}, 0};
+    const int count = port_.deviceCount();
+    for (int device = 0; device < count; ++device)
+        shown.texts.push_back(port_.deviceName(device));
+    auto chosen = key_.read();
+    if (!chosen) {
+        chosen = count - 1;
+        key_.write(*chosen);
+    }
+    if (*chosen >= MidiPort::kMapper && *chosen < count)
+        shown.item = *chosen + 1;
+    return shown;
+}
+
+std::optional<DeviceChooser::Message> DeviceChooser::startUpCheck() {
+    if (port_.deviceCount() > 0)
+        return std::nullopt;
+    return Message{"Velmora - Error", "Unable to detect any midi output devices.\n\nTerminating..."};
+}
+
+} // namespace velmora

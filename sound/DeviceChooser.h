@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "sound/MidiPort.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmora {
+
+/// The settings key `Devices`: index of the chosen MIDI device, -1 for the mapper.
+struct DevicesKey {
+    std::function<std::optional<int>()> read; ///< none where the key is missing
+    std::function<void(int)> write;
+};
+
+/// The rules by which the MIDI output is opened and its device is chosen. It shows nothing itself: what the
+/// list or a message box should show comes back. All calls come from the interface thread.
+class DeviceChooser {
+public:
+    static constexpr const char* kMapperName = "MIDI Mapper";
+
+    /// @param port must outlive this object
+    DeviceChooser(MidiPort& port, DevicesKey key);
+
+    /// Opens the device of the settings (the mapper where there is none) when the composing window is first
+    /// activated, and sends the drum bank. Where that device fails the one after it is opened instead, and
+    /// nothing is sent.
+    void openAtActivation();
+
+    /// At a later activation: presses `Device_Click` if the settings name another device than is open.
+    enum class Reopened { No, AsChosen, ByMapper };
+    Reopened reopenIfChanged();
+
+    /// Opens the device of the settings anew (device 0 where there is none) and sends the drum bank. Where it
+    /// fails and is below 9, the device after it is opened and closed, which frees a device that was left
+    /// busy, and the chosen one tried again; then the mapper. Where it is 9 or above the port stays closed.
+    /// True if it fell back to the mapper: the caller sets `Combo2` to item 0.
+    [[nodiscard]] bool Device_Click();
+
+    /// The user's choice in `Combo2`: item 0 is the mapper. Writes the key, then as `Device_Click`.
+    [[nodiscard]] bool choose(int item);
+
+    /// Silences and closes the port.
+    void close();
+
+    struct List {
+        std::vector<std::string> texts; ///< "MIDI Mapper", then each device's name
+        int item;                       ///< the chosen one; 0 where the chosen device is not there
+    };
+    /// What `Combo2` shows. Where the key is missing it is written with the number of devices less one.
+    [[nodiscard]] List list();
+
+    struct Message {
+        std::string title;
+        std::string text;
+    };
+    /// None if there is a device. Otherwise what a message box says before the program ends.
+    [[nodiscard]] std::optional<Message> startUpCheck();
+
+    [[nodiscard]] int midiDevice() const { return MidiDevice; }
+    [[nodiscard]] int midiResult() const { return MidiResult; }
+
+private:
+    static constexpr int kRetriedBelow = 9;
+
+    void openPort(int device) { MidiResult = port_.open(device); }
+    void closePort() { MidiResult = port_.close(); }
+    void resetAndClose();
+
+    MidiPort& port_;
+    DevicesKey key_;
+    int MidiDevice = MidiPort::kMapper; ///< from the settings, also where another one was opened instead
+    int MidiResult = MidiPort::kOk;     ///< of the last open or close
+};
+
+} // namespace velmora
