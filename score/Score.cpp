@@ -76,6 +76,15 @@ int Score::lastFilledPosition(int channel, int bound) const {
     return position;
 }
 
+std::vector<int> Score::usedChannels() const {
+    std::vector<int> used;
+    for (int channel = 0; channel < kUsedChannels; ++channel) {
+        if (lastFilledPosition(channel, NumNotes) >= 0)
+            used.push_back(channel);
+    }
+    return used;
+}
+
 void Score::FindEndOfSong() {
     SongEnd = 0;
     if (static_cast<unsigned>(ActiveChannel) < ChannelInUse.size())

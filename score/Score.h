@@ -109,6 +109,8 @@ struct Score {
     void rememberBeat(int channel, int position, std::int16_t value);
     /// The highest position of a channel that is not empty, at or below @p bound; -1 for none.
     [[nodiscard]] int lastFilledPosition(int channel, int bound) const;
+    /// Channels with any cell that is not empty, muted or not, in ascending order.
+    [[nodiscard]] std::vector<int> usedChannels() const;
 };
 
 /// What `LblNumnotes` shows: "77 Notes".

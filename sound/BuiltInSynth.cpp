@@ -117,6 +117,7 @@ void BuiltInSynth::render(const AudioBlock& block) noexcept {
         spanAt_ += frames;
         done += frames;
     }
+    voices_.store(engine->voicesSounding(), std::memory_order_relaxed);
 }
 
 void BuiltInSynth::discardEvents() noexcept {

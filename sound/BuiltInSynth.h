@@ -3,6 +3,7 @@
 
 #include "sound/AudioSource.h"
 #include "sound/EventQueue.h"
+#include "sound/SoftSynth.h"
 #include "sound/SynthEngine.h"
 
 #include <array>
@@ -23,7 +24,7 @@ namespace velmora {
 /// The SoundFont is loaded on a thread of its own from construction on. Until then the source is silent and
 /// messages wait; when it is there, instruments and controllers arrive as if it had always been, but notes
 /// begun more than kStaleSeconds before stay silent.
-class BuiltInSynth : public AudioSource {
+class BuiltInSynth : public AudioSource, public SoftSynth {
 public:
     static constexpr std::size_t kQueueCapacity = 8192;
     /// Places of the queue that notes can't take: a flood of notes must not keep their ends out.
@@ -41,10 +42,14 @@ public:
     /// backwards; a moment that has gone by means at once. What is no channel message is ignored. An
     /// instrument that is chosen for the first time is read from the disk here. Thread-safe: no, one sender.
     /// Realtime-safe: no.
-    void send(std::uint32_t word, double moment);
+    void send(std::uint32_t word, double moment) override;
     /// Ends every sounding note at @p moment; see SynthEngine::reset. Thread-safe: no, one sender.
-    void reset(double moment);
+    void reset(double moment) override;
 
+    /// True while it sounds or may come to sound: loading has not failed. Thread-safe: yes.
+    [[nodiscard]] bool available() override { return !failed_.load(std::memory_order_acquire); }
+    /// True while any voice sounds or rings out, as of the last block. Thread-safe: yes.
+    [[nodiscard]] bool sounding() const { return voices_.load(std::memory_order_relaxed) > 0; }
     /// True once messages sound. Thread-safe: yes.
     [[nodiscard]] bool ready() const { return audible_.load(std::memory_order_acquire) != nullptr; }
     /// Waits until loading has ended, well or not, or the time is over; tells `ready()`. Thread-safe: yes.
@@ -92,6 +97,8 @@ private:
     // What the audio thread sees of the loader.
     std::atomic<SynthEngine*> audible_{nullptr};
     std::atomic<bool> failed_{false};
+
+    std::atomic<int> voices_{0}; ///< the audio thread's news
 
     // The audio thread's own: rendered frames that the last block had no room for.
     static constexpr int kSpanFrames = 1024;

@@ -3,6 +3,7 @@
 
 #include "sound/BackendThread.h"
 #include "sound/MidiPort.h"
+#include "sound/SoftSynth.h"
 #include "sound/SoundingNotes.h"
 
 #include <memory>
@@ -10,19 +11,6 @@
 #include <vector>
 
 namespace velmora {
-
-/// What `MidiDevices` needs of the built-in synthesizer. Moments are `steadySeconds()` at the call.
-/// All calls come from the interface thread and none waits.
-class SoftSynth {
-public:
-    virtual ~SoftSynth() = default;
-    /// False while it cannot sound, for example because there is no SoundFont.
-    [[nodiscard]] virtual bool available() = 0;
-    /// Takes a valid short message.
-    virtual void send(std::uint32_t word, double moment) = 0;
-    /// Ends every sounding note; instruments and controllers stay as they are, pedals come up.
-    virtual void reset(double moment) = 0;
-};
 
 /// The MIDI output of the program: the built-in synthesizer as device 0 while it is available, and after it
 /// every destination of the MIDI back ends. The mapper is the first device of the list.

@@ -1,0 +1,252 @@
+# SPDX-License-Identifier: GPL-2.0-or-later
+"""The headless companion as its users call it. Usage: cli_test.py PATH-OF-VELMORA-CLI"""
+
+import os
+import random
+import shutil
+import signal
+import struct
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+import wave
+
+from player_model import CHANNELS, CLEARED, Player, Score
+
+CLI = None
+SMALL_SOUNDFONT = "/usr/share/sounds/sf2/TimGM6mb.sf2"
+
+
+def run(*words, **more):
+    return subprocess.run([CLI, *map(str, words)], capture_output=True, text=True, timeout=120, **more)
+
+
+def random_score(rng, positions=60, channels=CHANNELS):
+    score = Score()
+    score.tempo = rng.choice([60, 100, 137, 333, 500])
+    for c in rng.sample([c for c in range(channels) if c != 9], rng.randint(1, 5)):
+        codes = [rng.randrange(128) for _ in range(2)] if c < 8 else [rng.randrange(128, 175) for _ in range(2)]
+        p = rng.randrange(4)
+        while p < positions:
+            length, row = rng.randint(1, 6), rng.randrange(128)
+            for q in range(p, min(p + length, positions)):
+                score.cell[c][q] = row if q == p else 1000 + row
+                score.instrument[c][q] = codes[p % 2]
+            if rng.random() < 0.2 and c < 8:
+                score.chord[c + 1][p] = rng.randrange(8)
+            p += length + rng.choice([0, 0, 1, 5])
+        for name in CLEARED:
+            for q in range(1, positions):
+                if rng.random() < 0.3:
+                    score.effects[name][c][q] = rng.randrange(128)
+    return score
+
+
+class CliTest(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.mkdtemp()
+        self.addCleanup(shutil.rmtree, self.folder)
+        os.environ["HOME"] = self.folder
+        os.environ["XDG_CONFIG_HOME"] = self.folder
+        os.environ["PULSE_SERVER"] = "unix:" + self.path("no server")
+        os.environ["SDL_AUDIODRIVER"] = "none of them"
+        os.environ["JACK_DEFAULT_SERVER"] = "no_such_server"
+
+    def path(self, name):
+        return os.path.join(self.folder, name)
+
+    def save(self, name, text):
+        mode = "wb" if isinstance(text, bytes) else "w"
+        with open(self.path(name), mode, **({} if mode == "wb" else {"newline": ""})) as file:
+            file.write(text)
+        return self.path(name)
+
+    def tune(self, name="tune.sng", rows=(60, 62, 64, 65), length=2, tempo=200, channel=0):
+        score = Score()
+        score.tempo = tempo
+        for i, row in enumerate(rows):
+            for k in range(length):
+                score.cell[channel][i * length + k] = row if k == 0 else 1000 + row
+                score.instrument[channel][i * length + k] = 0 if channel < 8 else 130
+        return self.save(name, score.text())
+
+    # What playing sends
+
+    def test_a_trace_is_what_an_independent_player_sends(self):
+        rng = random.Random(7)
+        for case in range(60):
+            score = random_score(rng)
+            file = self.save("s.sng", score.text())
+            options, top, segment = [], None, None
+            muted = sorted(rng.sample(range(CHANNELS), rng.choice([0, 0, 2])))
+            strummed = sorted(rng.sample(range(8), rng.choice([0, 0, 3])))
+            if muted:
+                options += ["--mute", ",".join(map(str, muted))]
+            if strummed:
+                options += ["--strum", ",".join(map(str, strummed))]
+            if rng.random() < 0.3:
+                top = rng.randrange(CHANNELS)
+                options += ["--top-channel", top]
+            if rng.random() < 0.3:
+                segment = sorted(rng.choices(range(70), k=2))
+                options += ["--segment", f"{segment[0]}:{segment[1]}"]
+            wanted = Player(score, top, muted, strummed).play(segment)
+            done = run("trace", file, *options)
+            self.assertEqual(done.returncode, 0, done.stderr)
+            self.assertEqual(done.stdout.splitlines(), wanted, f"case {case}: {options}")
+
+    def test_the_first_step_comes_one_step_after_the_start(self):
+        lines = run("trace", self.tune(tempo=100)).stdout.splitlines()
+        self.assertEqual(lines[0], "0 0.138000 0x0000B0")
+        self.assertEqual(lines[-1].split()[2], "reset")
+
+    def test_opening_a_file_alone_leaves_channels_above_one_silent(self):
+        file = self.tune(channel=5)
+        self.assertEqual(len(run("trace", file, "--top-channel", 1).stdout.splitlines()), 1)
+        self.assertGreater(len(run("trace", file).stdout.splitlines()), 20)
+
+    def test_a_score_of_200000_positions_is_played_whole(self):
+        score = Score(200000)
+        score.tempo = 1000
+        for p in (0, 32768, 40000, 199999):
+            score.cell[0][p], score.instrument[0][p] = 60, 1
+        file = self.save("long.sng", score.text())
+        self.assertIn("SongEnd: 200000\n", run("info", file).stdout)
+        ons = [line for line in run("trace", file).stdout.splitlines() if line.endswith("90") and "0x7F43" in line]
+        self.assertEqual([int(line.split()[0]) for line in ons], [0, 32768, 40000, 199999])
+        self.assertEqual(run("convert", file, self.path("long.mid")).returncode, 0)
+        notes = self.listed(self.path("long.mid"))
+        self.assertEqual([int(n[1]) for n in notes if n[2] == "Note_on_c"], [0, 393216, 480000, 2399988])
+
+    # Files
+
+    def listed(self, path):
+        done = subprocess.run(["midicsv", path], capture_output=True, text=True, check=True)
+        return [line.split(", ") for line in done.stdout.splitlines()]
+
+    def test_a_midi_lister_reads_the_notes_that_the_score_holds(self):
+        file = self.tune(rows=(60, 60, 50), length=4)
+        self.assertEqual(run("convert", file, self.path("t.mid")).returncode, 0)
+        records = self.listed(self.path("t.mid"))
+        self.assertEqual(records[0], ["0", "0", "Header", "1", "14", "48"])
+        notes = [(int(r[1]), r[2], int(r[4])) for r in records if r[2].startswith("Note")]
+        self.assertEqual(notes, [(0, "Note_on_c", 67), (48, "Note_off_c", 67), (48, "Note_on_c", 67),
+                                 (96, "Note_off_c", 67), (96, "Note_on_c", 77), (144, "Note_off_c", 77)])
+
+    def test_a_score_comes_back_as_it_was(self):
+        text = random_score(random.Random(3)).text()
+        file = self.save("a.sng", text)
+        self.assertEqual(run("convert", file, self.path("b.sng")).returncode, 0)
+        with open(self.path("b.sng"), newline="") as saved:
+            self.assertEqual(saved.read(), text)
+
+    def test_the_first_form_keeps_its_tempo_only_through_its_own_reader(self):
+        rows = ["60,1060", "0,0"] + ["-1", "0"] * 12
+        file = self.save("old.sng", "\r\n".join(rows + [" 500 ", "24" + ",0" * 12]) + "\r\n")
+        self.assertIn("Tempo: 400\n", run("info", file, "--form", "first").stdout)
+        self.assertIn("Tempo: 100\n", run("info", file).stdout)
+
+    def test_sound_is_written_whole_with_its_tail_and_without_clipping(self):
+        file = self.tune(rows=(60, 62, 64, 65))
+        done = run("convert", file, self.path("t.wav"), "--soundfont", SMALL_SOUNDFONT)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        with wave.open(self.path("t.wav")) as sound:
+            self.assertEqual((sound.getnchannels(), sound.getsampwidth(), sound.getframerate()), (2, 2, 44100))
+            frames = struct.unpack(f"<{sound.getnframes() * 2}h", sound.readframes(sound.getnframes()))
+        loud = [i // 2 for i, s in enumerate(frames) if abs(s) > 300]
+        self.assertAlmostEqual(loud[0] / 44100, 13.8 / 200, delta=0.02)
+        self.assertLess(max(map(abs, frames)), 32767)
+        self.assertLess(max(map(abs, frames[-2000:])), 20)
+
+    def test_a_decoder_reads_the_mp3(self):
+        file = self.tune()
+        done = run("convert", file, self.path("t.mp3"), "--soundfont", SMALL_SOUNDFONT, "--bitrate", 128)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        told = subprocess.run(["mpg123", "-t", "-v", self.path("t.mp3")], capture_output=True, text=True)
+        self.assertEqual(told.returncode, 0, told.stderr)
+        self.assertIn("128 kbit/s", told.stderr)
+
+    def test_several_scores_are_converted_into_a_folder_and_failures_are_named(self):
+        files = [self.tune(f"{n}.sng") for n in "abc"]
+        out = self.path("midi")
+        done = run("convert", *files, self.path("absent.sng"), "--to", "mid", "--out", out)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("absent.sng", done.stderr)
+        self.assertEqual(sorted(os.listdir(out)), ["a.mid", "b.mid", "c.mid"])
+
+    def test_a_file_that_cannot_be_written_leaves_the_old_one(self):
+        file = self.tune()
+        for name in ("t.sng", "t.mid", "t.wav", "t.mp3"):
+            self.assertEqual(run("convert", file, os.path.join(file, name), "--soundfont", SMALL_SOUNDFONT).returncode, 1)
+        kept = self.save("kept.wav", "old")
+        done = run("convert", file, kept, "--soundfont", self.path("absent.sf2"))
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("absent.sf2", done.stderr)
+        with open(kept) as still:
+            self.assertEqual(still.read(), "old")
+
+    # Bad input
+
+    def test_any_bytes_are_taken_for_a_score_without_harm(self):
+        rng = random.Random(11)
+        good = random_score(rng).text().encode()
+        cases = [b"", b"\0" * 5000, b"\n" * 300, b",,,,\n" * 120, b"9" * 100000, bytes(rng.randbytes(20000)),
+                 good[: len(good) // 2], good.replace(b"\r\n", b"\n"), good.replace(b"6", b"x")]
+        for case in cases:
+            file = self.save("bad.sng", case)
+            for command in (("info", file), ("trace", file), ("convert", file, self.path("o.mid"))):
+                done = run(*command)
+                self.assertEqual(done.returncode, 0, (case[:40], command, done.stderr))
+
+    def test_wrong_words_are_usage_errors_and_write_nothing(self):
+        file = self.tune()
+        out = self.path("o.mid")
+        for words in ([], ["sing"], ["info"], ["convert", file], ["convert", file, self.path("o.xyz")],
+                      ["convert", file, out, "--top-channel", "13"], ["convert", file, out, "--mute", "1,x"],
+                      ["trace", file, "--segment", "9:3"], ["trace", file, "--segment", "9"], ["trace", file, file],
+                      ["trace", file, "--form", "third"], ["convert", file, self.path("o.mp3"), "--bitrate", "129"],
+                      ["convert", file, "--to", "ogg"], ["play", file, "--no-such-option"]):
+            done = run(*words)
+            self.assertEqual(done.returncode, 2, (words, done.stderr))
+            self.assertTrue(done.stderr.startswith("velmora-cli: "), words)
+            self.assertEqual(done.stdout, "")
+        self.assertEqual(os.listdir(self.folder), ["tune.sng"])
+
+    def test_every_command_explains_itself(self):
+        self.assertEqual(run("--help").returncode, 0)
+        for command in ("info", "convert", "play", "trace", "devices"):
+            self.assertIn(command, run("--help").stdout)
+            done = run(command, "--help")
+            self.assertEqual(done.returncode, 0)
+            self.assertIn("velmora-cli " + command, " ".join(done.stdout.split()))
+
+    # Playing
+
+    def test_an_unknown_device_is_answered_with_the_known_ones(self):
+        done = run("play", self.tune(), "--device", "Trombone 3000")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("Trombone 3000", done.stderr)
+        self.assertIn("MIDI Mapper", done.stderr)
+        self.assertEqual(run("devices").stdout.splitlines()[0], "MIDI Mapper")
+
+    def test_playing_takes_the_time_that_the_score_takes_even_without_a_sound_server(self):
+        file = self.tune(length=1, tempo=300)  # 4 positions, 5 steps and the last one's time
+        began = time.monotonic()
+        done = run("play", file, "--soundfont", SMALL_SOUNDFONT)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertGreater(time.monotonic() - began, 6 * 13.8 / 300)
+
+    def test_ctrl_c_ends_a_loop_at_once(self):
+        playing = subprocess.Popen([CLI, "play", self.tune(), "--loop", "--soundfont", SMALL_SOUNDFONT],
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        self.assertTrue(playing.stdout.readline().startswith("Playing"))
+        playing.send_signal(signal.SIGINT)
+        _, errors = playing.communicate(timeout=5)
+        self.assertEqual((playing.returncode, errors), (0, ""))
+
+
+if __name__ == "__main__":
+    CLI = sys.argv.pop(1)
+    unittest.main()
