@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <span>
+#include <string>
+
+namespace velmora {
+
+/// A file on its way: written beside its place and moved there when it is whole, so that the old file stays
+/// as it was until then, and for good if anything fails. What is no regular file (a device, a pipe) is
+/// written directly. Calls return blank, or in words what went wrong and with which file. Thread-safe: no.
+/// Realtime-safe: no.
+class PendingFile {
+public:
+    explicit PendingFile(std::filesystem::path path);
+    /// Removes what was written, unless it was moved into place.
+    ~PendingFile();
+    PendingFile(const PendingFile&) = delete;
+    PendingFile& operator=(const PendingFile&) = delete;
+
+    [[nodiscard]] std::string open();
+    /// Appends.
+    [[nodiscard]] std::string write(std::span<const std::byte> bytes);
+    /// Replaces bytes that were written before; nothing happens where there is no going back.
+    [[nodiscard]] std::string overwrite(std::size_t offset, std::span<const std::byte> bytes);
+    /// Flushes and moves the file into its place.
+    [[nodiscard]] std::string commit();
+
+    /// For libraries that write by themselves; -1 before `open`. Stays this object's.
+    [[nodiscard]] int descriptor() const { return descriptor_; }
+    /// The sentence for a failure: "Writing <file> failed: <reason>."
+    [[nodiscard]] std::string failure(const std::string& reason) const;
+    /// The same for a code as in errno.
+    [[nodiscard]] std::string failure(int code) const;
+
+private:
+    std::filesystem::path path_;
+    std::string beside_; ///< name while it is written; blank if it is written directly
+    int descriptor_ = -1;
+};
+
+} // namespace velmora

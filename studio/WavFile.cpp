@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "studio/WavFile.h"
+
+#include <sndfile.h>
+
+#include <algorithm>
+#include <bit>
+#include <cerrno>
+
+namespace velmora {
+
+void toSixteenBits(std::span<const float> from, std::int16_t* to) {
+    constexpr float kScale = 32768.0F;
+    constexpr float kLowest = -32768.0F;
+    constexpr float kHighest = 32767.0F;
+    // Floats of this size are whole numbers: adding it rounds, and leaves the result in the lowest 16 bits.
+    constexpr float kWhole = 12'582'912.0F; // 1.5 * 2 to the 23rd
+    for (const float sample : from) {
+        const float scaled = sample == sample ? sample * kScale : 0.0F;
+        const float within = std::clamp(scaled, kLowest, kHighest);
+        *to++ = static_cast<std::int16_t>(std::bit_cast<std::uint32_t>(within + kWhole) & 0xFFFFU);
+    }
+}
+
+struct WavFile::Writer {
+    explicit Writer(SNDFILE* opened) : sound(opened) {}
+    ~Writer() { sf_close(sound); }
+    Writer(const Writer&) = delete;
+    Writer& operator=(const Writer&) = delete;
+
+    SNDFILE* sound;
+};
+
+WavFile::WavFile(std::filesystem::path path, int sampleRate)
+    : file_(std::move(path))
+    , sampleRate_(sampleRate) {}
+WavFile::~WavFile() = default;
+
+std::string WavFile::open() {
+    if (std::string error = file_.open(); !error.empty())
+        return error;
+    SF_INFO info{};
+    info.samplerate = sampleRate_;
+    info.channels = 2;
+    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+    SNDFILE* sound = sf_open_fd(file_.descriptor(), SFM_WRITE, &info, SF_FALSE);
+    if (!sound)
+        return file_.failure(sf_strerror(nullptr));
+    writer_ = std::make_unique<Writer>(sound);
+    return {};
+}
+
+std::string WavFile::write(std::span<const float> interleaved) {
+    if (rounded_.size() < interleaved.size())
+        rounded_.resize(interleaved.size());
+    toSixteenBits(interleaved, rounded_.data());
+    const auto frames = static_cast<sf_count_t>(interleaved.size() / 2);
+    errno = 0;
+    if (sf_writef_short(writer_->sound, rounded_.data(), frames) == frames)
+        return {};
+    return errno != 0 ? file_.failure(errno) : file_.failure(sf_strerror(writer_->sound));
+}
+
+std::string WavFile::finish() {
+    const int code = sf_close(writer_->sound); // writes the lengths into the header
+    writer_->sound = nullptr;
+    writer_.reset();
+    return code == 0 ? file_.commit() : file_.failure(sf_error_number(code));
+}
+
+} // namespace velmora
