@@ -5,6 +5,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QPointer>
 #include <QSocketNotifier>
 
 #include <algorithm>
@@ -14,10 +15,14 @@
 #include <ctime>
 #include <sys/timerfd.h>
 #include <unistd.h>
+#include <utility>
 
 namespace velmora {
 
 namespace {
+/// A wake-up repeats until the wait it is for has seen it: an event loop inside may have taken the first one.
+constexpr timespec kRepeat{.tv_sec = 0, .tv_nsec = 5'000'000};
+
 /// A sleep ends this much early and the rest is polled: waking up is late by about half of it.
 constexpr double kPolledSeconds = 0.0001;
 
@@ -32,17 +37,19 @@ void sleepUntil(double moment) {
     while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &time, nullptr) == EINTR) {
     }
 }
+} // namespace
 
-/// Wakes Qt's event loop once, at a moment on the steady clock. Qt's own timers count whole milliseconds.
-class WakeUp {
+/// Wakes Qt's event loop at a moment on the steady clock. Qt's own timers count whole milliseconds.
+class QtMessageLoop::WakeUp {
 public:
-    explicit WakeUp(double moment)
-        : descriptor_(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC))
+    explicit WakeUp(QAbstractEventDispatcher* dispatcher)
+        : dispatcher_(dispatcher)
+        , descriptor_(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC))
         , notifier_(descriptor_, QSocketNotifier::Read) {
-        // A time of zero would disarm the timer.
-        const itimerspec time{.it_interval = {}, .it_value = monotonicTime(std::max(moment, 1e-6))};
-        failed_ = timerfd_settime(descriptor_, TFD_TIMER_ABSTIME, &time, nullptr) != 0;
-        QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] { come(); });
+        QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] {
+            std::uint64_t expirations = 0;
+            [[maybe_unused]] const auto taken = ::read(descriptor_, &expirations, sizeof expirations);
+        });
     }
     ~WakeUp() {
         notifier_.setEnabled(false);
@@ -52,31 +59,37 @@ public:
     WakeUp(const WakeUp&) = delete;
     WakeUp& operator=(const WakeUp&) = delete;
 
-    /// No descriptor was to be had: it will never come.
-    [[nodiscard]] bool failed() const { return failed_; }
-    [[nodiscard]] bool hasCome() const { return hasCome_; }
-
-private:
-    void come() {
-        std::uint64_t expirations = 0;
-        hasCome_ = read(descriptor_, &expirations, sizeof expirations) > 0 || hasCome_;
+    [[nodiscard]] bool belongsTo(const QAbstractEventDispatcher* dispatcher) const {
+        return dispatcher_ == dispatcher;
+    }
+    /// Zero for never. False if it will not come, for want of a descriptor.
+    bool setTo(double moment) {
+        const itimerspec time{.it_interval = kRepeat, .it_value = monotonicTime(moment)};
+        return timerfd_settime(descriptor_, TFD_TIMER_ABSTIME, &time, nullptr) == 0;
     }
 
+private:
+    QPointer<QAbstractEventDispatcher> dispatcher_;
     int descriptor_;
     QSocketNotifier notifier_;
-    bool failed_ = false;
-    bool hasCome_ = false;
 };
 
-/// Every wait owns its wake-up, so a nested wait disturbs none outside it.
-void serveEventsUntil(double moment) {
-    const WakeUp wakeUp(moment);
-    if (wakeUp.failed())
+QtMessageLoop::QtMessageLoop() = default;
+QtMessageLoop::~QtMessageLoop() = default;
+
+void QtMessageLoop::serveEventsUntil(double moment) {
+    QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
+    if (!dispatcher || moment <= now())
         return;
-    while (!wakeUp.hasCome() && steadySeconds() < moment)
+    if (!wakeUp_ || !wakeUp_->belongsTo(dispatcher))
+        wakeUp_ = std::make_unique<WakeUp>(dispatcher);
+    // The wait around this one may be about to sleep when this one returns: its wake-up is put back.
+    const double outerMoment = std::exchange(moment_, moment);
+    while (now() < moment && wakeUp_->setTo(moment))
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    moment_ = outerMoment;
+    wakeUp_->setTo(outerMoment);
 }
-} // namespace
 
 double QtMessageLoop::now() const {
     return steadySeconds();
@@ -88,8 +101,7 @@ void QtMessageLoop::yieldIfInput() {
 
 void QtMessageLoop::serveUntil(double moment) {
     const double wake = moment - kPolledSeconds;
-    if (wake > now() && QAbstractEventDispatcher::instance())
-        serveEventsUntil(wake);
+    serveEventsUntil(wake);
     if (wake > now())
         sleepUntil(wake);
     while (now() < moment) {

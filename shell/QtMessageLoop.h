@@ -3,6 +3,8 @@
 
 #include "shell/MessageLoop.h"
 
+#include <memory>
+
 namespace velmora {
 
 /// The real clock and Qt's event loop. Waits may nest: an event served in a wait may wait itself, and the
@@ -10,10 +12,21 @@ namespace velmora {
 /// nothing.
 class QtMessageLoop : public MessageLoop {
 public:
+    QtMessageLoop();
+    ~QtMessageLoop() override;
+
     [[nodiscard]] double now() const override;
     void yieldIfInput() override;
     void serveUntil(double moment) override;
     void block(double seconds) override;
+
+private:
+    class WakeUp;
+
+    void serveEventsUntil(double moment);
+
+    std::unique_ptr<WakeUp> wakeUp_; // made by the first wait that needs it
+    double moment_ = 0;              // what the innermost wait waits for, 0 if there is none
 };
 
 } // namespace velmora

@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/QtMessageLoop.h"
 
+#include "tests/shell/Environment.h"
+
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QTimer>
 #include <gtest/gtest.h>
 
 #include <ctime>
+#include <optional>
+#include <string>
 #include <thread>
 
 using namespace velmora;
@@ -18,16 +24,30 @@ double processorSeconds() {
     return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
-struct QtMessageLoopTest : testing::Test {
-    int argumentCount = 1;
-    char name[6] = "tests";
-    char* arguments[2] = {name, nullptr};
-    QCoreApplication application{argumentCount, arguments};
+/// An application on each of the event dispatchers that Qt has.
+class QtMessageLoopTest : public testing::TestWithParam<const char*> {
+protected:
+    QtMessageLoopTest() {
+        environment_.set("QT_NO_GLIB", GetParam() == std::string("Unix") ? "1" : "");
+        application_.emplace(argumentCount_, arguments_);
+        // A wake-up that got lost shall fail a test and not hang it.
+        QTimer::singleShot(2000, [] {});
+    }
+
     QtMessageLoop loop;
+
+private:
+    Environment environment_;
+    int argumentCount_ = 1;
+    char name_[6] = "tests";
+    char* arguments_[2] = {name_, nullptr};
+    std::optional<QCoreApplication> application_;
 };
+INSTANTIATE_TEST_SUITE_P(Dispatchers, QtMessageLoopTest, testing::Values("Glib", "Unix"),
+                         [](const auto& dispatcher) { return std::string(dispatcher.param); });
 } // namespace
 
-TEST_F(QtMessageLoopTest, AWaitEndsAtItsMomentAndNotBefore) {
+TEST_P(QtMessageLoopTest, AWaitEndsAtItsMomentAndNotBefore) {
     for (const double seconds : {0.00005, 0.002, 0.02}) {
         const double moment = loop.now() + seconds;
         loop.serveUntil(moment);
@@ -36,7 +56,7 @@ TEST_F(QtMessageLoopTest, AWaitEndsAtItsMomentAndNotBefore) {
     }
 }
 
-TEST_F(QtMessageLoopTest, AMomentThatHasPassedIsNotWaitedFor) {
+TEST_P(QtMessageLoopTest, AMomentThatHasPassedIsNotWaitedFor) {
     bool served = false;
     QTimer::singleShot(0, [&] { served = true; });
     loop.serveUntil(loop.now() - 1);
@@ -44,13 +64,13 @@ TEST_F(QtMessageLoopTest, AMomentThatHasPassedIsNotWaitedFor) {
     EXPECT_FALSE(served);
 }
 
-TEST_F(QtMessageLoopTest, AWaitCostsHardlyAnyProcessorTime) {
+TEST_P(QtMessageLoopTest, AWaitCostsHardlyAnyProcessorTime) {
     const double before = processorSeconds();
     loop.serveUntil(loop.now() + 0.2);
     EXPECT_LT(processorSeconds() - before, 0.02);
 }
 
-TEST_F(QtMessageLoopTest, EventsAreServedDuringAWait) {
+TEST_P(QtMessageLoopTest, EventsAreServedDuringAWait) {
     int ticks = 0;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [&] { ++ticks; });
@@ -59,7 +79,7 @@ TEST_F(QtMessageLoopTest, EventsAreServedDuringAWait) {
     EXPECT_GT(ticks, 1);
 }
 
-TEST_F(QtMessageLoopTest, AnEventMayWaitItselfAndTheOuterWaitGoesOn) {
+TEST_P(QtMessageLoopTest, AnEventMayWaitItselfAndTheOuterWaitGoesOn) {
     const double outer = loop.now() + 0.06;
     double innerEnded = 0;
     bool servedAfterTheInner = false;
@@ -76,10 +96,10 @@ TEST_F(QtMessageLoopTest, AnEventMayWaitItselfAndTheOuterWaitGoesOn) {
     EXPECT_LT(loop.now(), outer + kSlack);
 }
 
-TEST_F(QtMessageLoopTest, AnInnerWaitThatOutlastsTheOuterCostsNoProcessorTime) {
+TEST_P(QtMessageLoopTest, AnInnerWaitThatOutlastsTheOuterCostsNoProcessorTime) {
     const double before = processorSeconds();
     double innerEnded = 0;
-    QTimer::singleShot(1, [&] {
+    QTimer::singleShot(0, [&] {
         loop.serveUntil(loop.now() + 0.2);
         innerEnded = loop.now();
     });
@@ -89,7 +109,33 @@ TEST_F(QtMessageLoopTest, AnInnerWaitThatOutlastsTheOuterCostsNoProcessorTime) {
     EXPECT_LT(processorSeconds() - before, 0.02);
 }
 
-TEST_F(QtMessageLoopTest, YieldingServesWhatIsPendingAndReturns) {
+TEST_P(QtMessageLoopTest, AnEventThatYieldsPastTheMomentTakesNoWakeUpAway) {
+    const double moment = loop.now() + 0.01;
+    double yielded = 0;
+    QTimer::singleShot(0, [&] {
+        while (loop.now() < moment + 0.02)
+            loop.yieldIfInput();
+        yielded = loop.now();
+    });
+    loop.serveUntil(moment);
+    EXPECT_GT(yielded, 0);
+    EXPECT_LT(loop.now(), yielded + kSlack);
+}
+
+TEST_P(QtMessageLoopTest, AfterAWaitNothingWakesTheEventLoopAnyMore) {
+    loop.serveUntil(loop.now() + 0.002);
+    const double before = processorSeconds();
+    QEventLoop idle;
+    QTimer::singleShot(200, &idle, &QEventLoop::quit);
+    int awakenings = 0;
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &idle,
+                     [&] { ++awakenings; });
+    idle.exec();
+    EXPECT_LT(awakenings, 10);
+    EXPECT_LT(processorSeconds() - before, 0.02);
+}
+
+TEST_P(QtMessageLoopTest, YieldingServesWhatIsPendingAndReturns) {
     bool served = false;
     QTimer::singleShot(0, [&] { served = true; });
     const double before = loop.now();
@@ -98,7 +144,7 @@ TEST_F(QtMessageLoopTest, YieldingServesWhatIsPendingAndReturns) {
     EXPECT_LT(loop.now(), before + kSlack);
 }
 
-TEST_F(QtMessageLoopTest, BlockingServesNothing) {
+TEST_P(QtMessageLoopTest, BlockingServesNothing) {
     bool served = false;
     QTimer::singleShot(0, [&] { served = true; });
     const double before = loop.now();
@@ -109,7 +155,7 @@ TEST_F(QtMessageLoopTest, BlockingServesNothing) {
     EXPECT_LT(loop.now(), before + 0.02 + kSlack);
 }
 
-TEST_F(QtMessageLoopTest, AThreadWithoutAnEventLoopWaitsToo) {
+TEST_P(QtMessageLoopTest, AThreadWithoutAnEventLoopWaitsToo) {
     bool inTime = false;
     std::thread([&] {
         const double moment = loop.now() + 0.02;
@@ -118,6 +164,22 @@ TEST_F(QtMessageLoopTest, AThreadWithoutAnEventLoopWaitsToo) {
         inTime = loop.now() >= moment && loop.now() < moment + kSlack;
     }).join();
     EXPECT_TRUE(inTime);
+}
+
+TEST(QtMessageLoopWithoutApplicationTest, TheLoopServesOneApplicationAfterAnother) {
+    QtMessageLoop loop;
+    for (int i = 0; i < 2; ++i) {
+        int argumentCount = 1;
+        char name[] = "tests";
+        char* arguments[] = {name, nullptr};
+        const QCoreApplication application(argumentCount, arguments);
+        bool served = false;
+        QTimer::singleShot(0, [&] { served = true; });
+        const double moment = loop.now() + 0.02;
+        loop.serveUntil(moment);
+        EXPECT_TRUE(served);
+        EXPECT_GE(loop.now(), moment);
+    }
 }
 
 TEST(QtMessageLoopWithoutApplicationTest, WaitsAndYieldsWithoutServing) {
