@@ -29,9 +29,10 @@ std::optional<std::string> readWholeFile(const std::filesystem::path& path) {
 
 std::string replaceFile(const std::filesystem::path& path, std::string_view bytes) {
     QSaveFile file(qtPath(path));
+    // commit() flushes too, but takes a failure of that for success.
     if (!file.open(QIODevice::WriteOnly) ||
         file.write(bytes.data(), static_cast<qint64>(bytes.size())) != static_cast<qint64>(bytes.size()) ||
-        !file.commit())
+        !file.flush() || !file.commit())
         return file.errorString().toStdString();
     return {};
 }

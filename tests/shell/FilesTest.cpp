@@ -4,7 +4,9 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
+#include <sys/resource.h>
 
 using namespace velmora;
 
@@ -32,4 +34,18 @@ TEST_F(FilesTest, AFolderOrAnAbsentFileCannotBeRead) {
     EXPECT_EQ(readWholeFile(folder.path().toStdString()), std::nullopt);
     EXPECT_EQ(readWholeFile(path), std::nullopt);
     EXPECT_EQ(readWholeFile("/dev/zero"), std::nullopt);
+}
+
+TEST_F(FilesTest, AFullDiskCostsNotTheOldFileHoweverShortTheNewOne) {
+    ASSERT_EQ(replaceFile(path, "old"), "");
+    rlimit limit{};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    const rlimit none{0, limit.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &none);
+    const std::string reason = replaceFile(path, "new");
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_NE(reason, "");
+    EXPECT_EQ(readWholeFile(path), "old");
 }
