@@ -19,6 +19,8 @@ namespace velmora {
 
 namespace {
 constexpr int kPrograms = 128;
+/// Twice FluidSynth's own: a piece of a few voices is no whisper, and what a dense one has too much the limiter takes.
+constexpr double kGain = 0.4;
 constexpr int kBanks = SynthEngine::kDrumBank + 1;
 
 struct Preset {
@@ -48,6 +50,7 @@ Settings makeSettings(const SynthOptions& options) {
     if (!settings)
         return settings;
     fluid_settings_setnum(settings.get(), "synth.sample-rate", options.sampleRate);
+    fluid_settings_setnum(settings.get(), "synth.gain", kGain);
     fluid_settings_setint(settings.get(), "synth.cpu-cores", options.cores);
     fluid_settings_setint(settings.get(), "synth.dynamic-sample-loading", 1);
     fluid_settings_setint(settings.get(), "synth.threadsafe-api", 0); // it works by locking

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+class QCommandLineParser;
+
+namespace velmora::cli {
+
+/// The call's words are off: exit status 2.
+struct UsageError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+/// It could not be done: exit status 1. The text names the file or device.
+struct Failure : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// One command of the companion: what `--help` says of it, its options, its doing.
+struct Command {
+    const char* name;
+    const char* synopsis; ///< what stands behind the name
+    const char* summary;
+    void (*addOptions)(QCommandLineParser&);
+    /// Returns the exit status; throws UsageError or Failure.
+    int (*run)(const QCommandLineParser&);
+};
+
+extern const Command kInfo;
+extern const Command kConvert;
+extern const Command kPlay;
+extern const Command kTrace;
+extern const Command kDevices;
+
+} // namespace velmora::cli

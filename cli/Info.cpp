@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "cli/Commands.h"
+#include "cli/ScoreOptions.h"
+#include "cli/Session.h"
+#include "sound/Instruments.h"
+
+#include <QCommandLineParser>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace velmora::cli {
+
+namespace {
+
+/// The instruments of a channel in the order in which they enter.
+std::string instrumentsOf(const Score& score, int channel) {
+    std::vector<int> codes;
+    const auto cells = score.NoteCell.row(channel);
+    const auto instruments = score.NoteInstrument.row(channel);
+    for (std::size_t p = 0; p < cells.size(); ++p) {
+        if (cellClass(cells[p]) == CellClass::Head && std::ranges::find(codes, instruments[p]) == codes.end())
+            codes.push_back(instruments[p]);
+    }
+    std::string text;
+    for (const int code : codes) {
+        const auto name = nameOfCode(code);
+        text += (text.empty() ? "" : ", ") + std::to_string(code) + " " +
+                (name.empty() ? "?" : std::string(name));
+    }
+    return text.empty() ? "no note begins" : text;
+}
+
+void print(const std::filesystem::path& file, const Session& session) {
+    const Score& score = session.score;
+    std::printf("File: %s\n", file.c_str());
+    std::printf("Tempo: %d\n", score.Tempo);
+    std::printf("Notes per measure: %d\nBeats per measure: %d\nNote Value: %d\n", session.setup.TxBeats,
+                session.setup.TxtMeter, session.setup.NoteX);
+    for (const int channel : score.usedChannels())
+        std::printf("Channel %d: %s\n", channel, instrumentsOf(score, channel).c_str());
+    std::printf("SongEnd: %d\nSeconds: %.3f\n", score.SongEnd, session.seconds());
+}
+
+int run(const QCommandLineParser& parser) {
+    const auto files = fileArguments(parser);
+    if (files.empty())
+        throw UsageError("a score is missing");
+    ScoreOptions options;
+    options.reader = readForm(parser);
+    int status = 0;
+    for (const auto& file : files) {
+        try {
+            if (&file != &files.front())
+                std::puts("");
+            print(file, Session(file, options));
+        } catch (const Failure& failure) {
+            std::fprintf(stderr, "velmora-cli: %s\n", failure.what());
+            status = 1;
+        }
+    }
+    return status;
+}
+
+} // namespace
+
+const Command kInfo{"info", "IN.sng...",
+                    "Tells tempo, meter, channels in use with their instruments, and length.", addFormOption,
+                    run};
+
+} // namespace velmora::cli

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "cli/ScoreOptions.h"
+
+#include "cli/Commands.h"
+#include "score/Score.h"
+
+#include <QCommandLineParser>
+#include <QFile>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace velmora::cli {
+
+namespace {
+
+constexpr std::array<std::pair<const char*, SngReader>, 3> kForms{{
+    {"newest", SngReader::OpenPoliFile},
+    {"second", SngReader::OpenPoliFile2},
+    {"first", SngReader::OpenFile},
+}};
+
+[[noreturn]] void refuse(const char* option, const QString& text, const char* wanted) {
+    throw UsageError(QString("--%1 takes %2, not \"%3\"").arg(option, wanted, text).toStdString());
+}
+
+int number(const char* option, const QString& text, int highest, const char* wanted) {
+    bool isNumber = false;
+    const int value = text.toInt(&isNumber);
+    if (!isNumber || value < 0 || value > highest)
+        refuse(option, text, wanted);
+    return value;
+}
+
+std::optional<int> channelOption(const QCommandLineParser& parser, const char* option) {
+    if (!parser.isSet(option))
+        return std::nullopt;
+    return number(option, parser.value(option), kUsedChannels - 1, "a channel, 0 to 12");
+}
+
+std::vector<int> channelList(const QCommandLineParser& parser, const char* option) {
+    std::vector<int> channels;
+    for (const QString& list : parser.values(option))
+        for (const QString& one : list.split(','))
+            channels.push_back(
+                number(option, one, kUsedChannels - 1, "channels, 0 to 12, with commas between"));
+    return channels;
+}
+
+ScoreOptions::Segment segmentOf(const QString& text) {
+    constexpr const char* kWanted = "two positions A:B, the first not past the second";
+    const QStringList ends = text.split(':');
+    if (ends.size() != 2)
+        refuse("segment", text, kWanted);
+    const ScoreOptions::Segment segment{number("segment", ends[0], kMostNotes, kWanted),
+                                        number("segment", ends[1], kMostNotes, kWanted)};
+    if (segment.first > segment.last)
+        refuse("segment", text, kWanted);
+    return segment;
+}
+
+} // namespace
+
+void addFormOption(QCommandLineParser& parser) {
+    parser.addOption({"form", "Reads the score as one of an older form: first, second.", "form", "newest"});
+}
+
+void addScoreOptions(QCommandLineParser& parser) {
+    addFormOption(parser);
+    parser.addOptions({
+        {"top-channel", "The highest channel that sounds (default: the highest with notes).", "channel"},
+        {"top-melody-hint", "The highest melody channel edited, which rules chords in MIDI files.",
+         "channel"},
+        {"segment", "Plays positions A to B only, as \"Play Segment\" does (15 percent faster).", "A:B"},
+        {"mute", "Leaves these channels out.", "channels"},
+        {"strum", "Strums the chords of these channels.", "channels"},
+        {"soundfont", "The SoundFont of the built-in synthesizer.", "file"},
+    });
+}
+
+SngReader readForm(const QCommandLineParser& parser) {
+    const QString form = parser.value("form");
+    const auto* const known =
+        std::ranges::find_if(kForms, [&form](const auto& one) { return form == one.first; });
+    if (known == kForms.end())
+        refuse("form", form, "newest, second or first");
+    return known->second;
+}
+
+ScoreOptions readScoreOptions(const QCommandLineParser& parser) {
+    ScoreOptions options;
+    options.reader = readForm(parser);
+    options.topChannel = channelOption(parser, "top-channel");
+    options.topMelodyHint = channelOption(parser, "top-melody-hint");
+    if (parser.isSet("segment"))
+        options.segment = segmentOf(parser.value("segment"));
+    options.mute = channelList(parser, "mute");
+    options.strum = channelList(parser, "strum");
+    options.soundFont = QFile::encodeName(parser.value("soundfont")).toStdString();
+    return options;
+}
+
+std::vector<std::filesystem::path> fileArguments(const QCommandLineParser& parser) {
+    std::vector<std::filesystem::path> files;
+    for (const QString& name : parser.positionalArguments())
+        files.emplace_back(QFile::encodeName(name).toStdString());
+    return files;
+}
+
+} // namespace velmora::cli

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "score/SngFile.h"
+
+#include <filesystem>
+#include <optional>
+#include <vector>
+
+class QCommandLineParser;
+
+namespace velmora::cli {
+
+inline constexpr int kMostNotes = 200000; ///< the longest score that is read, in positions
+
+/// How a score is opened and performed: the options that several commands share.
+struct ScoreOptions {
+    struct Segment {
+        int first; ///< positions, both played
+        int last;
+    };
+
+    SngReader reader = SngReader::OpenPoliFile;
+    std::optional<int> topChannel; ///< none: as if every channel that holds notes had been selected
+    std::optional<int> topMelodyHint;
+    std::optional<Segment> segment;
+    std::vector<int> mute;
+    std::vector<int> strum;
+    std::filesystem::path soundFont; ///< blank for the best one installed
+};
+
+/// `--form` alone, which every command that opens a score has.
+void addFormOption(QCommandLineParser& parser);
+/// `--form` and all options of performing.
+void addScoreOptions(QCommandLineParser& parser);
+/// Both throw UsageError for a value that is no such thing.
+[[nodiscard]] SngReader readForm(const QCommandLineParser& parser);
+[[nodiscard]] ScoreOptions readScoreOptions(const QCommandLineParser& parser);
+/// The positional arguments behind the command's name.
+[[nodiscard]] std::vector<std::filesystem::path> fileArguments(const QCommandLineParser& parser);
+
+} // namespace velmora::cli

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "cli/Commands.h"
+#include "cli/MessageListener.h"
+#include "cli/ScoreOptions.h"
+#include "cli/Session.h"
+#include "shell/VirtualLoop.h"
+
+#include <QCommandLineParser>
+
+#include <cstdio>
+
+namespace velmora::cli {
+
+namespace {
+
+int run(const QCommandLineParser& parser) {
+    const auto files = fileArguments(parser);
+    if (files.size() != 1)
+        throw UsageError("one score is wanted");
+    Session session(files.front(), readScoreOptions(parser));
+    VirtualLoop loop;
+    MessageListener port(loop, [&session](const TimedMessage& one) {
+        std::printf("%d %.6f ", session.state.PlayPosition, one.seconds);
+        if (one.reset)
+            std::puts("reset");
+        else
+            std::printf("0x%06X\n", one.word);
+    });
+    PlaybackView noWindow;
+    session.perform(port, loop, noWindow);
+    if (std::fflush(stdout) != 0)
+        throw Failure("standard output can't be written");
+    return 0;
+}
+
+} // namespace
+
+const Command kTrace{"trace", "IN.sng", "Lists every message that playing sends: position, seconds, message.",
+                     addScoreOptions, run};
+
+} // namespace velmora::cli
