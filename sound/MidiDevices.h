@@ -29,7 +29,7 @@ public:
 ///
 /// All calls come from the interface thread. Only `open` waits for another process, half a second at most,
 /// and the first `deviceCount` for the first lists; `send` does not wait, allocate or lock.
-class MidiDevices : public MidiPort {
+class MidiDevices final : public MidiPort {
 public:
     /// Result codes beside kOk.
     static constexpr int kNoSuchDevice = 2; ///< no device has this index
