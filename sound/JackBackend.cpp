@@ -23,7 +23,7 @@
 namespace velmora {
 
 namespace {
-constexpr double kDrainSeconds = 0.4;
+constexpr double kDrainSeconds = 0.4; ///< and a few periods more; then the server is stalled
 
 /// Our client of one running server, with its one output port.
 class JackClient {
@@ -71,7 +71,9 @@ public:
 private:
     /// Waits until all that was sent has left our port, but never for long.
     void drain() const {
-        const double deadline = steadySeconds() + kDrainSeconds;
+        const double period =
+            static_cast<double>(jack_get_buffer_size(handle_)) / jack_get_sample_rate(handle_);
+        const double deadline = steadySeconds() + kDrainSeconds + 4 * period;
         // What leaves in one period is read by the receiver in that or the next.
         unsigned long enough = periods_ + 2;
         while (!serverLost_ && steadySeconds() < deadline && (queue_.size() > 0 || periods_ < enough)) {

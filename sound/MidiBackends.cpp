@@ -18,6 +18,7 @@ std::span<const MidiBackendRow> midiBackendRows() {
 
 std::vector<std::unique_ptr<MidiBackend>> createMidiBackends() {
     std::vector<std::unique_ptr<MidiBackend>> backends;
+    backends.reserve(kRows.size());
     for (const auto& row : kRows)
         backends.push_back(row.create());
     return backends;

@@ -13,11 +13,11 @@
 namespace velmora {
 
 /// The MIDI output of the program: the built-in synthesizer as device 0 while it is available, and after it
-/// every destination of the MIDI back ends. The mapper is the first device of the list.
+/// every destination of the MIDI back ends, loopbacks left out. The mapper is the first device of the list.
 ///
 /// All calls come from the interface thread. Only `open` waits for another process, half a second at most,
 /// and the first `deviceCount` for the first lists; `send` does not wait, allocate or lock.
-class MidiDevices : public MidiPort {
+class MidiDevices final : public MidiPort {
 public:
     /// Result codes beside kOk.
     static constexpr int kNoSuchDevice = 2; ///< no device has this index

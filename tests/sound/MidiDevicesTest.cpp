@@ -53,7 +53,7 @@ struct MidiDevicesTest : testing::Test {
 } // namespace
 
 TEST_F(MidiDevicesTest, TheSynthesizerComesFirstAndThenEachBackEndInItsOrder) {
-    first->ports = {"b", "a"};
+    first->ports = {"Midi Through:Midi Through Port-0 14:0", "b", "a"};
     second->ports = {"c", "a"};
     auto port = devices();
     EXPECT_THAT(names(*port), ElementsAre("Velmora Synthesizer", "b", "a", "c", "a 2"));

@@ -59,6 +59,12 @@ TEST(PortNamesTest, ANumberedNameNeverTakesThatOfAnother) {
     EXPECT_THAT(shortPortNames(full), ElementsAre("box 2", "box", "box 3", "box 4"));
 }
 
+TEST(PortNamesTest, OnlyTheThroughPortIsALoopback) {
+    EXPECT_TRUE(isLoopback("Midi Through:Midi Through Port-0 14:0"));
+    EXPECT_TRUE(isLoopback("Midi-Bridge:Midi Through:(playback_0) Midi Through Port-0"));
+    EXPECT_FALSE(isLoopback("USB Box:USB Box MIDI Thru 20:1"));
+}
+
 TEST(PortNamesTest, FiftyPortsOfOneNameKeepWithinTheLimitAndApart) {
     const std::vector<std::string> full(50, repeated("\u00e4", 60));
     auto names = shortPortNames(full);
