@@ -7,7 +7,6 @@
 #include "sound/Chords.h"
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <span>
 #include <string_view>
