@@ -7,7 +7,6 @@
 #include "sound/Chords.h"
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <span>
 #include <string_view>
@@ -210,8 +209,7 @@ ByteCursor TrackWriter::changeInstrument(ByteCursor to, std::int16_t code, int p
     return WriteDelta(to, position).NextByte(kProgramChange + channel_).NextByte(dataByte(code));
 }
 
-/// The ticks since the last event, which is now the one at @p position: groups of seven bits, the highest
-/// first.
+/// The ticks since the last event, which now is the one at @p position, in groups of seven bits.
 ByteCursor TrackWriter::WriteDelta(ByteCursor to, int position) {
     const int ticks = (position - LastEventPosition_) * kTicksPerPosition;
     LastEventPosition_ = position;

@@ -5,7 +5,6 @@
 #include "sound/SetupState.h"
 
 #include <algorithm>
-#include <bit>
 #include <charconv>
 #include <cstring>
 #include <utility>
@@ -17,33 +16,15 @@ namespace {
 using namespace std::string_view_literals;
 
 constexpr std::size_t kLongestField = 7; ///< "-32768,"
+constexpr std::ptrdiff_t kFastField = 6; ///< "-9999,"
 
 bool isLineEnd(char c) {
     return c == '\n' || c == '\r';
 }
 
-/// What eight characters of the text, the first in the lowest byte, begin with.
-struct ShortNumber {
-    int digits;          ///< 0 to 8
-    std::uint32_t value; ///< for 1 to 7 digits
-};
-
-ShortNumber shortNumber(std::uint64_t characters) {
-    constexpr std::uint64_t kZeros = 0x3030303030303030;
-    constexpr std::uint64_t kTop = 0x8080808080808080;
-    const std::uint64_t nibbles = characters ^ kZeros;
-    // A byte above 9 sets its top bit here. A carry out of a byte can only reach bytes that don't matter any
-    // more.
-    const std::uint64_t others = ((nibbles + 0x7676767676767676) | nibbles) & kTop;
-    const int digits = std::countr_zero(others) / 8;
-    // The digits move to the top, zeros follow below, and neighbours are joined: 8 of one, 4 of two, 2 of
-    // four.
-    std::uint64_t joined = nibbles << (64 - 8 * std::max(digits, 1));
-    joined = joined * 10 + (joined >> 8);
-    joined = (((joined & 0x000000FF000000FF) * 0x000F424000000064) +
-              (((joined >> 16) & 0x000000FF000000FF) * 0x0000271000000001)) >>
-             32;
-    return {digits, static_cast<std::uint32_t>(joined)};
+/// The value of a digit; above 9 for everything else.
+int digit(char c) {
+    return static_cast<unsigned char>(c - '0');
 }
 
 /// The text of a number with the comma after it, ready to be copied as eight bytes.
@@ -85,9 +66,8 @@ char* putField(char* to, std::int16_t value) {
 }
 
 void finishRow(std::string& text, const char* row, const char* end) {
-    text.append(row,
-                static_cast<std::size_t>(end - row - (end != row ? 1 : 0))); // no comma after the last field
-    text.append("\r\n");
+    const std::ptrdiff_t lastComma = end == row ? 0 : 1;
+    text.append(row, static_cast<std::size_t>(end - row - lastComma)).append("\r\n");
 }
 } // namespace
 
@@ -123,20 +103,20 @@ std::size_t SngLines::row(std::span<std::int16_t> cells) {
     std::size_t fields = 0;
     const char* at = at_;
     for (;;) {
-        // Whole numbers of up to five digits, while eight characters can be loaded and one more looked at.
-        if constexpr (std::endian::native == std::endian::little) {
-            while (fields < cells.size() && end_ - at > 8) {
-                std::uint64_t characters = 0;
-                std::memcpy(&characters, at, sizeof characters);
-                const int sign = (characters & 0xFF) == '-' ? 1 : 0;
-                const auto [digits, magnitude] = shortNumber(characters >> (8 * sign));
-                const char* const stop = at + sign + digits;
-                if (digits < 1 || digits > 5 || magnitude > 32767 || *stop != ',')
-                    break;
-                const int value = static_cast<int>(magnitude);
-                cells[fields++] = static_cast<std::int16_t>(sign ? -value : value);
-                at = stop + 1;
-            }
+        // Whole numbers of up to four digits with a comma after them; all else goes the slow way.
+        while (fields < cells.size() && end_ - at > kFastField) {
+            const bool negative = *at == '-';
+            const char* next = at + (negative ? 1 : 0);
+            const char* const fourth = next + 3;
+            int magnitude = digit(*next++);
+            if (magnitude > 9)
+                break;
+            for (int more = digit(*next); more <= 9 && next <= fourth; more = digit(*++next))
+                magnitude = magnitude * 10 + more;
+            if (*next != ',')
+                break;
+            cells[fields++] = static_cast<std::int16_t>(negative ? -magnitude : magnitude);
+            at = next + 1;
         }
         at_ = at;
         if (fields == cells.size())

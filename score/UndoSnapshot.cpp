@@ -26,8 +26,10 @@ void UndoSnapshot::SaveforUndo(const Score& score, const SetupState& setup) {
     if (!isChannel(score.ActiveChannel))
         return;
     const std::string text = serializeUndo(score, setup);
-    // Written in place and not flushed to the disk: no snapshot is wanted after a crash, and this runs before
-    // each stroke.
+    // Not flushed to the disk, for no snapshot is wanted after a crash and this runs before each stroke. The
+    // old one is deleted because file systems do flush a file that is cut to nothing and written anew.
+    std::error_code ignored;
+    std::filesystem::remove(path_, ignored);
     std::ofstream file(path_, std::ios::binary | std::ios::trunc);
     file.write(text.data(), static_cast<std::streamsize>(text.size()));
     file.close();
