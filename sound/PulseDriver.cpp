@@ -12,7 +12,9 @@ namespace velmora {
 namespace {
 constexpr pa_sample_spec kSpec{PA_SAMPLE_FLOAT32NE, kAudioRate, kAudioChannels};
 constexpr std::size_t kFrameBytes = sizeof(float) * kAudioChannels;
-constexpr double kGrowth = 1.25; ///< of the buffer, each time that the server runs dry
+constexpr double kGrowth = 1.25;     ///< of the buffer, when the server ran dry again
+constexpr double kDryAgain = 30;     ///< seconds; after that it counts as a first time
+constexpr double kGrowthPause = 0.1; ///< seconds in which the last growth may take effect
 constexpr double kLargestBuffer = 0.12;
 constexpr double kLatencyStep = 0.25; ///< seconds between two looks at the server's latency
 
@@ -37,6 +39,7 @@ private:
     void serve();
     [[nodiscard]] bool writePiece(std::size_t bytes, double called, double ahead);
     [[nodiscard]] double latency(double now);
+    void wentDry();
     void enlargeBuffer();
 
     StreamClient* client_ = nullptr;
@@ -48,6 +51,8 @@ private:
     std::int64_t written_ = 0;
     double latency_ = 0;
     double latencyAsked_ = 0;
+    double lastDry_ = -kDryAgain; ///< steady seconds, as is the next
+    double lastGrown_ = 0;
 };
 
 void PulseDriver::start(StreamClient& client) {
@@ -147,7 +152,7 @@ bool PulseDriver::openStream() {
     pa_stream_set_write_callback(
         stream_, [](pa_stream*, std::size_t, void* self) { static_cast<PulseDriver*>(self)->serve(); }, this);
     pa_stream_set_underflow_callback(
-        stream_, [](pa_stream*, void* self) { static_cast<PulseDriver*>(self)->enlargeBuffer(); }, this);
+        stream_, [](pa_stream*, void* self) { static_cast<PulseDriver*>(self)->wentDry(); }, this);
     const pa_buffer_attr wanted = attributes();
     constexpr int kFlags =
         PA_STREAM_ADJUST_LATENCY | PA_STREAM_AUTO_TIMING_UPDATE | PA_STREAM_INTERPOLATE_TIMING;
@@ -201,17 +206,25 @@ double PulseDriver::latency(double now) {
     return latency_;
 }
 
-void PulseDriver::enlargeBuffer() {
+/// Once is an accident that no buffer prevents, such as a machine that slept. Twice is a buffer too small.
+void PulseDriver::wentDry() {
     if (state_.load() != StreamState::Running) {
         return; // a stream is dry before its first piece arrives
     }
     client_->ranDry();
-    if (buffer_ < kLargestBuffer) {
-        buffer_ = std::min(buffer_ * kGrowth, kLargestBuffer);
-        const pa_buffer_attr wanted = attributes();
-        if (pa_operation* operation = pa_stream_set_buffer_attr(stream_, &wanted, nullptr, nullptr)) {
-            pa_operation_unref(operation);
-        }
+    const double now = steadySeconds();
+    if (now - lastDry_ < kDryAgain && now - lastGrown_ > kGrowthPause && buffer_ < kLargestBuffer) {
+        enlargeBuffer();
+        lastGrown_ = now;
+    }
+    lastDry_ = now;
+}
+
+void PulseDriver::enlargeBuffer() {
+    buffer_ = std::min(buffer_ * kGrowth, kLargestBuffer);
+    const pa_buffer_attr wanted = attributes();
+    if (pa_operation* operation = pa_stream_set_buffer_attr(stream_, &wanted, nullptr, nullptr)) {
+        pa_operation_unref(operation);
     }
 }
 } // namespace

@@ -7,8 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <atomic>
 #include <cmath>
+#include <csignal>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -336,6 +338,37 @@ TEST_F(AudioOutputTest, ADriverThatNeverAnswersHoldsUpNeitherTheStartNorTheEnd) 
         output.reset();
         EXPECT_LT(steadySeconds() - end, 0.2);
     }
+}
+
+TEST_F(AudioOutputTest, SdlsStreamRunsEndsAndLeavesSignalsAlone) {
+    static constexpr std::array kRows{
+        AudioDriverRow{"sdl",
+                       [](const StreamSettings& settings) { return makeSdlDriver("dummy", settings); }},
+        kNullRow};
+    {
+        AudioOutput output(with(kRows));
+        ASSERT_TRUE(runs(output, "sdl"));
+        Listener tap;
+        output.addTap(tap);
+        EXPECT_TRUE(within(2, [&] { return tap.heard > 4410; }));
+        output.removeTap(tap);
+        expectSeamless(tap);
+        EXPECT_GT(output.figures().latency, 0.005);
+    }
+    for (const int signal : {SIGINT, SIGTERM}) {
+        struct sigaction action {};
+        sigaction(signal, nullptr, &action);
+        EXPECT_EQ(action.sa_handler, SIG_DFL);
+    }
+}
+
+TEST_F(AudioOutputTest, AnSdlSystemThatIsNotThereFails) {
+    static constexpr std::array kRows{
+        AudioDriverRow{"sdl",
+                       [](const StreamSettings& settings) { return makeSdlDriver("nosuch", settings); }},
+        kNullRow};
+    AudioOutput output(with(kRows));
+    EXPECT_TRUE(runs(output, "none"));
 }
 
 TEST_F(AudioOutputTest, TheTableEndsWithTheDriverThatNeverFails) {
