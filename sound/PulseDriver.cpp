@@ -13,7 +13,7 @@ namespace velmora {
 namespace {
 constexpr pa_sample_spec kSpec{PA_SAMPLE_FLOAT32NE, kAudioRate, kAudioChannels};
 constexpr std::size_t kFrameBytes = sizeof(float) * kAudioChannels;
-constexpr double kGrowth = 1.25;     ///< of the buffer, when the server ran dry again
+constexpr double kGrowth = 1.5;      ///< of the buffer, when the server ran dry again
 constexpr double kDryAgain = 30;     ///< seconds; after that it counts as a first time
 constexpr double kGrowthPause = 0.1; ///< seconds in which the last growth may take effect
 constexpr double kLargestBuffer = 0.12;

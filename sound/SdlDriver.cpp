@@ -44,6 +44,7 @@ public:
             SDL_AudioQuit();
             isUp_ = false;
         }
+        SDL_TLSCleanup(); // this thread's error text, which SDL frees only for threads of its own
     }
 
     [[nodiscard]] StreamState state() const override {

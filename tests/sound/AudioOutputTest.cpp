@@ -247,6 +247,34 @@ TEST_F(AudioOutputTest, SourcesComeAndGoWhileTheStreamRuns) {
     EXPECT_GT(output.figures().frames, 5000);
 }
 
+TEST_F(AudioOutputTest, RemovingWaitsUntilTheAudioThreadIsOutOfTheSource) {
+    struct Slow : AudioSource {
+        void render(const AudioBlock&) noexcept override {
+            isInside = true;
+            while (!mayLeave) {
+                std::this_thread::yield();
+            }
+        }
+        std::atomic<bool> isInside{false};
+        std::atomic<bool> mayLeave{false};
+    } slow;
+    AudioOutput output(with(kHandOnly));
+    ASSERT_TRUE(runs(output, "hand"));
+    output.add(slow);
+    std::thread device([] { HandDriver::ask(64); });
+    ASSERT_TRUE(within(2, [&] { return slow.isInside.load(); }));
+    std::atomic<bool> isRemoved{false};
+    std::thread remover([&] {
+        output.remove(slow);
+        isRemoved = true;
+    });
+    EXPECT_FALSE(within(0.05, [&] { return isRemoved.load(); }));
+    slow.mayLeave = true;
+    EXPECT_TRUE(within(2, [&] { return isRemoved.load(); }));
+    device.join();
+    remover.join();
+}
+
 TEST_F(AudioOutputTest, SourcesComeAndGoUnderADriverThatAsksWithoutPause) {
     AudioOutput output(with(kHandOnly));
     ASSERT_TRUE(runs(output, "hand"));
@@ -274,7 +302,10 @@ TEST_F(AudioOutputTest, AStreamThatIsReadyTakesOverFromTheNullStreamAndBackWitho
     output.addTap(tap);
     ASSERT_TRUE(runs(output, "none")); // the hand only connects so far
     ASSERT_TRUE(within(2, [&] { return tap.heard > 2000; }));
-    EXPECT_EQ(HandDriver::ask(441).front(), 0.0F); // nothing but silence before it is in place
+    Tone tone(0.5F);
+    output.add(tone);
+    EXPECT_EQ(HandDriver::ask(441).back(), 0.0F); // nothing but silence before it is in place
+    output.remove(tone);
     HandDriver::become(StreamState::Running);
     ASSERT_TRUE(runs(output, "hand"));
     for (int i = 0; i < 10; ++i) {
