@@ -20,7 +20,7 @@ constexpr double kLargestBuffer = 0.12;
 
 /// All callbacks come from the main loop's thread, which `stop` ends before it takes anything down: none of
 /// them needs the main loop's lock, and nobody else ever holds it.
-class PulseDriver : public AudioDriver {
+class PulseDriver final : public AudioDriver {
 public:
     explicit PulseDriver(const StreamSettings& settings) : buffer_(settings.buffer) {}
     ~PulseDriver() override { stop(); }

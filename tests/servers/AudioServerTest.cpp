@@ -109,7 +109,7 @@ struct SpacingTest : AudioServerTest, testing::WithParamInterface<int> {};
 TEST_P(SpacingTest, WhatIsHeardKeepsTheSpacingOfWhatWasSent) {
     constexpr int kClicks = 50;
     server.start();
-    untilUndisturbed([this] {
+    untilUndisturbed([] {
         AudioOutput output({.stream = {.buffer = GetParam() / 1000.0}});
         EXPECT_TRUE(runs(output, "pulse"));
         ClickSource clicks;

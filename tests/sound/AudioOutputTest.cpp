@@ -304,8 +304,8 @@ TEST_F(AudioOutputTest, AStreamThatIsReadyTakesOverFromTheNullStreamAndBackWitho
     ASSERT_TRUE(within(2, [&] { return tap.heard > 2000; }));
     Tone tone(0.5F);
     output.add(tone);
-    EXPECT_EQ(HandDriver::ask(441, steadySeconds() + 0.05).back(),
-              0.0F); // nothing but silence before it is in place
+    // Nothing but silence before it is in place.
+    EXPECT_EQ(HandDriver::ask(441, steadySeconds() + 0.05).back(), 0.0F);
     output.remove(tone);
     HandDriver::become(StreamState::Running);
     ASSERT_TRUE(runs(output, "hand"));
