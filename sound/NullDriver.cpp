@@ -18,7 +18,7 @@ constexpr std::chrono::milliseconds kBlockTime{10};
 /// Later than this the process was held up from outside; catching up block by block would only be a burst.
 constexpr std::chrono::milliseconds kHeldUp{250};
 
-class NullDriver : public AudioDriver {
+class NullDriver final : public AudioDriver {
 public:
     ~NullDriver() override { stop(); }
 

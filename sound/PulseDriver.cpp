@@ -6,19 +6,21 @@
 
 #include <algorithm>
 #include <atomic>
+#include <optional>
 
 namespace velmora {
 
 namespace {
 constexpr pa_sample_spec kSpec{PA_SAMPLE_FLOAT32NE, kAudioRate, kAudioChannels};
 constexpr std::size_t kFrameBytes = sizeof(float) * kAudioChannels;
-constexpr double kGrowth = 1.25; ///< of the buffer, each time that the server runs dry
+constexpr double kGrowth = 1.5;      ///< of the buffer, when the server ran dry again
+constexpr double kDryAgain = 30;     ///< seconds; after that it counts as a first time
+constexpr double kGrowthPause = 0.1; ///< seconds in which the last growth may take effect
 constexpr double kLargestBuffer = 0.12;
-constexpr double kLatencyStep = 0.25; ///< seconds between two looks at the server's latency
 
 /// All callbacks come from the main loop's thread, which `stop` ends before it takes anything down: none of
 /// them needs the main loop's lock, and nobody else ever holds it.
-class PulseDriver : public AudioDriver {
+class PulseDriver final : public AudioDriver {
 public:
     explicit PulseDriver(const StreamSettings& settings) : buffer_(settings.buffer) {}
     ~PulseDriver() override { stop(); }
@@ -35,8 +37,9 @@ private:
     void contextChanged();
     void streamChanged();
     void serve();
-    [[nodiscard]] bool writePiece(std::size_t bytes, double called, double ahead);
-    [[nodiscard]] double latency(double now);
+    [[nodiscard]] bool writePiece(std::size_t bytes, double called);
+    void timingReported();
+    void wentDry();
     void enlargeBuffer();
 
     StreamClient* client_ = nullptr;
@@ -46,8 +49,9 @@ private:
     std::atomic<StreamState> state_{StreamState::Connecting};
     double buffer_;
     std::int64_t written_ = 0;
-    double latency_ = 0;
-    double latencyAsked_ = 0;
+    std::optional<double> heardOrigin_; ///< steady seconds at which frame 0 was heard, by the last report
+    double lastDry_ = -kDryAgain;       ///< steady seconds, as is the next
+    double lastGrown_ = 0;
 };
 
 void PulseDriver::start(StreamClient& client) {
@@ -87,6 +91,7 @@ void PulseDriver::stop() {
         pa_stream_set_state_callback(stream_, nullptr, nullptr);
         pa_stream_set_write_callback(stream_, nullptr, nullptr);
         pa_stream_set_underflow_callback(stream_, nullptr, nullptr);
+        pa_stream_set_latency_update_callback(stream_, nullptr, nullptr);
         pa_stream_disconnect(stream_);
         pa_stream_unref(stream_);
         stream_ = nullptr;
@@ -147,10 +152,11 @@ bool PulseDriver::openStream() {
     pa_stream_set_write_callback(
         stream_, [](pa_stream*, std::size_t, void* self) { static_cast<PulseDriver*>(self)->serve(); }, this);
     pa_stream_set_underflow_callback(
-        stream_, [](pa_stream*, void* self) { static_cast<PulseDriver*>(self)->enlargeBuffer(); }, this);
+        stream_, [](pa_stream*, void* self) { static_cast<PulseDriver*>(self)->wentDry(); }, this);
+    pa_stream_set_latency_update_callback(
+        stream_, [](pa_stream*, void* self) { static_cast<PulseDriver*>(self)->timingReported(); }, this);
     const pa_buffer_attr wanted = attributes();
-    constexpr int kFlags =
-        PA_STREAM_ADJUST_LATENCY | PA_STREAM_AUTO_TIMING_UPDATE | PA_STREAM_INTERPOLATE_TIMING;
+    constexpr int kFlags = PA_STREAM_ADJUST_LATENCY | PA_STREAM_AUTO_TIMING_UPDATE;
     return pa_stream_connect_playback(stream_, nullptr, &wanted, static_cast<pa_stream_flags_t>(kFlags),
                                       nullptr, nullptr) >= 0;
 }
@@ -159,7 +165,6 @@ bool PulseDriver::openStream() {
 /// first time it only fills its buffer, even on a device that is suspended.
 void PulseDriver::serve() {
     const double called = steadySeconds();
-    double ahead = latency(called);
     if (written_ > 0) {
         change(StreamState::Running);
     }
@@ -168,50 +173,58 @@ void PulseDriver::serve() {
         if (room == static_cast<std::size_t>(-1) || room < kFrameBytes) {
             return;
         }
-        const std::int64_t before = written_;
-        if (!writePiece(room, called, ahead)) {
+        if (!writePiece(room, called)) {
             change(StreamState::Failed);
             return;
         }
-        ahead += static_cast<double>(written_ - before) / kAudioRate;
     }
 }
 
-bool PulseDriver::writePiece(std::size_t bytes, double called, double ahead) {
+bool PulseDriver::writePiece(std::size_t bytes, double called) {
     void* data = nullptr;
     if (pa_stream_begin_write(stream_, &data, &bytes) < 0 || data == nullptr || bytes < kFrameBytes) {
         return false;
     }
     const auto frames = static_cast<int>(bytes / kFrameBytes);
-    client_->render({static_cast<float*>(data), frames, written_, called, ahead});
+    const double ahead =
+        heardOrigin_ ? *heardOrigin_ + static_cast<double>(written_) / kAudioRate - called : 0;
+    client_->render({static_cast<float*>(data), frames, written_, called, std::max(ahead, 0.0)});
     written_ += frames;
     return pa_stream_write(stream_, data, static_cast<std::size_t>(frames) * kFrameBytes, nullptr, 0,
                            PA_SEEK_RELATIVE) >= 0;
 }
 
-double PulseDriver::latency(double now) {
-    if (now - latencyAsked_ >= kLatencyStep) {
-        latencyAsked_ = now;
-        pa_usec_t usec = 0;
-        int isNegative = 0;
-        if (pa_stream_get_latency(stream_, &usec, &isNegative) >= 0) {
-            latency_ = isNegative != 0 ? 0 : static_cast<double>(usec) * 1e-6;
-        }
+/// The library's own interpolation is off by 100 ms for a minute after a server stood still; one line through
+/// the last report is exact enough.
+void PulseDriver::timingReported() {
+    const pa_timing_info* const info = pa_stream_get_timing_info(stream_);
+    if (info != nullptr && info->playing != 0 && info->read_index_corrupt == 0) {
+        const double reported =
+            steadySeconds() - static_cast<double>(pa_timeval_age(&info->timestamp)) * 1e-6;
+        const double frame = static_cast<double>(info->read_index) / kFrameBytes;
+        heardOrigin_ = reported + static_cast<double>(info->sink_usec) * 1e-6 - frame / kAudioRate;
     }
-    return latency_;
 }
 
-void PulseDriver::enlargeBuffer() {
+/// Once is an accident that no buffer prevents, such as a machine that slept. Twice is a buffer too small.
+void PulseDriver::wentDry() {
     if (state_.load() != StreamState::Running) {
         return; // a stream is dry before its first piece arrives
     }
     client_->ranDry();
-    if (buffer_ < kLargestBuffer) {
-        buffer_ = std::min(buffer_ * kGrowth, kLargestBuffer);
-        const pa_buffer_attr wanted = attributes();
-        if (pa_operation* operation = pa_stream_set_buffer_attr(stream_, &wanted, nullptr, nullptr)) {
-            pa_operation_unref(operation);
-        }
+    const double now = steadySeconds();
+    if (now - lastDry_ < kDryAgain && now - lastGrown_ > kGrowthPause && buffer_ < kLargestBuffer) {
+        enlargeBuffer();
+        lastGrown_ = now;
+    }
+    lastDry_ = now;
+}
+
+void PulseDriver::enlargeBuffer() {
+    buffer_ = std::min(buffer_ * kGrowth, kLargestBuffer);
+    const pa_buffer_attr wanted = attributes();
+    if (pa_operation* operation = pa_stream_set_buffer_attr(stream_, &wanted, nullptr, nullptr)) {
+        pa_operation_unref(operation);
     }
 }
 } // namespace

@@ -16,7 +16,7 @@ namespace velmora {
 namespace {
 /// SDL_AudioInit and SDL_OpenAudioDevice alone: SDL_Init would also bring up events, and they take over
 /// signals.
-class SdlDriver : public AudioDriver {
+class SdlDriver final : public AudioDriver {
 public:
     SdlDriver(std::string system, const StreamSettings& settings)
         : system_(std::move(system))
@@ -44,6 +44,7 @@ public:
             SDL_AudioQuit();
             isUp_ = false;
         }
+        SDL_TLSCleanup(); // this thread's error text, which SDL frees only for threads of its own
     }
 
     [[nodiscard]] StreamState state() const override {
@@ -105,7 +106,7 @@ bool hasPlaybackDevice() {
     return false;
 }
 
-class NoDevice : public AudioDriver {
+class NoDevice final : public AudioDriver {
 public:
     void start(StreamClient&) override {}
     void stop() override {}

@@ -9,7 +9,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdlib>
+#include <iostream>
 #include <memory>
 #include <optional>
 #include <random>
@@ -29,6 +31,17 @@ struct AudioServerTest : testing::Test {
     static bool goesOn(const Listener& tap, std::int64_t frames = 4410) {
         const std::int64_t before = tap.heard;
         return within(3, [&] { return tap.heard - before >= frames; });
+    }
+    /// Repeats @p run until it returns true. It returns false if the server ran dry meanwhile, as it may on a
+    /// machine that is held up for longer than the buffer lasts: such a run shows nothing either way.
+    template<class Run>
+    static void untilUndisturbed(Run run) {
+        for (int i = 0; i < 10; ++i) {
+            if (run()) {
+                return;
+            }
+        }
+        FAIL() << "the server ran dry in each of ten runs";
     }
     static void expectQuickEnd(std::unique_ptr<AudioOutput> output) {
         const double begin = steadySeconds();
@@ -60,64 +73,110 @@ std::vector<std::optional<std::size_t>> framesOfClicks(const std::vector<float>&
     return found;
 }
 
+struct Hearing {
+    double worst = 0;   ///< error of the time between two clicks, seconds
+    double latency = 0; ///< from sending to the monitor, the median, seconds
+    int missing = 0;
+};
+
+Hearing hearing(const ClickSource& clicks, const MonitorRecorder& recorder, int count) {
+    Hearing result;
+    std::vector<double> latencies;
+    const auto frames = framesOfClicks(recorder.samples(), count);
+    for (int i = 0; i < count; ++i) {
+        const auto& frame = frames[static_cast<std::size_t>(i)];
+        if (!frame) {
+            ++result.missing;
+            continue;
+        }
+        const double latency = recorder.arrivalOf(double(*frame)) - clicks.moment(i);
+        if (!latencies.empty()) {
+            result.worst = std::max(result.worst, std::fabs(latency - latencies.back()));
+        }
+        latencies.push_back(latency);
+    }
+    if (!latencies.empty()) {
+        const auto middle = latencies.begin() + static_cast<std::ptrdiff_t>(latencies.size() / 2);
+        std::nth_element(latencies.begin(), middle, latencies.end());
+        result.latency = *middle;
+    }
+    return result;
+}
+
 struct SpacingTest : AudioServerTest, testing::WithParamInterface<int> {};
 } // namespace
 
 TEST_P(SpacingTest, WhatIsHeardKeepsTheSpacingOfWhatWasSent) {
     constexpr int kClicks = 50;
     server.start();
-    AudioOutput output({.stream = {.buffer = GetParam() / 1000.0}});
-    ASSERT_TRUE(runs(output, "pulse"));
-    ClickSource clicks;
-    ASSERT_TRUE(output.add(clicks));
-    MonitorRecorder recorder;
-    sendClicks(clicks, kClicks);
-    const auto last = [&] { return framesOfClicks(recorder.samples(), kClicks).back(); };
-    ASSERT_TRUE(within(3, [&] { return last().has_value(); }));
-    output.remove(clicks);
-
-    const auto frames = framesOfClicks(recorder.samples(), kClicks);
-    double worst = 0;
-    std::vector<double> latencies;
-    for (int i = 0; i < kClicks; ++i) {
-        const auto& frame = frames[static_cast<std::size_t>(i)];
-        ASSERT_TRUE(frame.has_value()) << i;
-        latencies.push_back(recorder.arrivalOf(double(*frame)) - clicks.moment(i));
-        if (i > 0) {
-            const double heard = double(*frame - *frames[static_cast<std::size_t>(i - 1)]) / kAudioRate;
-            worst = std::max(worst, std::fabs(heard - (clicks.moment(i) - clicks.moment(i - 1))));
+    untilUndisturbed([] {
+        AudioOutput output({.stream = {.buffer = GetParam() / 1000.0}});
+        EXPECT_TRUE(runs(output, "pulse"));
+        ClickSource clicks;
+        output.add(clicks);
+        MonitorRecorder recorder;
+        sendClicks(clicks, kClicks);
+        const auto isComplete = [&] {
+            return framesOfClicks(recorder.samples(), kClicks).back().has_value();
+        };
+        const bool allCame = within(3, isComplete);
+        output.remove(clicks);
+        if (output.figures().underruns > 0) {
+            return false;
         }
-    }
-    std::nth_element(latencies.begin(), latencies.begin() + kClicks / 2, latencies.end());
-    std::cout << "buffer " << GetParam() << " ms: spacing off by " << worst * 1e3
-              << " ms at worst, sent to monitor " << latencies[kClicks / 2] * 1e3
-              << " ms, expected by the server " << output.figures().latency * 1e3 << " ms, late "
-              << clicks.late() << ", dry " << output.figures().underruns << "\n";
-    EXPECT_LT(worst, 0.0015);
+        EXPECT_TRUE(allCame);
+        const auto heard = hearing(clicks, recorder, kClicks);
+        std::cout << "buffer " << GetParam() << " ms: spacing off by " << heard.worst * 1e3
+                  << " ms at worst, sent to monitor " << heard.latency * 1e3
+                  << " ms, to ear by the server's account " << output.figures().latency * 1e3 << " ms\n";
+        EXPECT_EQ(heard.missing, 0);
+        EXPECT_EQ(clicks.late(), 0);
+        EXPECT_LT(heard.worst, 0.0015);
+        return true;
+    });
 }
 INSTANTIATE_TEST_SUITE_P(Buffers, SpacingTest, testing::Values(10, 16, 20, 40, 100),
                          [](const auto& tested) { return std::to_string(tested.param) + "ms"; });
 
+TEST_F(AudioServerTest, ByDefaultASoundIsHeardWithin25Milliseconds) {
+    server.start();
+    untilUndisturbed([] {
+        AudioOutput output;
+        EXPECT_TRUE(runs(output, "pulse"));
+        EXPECT_TRUE(within(3, [&] { return output.figures().frames > kAudioRate; }));
+        if (output.figures().underruns > 0) {
+            return false;
+        }
+        EXPECT_GT(output.figures().latency, 0.005);
+        EXPECT_LT(output.figures().latency, 0.025);
+        return true;
+    });
+}
+
 TEST_F(AudioServerTest, WhatIsTappedIsWhatTheServerPlaysBitForBit) {
     server.start();
-    AudioOutput output;
-    ASSERT_TRUE(runs(output, "pulse"));
-    MonitorRecorder recorder;
-    NoiseSource noise;
-    Listener tap;
-    ASSERT_TRUE(output.addTap(tap));
-    ASSERT_TRUE(output.add(noise));
-    const std::size_t before = recorder.frames();
-    ASSERT_TRUE(within(5, [&] { return recorder.frames() - before > 2 * kAudioRate; }));
-    output.remove(noise);
-    output.removeTap(tap);
-    // A second of it: long enough that nothing else can be alike, away from the ends that only one of them
-    // may have.
-    ASSERT_EQ(output.figures().underruns, 0);
-    ASSERT_GT(tap.samples.size(), 3U * kAudioRate);
-    const auto recorded = recorder.samples();
-    const auto from = tap.samples.begin() + kAudioRate / 2;
-    EXPECT_NE(std::search(recorded.begin(), recorded.end(), from, from + 2 * kAudioRate), recorded.end());
+    untilUndisturbed([] {
+        AudioOutput output;
+        EXPECT_TRUE(runs(output, "pulse"));
+        MonitorRecorder recorder;
+        NoiseSource noise;
+        Listener tap;
+        output.addTap(tap);
+        output.add(noise);
+        const std::size_t before = recorder.frames();
+        EXPECT_TRUE(within(5, [&] { return recorder.frames() - before > 2 * kAudioRate; }));
+        output.remove(noise);
+        output.removeTap(tap);
+        if (output.figures().underruns > 0) {
+            return false;
+        }
+        // A second of it, away from the ends that only one of the two may have.
+        EXPECT_GT(tap.samples.size(), 3U * kAudioRate);
+        const auto recorded = recorder.samples();
+        const auto from = tap.samples.begin() + kAudioRate / 2;
+        EXPECT_NE(std::search(recorded.begin(), recorded.end(), from, from + 2 * kAudioRate), recorded.end());
+        return true;
+    });
 }
 
 TEST_F(AudioServerTest, WhenTheServerIsKilledTheNullStreamTakesOverAndWhenItReturnsItIsUsedAgain) {
@@ -209,6 +268,26 @@ TEST_F(AudioServerTest, AFrozenServerIsGivenUpAndHoldsUpNobody) {
     EXPECT_TRUE(runs(*output, "none", 0.5));
     server.thaw();
     EXPECT_TRUE(runs(*output, "pulse", 4));
+}
+
+TEST_F(AudioServerTest, AServerThatStoodStillForAMomentIsKeptAndTheDistanceIsSoonTheOldOne) {
+    server.start();
+    AudioOutput output;
+    ASSERT_TRUE(runs(output, "pulse"));
+    const auto isSettled = [&] {
+        return output.figures().latency > 0.005 && output.figures().latency < 0.035;
+    };
+    ASSERT_TRUE(within(3, isSettled));
+    for (int i = 0; i < 3; ++i) {
+        server.freeze();
+        const std::int64_t before = output.figures().frames;
+        std::this_thread::sleep_for(std::chrono::milliseconds(300)); // the length of the accident, not a wait
+        EXPECT_LT(output.figures().frames - before, kAudioRate / 5);
+        server.thaw();
+        EXPECT_TRUE(within(1, [&] { return output.figures().frames - before > kAudioRate / 5; }));
+        EXPECT_TRUE(within(3, isSettled)) << output.figures().latency;
+    }
+    EXPECT_EQ(output.figures().openings, 1);
 }
 
 TEST_F(AudioServerTest, ASuspendedSinkIsLeftUntilItGoesOn) {

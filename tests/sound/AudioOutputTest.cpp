@@ -7,8 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <atomic>
 #include <cmath>
+#include <csignal>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -245,6 +247,34 @@ TEST_F(AudioOutputTest, SourcesComeAndGoWhileTheStreamRuns) {
     EXPECT_GT(output.figures().frames, 5000);
 }
 
+TEST_F(AudioOutputTest, RemovingWaitsUntilTheAudioThreadIsOutOfTheSource) {
+    struct Slow : AudioSource {
+        void render(const AudioBlock&) noexcept override {
+            isInside = true;
+            while (!mayLeave) {
+                std::this_thread::yield();
+            }
+        }
+        std::atomic<bool> isInside{false};
+        std::atomic<bool> mayLeave{false};
+    } slow;
+    AudioOutput output(with(kHandOnly));
+    ASSERT_TRUE(runs(output, "hand"));
+    output.add(slow);
+    std::thread device([] { HandDriver::ask(64); });
+    ASSERT_TRUE(within(2, [&] { return slow.isInside.load(); }));
+    std::atomic<bool> isRemoved{false};
+    std::thread remover([&] {
+        output.remove(slow);
+        isRemoved = true;
+    });
+    EXPECT_FALSE(within(0.05, [&] { return isRemoved.load(); }));
+    slow.mayLeave = true;
+    EXPECT_TRUE(within(2, [&] { return isRemoved.load(); }));
+    device.join();
+    remover.join();
+}
+
 TEST_F(AudioOutputTest, SourcesComeAndGoUnderADriverThatAsksWithoutPause) {
     AudioOutput output(with(kHandOnly));
     ASSERT_TRUE(runs(output, "hand"));
@@ -272,7 +302,11 @@ TEST_F(AudioOutputTest, AStreamThatIsReadyTakesOverFromTheNullStreamAndBackWitho
     output.addTap(tap);
     ASSERT_TRUE(runs(output, "none")); // the hand only connects so far
     ASSERT_TRUE(within(2, [&] { return tap.heard > 2000; }));
-    EXPECT_EQ(HandDriver::ask(441).front(), 0.0F); // nothing but silence before it is in place
+    Tone tone(0.5F);
+    output.add(tone);
+    // Nothing but silence before it is in place.
+    EXPECT_EQ(HandDriver::ask(441, steadySeconds() + 0.05).back(), 0.0F);
+    output.remove(tone);
     HandDriver::become(StreamState::Running);
     ASSERT_TRUE(runs(output, "hand"));
     for (int i = 0; i < 10; ++i) {
@@ -336,6 +370,37 @@ TEST_F(AudioOutputTest, ADriverThatNeverAnswersHoldsUpNeitherTheStartNorTheEnd) 
         output.reset();
         EXPECT_LT(steadySeconds() - end, 0.2);
     }
+}
+
+TEST_F(AudioOutputTest, SdlsStreamRunsEndsAndLeavesSignalsAlone) {
+    static constexpr std::array kRows{
+        AudioDriverRow{"sdl",
+                       [](const StreamSettings& settings) { return makeSdlDriver("dummy", settings); }},
+        kNullRow};
+    {
+        AudioOutput output(with(kRows));
+        ASSERT_TRUE(runs(output, "sdl"));
+        Listener tap;
+        output.addTap(tap);
+        EXPECT_TRUE(within(2, [&] { return tap.heard > 4410; }));
+        output.removeTap(tap);
+        expectSeamless(tap);
+        EXPECT_GT(output.figures().latency, 0.005);
+    }
+    for (const int signal : {SIGINT, SIGTERM}) {
+        struct sigaction action {};
+        sigaction(signal, nullptr, &action);
+        EXPECT_EQ(action.sa_handler, SIG_DFL);
+    }
+}
+
+TEST_F(AudioOutputTest, AnSdlSystemThatIsNotThereFails) {
+    static constexpr std::array kRows{
+        AudioDriverRow{"sdl",
+                       [](const StreamSettings& settings) { return makeSdlDriver("nosuch", settings); }},
+        kNullRow};
+    AudioOutput output(with(kRows));
+    EXPECT_TRUE(runs(output, "none"));
 }
 
 TEST_F(AudioOutputTest, TheTableEndsWithTheDriverThatNeverFails) {
