@@ -2,8 +2,8 @@
 #pragma once
 
 #include "sound/AudioSource.h"
-#include "sound/EventQueue.h"
 #include "sound/SoftSynth.h"
+#include "sound/SpscRing.h"
 #include "sound/SynthEngine.h"
 
 #include <array>
@@ -81,7 +81,7 @@ private:
     void refill(SynthEngine& engine, const AudioBlock& block, int frame) noexcept;
 
     const int sampleRate_;
-    EventQueue<Event, kQueueCapacity> events_;
+    SpscRing<Event, kQueueCapacity> events_;
     std::atomic<bool> endsLost_{false}; ///< something other than a note found no place
 
     // The sender's own.

@@ -4,7 +4,6 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
-#include <cstdint>
 
 namespace velmora {
 
@@ -17,10 +16,10 @@ class SpscRing {
 public:
     static constexpr std::size_t kCapacity = kLength;
 
-    /// False when full; the item is dropped. For the pushing thread.
-    bool push(const Item& item) noexcept {
+    /// Appends, if @p spare places stay free behind the item. False if not: it is not taken. For the pushing thread.
+    bool push(const Item& item, std::size_t spare = 0) noexcept {
         const auto end = end_.load(std::memory_order_relaxed);
-        if (end - begin_.load(std::memory_order_acquire) == kLength)
+        if (end - begin_.load(std::memory_order_acquire) + spare >= kLength)
             return false;
         items_[end % kLength] = item;
         end_.store(end + 1, std::memory_order_release);
@@ -44,8 +43,9 @@ public:
 
 private:
     std::array<Item, kLength> items_{};
-    std::atomic<std::size_t> begin_{0}; ///< both only grow; their difference is the number of items
-    std::atomic<std::size_t> end_{0};
+    // Both only grow, and their difference is the number of items; apart, as each has its own writer.
+    alignas(64) std::atomic<std::size_t> begin_{0};
+    alignas(64) std::atomic<std::size_t> end_{0};
 };
 
 } // namespace velmora
