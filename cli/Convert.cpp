@@ -35,17 +35,12 @@ void check(const std::string& problem) {
         throw Failure(problem);
 }
 
-void checkWritten(const fs::path& out, const std::string& problem) {
-    if (!problem.empty())
-        throw Failure(out.string() + ": can't be written: " + problem);
-}
-
 void writeSng(Session& session, const fs::path& out, const ConvertOptions& /*options*/) {
-    checkWritten(out, replaceFile(out, serializePoliFile(session.score, session.setup)));
+    check(replaceFile(out, serializePoliFile(session.score, session.setup)));
 }
 
 void writeMid(Session& session, const fs::path& out, const ConvertOptions& /*options*/) {
-    checkWritten(out, replaceFile(out, buildMidiFile(session.score, session.chords)));
+    check(replaceFile(out, buildMidiFile(session.score, session.chords)));
 }
 
 void writeSound(Session& session, SampleSink& sink, const fs::path& out, const ConvertOptions& options) {

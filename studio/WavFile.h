@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "studio/PendingFile.h"
+#include "shell/PendingFile.h"
 #include "studio/SampleSink.h"
 
 #include <cstdint>

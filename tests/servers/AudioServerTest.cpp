@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "sound/AudioOutput.h"
-#include "tests/SourcesForTests.h"
-#include "tests/Waiting.h"
+#include "tests/support/SourcesForTests.h"
+#include "tests/support/Waiting.h"
 #include "tests/servers/MonitorRecorder.h"
 #include "tests/servers/PulseServer.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tests/servers/MonitorRecorder.h"
 
-#include "tests/Waiting.h"
+#include "tests/support/Waiting.h"
 
 #include <pulse/pulseaudio.h>
 

@@ -3,7 +3,7 @@
 #include "shell/QtMessageLoop.h"
 #include "sound/LiveSound.h"
 #include "sound/ShortMessage.h"
-#include "tests/Waiting.h"
+#include "tests/support/Waiting.h"
 #include "tests/servers/MonitorRecorder.h"
 #include "tests/servers/PulseServer.h"
 

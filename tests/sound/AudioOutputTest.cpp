@@ -2,8 +2,8 @@
 #include "sound/AudioOutput.h"
 
 #include "shell/SteadyClock.h"
-#include "tests/SourcesForTests.h"
-#include "tests/Waiting.h"
+#include "tests/support/SourcesForTests.h"
+#include "tests/support/Waiting.h"
 
 #include <gtest/gtest.h>
 

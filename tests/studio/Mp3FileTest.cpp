@@ -2,7 +2,7 @@
 #include "studio/Mp3File.h"
 
 #include "../sound/TestSound.h"
-#include "TestSinks.h"
+#include "tests/studio/TestSinks.h"
 
 #include <gmock/gmock.h>
 #include <sndfile.h>

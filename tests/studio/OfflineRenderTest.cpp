@@ -2,7 +2,7 @@
 #include "studio/OfflineRender.h"
 
 #include "../sound/TestSound.h"
-#include "TestSinks.h"
+#include "tests/studio/TestSinks.h"
 #include "sound/BuiltInSynth.h"
 #include "sound/ShortMessage.h"
 #include "studio/Mp3File.h"

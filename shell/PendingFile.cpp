@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-#include "studio/PendingFile.h"
+#include "shell/PendingFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

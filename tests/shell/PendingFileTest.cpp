@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-#include "studio/PendingFile.h"
+#include "shell/PendingFile.h"
 
-#include "TestSinks.h"
+#include "tests/studio/TestSinks.h"
 
 #include <gmock/gmock.h>
 #include <sys/resource.h>
