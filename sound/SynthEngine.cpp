@@ -104,7 +104,7 @@ struct SynthEngine::Parts {
     // enters the one that the audio thread plays, and only program changes have to keep clear of it.
     Settings keeperSettings;
     Synth keeper;
-    std::array<std::atomic<Samples>, kBanks * kPrograms> samples{};
+    std::array<std::atomic<Samples>, std::size_t{kBanks} * kPrograms> samples{};
     std::atomic_flag presetsBusy;
 
     Parts() = default;
@@ -119,7 +119,8 @@ struct SynthEngine::Parts {
     [[nodiscard]] bool openKeeper();
     [[nodiscard]] std::optional<Preset> resolved(Preset preset) const;
     [[nodiscard]] std::atomic<Samples>& samplesOf(Preset preset) {
-        return samples[static_cast<std::size_t>(preset.bank * kPrograms + preset.program)];
+        return samples[static_cast<std::size_t>(preset.bank) * kPrograms +
+                       static_cast<std::size_t>(preset.program)];
     }
     bool load(Preset preset);
     void changeProgram(int channel, int program);

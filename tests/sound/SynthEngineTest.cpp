@@ -7,7 +7,9 @@
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <fstream>
+#include <thread>
 
 using namespace velmora;
 using namespace velmora::testsound;
@@ -175,6 +177,25 @@ TEST(SynthEngineTest, AProgramChangeToAPresetThatIsNotPreparedIsIgnored) {
     for (SynthEngine* each : {engine.get(), plain.get()})
         EXPECT_TRUE(each->apply(shortmessage::noteOn(0, kA4 + 5, 100)));
     EXPECT_TRUE(render(*engine, kRate) == render(*plain, kRate));
+}
+
+// Chance decides when the two meet, so it has some tries.
+TEST(SynthEngineTest, AProgramChangeThatMeetsTheLoaderIsPutOffAndNotWaitedFor) {
+    bool putOff = false;
+    for (int tries = 0; tries < 50 && !putOff; ++tries) {
+        const auto engine = makeEngine(1, PresetLoading::Ahead);
+        std::atomic<bool> loading{true};
+        std::thread loader([&] {
+            for (int program = 1; program < 128; ++program)
+                engine->prepare(0, program);
+            loading = false;
+        });
+        while (loading && !putOff)
+            putOff = !engine->apply(shortmessage::programChange(0, 0));
+        loader.join();
+        EXPECT_TRUE(engine->apply(shortmessage::programChange(0, 0)));
+    }
+    EXPECT_TRUE(putOff);
 }
 
 TEST(SynthEngineTest, APresetThatCanNotBeReadAnyMoreIsIgnored) {
