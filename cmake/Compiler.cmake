@@ -11,7 +11,14 @@ endif()
 
 add_library(velmora_warnings INTERFACE)
 target_compile_options(velmora_warnings INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wformat=2 -Werror)
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wformat=2)
+if(VELMORA_WERROR)
+  target_compile_options(velmora_warnings INTERFACE -Werror)
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 14)
+  # These versions take the joining of short strings for an overflow.
+  target_compile_options(velmora_warnings INTERFACE -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow)
+endif()
 
 if(VELMORA_SANITIZE)
   add_compile_options(-fsanitize=${VELMORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -g1 -O1)
