@@ -20,7 +20,7 @@ struct Failure : std::runtime_error {
 /// One command of the companion: what `--help` says of it, its options, its doing.
 struct Command {
     const char* name;
-    const char* synopsis; ///< what stands behind the name
+    const char* synopsis; ///< what stands behind the name, with the blank before it
     const char* summary;
     void (*addOptions)(QCommandLineParser&);
     /// Returns the exit status; throws UsageError or Failure.

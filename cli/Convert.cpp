@@ -5,9 +5,11 @@
 #include "cli/ScoreOptions.h"
 #include "cli/Session.h"
 #include "cli/SoundFont.h"
+#include "cli/Words.h"
 #include "score/MidiFile.h"
 #include "score/SngFile.h"
 #include "shell/Files.h"
+#include "shell/Text.h"
 #include "studio/Mp3File.h"
 #include "studio/OfflineRender.h"
 #include "studio/WavFile.h"
@@ -17,7 +19,12 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <filesystem>
+#include <set>
+#include <stop_token>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace velmora::cli {
 
@@ -58,7 +65,7 @@ void writeSound(Session& session, SampleSink& sink, const fs::path& out, const C
                                                .cancel = cancel.get_token()});
     check(result.error);
     if (result.end != RenderResult::End::Done)
-        throw Failure(out.string() + ": cancelled; nothing was written");
+        throw Failure("Writing \"" + out.string() + "\" was cancelled; what was there before still is.");
 }
 
 void writeWav(Session& session, const fs::path& out, const ConvertOptions& options) {
@@ -83,12 +90,11 @@ constexpr std::array kFormats{
     Format{".mp3", writeMp3, true},
 };
 
-const Format& formatOf(std::string extension) {
-    std::ranges::transform(extension, extension.begin(),
-                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    const auto* const found = std::ranges::find(kFormats, extension, &Format::extension);
+/// @param asked what the user wrote
+const Format& formatOf(const std::string& extension, const std::string& asked) {
+    const auto* const found = std::ranges::find(kFormats, toLower(extension), &Format::extension);
     if (found == kFormats.end())
-        throw UsageError("\"" + extension + "\" is no format; there are sng, mid, wav, mp3");
+        throw UsageError("\"" + asked + "\" names no format; there are sng, mid, wav, mp3");
     return *found;
 }
 
@@ -99,7 +105,7 @@ int bitrateOf(const QString& text) {
         std::string known;
         for (const int one : kMp3Bitrates)
             known += " " + std::to_string(one);
-        throw UsageError("--bitrate takes one of" + known + ", not \"" + text.toStdString() + "\"");
+        throw UsageError("--bitrate takes one of" + known + ", not \"" + toBytes(text) + "\"");
     }
     return bitrate;
 }
@@ -115,23 +121,47 @@ std::vector<Job> jobsOf(const QCommandLineParser& parser) {
     if (!parser.isSet("to")) {
         if (files.size() != 2 || parser.isSet("out"))
             throw UsageError("IN.sng and OUT are wanted, or several scores with --to and --out");
-        return {{files[0], files[1], &formatOf(files[1].extension().string())}};
+        return {{files[0], files[1], &formatOf(files[1].extension().string(), files[1].string())}};
     }
     if (files.empty())
-        throw UsageError("a score is missing");
-    const Format& format = formatOf("." + parser.value("to").toStdString());
+        throw UsageError("takes at least one score");
+    const std::string asked = toBytes(parser.value("to"));
+    const Format& format = formatOf(asked.starts_with('.') ? asked : "." + asked, asked);
     std::vector<Job> jobs;
     for (const auto& in : files) {
-        const fs::path folder = parser.isSet("out") ? fs::path(parser.value("out").toStdString()) : in.parent_path();
+        const fs::path folder =
+            parser.isSet("out") ? fs::path(toBytes(parser.value("out"))) : in.parent_path();
         jobs.push_back({in, (folder / in.filename()).replace_extension(format.extension), &format});
     }
     return jobs;
 }
 
+/// Scores are never written over: an older form, read as the newest, would be lost.
+void checkPlaces(const std::vector<Job>& jobs) {
+    std::set<fs::path> places;
+    for (const Job& job : jobs) {
+        std::error_code error;
+        if (fs::equivalent(job.in, job.out, error))
+            throw UsageError("\"" + job.out.string() + "\" would replace the score it is made from");
+        const fs::path place = fs::weakly_canonical(job.out, error);
+        if (!places.insert(error ? job.out : place).second)
+            throw UsageError("\"" + job.out.string() +
+                             "\" would be written twice; give the scores a folder each");
+    }
+}
+
+void makeFolder(const fs::path& folder) {
+    if (folder.empty())
+        throw UsageError("--out takes a folder");
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error)
+        throw Failure("The folder \"" + folder.string() + "\" can't be made: " + error.message() + ".");
+}
+
 void convert(const Job& job, const ConvertOptions& options) {
     Session session(job.in, options.score);
-    if (session.score.usedChannels().empty())
-        std::fprintf(stderr, "velmora-cli: %s: no notes were found in it\n", job.in.c_str());
+    warnOfSilence(job.in, session);
     job.format->write(session, job.out, options);
 }
 
@@ -141,12 +171,9 @@ int run(const QCommandLineParser& parser) {
                                  .mp3 = {.bitrate = bitrateOf(parser.value("bitrate"))}};
     if (options.score.segment && !jobs.front().format->takesSegment)
         throw UsageError("--segment is for what sounds: wav and mp3");
-    if (parser.isSet("out")) {
-        std::error_code error;
-        fs::create_directories(parser.value("out").toStdString(), error);
-        if (error)
-            throw Failure(parser.value("out").toStdString() + ": can't be made: " + error.message());
-    }
+    checkPlaces(jobs);
+    if (parser.isSet("out"))
+        makeFolder(toBytes(parser.value("out")));
     catchInterrupts();
     int status = 0;
     for (const Job& job : jobs) {
@@ -167,13 +194,14 @@ void addOptions(QCommandLineParser& parser) {
     parser.addOptions({
         {"to", "Converts every score given to this format: sng, mid, wav, mp3.", "format"},
         {"out", "The folder for them (default: beside each score).", "folder"},
-        {"bitrate", "Kilobits per second of MP3.", "kbit/s", "224"},
+        {"bitrate", "Bitrate of MP3 (default: 224).", "kbit/s", "224"},
     });
 }
 
 } // namespace
 
-const Command kConvert{"convert", "IN.sng OUT | IN.sng... --to FORMAT --out DIR",
-                       "Writes a score as .sng, .mid, .wav or .mp3, by the extension of OUT.", addOptions, run};
+const Command kConvert{"convert", " IN.sng OUT | IN.sng... --to FORMAT [--out DIR]",
+                       "Writes a score as .sng, .mid, .wav or .mp3, by the extension of OUT.", addOptions,
+                       run};
 
 } // namespace velmora::cli

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <string>
+#include <vector>
 
 namespace velmora::cli {
 
@@ -45,7 +47,7 @@ void print(const std::filesystem::path& file, const Session& session) {
 int run(const QCommandLineParser& parser) {
     const auto files = fileArguments(parser);
     if (files.empty())
-        throw UsageError("a score is missing");
+        throw UsageError("takes at least one score");
     ScoreOptions options;
     options.reader = readForm(parser);
     int status = 0;
@@ -64,7 +66,7 @@ int run(const QCommandLineParser& parser) {
 
 } // namespace
 
-const Command kInfo{"info", "IN.sng...",
+const Command kInfo{"info", " IN.sng...",
                     "Tells tempo, meter, channels in use with their instruments, and length.", addFormOption,
                     run};
 

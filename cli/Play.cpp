@@ -5,7 +5,10 @@
 #include "cli/ScoreOptions.h"
 #include "cli/Session.h"
 #include "cli/SoundFont.h"
+#include "cli/Words.h"
+#include "score/PlaybackView.h"
 #include "shell/QtMessageLoop.h"
+#include "sound/DeviceChooser.h"
 #include "sound/LiveSound.h"
 #include "sound/ShortMessage.h"
 
@@ -22,7 +25,7 @@ constexpr double kLoadingSeconds = 20;
 constexpr double kRingOutSeconds = 3;
 
 std::vector<std::string> deviceNames(MidiPort& port) {
-    std::vector<std::string> names{"MIDI Mapper"};
+    std::vector<std::string> names{DeviceChooser::kMapperName};
     const int count = port.deviceCount();
     for (int device = 0; device < count; ++device)
         names.push_back(port.deviceName(device));
@@ -79,7 +82,8 @@ public:
     void drawPlayLine(int /*column*/) override {
         const int first = session_.state.PlayingSegment ? session_.view.PlayMark : 0;
         const int last = session_.score.SongEnd;
-        bar_.show(last > first ? static_cast<double>(session_.state.PlayPosition - first) / (last - first) : 1);
+        bar_.show(last > first ? static_cast<double>(session_.state.PlayPosition - first) / (last - first)
+                               : 1);
     }
 
 private:
@@ -96,20 +100,25 @@ void ringOut(LiveSound& sound, MessageLoop& loop) {
 }
 
 void waitForSynth(LiveSound& sound) {
-    if (!sound.synth.waitUntilReady(kLoadingSeconds) && !sound.synth.error().empty())
-        throw Failure(sound.synth.error());
+    if (sound.synth.waitUntilReady(kLoadingSeconds))
+        return;
+    const std::string error = sound.synth.error();
+    throw Failure(error.empty() ? "The SoundFont takes too long to load." : error);
 }
 
 int run(const QCommandLineParser& parser) {
     const auto files = fileArguments(parser);
     if (files.size() != 1)
-        throw UsageError("one score is wanted");
+        throw UsageError("takes exactly one score");
     const ScoreOptions options = readScoreOptions(parser);
+    const std::string device = toBytes(parser.value("device"));
     Session session(files.front(), options);
 
     LiveSound sound(chosenSoundFont(options));
-    openDevice(sound.devices, parser.value("device").toStdString());
-    waitForSynth(sound);
+    if (device == DeviceChooser::kMapperName || device == MidiDevices::kSynthName)
+        waitForSynth(sound);
+    openDevice(sound.devices, device);
+    warnOfSilence(files.front(), session);
     catchInterrupts();
     InterruptibleLoop loop(sound.devices, session.state);
     session.state.LoopOn = parser.isSet("loop");
@@ -126,14 +135,14 @@ int run(const QCommandLineParser& parser) {
 void addPlayOptions(QCommandLineParser& parser) {
     addScoreOptions(parser);
     parser.addOptions({
-        {"device", "Plays to this device, as \"devices\" names it.", "name", "MIDI Mapper"},
+        {"device", "Plays to this device, as \"devices\" names it.", "name", DeviceChooser::kMapperName},
         {"loop", "Plays over and over, until Ctrl-C."},
     });
 }
 
 int listDevices(const QCommandLineParser& parser) {
     if (!fileArguments(parser).empty())
-        throw UsageError("nothing is wanted behind it");
+        throw UsageError("takes no file");
     LiveSound sound(chosenSoundFont({}));
     for (const auto& name : deviceNames(sound.devices))
         std::puts(name.c_str());
@@ -142,7 +151,8 @@ int listDevices(const QCommandLineParser& parser) {
 
 } // namespace
 
-const Command kPlay{"play", "IN.sng", "Plays a score; Ctrl-C stops it.", addPlayOptions, run};
-const Command kDevices{"devices", "", "Lists where scores can be played to.", [](QCommandLineParser&) {}, listDevices};
+const Command kPlay{"play", " IN.sng", "Plays a score; Ctrl-C stops it.", addPlayOptions, run};
+const Command kDevices{"devices", "", "Lists where scores can be played to.", [](QCommandLineParser&) {},
+                       listDevices};
 
 } // namespace velmora::cli

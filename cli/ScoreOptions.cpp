@@ -2,10 +2,10 @@
 #include "cli/ScoreOptions.h"
 
 #include "cli/Commands.h"
+#include "cli/Words.h"
 #include "score/Score.h"
 
 #include <QCommandLineParser>
-#include <QFile>
 
 #include <algorithm>
 #include <array>
@@ -22,7 +22,7 @@ constexpr std::array<std::pair<const char*, SngReader>, 3> kForms{{
 }};
 
 [[noreturn]] void refuse(const char* option, const QString& text, const char* wanted) {
-    throw UsageError(QString("--%1 takes %2, not \"%3\"").arg(option, wanted, text).toStdString());
+    throw UsageError(std::string("--") + option + " takes " + wanted + ", not \"" + toBytes(text) + "\"");
 }
 
 int number(const char* option, const QString& text, int highest, const char* wanted) {
@@ -63,18 +63,19 @@ ScoreOptions::Segment segmentOf(const QString& text) {
 } // namespace
 
 void addFormOption(QCommandLineParser& parser) {
-    parser.addOption({"form", "Reads the score as one of an older form: first, second.", "form", "newest"});
+    parser.addOption(
+        {"form", "The form that the score is read as: newest (default), second, first.", "form", "newest"});
 }
 
 void addScoreOptions(QCommandLineParser& parser) {
     addFormOption(parser);
     parser.addOptions({
         {"top-channel", "The highest channel that sounds (default: the highest with notes).", "channel"},
-        {"top-melody-hint", "The highest melody channel edited, which rules chords in MIDI files.",
-         "channel"},
+        {"top-melody-hint",
+         "The highest melody channel edited (default: 0), which rules chords in MIDI files.", "channel"},
         {"segment", "Plays positions A to B only, as \"Play Segment\" does (15 percent faster).", "A:B"},
-        {"mute", "Leaves these channels out.", "channels"},
-        {"strum", "Strums the chords of these channels.", "channels"},
+        {"mute", "Leaves these channels out.", "C[,C]"},
+        {"strum", "Strums the chords of these channels.", "C[,C]"},
         {"soundfont", "The SoundFont of the built-in synthesizer.", "file"},
     });
 }
@@ -97,14 +98,16 @@ ScoreOptions readScoreOptions(const QCommandLineParser& parser) {
         options.segment = segmentOf(parser.value("segment"));
     options.mute = channelList(parser, "mute");
     options.strum = channelList(parser, "strum");
-    options.soundFont = QFile::encodeName(parser.value("soundfont")).toStdString();
+    options.soundFont = toBytes(parser.value("soundfont"));
     return options;
 }
 
 std::vector<std::filesystem::path> fileArguments(const QCommandLineParser& parser) {
     std::vector<std::filesystem::path> files;
     for (const QString& name : parser.positionalArguments())
-        files.emplace_back(QFile::encodeName(name).toStdString());
+        files.emplace_back(toBytes(name));
+    if (std::ranges::find(files, std::filesystem::path()) != files.end())
+        throw UsageError("a file needs a name");
     return files;
 }
 

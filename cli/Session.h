@@ -3,16 +3,21 @@
 
 #include "cli/ScoreOptions.h"
 #include "score/PlayState.h"
-#include "score/PlaybackView.h"
 #include "score/Score.h"
 #include "score/ViewState.h"
-#include "shell/MessageLoop.h"
 #include "sound/Chords.h"
-#include "sound/MidiPort.h"
 #include "sound/SetupState.h"
 #include "sound/TimedMessage.h"
 
+#include <filesystem>
+#include <optional>
 #include <vector>
+
+namespace velmora {
+class MessageLoop;
+class MidiPort;
+class PlaybackView;
+} // namespace velmora
 
 namespace velmora::cli {
 
@@ -26,7 +31,7 @@ public:
     /// Plays the score, or the segment that the options name, to its end on @p loop's clock.
     void perform(MidiPort& port, MessageLoop& loop, PlaybackView& window);
 
-    /// Seconds from the first position's beginning to the last one's end.
+    /// Seconds from the beginning of the first position that is played to the end of the last.
     [[nodiscard]] double seconds() const;
 
     Score score;
@@ -36,8 +41,11 @@ public:
     PlayState state;
 
 private:
-    void markSegment(ScoreOptions::Segment segment);
+    std::optional<ScoreOptions::Segment> segment_;
 };
+
+/// Says on standard error why nothing will be heard, if that is so.
+void warnOfSilence(const std::filesystem::path& file, const Session& session);
 
 /// Performs the session on a clock that jumps: every message that playing sends, with its moment.
 [[nodiscard]] std::vector<TimedMessage> performedMessages(Session& session);

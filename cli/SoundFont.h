@@ -13,7 +13,8 @@ namespace velmora::cli {
         return options.soundFont;
     if (const auto found = findSoundFont())
         return *found;
-    throw Failure("no SoundFont is installed; install the package fluid-soundfont-gm, or name one with --soundfont");
+    throw Failure(
+        "no SoundFont is installed; install the package fluid-soundfont-gm, or name one with --soundfont");
 }
 
 } // namespace velmora::cli

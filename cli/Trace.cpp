@@ -3,6 +3,7 @@
 #include "cli/MessageListener.h"
 #include "cli/ScoreOptions.h"
 #include "cli/Session.h"
+#include "score/PlaybackView.h"
 #include "shell/VirtualLoop.h"
 
 #include <QCommandLineParser>
@@ -16,7 +17,7 @@ namespace {
 int run(const QCommandLineParser& parser) {
     const auto files = fileArguments(parser);
     if (files.size() != 1)
-        throw UsageError("one score is wanted");
+        throw UsageError("takes exactly one score");
     Session session(files.front(), readScoreOptions(parser));
     VirtualLoop loop;
     MessageListener port(loop, [&session](const TimedMessage& one) {
@@ -28,14 +29,13 @@ int run(const QCommandLineParser& parser) {
     });
     PlaybackView noWindow;
     session.perform(port, loop, noWindow);
-    if (std::fflush(stdout) != 0)
-        throw Failure("standard output can't be written");
     return 0;
 }
 
 } // namespace
 
-const Command kTrace{"trace", "IN.sng", "Lists every message that playing sends: position, seconds, message.",
-                     addScoreOptions, run};
+const Command kTrace{"trace", " IN.sng",
+                     "Lists every message that playing sends: position, seconds, message.", addScoreOptions,
+                     run};
 
 } // namespace velmora::cli

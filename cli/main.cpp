@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "cli/Commands.h"
+#include "cli/Words.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -21,7 +22,7 @@ constexpr std::array kCommands{&kInfo, &kConvert, &kPlay, &kTrace, &kDevices};
 void printOverview(std::FILE* out) {
     std::fputs("velmora-cli: what Velmora does with scores, without a window.\n\nUsage:\n", out);
     for (const Command* command : kCommands)
-        std::fprintf(out, "  velmora-cli %s %s\n      %s\n", command->name, command->synopsis,
+        std::fprintf(out, "  velmora-cli %s%s\n      %s\n", command->name, command->synopsis,
                      command->summary);
     std::fputs("\nvelmora-cli COMMAND --help lists the options of a command.\n"
                "Exit status: 0 done, 1 could not, 2 wrong usage.\n",
@@ -36,8 +37,8 @@ int usage(std::string_view problem) {
 
 void printHelp(const Command& command, const QCommandLineParser& parser) {
     const QString text = parser.helpText();
-    std::printf("Usage: velmora-cli %s %s [options]\n%s\n\n%s", command.name, command.synopsis, command.summary,
-                qUtf8Printable(text.mid(text.indexOf("Options:"))));
+    std::printf("Usage: velmora-cli %s%s [options]\n%s\n\n%s", command.name, command.synopsis,
+                command.summary, qUtf8Printable(text.mid(text.indexOf("Options:"))));
 }
 
 int runCommand(const Command& command, const QStringList& words) {
@@ -46,7 +47,7 @@ int runCommand(const Command& command, const QStringList& words) {
     parser.addOption(help);
     command.addOptions(parser);
     if (!parser.parse(words))
-        return usage(parser.errorText().toStdString());
+        return usage(toBytes(parser.errorText()));
     if (parser.isSet(help)) {
         printHelp(command, parser);
         return kOk;
@@ -61,12 +62,7 @@ int runCommand(const Command& command, const QStringList& words) {
     }
 }
 
-} // namespace
-
-int main(int argc, char* argv[]) {
-    QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationName("velmora-cli");
-    QStringList words = QCoreApplication::arguments();
+int runWords(QStringList words) {
     if (words.size() < 2)
         return usage("a command is missing");
     const QString name = words.takeAt(1);
@@ -81,6 +77,21 @@ int main(int argc, char* argv[]) {
     const auto* const command =
         std::ranges::find_if(kCommands, [&name](const Command* one) { return name == one->name; });
     if (command == kCommands.end())
-        return usage("there is no command \"" + name.toStdString() + "\"");
+        return usage("there is no command \"" + toBytes(name) + "\"");
     return runCommand(**command, words);
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName("velmora-cli");
+    QStringList words;
+    for (int i = 0; i < argc; ++i)
+        words.append(fromBytes(argv[i]));
+    const int status = runWords(words);
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
+        return status;
+    std::fputs("velmora-cli: standard output can't be written\n", stderr);
+    return status == kOk ? kCouldNot : status;
 }

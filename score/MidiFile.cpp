@@ -5,6 +5,8 @@
 #include "score/Score.h"
 #include "shell/Files.h"
 #include "sound/Chords.h"
+#include "sound/Instruments.h"
+#include "sound/ShortMessage.h"
 
 #include <algorithm>
 #include <memory>
@@ -18,7 +20,6 @@ namespace {
 using namespace std::string_view_literals;
 
 constexpr int kTicksPerPosition = 12;
-constexpr int kDrumChannel = 9;
 constexpr std::int32_t kRoomToGrow = 1000;
 constexpr std::size_t kChunkHead = 8; ///< id and length
 /// The most that a position takes: program change 6, note off 7, zero delta 1, note on 3.
@@ -142,8 +143,8 @@ private:
     void WriteTrackLength(std::size_t length);
 
     [[nodiscard]] std::size_t index() const { return static_cast<std::size_t>(channel_); }
-    [[nodiscard]] int EventChannel() const { return NoteIsDrum_ ? kDrumChannel : channel_; }
-    [[nodiscard]] int EventNote(int row) const { return NoteIsDrum_ ? DrumKey_ : rowToNote(row); }
+    [[nodiscard]] int EventChannel() const { return NoteIsDrum ? shortmessage::kDrumChannel : channel_; }
+    [[nodiscard]] int EventNote(int row) const { return NoteIsDrum ? DrumKey : RowToNote(row); }
 
     Score& score_;
     ChordSteps& steps_;
@@ -151,17 +152,17 @@ private:
     std::span<const std::int16_t> volumes_;
     std::unique_ptr<std::uint8_t[]> bytes_;
     int channel_ = 0;
-    int LastEventPosition_ = 0;
+    int LastEventPosition = 0;
     // These two stay as they are from track to track; the first head of a track sets them.
-    bool NoteIsDrum_ = false;
-    int DrumKey_ = 0;
+    bool NoteIsDrum = false;
+    int DrumKey = 0;
 };
 
 std::string_view TrackWriter::track(int channel) {
     channel_ = channel;
     score_.PlayedCell[index()] = kEmptyCell;
     score_.PlayedInstrument[index()] = -1;
-    LastEventPosition_ = 0;
+    LastEventPosition = 0;
     ByteCursor to(std::ranges::copy("MTrk\0\0\0\0"sv, bytes_.get()).out);
     if (!score_.ChannelMuted[index()]) {
         const int songEnd = score_.SongEnd;
@@ -201,9 +202,9 @@ ByteCursor TrackWriter::changeInstrument(ByteCursor to, std::int16_t code, int p
     if (code == score_.PlayedInstrument[index()])
         return to;
     score_.PlayedInstrument[index()] = code;
-    NoteIsDrum_ = code >= kFirstPercussionCode;
-    if (NoteIsDrum_) {
-        DrumKey_ = code - kKeyToCode;
+    NoteIsDrum = code >= kFirstPercussionCode;
+    if (NoteIsDrum) {
+        DrumKey = code - kKeyToCode;
         return to;
     }
     return WriteDelta(to, position).NextByte(kProgramChange + channel_).NextByte(dataByte(code));
@@ -211,8 +212,8 @@ ByteCursor TrackWriter::changeInstrument(ByteCursor to, std::int16_t code, int p
 
 /// The ticks since the last event, which now is the one at @p position, in groups of seven bits.
 ByteCursor TrackWriter::WriteDelta(ByteCursor to, int position) {
-    const int ticks = (position - LastEventPosition_) * kTicksPerPosition;
-    LastEventPosition_ = position;
+    const int ticks = (position - LastEventPosition) * kTicksPerPosition;
+    LastEventPosition = position;
     for (int shift = ticks < 0x80 ? 0 : 21; shift > 0; shift -= 7) {
         if (ticks >> shift != 0)
             to = to.NextByte(0x80 | (ticks >> shift & 0x7F));

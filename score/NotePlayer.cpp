@@ -1,11 +1,18 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "score/NotePlayer.h"
 
+#include "score/Numbers.h"
+#include "score/PlayState.h"
+#include "score/Score.h"
+#include "shell/MessageLoop.h"
+#include "sound/Chords.h"
+#include "sound/Instruments.h"
+#include "sound/MidiPort.h"
 #include "sound/Midimod.h"
+#include "sound/SetupState.h"
 #include "sound/ShortMessage.h"
 
 #include <array>
-#include <cmath>
 #include <utility>
 
 namespace velmora {
@@ -40,7 +47,7 @@ void NotePlayer::ChangeInstrument(int code, int channel) {
 }
 
 void NotePlayer::Startnote(int row, int channel) {
-    if (channel > 7)
+    if (channel >= kFirstPercussion)
         score_.ChannelIsDrum[slot(channel)] = true;
     start(row, channel, state_.PlayPosition);
 }
@@ -60,7 +67,7 @@ void NotePlayer::StopNoteBtnUp(int row, int position) {
 NotePlayer::Pitch NotePlayer::pitchOf(int row, int channel) const {
     if (score_.ChannelIsDrum[slot(channel)])
         return {score_.ChannelDrumKey[slot(channel)], shortmessage::kDrumChannel};
-    return {rowToNote(row), channel};
+    return {RowToNote(row), channel};
 }
 
 void NotePlayer::start(int row, int channel, int position) {
@@ -119,12 +126,12 @@ void NotePlayer::stop(int row, int channel, int position) {
     // A step of 0 ends the note itself once more, harmlessly.
     for (const int step : {chords_.ChordStep1, chords_.ChordStep2, chords_.ChordStep3})
         port_.send(shortmessage::noteOff(pitch.ch, pitch.note + step));
-    loop_.yieldIfInput();
+    loop_.YieldIfInput();
 }
 
 void NotePlayer::soften(int channel) {
     auto& value = score_.ChannelVelocity[slot(channel)];
-    value = static_cast<std::int16_t>(std::nearbyint(value * 0.8));
+    value = static_cast<std::int16_t>(roundHalfEven(value * 0.8));
 }
 
 void NotePlayer::strum(int channel, int milliseconds) {

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "score/PlayState.h"
-#include "score/Score.h"
-#include "shell/MessageLoop.h"
-#include "sound/Chords.h"
-#include "sound/MidiPort.h"
-#include "sound/SetupState.h"
-
 namespace velmora {
+
+class MessageLoop;
+class MidiPort;
+struct ChordSteps;
+struct PlayState;
+struct Score;
+struct SetupState;
 
 /// Sounds and silences single notes of the Score: as messages on the port, at the moment of the call.
 class NotePlayer {

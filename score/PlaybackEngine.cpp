@@ -1,6 +1,14 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "score/PlaybackEngine.h"
 
+#include "score/NotePlayer.h"
+#include "score/PlayState.h"
+#include "score/PlaybackView.h"
+#include "score/Score.h"
+#include "score/ViewState.h"
+#include "shell/MessageLoop.h"
+#include "sound/MidiPort.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -11,6 +19,10 @@ constexpr double kSongFactor = 0.046;
 constexpr double kSegmentFactor = 0.04; // a marked segment plays 15 percent faster; that is meant
 constexpr float kShortestStep = 0.01F;
 constexpr float kLongestStep = 10;
+
+float stepOf(int tempo, double factor) {
+    return tempo == 0 ? 0.0F : static_cast<float>(300.0 / tempo * factor);
+}
 } // namespace
 
 PlaybackEngine::PlaybackEngine(Score& score, ViewState& view, PlayState& state, NotePlayer& player,
@@ -27,18 +39,30 @@ PlaybackEngine::PlaybackEngine(Score& score, ViewState& view, PlayState& state, 
     , watches_(loop)
     , PlayStopwatch(watches_.create()) {}
 
+float PlaybackEngine::songStep(int tempo) {
+    return stepOf(tempo, kSongFactor);
+}
+
+float PlaybackEngine::segmentStep(int tempo) {
+    return stepOf(tempo, kSegmentFactor);
+}
+
+bool PlaybackEngine::isPlayable(float step) {
+    return step >= kShortestStep && step <= kLongestStep;
+}
+
 void PlaybackEngine::PlayAndStop_Click(bool stop) {
     if (!stop && !state_.Playing) {
         state_.Playing = true;
         window_.DisableControls();
-        loop_.yieldIfInput();
+        loop_.YieldIfInput();
         PlaySong2();
     }
     window_.EnableControls();
     state_.Playing = false;
 }
 
-void PlaybackEngine::PlaySegment_Click() {
+void PlaybackEngine::playSegment() {
     state_.Playing = true;
     PlaySelection();
     state_.Playing = false;
@@ -53,7 +77,7 @@ void PlaybackEngine::RewindBut_Click() {
     view_.PlayMark = 0;
     window_.DrawNoteArray();
     window_.followView();
-    loop_.yieldIfInput();
+    loop_.YieldIfInput();
 }
 
 void PlaybackEngine::PlaySong2() {
@@ -107,7 +131,7 @@ bool PlaybackEngine::beginSong() {
     showPlayMark(score_.NumNotes - 1);
     state_.PlayPosition = state_.PausePending ? view_.PlayMark : 0;
     state_.PausePending = false;
-    return prepare(kSongFactor);
+    return prepare(songStep(score_.Tempo));
 }
 
 bool PlaybackEngine::beginSelection() {
@@ -115,7 +139,7 @@ bool PlaybackEngine::beginSelection() {
     state_.PlayingSegment = true;
     showPlayMark(score_.NumNotes - 10);
     state_.PlayPosition = view_.PlayMark;
-    const bool ready = prepare(kSegmentFactor);
+    const bool ready = prepare(segmentStep(score_.Tempo));
     score_.SongEnd = state_.SegmentEnd;
     if (!ready)
         state_.PlayingSegment = false;
@@ -129,7 +153,7 @@ void PlaybackEngine::showPlayMark(int rightLimit) {
     view_.ViewLastColumn = std::min(view_.ViewFirstColumn + view_.ViewColumns, rightLimit);
 }
 
-bool PlaybackEngine::prepare(double factor) {
+bool PlaybackEngine::prepare(float step) {
     linePosition_ = -1;
     window_.resetPlayLine();
     window_.followView();
@@ -140,9 +164,9 @@ bool PlaybackEngine::prepare(double factor) {
     }
     score_.FindEndOfSong();
     window_.showSongEnd();
-    state_.StepSeconds = score_.Tempo == 0 ? 0.0F : static_cast<float>(300.0 / score_.Tempo * factor);
+    state_.StepSeconds = step;
     watches_.start(PlayStopwatch);
-    return state_.StepSeconds >= kShortestStep && state_.StepSeconds <= kLongestStep;
+    return isPlayable(step);
 }
 
 PlaybackEngine::WalkEnd PlaybackEngine::walk() {
@@ -164,7 +188,7 @@ PlaybackEngine::WalkEnd PlaybackEngine::walk() {
         if (!state_.PlayingSegment)
             window_.domodgraph();
         showRecordingProgress();
-        loop_.yieldIfInput();
+        loop_.YieldIfInput();
     }
     return WalkEnd::Stopped;
 }
@@ -242,14 +266,16 @@ void PlaybackEngine::AdvancePlayLine() {
             state_.PlayPosition = 0; // no note is stopped at the jump
         }
     }
-    loop_.yieldIfInput();
+    loop_.YieldIfInput();
 }
 
 void PlaybackEngine::moveLine() {
     const auto columnOf = [this](int position) { return position - view_.ViewFirstColumn; };
     if (linePosition_ >= 0 && columnOf(linePosition_) >= 0 && columnOf(linePosition_) <= view_.ViewColumns)
         window_.PutColumn();
-    if (columnOf(state_.PlayPosition) > view_.ViewColumns) {
+    int column = columnOf(state_.PlayPosition);
+    if (column > view_.ViewColumns) {
+        column = 0;
         view_.ViewFirstColumn = std::min(state_.PlayPosition, score_.NumNotes - 1);
         view_.ViewLastColumn = std::min(view_.ViewFirstColumn + view_.ViewColumns, score_.NumNotes - 1);
         window_.followView();
@@ -257,8 +283,8 @@ void PlaybackEngine::moveLine() {
         window_.DrawBeatArray();
     }
     linePosition_ = state_.PlayPosition;
-    window_.GetColumn(columnOf(linePosition_));
-    window_.drawPlayLine(columnOf(linePosition_));
+    window_.GetColumn(column);
+    window_.drawPlayLine(column);
 }
 
 void PlaybackEngine::showRecordingProgress() {

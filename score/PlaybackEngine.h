@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "score/NotePlayer.h"
-#include "score/PlayState.h"
-#include "score/PlaybackView.h"
-#include "score/Score.h"
 #include "score/StopWatch.h"
-#include "score/ViewState.h"
-#include "shell/MessageLoop.h"
-#include "sound/MidiPort.h"
 
 namespace velmora {
+
+class MessageLoop;
+class MidiPort;
+class NotePlayer;
+class PlaybackView;
+class RecordingProgress;
+struct PlayState;
+struct Score;
+struct ViewState;
 
 /// Walks the Score position by position: the grid is the timetable. Tempo is a floor, not a clock: the work
 /// of a step adds to the step.
@@ -22,7 +24,7 @@ public:
     /// Plays the whole score if nothing plays, or (@p stop) ends what plays.
     void PlayAndStop_Click(bool stop);
     /// Plays the marked segment, from the play-from mark to `SegmentEnd`.
-    void PlaySegment_Click();
+    void playSegment();
     /// Back to position 0; only while nothing plays.
     void RewindBut_Click();
 
@@ -30,6 +32,12 @@ public:
     void PlaySong2();
     /// Plays the segment; a position lasts 0.04 / 0.046 of its time in `PlaySong2`, which is meant.
     void PlaySelection();
+    /// Seconds that a position lasts in either; 0 for a tempo of 0.
+    [[nodiscard]] static float songStep(int tempo);
+    [[nodiscard]] static float segmentStep(int tempo);
+    /// Steps shorter than 0.01 s or longer than 10 s play nothing.
+    [[nodiscard]] static bool isPlayable(float step);
+
     /// One step of every channel up to `TopChannel` at `PlayPosition`.
     void PlayNotes();
     /// Moves the play line and the position on, and decides what comes after the last position.
@@ -43,7 +51,7 @@ private:
     [[nodiscard]] bool beginSelection();
     [[nodiscard]] bool segmentIsMarked() const;
     void showPlayMark(int rightLimit);
-    [[nodiscard]] bool prepare(double factor);
+    [[nodiscard]] bool prepare(float step);
     [[nodiscard]] WalkEnd walk();
     void pause();
     void playChannel(int channel);

@@ -131,7 +131,7 @@ const std::array<std::string, 128>& NoteNames() {
                                                          "F#", "G",  "Ab", "A",  "Bb", "B"};
         std::array<std::string, 128> byRow;
         for (int note = 0; note < 128; ++note)
-            byRow[static_cast<std::size_t>(rowToNote(note))] =
+            byRow[static_cast<std::size_t>(RowToNote(note))] =
                 std::to_string(note / 12) + kSemitones[static_cast<std::size_t>(note % 12)];
         return byRow;
     }();

@@ -22,15 +22,13 @@ enum class CellClass : std::uint8_t { Empty, Head, Continuation };
     return cell % 1000;
 }
 /// MIDI note of a melody row and the reverse: row 0 is the highest pitch.
-[[nodiscard]] constexpr int rowToNote(int row) {
+[[nodiscard]] constexpr int RowToNote(int row) {
     return 127 - row;
 }
 
-inline constexpr int kUsedChannels = 13;         ///< channels 0 to 12 hold music, 13 to 15 are spare
-inline constexpr int kMelodyChannels = 8;        ///< channels 0 to 7
-inline constexpr int kFirstPercussion = 8;       ///< 8 and 10 to 12; index 9 stays empty, see `Score`
-inline constexpr int kFirstPercussionCode = 128; ///< instrument codes from here on name a percussion key
-inline constexpr int kKeyToCode = 93;            ///< percussion instrument code - percussion key
+inline constexpr int kUsedChannels = 13;   ///< channels 0 to 12 hold music, 13 to 15 are spare
+inline constexpr int kMelodyChannels = 8;  ///< channels 0 to 7
+inline constexpr int kFirstPercussion = 8; ///< 8 and 10 to 12; index 9 stays empty, see `Score`
 inline constexpr std::int16_t kEmptyCell = -1;
 
 /// A reset value of one effect array.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/Dialogs.h"
 
+#include "shell/Text.h"
+
 #include <algorithm>
 
 namespace velmora {
@@ -17,7 +19,7 @@ std::string_view takeField(std::string_view& rest) {
 bool endsInAnyCase(std::string_view name, std::string_view lowerCaseEnd) {
     return name.size() >= lowerCaseEnd.size() &&
            std::equal(lowerCaseEnd.rbegin(), lowerCaseEnd.rend(), name.rbegin(),
-                      [](char lower, char c) { return lower == (c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c); });
+                      [](char lower, char c) { return lower == toLower(c); });
 }
 } // namespace
 
@@ -33,10 +35,7 @@ std::vector<FileFilter> splitFilters(std::string_view filterText) {
 }
 
 std::string tidyFileName(std::string_view name) {
-    const auto first = name.find_first_not_of(' ');
-    if (first == name.npos)
-        return {};
-    name = name.substr(first, name.find_last_not_of(' ') - first + 1);
+    name = trimmed(name);
     if (name.ends_with('\0'))
         name.remove_suffix(1);
     return std::string(name);

@@ -11,7 +11,7 @@ public:
     /// Seconds on a steady clock.
     [[nodiscard]] virtual double now() const = 0;
     /// Serves what is pending and returns at once.
-    virtual void yieldIfInput() = 0;
+    virtual void YieldIfInput() = 0;
     /// Serves events until now() reaches @p moment; at once if it has passed.
     virtual void serveUntil(double moment) = 0;
     /// Lets @p seconds pass without serving anything.

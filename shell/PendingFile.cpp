@@ -36,12 +36,17 @@ PendingFile::~PendingFile() {
 
 std::string PendingFile::open() {
     std::error_code error;
-    if (const auto target = std::filesystem::canonical(path_, error); !error)
-        path_ = target; // a link stays one: what it points to is replaced
-    if (std::filesystem::exists(path_, error) && !std::filesystem::is_regular_file(path_, error)) {
-        descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CLOEXEC);
+    target_ =
+        std::filesystem::weakly_canonical(path_, error); // a link stays one: what it leads to is replaced
+    if (error)
+        return failure(error.value());
+    const bool isThere = std::filesystem::exists(target_, error);
+    if (isThere && access(target_.c_str(), W_OK) != 0)
+        return failure(errno); // a rename would pass over the protection
+    if (isThere && !std::filesystem::is_regular_file(target_, error)) {
+        descriptor_ = ::open(target_.c_str(), O_WRONLY | O_CLOEXEC);
     } else {
-        beside_ = path_.string() + ".XXXXXX";
+        beside_ = (target_.parent_path() / ".velmora-XXXXXX").string();
         descriptor_ = mkostemp(beside_.data(), O_CLOEXEC);
     }
     if (descriptor_ >= 0)
@@ -71,12 +76,12 @@ std::string PendingFile::overwrite(std::size_t offset, std::span<const std::byte
 
 std::string PendingFile::commit() {
     if (!beside_.empty()) {
-        if (fchmod(descriptor_, permissionsFor(path_)) != 0 || fdatasync(descriptor_) != 0)
+        if (fchmod(descriptor_, permissionsFor(target_)) != 0 || fdatasync(descriptor_) != 0)
             return failure(errno);
     }
     if (close(std::exchange(descriptor_, -1)) != 0)
         return failure(errno);
-    if (!beside_.empty() && std::rename(beside_.c_str(), path_.c_str()) != 0)
+    if (!beside_.empty() && std::rename(beside_.c_str(), target_.c_str()) != 0)
         return failure(errno);
     beside_.clear();
     return {};

@@ -36,8 +36,9 @@ public:
     [[nodiscard]] std::string failure(int code) const;
 
 private:
-    std::filesystem::path path_;
-    std::string beside_; ///< name while it is written; blank if it is written directly
+    std::filesystem::path path_;   ///< as the user named it
+    std::filesystem::path target_; ///< what it leads to
+    std::string beside_;           ///< name while it is written; blank if it is written directly
     int descriptor_ = -1;
 };
 

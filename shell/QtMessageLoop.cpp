@@ -95,7 +95,7 @@ double QtMessageLoop::now() const {
     return steadySeconds();
 }
 
-void QtMessageLoop::yieldIfInput() {
+void QtMessageLoop::YieldIfInput() {
     QCoreApplication::processEvents();
 }
 

@@ -16,7 +16,7 @@ public:
     ~QtMessageLoop() override;
 
     [[nodiscard]] double now() const override;
-    void yieldIfInput() override;
+    void YieldIfInput() override;
     void serveUntil(double moment) override;
     void block(double seconds) override;
 

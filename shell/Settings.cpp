@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/Settings.h"
 
+#include "shell/Text.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -10,16 +12,8 @@
 namespace velmora::settings {
 
 namespace {
-std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(' ');
-    return first == text.npos ? std::string_view()
-                              : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 bool isWord(std::string_view text, std::string_view lowerCaseWord) {
-    return std::ranges::equal(text, lowerCaseWord, [](char c, char lower) {
-        return (c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c) == lower;
-    });
+    return std::ranges::equal(text, lowerCaseWord, {}, [](char c) { return toLower(c); });
 }
 
 /// The number that the whole text is; no locale has a say in it.

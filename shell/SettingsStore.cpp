@@ -2,6 +2,7 @@
 #include "shell/SettingsStore.h"
 
 #include "shell/Files.h"
+#include "shell/Text.h"
 
 #include <charconv>
 #include <fcntl.h>
@@ -15,12 +16,6 @@ namespace fs = std::filesystem;
 
 namespace {
 constexpr std::string_view kBlanks = " \t\r";
-
-std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(kBlanks);
-    return first == text.npos ? std::string_view()
-                              : text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
 
 void appendByte(std::string& to, unsigned char byte) {
     constexpr std::string_view kDigits = "0123456789abcdef";
@@ -66,9 +61,9 @@ void parseLine(std::string_view line, SettingsMap& values) {
     const auto slash = line.substr(0, equals).find('/');
     if (line.starts_with('#') || equals == line.npos || slash == line.npos)
         return;
-    auto section = unescaped(trimmed(line.substr(0, slash)));
-    auto key = unescaped(trimmed(line.substr(slash + 1, equals - slash - 1)));
-    auto value = unescaped(trimmed(line.substr(equals + 1)));
+    auto section = unescaped(trimmed(line.substr(0, slash), kBlanks));
+    auto key = unescaped(trimmed(line.substr(slash + 1, equals - slash - 1), kBlanks));
+    auto value = unescaped(trimmed(line.substr(equals + 1), kBlanks));
     if (section && key && value)
         values.insert_or_assign({std::move(*section), std::move(*key)}, std::move(*value));
 }
@@ -108,7 +103,7 @@ SettingsMap parseSettings(std::string_view text) {
     SettingsMap values;
     while (!text.empty()) {
         const auto end = text.find('\n');
-        parseLine(trimmed(text.substr(0, end)), values);
+        parseLine(trimmed(text.substr(0, end), kBlanks), values);
         text.remove_prefix(end == text.npos ? text.size() : end + 1);
     }
     return values;

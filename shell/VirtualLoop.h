@@ -11,7 +11,7 @@ namespace velmora {
 class VirtualLoop : public MessageLoop {
 public:
     [[nodiscard]] double now() const override { return now_; }
-    void yieldIfInput() override {}
+    void YieldIfInput() override {}
     void serveUntil(double moment) override { now_ = std::max(now_, moment); }
     void block(double seconds) override { now_ += seconds; }
 

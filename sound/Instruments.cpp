@@ -193,7 +193,6 @@ constexpr std::array<std::string_view, kPercussionCount> kPercussionNames{
 };
 static_assert(!kPercussionNames.back().empty(), "a row is missing");
 
-constexpr int kIdentifierToPercussionCode = 93;
 } // namespace
 
 std::string_view nameOfIdentifier(int identifier) {
@@ -208,14 +207,14 @@ std::optional<std::int16_t> codeOfIdentifier(int identifier) {
     if (identifier >= kFirstInstrumentIdentifier && identifier <= kLastInstrumentIdentifier)
         return static_cast<std::int16_t>(identifier - kFirstInstrumentIdentifier);
     if (identifier >= kFirstPercussionIdentifier && identifier <= kLastPercussionIdentifier)
-        return static_cast<std::int16_t>(identifier + kIdentifierToPercussionCode);
+        return static_cast<std::int16_t>(identifier + kKeyToCode);
     return std::nullopt;
 }
 
 std::optional<int> identifierOfCode(int code) {
     if (code >= 0 && code < kInstrumentCount)
         return code + kFirstInstrumentIdentifier;
-    const int key = code - kIdentifierToPercussionCode;
+    const int key = code - kKeyToCode;
     if (key >= kFirstPercussionIdentifier && key <= kLastPercussionIdentifier)
         return key;
     return std::nullopt;

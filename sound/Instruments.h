@@ -11,6 +11,8 @@ namespace velmora {
 // The string table of instrument and percussion names. An identifier numbers its rows; a code is what the
 // Score stores: 0 to 127 a program, 128 and up a percussion key + 93.
 
+inline constexpr int kFirstPercussionCode = 128;      ///< codes from here on name a percussion key
+inline constexpr int kKeyToCode = 93;                 ///< percussion code - percussion key
 inline constexpr int kFirstPercussionIdentifier = 35; ///< the General MIDI percussion key itself
 inline constexpr int kLastPercussionIdentifier = 81;
 inline constexpr int kFirstInstrumentIdentifier = 100; ///< program + 100

@@ -4,7 +4,9 @@
 namespace velmora {
 
 LiveSound::LiveSound(const std::filesystem::path& soundFont, const AudioOutputSettings& settings)
-    : synth({.soundFont = soundFont, .sampleRate = AudioOutput::kRate}), output(settings), devices(synth) {
+    : synth({.soundFont = soundFont, .sampleRate = AudioOutput::kRate})
+    , output(settings)
+    , devices(synth) {
     output.add(synth);
 }
 

@@ -9,8 +9,8 @@
 
 namespace velmora {
 
-/// Everything of the program that sounds: the built-in synthesizer in the one output stream, and the port that
-/// leads to it and to all other devices. It can be played from its construction on.
+/// Everything of the program that sounds: the built-in synthesizer in the one output stream, and the port
+/// that leads to it and to all other devices. It can be played from its construction on.
 class LiveSound {
 public:
     /// @param soundFont of the built-in synthesizer

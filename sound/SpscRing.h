@@ -16,7 +16,8 @@ class SpscRing {
 public:
     static constexpr std::size_t kCapacity = kLength;
 
-    /// Appends, if @p spare places stay free behind the item. False if not: it is not taken. For the pushing thread.
+    /// Appends, if @p spare places stay free behind the item. False if not: it is not taken. For the pushing
+    /// thread.
     bool push(const Item& item, std::size_t spare = 0) noexcept {
         const auto end = end_.load(std::memory_order_relaxed);
         if (end - begin_.load(std::memory_order_acquire) + spare >= kLength)

@@ -19,7 +19,8 @@ namespace velmora {
 
 namespace {
 constexpr int kPrograms = 128;
-/// Twice FluidSynth's own: a piece of a few voices is no whisper, and what a dense one has too much the limiter takes.
+/// Twice FluidSynth's own: a piece of a few voices is no whisper, and what a dense one has too much the
+/// limiter takes.
 constexpr double kGain = 0.4;
 constexpr int kBanks = SynthEngine::kDrumBank + 1;
 

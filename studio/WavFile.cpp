@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <bit>
 #include <cerrno>
+#include <string_view>
 
 namespace velmora {
 
@@ -21,6 +22,19 @@ void toSixteenBits(std::span<const float> from, std::int16_t* to) {
         *to++ = static_cast<std::int16_t>(std::bit_cast<std::uint32_t>(within + kWhole) & 0xFFFFU);
     }
 }
+
+namespace {
+/// libsndfile's words, without the frame that it puts around some of them.
+std::string reason(std::string_view words) {
+    for (const std::string_view frame : {"Error : ", "System error : "}) {
+        if (words.starts_with(frame))
+            words.remove_prefix(frame.size());
+    }
+    while (words.ends_with('.'))
+        words.remove_suffix(1);
+    return std::string(words);
+}
+} // namespace
 
 struct WavFile::Writer {
     explicit Writer(SNDFILE* opened) : sound(opened) {}
@@ -45,12 +59,15 @@ std::string WavFile::open() {
     info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
     SNDFILE* sound = sf_open_fd(file_.descriptor(), SFM_WRITE, &info, SF_FALSE);
     if (!sound)
-        return file_.failure(sf_strerror(nullptr));
+        return file_.failure(reason(sf_strerror(nullptr)));
     writer_ = std::make_unique<Writer>(sound);
     return {};
 }
 
 std::string WavFile::write(std::span<const float> interleaved) {
+    if (samplesLeft_ < interleaved.size())
+        return file_.failure("a WAV file holds 4 GiB at the most, about six hours and three quarters");
+    samplesLeft_ -= interleaved.size();
     if (rounded_.size() < interleaved.size())
         rounded_.resize(interleaved.size());
     toSixteenBits(interleaved, rounded_.data());
@@ -58,14 +75,14 @@ std::string WavFile::write(std::span<const float> interleaved) {
     errno = 0;
     if (sf_writef_short(writer_->sound, rounded_.data(), frames) == frames)
         return {};
-    return errno != 0 ? file_.failure(errno) : file_.failure(sf_strerror(writer_->sound));
+    return errno != 0 ? file_.failure(errno) : file_.failure(reason(sf_strerror(writer_->sound)));
 }
 
 std::string WavFile::finish() {
     const int code = sf_close(writer_->sound); // writes the lengths into the header
     writer_->sound = nullptr;
     writer_.reset();
-    return code == 0 ? file_.commit() : file_.failure(sf_error_number(code));
+    return code == 0 ? file_.commit() : file_.failure(reason(sf_error_number(code)));
 }
 
 } // namespace velmora

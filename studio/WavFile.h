@@ -30,7 +30,9 @@ private:
     PendingFile file_;
     int sampleRate_;
     std::vector<std::int16_t> rounded_;
-    std::unique_ptr<Writer> writer_; ///< after file_: it ends first
+    std::size_t samplesLeft_ =
+        (0xFFFFFFFFU - 64U) / sizeof(std::int16_t); ///< lengths in the header have 32 bits
+    std::unique_ptr<Writer> writer_;                ///< after file_: it ends first
 };
 
 } // namespace velmora

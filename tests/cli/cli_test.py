@@ -198,13 +198,65 @@ class CliTest(unittest.TestCase):
     def test_any_bytes_are_taken_for_a_score_without_harm(self):
         rng = random.Random(11)
         good = random_score(rng).text().encode()
-        cases = [b"", b"\0" * 5000, b"\n" * 300, b",,,,\n" * 120, b"9" * 100000, bytes(rng.randbytes(20000)),
+        cases = [b"", b"\n" * 300, b",,,,\n" * 120, b"9" * 100000, bytes(rng.randbytes(20000)).replace(b"\0", b"0"),
                  good[: len(good) // 2], good.replace(b"\r\n", b"\n"), good.replace(b"6", b"x")]
         for case in cases:
             file = self.save("bad.sng", case)
             for command in (("info", file), ("trace", file), ("convert", file, self.path("o.mid"))):
                 done = run(*command)
                 self.assertEqual(done.returncode, 0, (case[:40], command, done.stderr))
+
+    def test_what_is_no_text_is_refused_as_a_score(self):
+        kept = self.tune("kept.sng")
+        with open(kept, "rb") as file:
+            before = file.read()
+        sound = self.save("sound.wav", b"RIFF\0\0\0\0WAVE")
+        done = run("convert", sound, kept)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("sound.wav", done.stderr)
+        with open(kept, "rb") as still:
+            self.assertEqual(still.read(), before)
+
+    def test_no_output_takes_the_place_of_another_or_of_its_input(self):
+        os.mkdir(self.path("a"))
+        os.mkdir(self.path("b"))
+        files = [self.tune("a/x.sng"), self.tune("b/x.sng")]
+        self.assertEqual(run("convert", *files, "--to", "mid", "--out", self.path("out")).returncode, 2)
+        self.assertEqual(run("convert", files[0], "--to", "sng").returncode, 2)
+        self.assertEqual(run("convert", files[0], files[0]).returncode, 2)
+        self.assertFalse(os.path.exists(self.path("out")))
+
+    def test_names_need_not_be_utf_8(self):
+        name = os.path.join(self.folder.encode(), b"lat\xe9 \n tune.sng")
+        os.rename(self.tune(), name)
+        out = os.path.join(self.folder.encode(), b"\xff.mid")
+        done = subprocess.run([CLI.encode(), b"convert", name, out], capture_output=True)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertTrue(os.path.exists(out))
+
+    def test_output_that_cannot_be_written_is_a_failure(self):
+        with open("/dev/full", "w") as full:
+            for words in (["info", self.tune()], ["trace", self.tune()], ["--help"], ["devices"]):
+                done = subprocess.run([CLI, *words], stdout=full, stderr=subprocess.PIPE, text=True)
+                self.assertEqual(done.returncode, 1, words)
+                self.assertIn("standard output", done.stderr)
+
+    def test_a_segment_that_is_none_plays_nothing(self):
+        self.assertEqual(run("trace", self.tune(), "--segment", "0:0").stdout, "")
+
+    def test_silence_and_older_forms_are_told(self):
+        self.assertIn("tempo", run("convert", self.tune(tempo=1), self.path("t.mid")).stderr)
+        self.assertIn("no notes", run("convert", self.save("e.sng", Score().text()), self.path("t.mid")).stderr)
+        demos = os.path.join(os.path.dirname(__file__), "..", "..", "packaging", "demos")
+        self.assertIn("--form", run("info", os.path.join(demos, "301.sng")).stderr)
+        self.assertEqual(run("info", os.path.join(demos, "301.sng"), "--form", "first").stderr, "")
+        self.assertEqual(run("info", os.path.join(demos, "333.sng")).stderr, "")
+
+    def test_a_missing_soundfont_is_named(self):
+        for command in (["play", self.tune()], ["convert", self.tune(), self.path("t.wav")]):
+            done = run(*command, "--soundfont", self.path("absent.sf2"))
+            self.assertEqual(done.returncode, 1)
+            self.assertIn("absent.sf2", done.stderr)
 
     def test_wrong_words_are_usage_errors_and_write_nothing(self):
         file = self.tune()

@@ -1,7 +1,14 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "score/PlaybackEngine.h"
 
+#include "score/NotePlayer.h"
+#include "score/PlayState.h"
+#include "score/PlaybackView.h"
+#include "score/Score.h"
+#include "score/ViewState.h"
 #include "shell/VirtualLoop.h"
+#include "sound/Chords.h"
+#include "sound/SetupState.h"
 #include "sound/ShortMessage.h"
 #include "tests/support/RecordingPort.h"
 
@@ -212,7 +219,7 @@ TEST_F(PlaybackEngineTest, APlayedSegmentIsFasterThanTheSameNotesInTheScore) {
     view.SelectStart = 5;
     view.SelectEnd = 9;
     state.SegmentEnd = 9;
-    engine.PlaySegment_Click();
+    engine.playSegment();
     const auto notes = port.notes();
     ASSERT_GE(notes.size(), 2U);
     EXPECT_EQ(notes[0].word, on(0, 61));
@@ -229,10 +236,10 @@ TEST_F(PlaybackEngineTest, APlayedSegmentIsFasterThanTheSameNotesInTheScore) {
 TEST_F(PlaybackEngineTest, ASegmentThatIsNotMarkedPlaysNothing) {
     note(0, 0, 60, 30);
     state.SegmentEnd = 0;
-    engine.PlaySegment_Click();
+    engine.playSegment();
     state.SegmentEnd = 4;
     state.SegmentBase = 4;
-    engine.PlaySegment_Click();
+    engine.playSegment();
     EXPECT_THAT(port.sent, IsEmpty());
     EXPECT_FALSE(state.Playing);
 }

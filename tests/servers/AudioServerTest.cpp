@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "sound/AudioOutput.h"
-#include "tests/support/SourcesForTests.h"
-#include "tests/support/Waiting.h"
 #include "tests/servers/MonitorRecorder.h"
 #include "tests/servers/PulseServer.h"
+#include "tests/support/SourcesForTests.h"
+#include "tests/support/Waiting.h"
 
 #include <gtest/gtest.h>
 

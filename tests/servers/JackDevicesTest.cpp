@@ -10,6 +10,7 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -82,7 +83,7 @@ Words mixture(int count) {
 /// What the process writes on its terminal's error channel while this object lives.
 class TerminalWatch {
 public:
-    TerminalWatch() : saved_(::dup(2)), file_(::open("/tmp", O_TMPFILE | O_RDWR, 0600)) { ::dup2(file_, 2); }
+    TerminalWatch() : saved_(::dup(2)), file_(::memfd_create("errors", 0)) { ::dup2(file_, 2); }
     ~TerminalWatch() {
         ::dup2(saved_, 2);
         ::close(saved_);

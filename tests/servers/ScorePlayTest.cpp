@@ -1,11 +1,18 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "score/NotePlayer.h"
+#include "score/PlayState.h"
 #include "score/PlaybackEngine.h"
+#include "score/PlaybackView.h"
+#include "score/Score.h"
+#include "score/ViewState.h"
 #include "shell/QtMessageLoop.h"
+#include "sound/Chords.h"
 #include "sound/LiveSound.h"
+#include "sound/SetupState.h"
 #include "sound/ShortMessage.h"
-#include "tests/support/Waiting.h"
 #include "tests/servers/MonitorRecorder.h"
 #include "tests/servers/PulseServer.h"
+#include "tests/support/Waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -67,7 +74,8 @@ struct ScorePlayTest : testing::Test {
     std::vector<float> heard; // left channel
     bool ranDry = false;
 
-    /// A machine that is busy elsewhere lets the stream run dry, which moves all that follows: then once more.
+    /// A machine that is busy elsewhere lets the stream run dry, which moves all that follows: then once
+    /// more.
     void play() {
         server.start();
         for (int attempt = 0; attempt < 5; ++attempt) {

@@ -114,7 +114,7 @@ TEST_P(QtMessageLoopTest, AnEventThatYieldsPastTheMomentTakesNoWakeUpAway) {
     double yielded = 0;
     QTimer::singleShot(0, [&] {
         while (loop.now() < moment + 0.02)
-            loop.yieldIfInput();
+            loop.YieldIfInput();
         yielded = loop.now();
     });
     loop.serveUntil(moment);
@@ -139,7 +139,7 @@ TEST_P(QtMessageLoopTest, YieldingServesWhatIsPendingAndReturns) {
     bool served = false;
     QTimer::singleShot(0, [&] { served = true; });
     const double before = loop.now();
-    loop.yieldIfInput();
+    loop.YieldIfInput();
     EXPECT_TRUE(served);
     EXPECT_LT(loop.now(), before + kSlack);
 }
@@ -160,7 +160,7 @@ TEST_P(QtMessageLoopTest, AThreadWithoutAnEventLoopWaitsToo) {
     std::thread([&] {
         const double moment = loop.now() + 0.02;
         loop.serveUntil(moment);
-        loop.yieldIfInput();
+        loop.YieldIfInput();
         inTime = loop.now() >= moment && loop.now() < moment + kSlack;
     }).join();
     EXPECT_TRUE(inTime);
@@ -186,7 +186,7 @@ TEST(QtMessageLoopWithoutApplicationTest, WaitsAndYieldsWithoutServing) {
     ASSERT_EQ(QCoreApplication::instance(), nullptr);
     QtMessageLoop loop;
     const double moment = loop.now() + 0.02;
-    loop.yieldIfInput();
+    loop.YieldIfInput();
     loop.serveUntil(moment);
     EXPECT_GE(loop.now(), moment);
     EXPECT_LT(loop.now(), moment + kSlack);

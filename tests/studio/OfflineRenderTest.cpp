@@ -2,11 +2,11 @@
 #include "studio/OfflineRender.h"
 
 #include "../sound/TestSound.h"
-#include "tests/studio/TestSinks.h"
 #include "sound/BuiltInSynth.h"
 #include "sound/ShortMessage.h"
 #include "studio/Mp3File.h"
 #include "studio/WavFile.h"
+#include "tests/studio/TestSinks.h"
 
 #include <gmock/gmock.h>
 
