@@ -22,7 +22,8 @@ namespace velmora::cli {
 namespace {
 
 constexpr double kLoadingSeconds = 20;
-constexpr double kRingOutSeconds = 3;
+constexpr double kRingOutSeconds = 10;
+constexpr double kInterruptedSeconds = 0.3; ///< of ringing out, after Ctrl-C
 
 std::vector<std::string> deviceNames(MidiPort& port) {
     std::vector<std::string> names{DeviceChooser::kMapperName};
@@ -94,8 +95,9 @@ private:
 /// Lets the last notes die away.
 void ringOut(LiveSound& sound, MessageLoop& loop) {
     loop.block(0.1); // what was sent last is still on its way
-    const double latest = loop.now() + kRingOutSeconds;
-    while (sound.synth.sounding() && loop.now() < latest)
+    const double begin = loop.now();
+    while (sound.synth.sounding() &&
+           loop.now() - begin < (interrupted() ? kInterruptedSeconds : kRingOutSeconds))
         loop.block(0.02);
 }
 
@@ -114,8 +116,9 @@ int run(const QCommandLineParser& parser) {
     const std::string device = toBytes(parser.value("device"));
     Session session(files.front(), options);
 
-    LiveSound sound(chosenSoundFont(options));
-    if (device == DeviceChooser::kMapperName || device == MidiDevices::kSynthName)
+    const bool throughSynth = device == DeviceChooser::kMapperName || device == MidiDevices::kSynthName;
+    LiveSound sound(throughSynth ? chosenSoundFont(options) : options.soundFont);
+    if (throughSynth)
         waitForSynth(sound);
     openDevice(sound.devices, device);
     warnOfSilence(files.front(), session);
@@ -143,7 +146,7 @@ void addPlayOptions(QCommandLineParser& parser) {
 int listDevices(const QCommandLineParser& parser) {
     if (!fileArguments(parser).empty())
         throw UsageError("takes no file");
-    LiveSound sound(chosenSoundFont({}));
+    LiveSound sound(findSoundFont().value_or(std::filesystem::path()));
     for (const auto& name : deviceNames(sound.devices))
         std::puts(name.c_str());
     return 0;

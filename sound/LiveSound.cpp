@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "sound/LiveSound.h"
 
+#include <utility>
+
 namespace velmora {
 
-LiveSound::LiveSound(const std::filesystem::path& soundFont, const AudioOutputSettings& settings)
+LiveSound::LiveSound(std::vector<std::unique_ptr<MidiBackend>> backends,
+                     const std::filesystem::path& soundFont, const AudioOutputSettings& settings)
     : synth({.soundFont = soundFont, .sampleRate = AudioOutput::kRate})
     , output(settings)
-    , devices(synth) {
+    , devices(synth, std::move(backends)) {
     output.add(synth);
 }
 

@@ -6,6 +6,8 @@
 #include "sound/MidiDevices.h"
 
 #include <filesystem>
+#include <memory>
+#include <vector>
 
 namespace velmora {
 
@@ -14,7 +16,9 @@ namespace velmora {
 class LiveSound {
 public:
     /// @param soundFont of the built-in synthesizer
-    explicit LiveSound(const std::filesystem::path& soundFont, const AudioOutputSettings& settings = {});
+    /// Construct it before other threads start: it writes the environment for JACK's library.
+    explicit LiveSound(const std::filesystem::path& soundFont, const AudioOutputSettings& settings = {})
+        : LiveSound(createMidiBackends(), soundFont, settings) {}
     /// Ends every note, then the stream.
     ~LiveSound();
     LiveSound(const LiveSound&) = delete;
@@ -23,6 +27,12 @@ public:
     BuiltInSynth synth;
     AudioOutput output;
     MidiDevices devices;
+
+private:
+    /// Takes the back ends ready-made, so that the environment is written before the threads of the members
+    /// run.
+    LiveSound(std::vector<std::unique_ptr<MidiBackend>> backends, const std::filesystem::path& soundFont,
+              const AudioOutputSettings& settings);
 };
 
 } // namespace velmora

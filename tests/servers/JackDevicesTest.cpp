@@ -338,7 +338,9 @@ TEST(JackServerTest, MessagesKeepTheirSpacingWithinLongPeriods) {
     FakeSynth synth;
     MidiDevices devices(synth);
     ASSERT_TRUE(comesToBeListed(devices, "midi-monitor:input"));
-    ASSERT_EQ(devices.open(find(devices, "midi-monitor:input").value()), MidiPort::kOk);
+    // A port is listed a moment before it can be connected.
+    ASSERT_TRUE(comesTrue(
+        [&] { return devices.open(find(devices, "midi-monitor:input").value()) == MidiPort::kOk; }));
     std::vector<double> sent;
     for (int i = 0; i < 20; ++i) {
         sent.push_back(steadySeconds());
