@@ -364,11 +364,11 @@ TEST_F(AudioOutputTest, ADriverThatNeverAnswersHoldsUpNeitherTheStartNorTheEnd) 
     for (const int wait : {0, 50, 300}) {
         const double begin = steadySeconds();
         auto output = std::make_unique<AudioOutput>(with(kHandThenNull));
-        EXPECT_LT(steadySeconds() - begin, 0.1);
+        EXPECT_LT(steadySeconds() - begin, 0.1 * kPatience);
         std::this_thread::sleep_for(std::chrono::milliseconds(wait));
         const double end = steadySeconds();
         output.reset();
-        EXPECT_LT(steadySeconds() - end, 0.2);
+        EXPECT_LT(steadySeconds() - end, 0.2 * kPatience);
     }
 }
 

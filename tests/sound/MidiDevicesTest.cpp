@@ -215,7 +215,7 @@ TEST_F(MidiDevicesTest, ABackEndThatHangsHoldsUpNeitherTheListNorTheOthers) {
     auto port = devices();
     const double begin = steadySeconds();
     EXPECT_THAT(names(*port), ElementsAre("Velmora Synthesizer", "a"));
-    EXPECT_LT(steadySeconds() - begin, MidiDevices::kFirstListSeconds + 0.5);
+    EXPECT_LT(steadySeconds() - begin, MidiDevices::kFirstListSeconds + 2);
     EXPECT_EQ(port->open(1), MidiPort::kOk);
 }
 
@@ -227,10 +227,10 @@ TEST_F(MidiDevicesTest, OpeningADeviceThatHangsEndsWithACodeAndIsUndoneLater) {
     const double begin = steadySeconds();
     EXPECT_EQ(port->open(1), MidiDevices::kTimedOut);
     const double later = steadySeconds();
-    EXPECT_LT(later - begin, BackendThread::kOpenSeconds + 1);
+    EXPECT_LT(later - begin, BackendThread::kOpenSeconds + 3);
     // Known to hang, it isn't waited for again.
     EXPECT_EQ(port->open(1), MidiDevices::kTimedOut);
-    EXPECT_LT(steadySeconds() - later, 0.3);
+    EXPECT_LT(steadySeconds() - later, 1.5);
     EXPECT_EQ(port->open(0), MidiPort::kOk);
     first->set([&] { first->stuck = false; });
     EXPECT_TRUE(first->waitFor([&] {
