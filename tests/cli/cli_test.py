@@ -265,7 +265,8 @@ class CliTest(unittest.TestCase):
                       ["convert", file, out, "--top-channel", "13"], ["convert", file, out, "--mute", "1,x"],
                       ["trace", file, "--segment", "9:3"], ["trace", file, "--segment", "9"], ["trace", file, file],
                       ["trace", file, "--form", "third"], ["convert", file, self.path("o.mp3"), "--bitrate", "129"],
-                      ["convert", file, "--to", "ogg"], ["play", file, "--no-such-option"]):
+                      ["convert", file, "--to", "ogg"], ["convert", file, out, "--segment", "0:3"],
+                      ["convert", file, self.path("o.sng"), "--segment", "0:3"], ["play", file, "--no-such-option"]):
             done = run(*words)
             self.assertEqual(done.returncode, 2, (words, done.stderr))
             self.assertTrue(done.stderr.startswith("velmora-cli: "), words)
