@@ -83,7 +83,13 @@ std::vector<fs::path> shippedDataFolders(const fs::path& executable) {
     // installed.
     std::error_code ignored;
     const bool built = isBelow(executable, fs::weakly_canonical(VELMORA_BUILD_DIR, ignored));
-    folders.emplace_back(built ? VELMORA_SOURCE_DATA_DIR : VELMORA_INSTALL_DATA_DIR);
+    if (!built) {
+        folders.emplace_back(VELMORA_INSTALL_DATA_DIR);
+        return folders;
+    }
+    const fs::path sources = VELMORA_SOURCE_DIR;
+    folders.push_back(sources / "packaging");
+    folders.push_back(sources / "docs");
     return folders;
 }
 

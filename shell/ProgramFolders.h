@@ -34,13 +34,17 @@ private:
 [[nodiscard]] std::filesystem::path settingsPath();
 
 /// Where data that came with the program may stand, best first: `$VELMORA_DATA`; the share folder beside the
-/// executable's own; then the sources for an executable of the build tree, the configured folder for any
-/// other.
+/// executable's own; then for an executable of the build tree the two places in the sources that have such
+/// data, for any other the configured folder.
 [[nodiscard]] std::vector<std::filesystem::path> shippedDataFolders(const std::filesystem::path& executable);
 /// The folder of that name in the first of these places, for the running executable, that has it.
 [[nodiscard]] std::optional<std::filesystem::path> shippedFolder(std::string_view name);
 [[nodiscard]] inline std::optional<std::filesystem::path> demosFolder() {
     return shippedFolder("demos");
+}
+/// The pages of help, which are Markdown.
+[[nodiscard]] inline std::optional<std::filesystem::path> helpFolder() {
+    return shippedFolder("help");
 }
 
 /// `$VELMORA_SOUNDFONT`, then where the distribution's packages put theirs, the best sounding first.

@@ -78,7 +78,10 @@ TEST_F(ProgramFoldersTest, AnInstalledExecutableLooksBesideItselfAndNotInTheSour
 
 TEST_F(ProgramFoldersTest, AnExecutableOfTheBuildTreeLooksInTheSources) {
     const auto folders = shippedDataFolders(fs::read_symlink("/proc/self/exe"));
-    EXPECT_TRUE(fs::exists(folders.back() / "apt-packages"));
+    ASSERT_EQ(folders.size(), 3u);
+    EXPECT_TRUE(fs::exists(folders[1] / "demos/welcome.sng"));
+    EXPECT_TRUE(fs::exists(folders[2] / "architecture.md"));
+    EXPECT_EQ(demosFolder(), folders[1] / "demos");
 }
 
 TEST_F(ProgramFoldersTest, ShippedDataIsFoundWhereTheEnvironmentSaysBeforeAnywhereElse) {
@@ -86,6 +89,8 @@ TEST_F(ProgramFoldersTest, ShippedDataIsFoundWhereTheEnvironmentSaysBeforeAnywhe
     EXPECT_EQ(shippedFolder("no folder has this name"), std::nullopt);
     fs::create_directory(folder / "demos");
     EXPECT_EQ(demosFolder(), folder / "demos");
+    fs::create_directory(folder / "help");
+    EXPECT_EQ(helpFolder(), folder / "help");
 }
 
 TEST_F(ProgramFoldersTest, TheBestPackagedSoundFontIsTriedFirst) {
