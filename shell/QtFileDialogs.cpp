@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "shell/QtFileDialogs.h"
+
+#include "shell/FileDialog.h"
+
+namespace velmora {
+
+namespace {
+FileRequest requestOf(QFileDialog::AcceptMode mode, std::string_view title, std::string_view filterText,
+                      std::string_view start) {
+    FileRequest request;
+    request.mode = mode;
+    request.title = title;
+    request.filters = splitFilters(filterText);
+    request.start = startPlace(start, request.filters);
+    return request;
+}
+
+ChosenFile choose(QWidget* parent, DialogSource source, FileRequest request) {
+    if (!whyNoDialogs().empty())
+        return {};
+    const QPointer dialog = new FileDialog(parent, source, std::move(request));
+    const ModalEnd end = dialog->run();
+    if (end == ModalEnd::Destroyed)
+        return {};
+    ChosenFile chosen;
+    if (end == ModalEnd::Accepted)
+        chosen = {dialog->chosenPath(), dialog->filterIndex()};
+    delete dialog;
+    return chosen;
+}
+} // namespace
+
+ChosenFile QtFileDialogs::OpenDialog(std::string_view title, std::string_view filterText,
+                                     std::string_view startFolder) {
+    return choose(parent_, source_, requestOf(QFileDialog::AcceptOpen, title, filterText, startFolder));
+}
+
+ChosenFile QtFileDialogs::SaveDialog(std::string_view title, std::string_view filterText,
+                                     std::string_view startFolder) {
+    return choose(parent_, source_, requestOf(QFileDialog::AcceptSave, title, filterText, startFolder));
+}
+
+ChosenFile QtFileDialogs::SaveDialog1(std::string_view title, std::string_view filterText,
+                                      std::string_view startFolder, std::string_view extension) {
+    FileRequest request = requestOf(QFileDialog::AcceptSave, title, filterText, startFolder);
+    request.rule = ExtensionRule::Callers;
+    request.extension = withPoint(extension);
+    return choose(parent_, source_, std::move(request));
+}
+
+} // namespace velmora

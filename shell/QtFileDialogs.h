@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "shell/Dialogs.h"
+#include "shell/ModalDialog.h"
+
+#include <QPointer>
+#include <QWidget>
+
+namespace velmora {
+
+/// The plain file dialogs over a window: those of the platform where it has some, else Qt's.
+///
+/// A start may be a folder or the path of a file, which is then proposed; a folder that is gone stands for
+/// its nearest parent. Before `SaveDialog` returns, the user has agreed to the loss of the file that the
+/// caller will write, which is the returned path `withExtension` of the chosen filter. A name without an
+/// extension comes back with it.
+class QtFileDialogs final : public clsDialog {
+public:
+    explicit QtFileDialogs(QWidget* parent = nullptr, DialogSource source = dialogSourceFromEnvironment())
+        : parent_(parent)
+        , source_(source) {}
+
+    void setParent(QWidget* parent) { parent_ = parent; }
+
+    ChosenFile OpenDialog(std::string_view title, std::string_view filterText,
+                          std::string_view startFolder) override;
+    ChosenFile SaveDialog(std::string_view title, std::string_view filterText,
+                          std::string_view startFolder) override;
+    ChosenFile SaveDialog1(std::string_view title, std::string_view filterText, std::string_view startFolder,
+                           std::string_view extension) override;
+
+private:
+    QPointer<QWidget> parent_;
+    DialogSource source_;
+};
+
+} // namespace velmora
