@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "shell/MessageBox.h"
+
+#include "shell/CommandButton.h"
+#include "shell/SkinPainter.h"
+#include "shell/SkinnedWindow.h"
+
+#include <QtWidgets>
+
+#include <span>
+
+namespace velmora {
+
+namespace {
+constexpr int kMargin = 16;
+constexpr int kSign = 32;
+constexpr int kTextWidth = 400; ///< at most; longer texts wrap
+constexpr int kButtonHeight = 32;
+constexpr int kButtonWidth = 88;
+constexpr int kGap = 8;
+
+struct Choice {
+    const char* name;
+    const char* caption;
+    Qt::Key key; ///< answers without a press of the button
+    Answer answer;
+};
+
+/// A disc in the accent with a letter: what kind of message it is.
+class Sign : public QWidget {
+public:
+    Sign(const Appearance& look, QChar letter, QWidget* parent)
+        : QWidget(parent)
+        , look_(look)
+        , letter_(letter) {
+        setFixedSize(kSign, kSign);
+        setAccessibleName(letter == QLatin1Char('?') ? "Question" : "Information");
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        const Skin& skin = look_.skin();
+        QPainter painter(this);
+        fillRounded(painter, rect(), kSign / 2.0, toQColor(skin.accent));
+        painter.setPen(toQColor(isDark(skin) ? kBlack : kWhite));
+        painter.setFont(titleFont(20));
+        painter.drawText(rect(), Qt::AlignCenter, letter_);
+    }
+
+private:
+    const Appearance& look_;
+    QChar letter_;
+};
+
+/// A message in the chosen skin, over its window until it is answered.
+class MessageWindow : public SkinnedWindow {
+public:
+    MessageWindow(frmskins& skins, QWidget* parent, const QString& text, QChar sign,
+                  std::span<const Choice> choices)
+        : SkinnedWindow(skins, {}, parent, Qt::Dialog)
+        , choices_(choices) {
+        setObjectName("message");
+        setWindowModality(Qt::ApplicationModal);
+        auto* words = new QLabel(text, Ibak5());
+        words->setObjectName("words");
+        words->setTextFormat(Qt::PlainText);
+        words->setWordWrap(true);
+        const int one = words->fontMetrics().size(0, text).width() + 4;
+        words->setFixedWidth(std::min(one, kTextWidth));
+        const int height = std::max(words->heightForWidth(words->width()), kSign);
+        const int buttons = static_cast<int>(choices.size()) * (kButtonWidth + kGap) - kGap;
+        const int inner = std::max(kSign + 12 + words->width(), buttons);
+        setFixedSize(inner + 2 * kMargin,
+                     kTitleHeight + kMargin + height + kMargin + kButtonHeight + kMargin);
+        (new Sign(look(), sign, Ibak5()))->move(kMargin, kMargin);
+        words->setGeometry(kMargin + kSign + 12, kMargin, words->width(), height);
+        words->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        addButtons(this->height() - kTitleHeight - kMargin - kButtonHeight);
+    }
+
+    Answer run() {
+        QEventLoop loop;
+        loop_ = &loop;
+        if (const QWidget* owner = parentWidget())
+            move(owner->frameGeometry().center() - rect().center());
+        else
+            move(screen()->availableGeometry().center() - rect().center());
+        show();
+        activateWindow();
+        loop.exec();
+        return answer_;
+    }
+
+protected:
+    void closeEvent(QCloseEvent* event) override {
+        event->accept();
+        if (loop_)
+            loop_->quit();
+    }
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->key() == Qt::Key_Escape) {
+            close();
+            return;
+        }
+        for (const Choice& choice : choices_)
+            if (event->key() == choice.key) {
+                end(choice.answer);
+                return;
+            }
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+            for (const Choice& choice : choices_)
+                if (findChild<QWidget*>(choice.name)->hasFocus()) {
+                    end(choice.answer);
+                    return;
+                }
+        }
+        SkinnedWindow::keyPressEvent(event);
+    }
+
+private:
+    void addButtons(int top) {
+        int x = width() - kMargin - static_cast<int>(choices_.size()) * (kButtonWidth + kGap) + kGap;
+        for (const Choice& choice : choices_) {
+            auto* button = new CommandButton(look(), ButtonForm::Text, Ibak5());
+            button->setObjectName(choice.name);
+            button->setFace("", choice.caption);
+            button->setGeometry(x, top, kButtonWidth, kButtonHeight);
+            connect(button, &QAbstractButton::clicked, this, [this, answer = choice.answer] { end(answer); });
+            x += kButtonWidth + kGap;
+            if (&choice == choices_.data()) { // what Enter presses: the ring shows it
+                setAttribute(Qt::WA_KeyboardFocusChange);
+                button->setFocus();
+            }
+        }
+    }
+    void end(Answer answer) {
+        answer_ = answer;
+        close();
+    }
+
+    std::span<const Choice> choices_;
+    QEventLoop* loop_ = nullptr;
+    Answer answer_ = Answer::None;
+};
+
+constexpr Choice kConfirm[]{{"ok", "OK", Qt::Key_O, Answer::Yes}};
+constexpr Choice kYesNo[]{{"yes", "Yes", Qt::Key_Y, Answer::Yes}, {"no", "No", Qt::Key_N, Answer::No}};
+
+Answer answerOf(frmskins& skins, QWidget* parent, const QString& title, const QString& text, QChar sign,
+                std::span<const Choice> choices) {
+    MessageWindow box(skins, parent, text, sign, choices);
+    box.setWindowTitle(title);
+    return box.run();
+}
+} // namespace
+
+void tell(frmskins& skins, QWidget* parent, const QString& text, const QString& title) {
+    answerOf(skins, parent, title, text, QLatin1Char('i'), kConfirm);
+}
+
+Answer askYesNo(frmskins& skins, QWidget* parent, const QString& text) {
+    return answerOf(skins, parent, QStringLiteral("Velmora"), text, QLatin1Char('?'), kYesNo);
+}
+
+} // namespace velmora

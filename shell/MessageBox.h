@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+
+class QWidget;
+
+namespace velmora {
+
+class frmskins;
+
+/// Says something to the user, who confirms it. The title is the program's unless given.
+void tell(frmskins& skins, QWidget* parent, const QString& text,
+          const QString& title = QStringLiteral("Velmora"));
+
+enum class Answer : std::uint8_t {
+    Yes,
+    No,
+    None ///< Esc, or the box was closed: nothing is to be lost by it
+};
+/// A question with a Yes and a No button. The keys Y and N answer, too.
+[[nodiscard]] Answer askYesNo(frmskins& skins, QWidget* parent, const QString& text);
+
+} // namespace velmora

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "shell/frmskins.h"
+
+#include "shell/Settings.h"
+#include "shell/SkinPainter.h"
+#include "shell/SkinStyle.h"
+
+#include <QApplication>
+
+#include <algorithm>
+
+namespace velmora {
+
+frmskins::frmskins(SettingsStore& settings)
+    : settings_(settings)
+    , look_{.skinType = std::clamp<int>(settings::read(settings, settings::Skin_type), 1, kSkinCount),
+            .buttonStyle = settings::read(settings, settings::Skin_buttons)} {
+    style_ = new SkinStyle(look_); // Qt's to delete
+    QApplication::setStyle(style_);
+    QApplication::setFont(textFont());
+    QApplication::setPalette(skinPalette(look_.skin()));
+}
+
+frmskins::~frmskins() {
+    if (!style_ || QApplication::style() != style_)
+        return;
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setPalette(QApplication::style()->standardPalette());
+}
+
+void frmskins::Skintype_Click(int index) {
+    look_.skinType = std::clamp(index, 1, kSkinCount);
+    settings::save(settings_, settings::Skin_type, static_cast<std::int16_t>(look_.skinType));
+    applyToAll();
+}
+
+void frmskins::Btnstyle_Click(int index) {
+    look_.buttonStyle = index;
+    settings::save(settings_, settings::Skin_buttons, static_cast<std::int16_t>(index));
+    applyToAll();
+}
+
+void frmskins::applyToAll() {
+    QApplication::setPalette(skinPalette(look_.skin()));
+    for (SkinUser* user : users_)
+        user->appearanceChanged();
+}
+
+} // namespace velmora

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "shell/MessageBox.h"
+
+#include "DialogDriver.h"
+#include "MessageHand.h"
+#include "WindowFixture.h"
+#include "shell/CommandButton.h"
+
+using namespace velmora;
+
+class MessageBoxTest : public WindowFixture {
+protected:
+    void tells(const QString& text) { tell(*skins, nullptr, text); }
+    [[nodiscard]] Answer asked() {
+        return askYesNo(*skins, nullptr, "Do you want to save your composition?");
+    }
+
+    DialogDriver hand;
+};
+
+TEST_F(MessageBoxTest, AMessageHasTheProgramsTitleAndOneButton) {
+    hand.in<QWidget>([](QWidget& box) {
+        EXPECT_EQ(box.windowTitle(), "Velmora");
+        EXPECT_EQ(wordsOf(box), "Velmora is already running.");
+        EXPECT_FALSE(box.findChild<QAbstractButton*>("no"));
+        pressIn(box, "ok");
+    });
+    tells("Velmora is already running.");
+}
+
+TEST_F(MessageBoxTest, AMessageMayHaveATitleOfItsOwnAndEscConfirmsIt) {
+    hand.in<QWidget>([](QWidget& box) {
+        EXPECT_EQ(box.windowTitle(), "Velmora - Error");
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    tell(*skins, nullptr, "Unable to detect any midi output devices.\nTerminating...", "Velmora - Error");
+}
+
+TEST_F(MessageBoxTest, MarksInATextAreShownAsTheyAre) {
+    hand.in<QWidget>([](QWidget& box) {
+        EXPECT_EQ(part<QLabel>(box, "words").textFormat(), Qt::PlainText);
+        pressIn(box, "ok");
+    });
+    tells("<b>bold.sng</b>");
+}
+
+TEST_F(MessageBoxTest, ALongTextWrapsAndIsShownWhole) {
+    hand.in<QWidget>([](QWidget& box) {
+        const auto& words = part<QLabel>(box, "words");
+        EXPECT_LE(words.width(), 400);
+        EXPECT_GE(words.height(), words.heightForWidth(words.width()));
+        EXPECT_TRUE(box.rect().contains(words.geometry().translated(words.parentWidget()->pos())));
+        pressIn(box, "ok");
+    });
+    tells(QString("The score \"/home/me/a long way down/tune.sng\" can't be read. ").repeated(12));
+}
+
+TEST_F(MessageBoxTest, YesAndNoAreAnswersByMouseAndByLetter) {
+    for (const auto& [name, key, answer] :
+         {std::tuple("yes", Qt::Key_Y, Answer::Yes), std::tuple("no", Qt::Key_N, Answer::No)}) {
+        hand.in<QWidget>([name = name](QWidget& box) { pressIn(box, name); });
+        EXPECT_EQ(asked(), answer);
+        hand.in<QWidget>([key = key](QWidget& box) { QTest::keyClick(&box, key); });
+        EXPECT_EQ(asked(), answer);
+    }
+}
+
+TEST_F(MessageBoxTest, EscAndTheCloseButtonAreNoAnswer) {
+    hand.in<QWidget>([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+    EXPECT_EQ(asked(), Answer::None);
+    hand.in<QWidget>([](QWidget& box) { pressIn(box, "imgTitleClose"); });
+    EXPECT_EQ(asked(), Answer::None);
+}
+
+TEST_F(MessageBoxTest, EnterIsTheButtonThatHasTheFocusWhichIsYesAtFirst) {
+    hand.in<QWidget>([](QWidget& box) { QTest::keyClick(&part(box, "yes"), Qt::Key_Return); });
+    EXPECT_EQ(asked(), Answer::Yes);
+    hand.in<QWidget>([](QWidget& box) {
+        part(box, "no").setFocus();
+        QTest::keyClick(&part(box, "no"), Qt::Key_Return);
+    });
+    EXPECT_EQ(asked(), Answer::No);
+}
+
+TEST_F(MessageBoxTest, AMessageStandsOverItsWindow) {
+    TestWindow window(*skins);
+    window.setGeometry(100, 80, 400, 300);
+    open(window);
+    hand.in<QWidget>([&window](QWidget& box) {
+        EXPECT_EQ(box.geometry().center(), window.geometry().center());
+        EXPECT_EQ(box.windowModality(), Qt::ApplicationModal);
+        pressIn(box, "ok");
+    });
+    tell(*skins, &window, "It stands here.");
+}
