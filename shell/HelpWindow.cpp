@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "shell/HelpWindow.h"
+
+#include "shell/ExToolTip.h"
+#include "shell/HelpView.h"
+
+#include <QKeyEvent>
+#include <QPushButton>
+#include <QScreen>
+
+#include <utility>
+
+namespace velmora {
+
+namespace {
+constexpr QSize kLeast(560, 360);
+constexpr QSize kWanted(880, 640);
+constexpr int kMargin = 12;
+} // namespace
+
+HelpWindow::HelpWindow(frmskins& skins, ExToolTip& tips, HelpLibrary library)
+    : SkinnedWindow(skins, {.maximize = true, .minimize = true})
+    , view_(new HelpView(std::move(library), Ibak5())) {
+    setObjectName("helpWindow");
+    setWindowTitle("Velmora  Help");
+    setMinimumSize(kLeast);
+    resize(kWanted.boundedTo(screen()->availableSize() - QSize(40, 40)).expandedTo(kLeast));
+    attachTips(tips);
+}
+
+void HelpWindow::open(const QString& page) {
+    view_->showPage(page);
+    if (isMinimized())
+        showNormal();
+    show();
+    raise();
+    activateWindow();
+}
+
+void HelpWindow::resizeEvent(QResizeEvent* event) {
+    SkinnedWindow::resizeEvent(event);
+    view_->setGeometry(Ibak5()->rect().adjusted(kMargin, kMargin, -kMargin, -kMargin));
+}
+
+void HelpWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape)
+        close();
+    else
+        SkinnedWindow::keyPressEvent(event);
+}
+
+} // namespace velmora
