@@ -23,6 +23,7 @@ UndoSnapshot::UndoSnapshot(std::filesystem::path path) : path_(std::move(path)) 
 
 void UndoSnapshot::SaveforUndo(const Score& score, const SetupState& setup) {
     UndoChannel = -1;
+    ++snapshots;
     if (!isChannel(score.ActiveChannel))
         return;
     const std::string text = serializeUndo(score, setup);

@@ -17,6 +17,7 @@ public:
     explicit UndoSnapshot(std::filesystem::path path);
 
     int UndoChannel = -1; ///< channel of the snapshot, -1 while there is nothing to undo
+    int snapshots = 0;    ///< how many edits have asked for one so far, written or not
 
     /// Keeps the active channel before an edit. If the file can't be written there is nothing to undo.
     void SaveforUndo(const Score& score, const SetupState& setup);

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "tableau/ScoreFiles.h"
+
+#include "score/MidiFile.h"
+#include "shell/Dialogs.h"
+#include "shell/Files.h"
+#include "shell/Settings.h"
+#include "tableau/Workspace.h"
+
+#include <utility>
+
+namespace velmora {
+
+namespace fs = std::filesystem;
+
+namespace {
+constexpr std::string_view kOpenFilter = "Score Files (*.sng) |*.sng|";
+constexpr std::string_view kSaveFilter = "Velmora Score(*.sng)|*.sng|Midi(*.mid)|*.mid";
+constexpr int kMidiFilter = 2;
+} // namespace
+
+ScoreFiles::ScoreFiles(Workspace& workspace, clsDialog& dialogs, SettingsStore& settings, fs::path songs)
+    : workspace_(workspace)
+    , dialogs_(dialogs)
+    , settings_(settings)
+    , folder_(std::move(songs)) {}
+
+ScoreFiles::Outcome ScoreFiles::open() {
+    const ChosenFile chosen = dialogs_.OpenDialog("Open Score File", kOpenFilter, folder_.string());
+    // The name keeps its case: two files may differ in nothing else.
+    const std::string path = tidyFileName(chosen.path);
+    return path.empty() ? Outcome{} : open(fs::path(path));
+}
+
+ScoreFiles::Outcome ScoreFiles::open(const fs::path& file) {
+    const auto bytes = readWholeFile(file);
+    if (!bytes)
+        return {false,
+                "The score \"" + file.string() + "\" can't be read. Is it there, a file, and yours to read?",
+                {}};
+    if (bytes->find('\0') != bytes->npos)
+        return {false, "The file \"" + file.string() + "\" is no score: it isn't text.", {}};
+    workspace_.keepWhole();
+    Outcome outcome{true, {}, parseSng(*bytes, SngReader::OpenPoliFile, workspace_.score, workspace_.setup)};
+    workspace_.score.currentFile = file.string();
+    folder_ = file.parent_path();
+    if (const auto longest = longestRow(*bytes);
+        longest > static_cast<std::size_t>(workspace_.score.NumNotes) + 1)
+        outcome.words = "The score \"" + file.string() + "\" is " + std::to_string(longest) +
+                        " notes long. Only the first " + std::to_string(workspace_.score.NumNotes + 1) +
+                        " have room; saving it under the same name would lose the rest.";
+    return outcome;
+}
+
+ScoreFiles::Outcome ScoreFiles::saveAs() {
+    workspace_.score.FindEndOfSong();
+    if (workspace_.score.SongEnd < 1)
+        return {};
+    const std::string& current = workspace_.score.currentFile;
+    const ChosenFile chosen =
+        dialogs_.SaveDialog("Save music file", kSaveFilter, current.empty() ? folder_.string() : current);
+    const std::string path = tidyFileName(chosen.path);
+    if (path.empty())
+        return {};
+    folder_ = fs::path(path).parent_path();
+    return chosen.filterIndex == kMidiFilter ? exportMidi(withExtension(path, ".mid"))
+                                             : saveScore(withExtension(path, ".sng"));
+}
+
+ScoreFiles::Outcome ScoreFiles::saveScore(const std::string& path) {
+    Score& score = workspace_.score;
+    const std::string before = std::exchange(score.currentFile, path);
+    Outcome outcome;
+    outcome.words = SavePoliFile(score, workspace_.setup);
+    outcome.done = outcome.words.empty();
+    if (!outcome.done)
+        score.currentFile = before;
+    return outcome;
+}
+
+ScoreFiles::Outcome ScoreFiles::exportMidi(const std::string& path) {
+    // Building the file empties the channels that it spreads chords over; the user's own stay whole.
+    Score copy = workspace_.score;
+    ChordSteps steps = workspace_.chords;
+    std::int32_t size = settings::read(settings_, settings::NumBytes);
+    const std::int32_t before = size;
+    Outcome outcome;
+    outcome.words = MidiFile(path, copy, steps, size);
+    outcome.done = outcome.words.empty();
+    if (size != before)
+        settings::save(settings_, settings::NumBytes, size);
+    return outcome;
+}
+
+} // namespace velmora

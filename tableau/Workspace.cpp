@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "tableau/Workspace.h"
+
+#include "shell/ProgramFolders.h"
+#include "shell/Settings.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace velmora {
+
+namespace {
+/// More than seven hours of music, 128 MB; a stored number may be rubbish.
+constexpr int kMostNotes = 200'000;
+
+int storedNotes(const SettingsStore& store) {
+    const int notes = settings::read(store, settings::NumNotes);
+    return notes > 0 ? std::min(notes, kMostNotes) : settings::NumNotes.fallback;
+}
+
+std::int16_t positive(std::int16_t value, std::int16_t fallback) {
+    return value > 0 ? value : fallback;
+}
+
+bool isChannel(int channel) {
+    return channel >= 0 && channel < kUsedChannels && channel != kFirstPercussion + 1;
+}
+} // namespace
+
+Workspace::Workspace(const SettingsStore& store, const ProgramFolders& folders)
+    : score(storedNotes(store))
+    , undo(folders.undoFile())
+    , CopyonlyOneTrack(settings::read(store, settings::CopyonlyOneTrack)) {
+    folders.makeSongs();
+    score.ClearAll();
+    score.NotesPerMeasure = positive(settings::read(store, settings::Notes_per_measure), 16);
+    setup.TxBeats = score.NotesPerMeasure;
+    setup.TxtMeter = positive(settings::read(store, settings::Beats_per_measure), 4);
+    setup.NoteX = positive(settings::read(store, settings::Type_of_note), 4);
+    setup.ChTreble = settings::read(store, settings::Show_Treble_staff) != 0;
+    setup.ChBass = settings::read(store, settings::Show_Bass_staff) != 0;
+    play.ShowPlayLine = settings::read(store, settings::Playing_position);
+
+    instruments.MelodyInstrument = settings::read(store, settings::Intrumentval);
+    instruments.PercussionInstrument = settings::read(store, settings::Intrumentval2);
+    instruments.MelodyInstrumentName = nameOfCode(instruments.MelodyInstrument);
+    instruments.PercussionInstrumentName = nameOfCode(instruments.PercussionInstrument);
+    for (int channel = 0; channel < kUsedChannels; ++channel)
+        score.ChannelInstrument[static_cast<std::size_t>(channel)] =
+            channel < kMelodyChannels ? instruments.MelodyInstrument : instruments.PercussionInstrument;
+    selectChannel(0);
+}
+
+void Workspace::selectChannel(int channel) {
+    if (!isChannel(channel))
+        return;
+    score.ActiveChannel = channel;
+    const auto index = static_cast<std::size_t>(channel);
+    score.ChannelInUse[index] = true;
+    score.ChannelShown[index] = true;
+    if (channel < kMelodyChannels)
+        score.TopChannel = std::max(score.TopChannel, channel);
+    else
+        score.TopDrumHint = std::max(1, channel - kFirstPercussion);
+}
+
+void Workspace::toggleMuted(int channel) {
+    if (!isChannel(channel))
+        return;
+    bool& muted = score.ChannelMuted[static_cast<std::size_t>(channel)];
+    muted = !muted;
+    if (!play.PlayingSegment) // which has an end of its own
+        score.FindEndOfSong();
+}
+
+void Workspace::clear() {
+    const bool kept = canBringBack();
+    undo.SaveforUndo(score, setup);
+    if (kept) // the clearing's own snapshot is no edit
+        replaced_->snapshots = undo.snapshots;
+    keepWhole();
+    view.SelectStart = view.SelectEnd = -1;
+    view.PlayMark = 0;
+    view.ViewFirstColumn = 0;
+    view.ViewLastColumn = view.ViewColumns;
+    score.ClearAll();
+    setup.Ch.fill(false);
+    setup.Chkstrum.fill(false);
+    selectChannel(0);
+    score.TopChannel = 1;
+}
+
+void Workspace::keepWhole() {
+    if (!canBringBack() || !score.usedChannels().empty())
+        replaced_ = Replaced{score, setup, undo.snapshots};
+}
+
+bool Workspace::undoLast() {
+    const bool whole = canBringBack();
+    auto old = std::exchange(replaced_, std::nullopt);
+    if (!whole)
+        return undo.OpenforUndo(score, setup);
+    undo.UndoChannel = -1;
+    score = std::move(old->score);
+    setup.TxBeats = old->setup.TxBeats;
+    setup.TxtMeter = old->setup.TxtMeter;
+    setup.NoteX = old->setup.NoteX;
+    setup.Ch = old->setup.Ch;
+    setup.Chkstrum = old->setup.Chkstrum;
+    score.FindEndOfSong();
+    return true;
+}
+
+std::string topBarText(const Score& score, const SetupState& setup) {
+    const int beats = std::max<int>(1, setup.TxtMeter);
+    const int division = score.NotesPerMeasure / beats * setup.NoteX;
+    return std::to_string(score.Tempo) + " BPM" + "  1/" + std::to_string(setup.NoteX) +
+           " Note per Beat    (" + std::to_string(score.NotesPerMeasure) + " Divisions -   1/" +
+           std::to_string(division) + " Note per Division)";
+}
+
+} // namespace velmora
