@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <QString>
+
+#include <filesystem>
+#include <functional>
+
+namespace velmora {
+
+class clsDialog;
+class DeviceChooser;
+class ExToolTip;
+class frmskins;
+class Frmmenu;
+class MessageLoop;
+class MidiPort;
+class ProgramFolders;
+class SettingsStore;
+struct Workspace;
+
+/// What the program's windows are given: everything that there is one of. `main` builds it and owns what it
+/// refers to, all of which outlives the windows.
+struct Application {
+    SettingsStore& settings;
+    const ProgramFolders& folders;
+    frmskins& skins;
+    Frmmenu& menu;
+    ExToolTip& tips;
+    clsDialog& dialogs;
+    MessageLoop& loop;
+    MidiPort& port;
+    DeviceChooser& devices;
+    Workspace& workspace;
+
+    std::function<void(const QString& page)> openHelp; ///< a page of the help, by its name
+    std::function<void()> quit;                        ///< the composing window is gone: the program ends
+};
+
+} // namespace velmora

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "tableau/ButtonBar.h"
+
+#include "shell/ControlPainter.h"
+#include "shell/ExToolTip.h"
+#include "shell/QtText.h"
+#include "tableau/CommandBank.h"
+
+#include <QMenu>
+#include <QPainter>
+
+namespace velmora {
+
+namespace {
+constexpr int kTop = 4;
+constexpr int kButton = 28;
+constexpr int kRoomy = 992;    ///< where the bar is narrower, its buttons stand closer to have room
+constexpr int kFirstStyle = 9; ///< `Lb1`(9 to 12) are the note styles
+constexpr int kLastStyle = 12;
+
+std::vector<CommandButton*> buttonsOf(const CommandBank& bank, int first, int last) {
+    std::vector<CommandButton*> buttons;
+    for (int index = first; index <= last; ++index)
+        buttons.push_back(&bank[index]);
+    return buttons;
+}
+} // namespace
+
+ButtonBar::ButtonBar(const Appearance& look, const CommandBank& Cmd2, const CommandBank& Lb1, ExToolTip& tips,
+                     QWidget* parent)
+    : QWidget(parent)
+    , look_(look)
+    , Lb1_(Lb1)
+    , groups_{buttonsOf(Cmd2, 0, 2),
+              buttonsOf(Cmd2, 3, 9),
+              {&Cmd2[10], &Lb1[4]},
+              buttonsOf(Cmd2, 11, 16),
+              buttonsOf(Lb1, kFirstStyle, kLastStyle)}
+    , windows_{&Lb1[5], &Lb1[3], &Lb1[2], &Lb1[1]}
+    , help_{&Lb1[8], &Lb1[7]}
+    , more_(new CommandButton(look, ButtonForm::Icon, this))
+    , moreMenu_(new QMenu(this)) {
+    groups_[1].push_back(&Lb1[6]);
+    setObjectName("buttonBar");
+    more_->setObjectName("more");
+    more_->setFace("more");
+    tips.SetToolTip(*more_, {"More", "Percussion and note styles", "more"});
+    connect(more_, &QAbstractButton::clicked, this, [this] { showMore(); });
+    // The order in which Tab reaches them is that from left to right.
+    for (const auto& group : groups_)
+        for (CommandButton* button : group)
+            button->setParent(this);
+    more_->raise();
+    for (auto button = windows_.rbegin(); button != windows_.rend(); ++button)
+        (*button)->setParent(this);
+    for (auto button = help_.rbegin(); button != help_.rend(); ++button)
+        (*button)->setParent(this);
+}
+
+void ButtonBar::layOut(FormWidth width) {
+    const bool small = width == FormWidth::Small;
+    const bool tight = small || this->width() < kRoomy;
+    const int pitch = tight ? 30 : 32;
+    const int gap = tight ? 8 : 12;
+    separators_.clear();
+    int x = 0;
+    for (const auto& group : groups_) {
+        const bool folds = small && &group == &groups_.back();
+        if (x > 0) {
+            separators_.push_back(x + (gap - 6) / 2);
+            x += gap;
+        }
+        for (CommandButton* button : group) {
+            button->setVisible(!folds);
+            button->setGeometry(x, kTop, kButton, kButton);
+            x += folds ? 0 : pitch;
+        }
+    }
+    more_->setVisible(small);
+    more_->setGeometry(x, kTop, kButton, kButton);
+
+    x = this->width();
+    const auto place = [&](CommandButton* button) {
+        const bool words = width == FormWidth::Full && !button->text().isEmpty();
+        button->setForm(words ? ButtonForm::IconAndText : ButtonForm::Icon);
+        const int wide = button->sizeHint().width();
+        x -= wide;
+        button->setGeometry(x, kTop, wide, kButton);
+        x -= pitch - kButton;
+    };
+    for (CommandButton* button : help_)
+        place(button);
+    separators_.push_back(x - (gap - 2) / 2);
+    x -= gap;
+    for (CommandButton* button : windows_)
+        place(button);
+    update();
+}
+
+void ButtonBar::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    for (const int x : separators_)
+        paintSeparator(painter, look_.skin(), x, kTop + 2, 24);
+}
+
+void ButtonBar::showMore() {
+    moreMenu_->clear();
+    for (int index = kFirstStyle; index <= kLastStyle; ++index) {
+        const CommandRow& row = Lb1_.row(index);
+        QAction* action = moreMenu_->addAction(toQString(row.title));
+        action->setCheckable(true);
+        action->setChecked(Lb1_[index].isChecked());
+        action->setEnabled(Lb1_[index].isEnabled());
+        connect(action, &QAction::triggered, this, [this, index] { Lb1_.press(index); });
+    }
+    moreMenu_->popup(more_->mapToGlobal(QPoint(0, more_->height() + 2)));
+}
+
+} // namespace velmora

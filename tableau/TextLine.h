@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <QWidget>
+
+#include <array>
+
+class QLabel;
+
+namespace velmora {
+
+class CommandBank;
+struct Appearance;
+
+/// The line at the foot: the tool text at the left, and at the right what the right mouse button does,
+/// `Lb1`(13 to 15).
+class TextLine : public QWidget {
+public:
+    TextLine(const Appearance& look, const CommandBank& Lb1, QWidget* parent);
+
+    void setText(const QString& text);
+    void layOut();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    const Appearance& look_;
+    QLabel* text_;
+    QLabel* caption_;
+    std::array<QWidget*, 3> parts_{};
+};
+
+} // namespace velmora

@@ -1,0 +1,313 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "tableau/form1.h"
+
+#include "shell/DemoMedia.h"
+#include "shell/ExToolTip.h"
+#include "shell/Frmmenu.h"
+#include "shell/MenuStrip.h"
+#include "shell/MessageBox.h"
+#include "shell/ProgramFolders.h"
+#include "shell/QtText.h"
+#include "shell/Settings.h"
+#include "shell/SkinPainter.h"
+#include "shell/WindowGeometry.h"
+#include "shell/frminfo.h"
+#include "sound/DeviceChooser.h"
+#include "sound/MidiPort.h"
+#include "sound/ShortMessage.h"
+#include "tableau/Application.h"
+#include "tableau/ButtonBar.h"
+#include "tableau/ChannelStrip.h"
+#include "tableau/TextLine.h"
+#include "tableau/ToolPanel.h"
+#include "tableau/TopBarOverlay.h"
+#include "tableau/Workspace.h"
+
+#include <QAbstractButton>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QScreen>
+
+#include <filesystem>
+
+namespace velmora {
+
+namespace {
+constexpr int kResetAllControllers = 121; ///< of MIDI 1.0
+
+constexpr std::array kLabels{
+    MenuStrip::Label{3, "File", "mnupopup6"},
+    MenuStrip::Label{2, "Edit", "mnupopup7"},
+    MenuStrip::Label{1, "Tools", "mnupopup9"},
+    MenuStrip::Label{0, "Help", "mnupopup10"},
+};
+} // namespace
+
+form1::form1(Application& application)
+    : SkinnedWindow(application.skins, {.maximize = true, .minimize = true, .help = true})
+    , app_(application)
+    , Cmd2_("Cmd2", kCmd2, look(), application.tips, Ibak5())
+    , Lb1_("Lb1", kLb1, look(), application.tips, Ibak5())
+    , toolbMenu_(new MenuStrip(application.menu, kLabels, Ibak5()))
+    , topBar_(new QLabel(Ibak5()))
+    , buttonBar_(new ButtonBar(look(), Cmd2_, Lb1_, application.tips, Ibak5()))
+    , toolPanel_(new ToolPanel(look(), Lb1_, Ibak5()))
+    , channelStrip_(new ChannelStrip(look(), application.tips, Ibak5()))
+    , TopBarOverlay_(new TopBarOverlay(look(), application.tips, Ibak5()))
+    , Picmain_(new Picmain(look(), application.tips, Ibak5()))
+    , textLine_(new TextLine(look(), Lb1_, Ibak5()))
+    , frminfo_(std::make_unique<frminfo>(application.tips, this))
+    , files_(application.workspace, application.dialogs, application.settings, application.folders.songs())
+    , player_(application.workspace.score, application.workspace.setup, application.workspace.play,
+              application.workspace.chords, application.port, application.loop)
+    , engine_(application.workspace.score, application.workspace.view, application.workspace.play, player_,
+              application.port, application.loop, *this, noRecording_) {
+    setObjectName("form1");
+    setMinimumSize(kLeastForm);
+    topBar_->setObjectName("PrintTopBar");
+    topBar_->setForegroundRole(QPalette::PlaceholderText);
+    topBar_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    Ibak5()->setMouseTracking(true);
+    attachTips(app_.tips);
+    app_.tips.SetToolTip(*toolbMenu_, {"Menus", "Right click for menu", ""});
+    moveBy(*toolbMenu_->parentWidget());
+
+    bindFileCommands();
+    bindPlayCommands();
+    bindViewCommands();
+    bindLooks();
+    bindRightClick();
+    bindKeys();
+    setHelp([this] { imgTitleHelp_Click(); });
+
+    parts_.percussion = settings::read(app_.settings, settings::Percussion);
+    parts_.editingToolbar = settings::read(app_.settings, settings::Editing_Toolbar, true);
+    openAtStoredPlace();
+    loading_ = false;
+    layOut();
+    showAll();
+    // Otherwise the first button, which empties the score, would have the focus, and Space would press it.
+    Picmain_->setFocus();
+}
+
+form1::~form1() = default;
+
+/// The sizes in the settings are twips, of which fifteen make a pixel.
+void form1::openAtStoredPlace() {
+    const QRect screen = this->screen()->availableGeometry();
+    const auto twips = [](int length) { return static_cast<float>(length * kTwips); };
+    const auto stored = [this](const settings::Float& key) { return settings::read(app_.settings, key); };
+    const QRect frame(
+        pixelsOfTwips(stored(settings::form1_left)), pixelsOfTwips(stored(settings::form1_top)),
+        pixelsOfTwips(settings::read(app_.settings, settings::form1_width, twips(screen.width()) - 200)),
+        pixelsOfTwips(settings::read(app_.settings, settings::form1_Height, twips(screen.height()) - 400)));
+    setGeometry(openingFrame(frame, screen, kLeastForm));
+    settings::save(app_.settings, settings::form1_left, twips(x()));
+    settings::save(app_.settings, settings::form1_top, twips(y()));
+    settings::save(app_.settings, settings::form1_Width, twips(width()));
+    settings::save(app_.settings, settings::form1_Height, twips(height()));
+}
+
+void form1::layOut() {
+    if (loading_)
+        return;
+    const FormLayout layout = formLayout(size(), parts_);
+    const FormWidth across = formWidth(width());
+    const auto place = [](QWidget& widget, const QRect& rect) {
+        widget.setGeometry(rect.translated(0, -kTitleHeight));
+        widget.setVisible(!rect.isEmpty());
+    };
+    place(*toolbMenu_, layout.menuStrip);
+    const int menus = toolbMenu_->sizeHint().width();
+    topBar_->setGeometry(menus + 24, 0, std::max(0, width() - menus - 24 - 16),
+                         layout.menuStrip.height() - 1);
+    topBar_->raise();
+    place(*buttonBar_, layout.buttonBar);
+    buttonBar_->layOut(across);
+    place(*toolPanel_, layout.toolPanel);
+    toolPanel_->layOut(across);
+    place(*channelStrip_, layout.channelStrip);
+    channelStrip_->layOut(across);
+    place(*TopBarOverlay_, layout.readOuts);
+    TopBarOverlay_->layOut(across);
+    const QRect tableau(0, layout.pic3.top() - 1, width(), layout.textLine.top() - layout.pic3.top() + 1);
+    place(*Picmain_, tableau);
+    Picmain_->layOut(layout, tableau.topLeft());
+    place(*textLine_, layout.textLine);
+    textLine_->layOut();
+    PrintTopBar();
+}
+
+void form1::resizeEvent(QResizeEvent* event) {
+    SkinnedWindow::resizeEvent(event);
+    layOut();
+}
+
+/// A crash costs nobody the window's place.
+void form1::moveEnded() {
+    if (y() > 0)
+        settings::save(app_.settings, settings::form1_top, static_cast<float>(y() * kTwips));
+}
+
+void form1::changeEvent(QEvent* event) {
+    SkinnedWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && !loading_ && !closing_)
+        Form_Activate();
+}
+
+void form1::Form_Activate() {
+    settings::save(app_.settings, settings::form1_left, static_cast<float>(x() * kTwips));
+    moveEnded();
+    if (app_.workspace.play.Playing) // what sounds stays as it is
+        return;
+    if (!std::exchange(activated_, true))
+        app_.devices.openAtActivation();
+    else
+        static_cast<void>(app_.devices.reopenIfChanged());
+    for (int channel = 0; channel < 16; ++channel)
+        app_.port.send(shortmessage::controller(channel, kResetAllControllers, 0));
+}
+
+void form1::PrintTopBar() {
+    const QString text = toQString(topBarText(app_.workspace.score, app_.workspace.setup));
+    topBar_->setText(topBar_->fontMetrics().elidedText(text, Qt::ElideRight, topBar_->width()));
+}
+
+void form1::showAll() {
+    const Score& score = app_.workspace.score;
+    const std::string name = std::filesystem::path(score.currentFile).filename().string();
+    setWindowTitle(name.empty() ? QStringLiteral("Velmora") : QStringLiteral("Velmora - ") + toQString(name));
+    channelStrip_->show(score);
+    TopBarOverlay_->showTrack(score.ActiveChannel);
+    TopBarOverlay_->setField(TopBarOverlay::LblNote, "1");
+    TopBarOverlay_->setField(TopBarOverlay::LblNoteName, " -");
+    TopBarOverlay_->setField(TopBarOverlay::Label7, "-");
+    TopBarOverlay_->setField(TopBarOverlay::LblVol, "127");
+    TopBarOverlay_->setField(TopBarOverlay::LblInst,
+                             toQString(std::string(nameOfCode(
+                                 score.ChannelInstrument[static_cast<std::size_t>(score.ActiveChannel)]))));
+    TopBarOverlay_->setField(TopBarOverlay::LblNumnotes, toQString(noteCountText(score.SongEnd)));
+    Picmain_->show(score);
+    PrintTopBar();
+    showModes();
+}
+
+void form1::showSongEnd() {
+    TopBarOverlay_->setField(TopBarOverlay::LblNumnotes,
+                             toQString(noteCountText(app_.workspace.score.SongEnd)));
+    channelStrip_->show(app_.workspace.score);
+}
+
+void form1::DisableControls() {
+    Picmain_->setEditable(false);
+    Cmd2_.setOn(8, app_.workspace.play.ShowPlayLine);
+}
+
+void form1::EnableControls() {
+    Picmain_->setEditable(true);
+}
+
+void form1::Label8_Click(int channel) {
+    app_.workspace.selectChannel(channel);
+    showAll();
+}
+
+void form1::Lmnu_Click(int index) {
+    toolbMenu_->Lmnu_Click(index);
+}
+
+void form1::imgTitleHelp_Click() {
+    if (app_.openHelp)
+        app_.openHelp("composing-window");
+}
+
+void form1::showOutcome(const ScoreFiles::Outcome& outcome) {
+    showAll();
+    if (!outcome.words.empty())
+        tell(skins(), this, toQString(outcome.words));
+}
+
+void form1::Command33_Click() {
+    PlayAndStop_Click(true);
+    showOutcome(files_.open());
+}
+
+void form1::openScore(const std::filesystem::path& file) {
+    showOutcome(files_.open(file));
+}
+
+bool form1::mSaveAs_Click() {
+    const ScoreFiles::Outcome outcome = files_.saveAs();
+    showOutcome(outcome);
+    return outcome.done;
+}
+
+void form1::ClearAll() {
+    PlayAndStop_Click(true);
+    app_.workspace.clear();
+    showAll();
+}
+
+void form1::OpenforUndo() {
+    app_.workspace.undoLast();
+    showAll();
+}
+
+void form1::Command32_Click() {
+    app_.port.reset();
+}
+
+/// Whether the user lets the window go. Who wants to save and then doesn't keeps the window, and the score.
+bool form1::mayClose() {
+    app_.workspace.score.FindEndOfSong();
+    if (app_.workspace.score.SongEnd <= 0)
+        return true;
+    switch (askYesNo(skins(), this, "Do you want to save your composition?")) {
+    case Answer::Yes:
+        return mSaveAs_Click();
+    case Answer::No:
+        return true;
+    case Answer::None:
+        break;
+    }
+    return false;
+}
+
+void form1::closeEvent(QCloseEvent* event) {
+    if (closing_)
+        return;
+    PlayAndStop_Click(true);
+    if (!mayClose()) {
+        event->ignore();
+        return;
+    }
+    closing_ = true;
+    unload();
+    event->accept();
+}
+
+void form1::unload() {
+    frminfo_->hide();
+    app_.workspace.play.Playing = false;
+    app_.workspace.score.ClearNoteArrays();
+    const QRect frame = isMaximized() ? normalGeometry() : geometry();
+    const auto save = [this](const settings::Float& key, int pixels) {
+        settings::save(app_.settings, key, static_cast<float>(pixels * kTwips));
+    };
+    save(settings::form1_left, frame.x());
+    save(settings::form1_top, frame.y());
+    save(settings::form1_Width, frame.width());
+    save(settings::form1_Height, frame.height());
+    settings::save(app_.settings, settings::Percussion, parts_.percussion);
+    settings::save(app_.settings, settings::Notationstyle,
+                   settings::read(app_.settings, settings::Notationstyle));
+    if (const auto packed = demosFolder())
+        removeDemoMedia(app_.folders, *packed);
+    std::error_code ignored;
+    std::filesystem::remove(app_.folders.undoFile(), ignored);
+    app_.devices.close();
+    if (app_.quit)
+        app_.quit();
+}
+
+} // namespace velmora

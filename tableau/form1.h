@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "score/NotePlayer.h"
+#include "score/PlaybackEngine.h"
+#include "score/PlaybackView.h"
+#include "score/ViewState.h"
+#include "shell/SkinnedWindow.h"
+#include "tableau/CommandBank.h"
+#include "tableau/FormLayout.h"
+#include "tableau/Picmain.h"
+#include "tableau/ScoreFiles.h"
+
+#include <filesystem>
+#include <memory>
+
+class QLabel;
+
+namespace velmora {
+
+class ButtonBar;
+class ChannelStrip;
+class MenuStrip;
+class TextLine;
+class ToolPanel;
+class TopBarOverlay;
+class frminfo;
+struct Application;
+
+/// The composing window: an assembly of strips. It hands every press on to the room that works it out.
+///
+/// | Control                | What the user sees                        | Routine                     |
+/// |------------------------|-------------------------------------------|-----------------------------|
+/// | `toolbMenu`, `Lmnu`    | "File", "Edit", "Tools", "Help"           | popups of `Frmmenu`         |
+/// | `Cmd2`, `Lb1`          | the command buttons, see Commands.h       | `Cmd2_Click`, `Lb1_Click`   |
+/// | `toolPanel`            | Melody Maker, Single Note Effects, Score Editor |                       |
+/// | `Label8`               | the squares of the channels               | `Label8_Click`; a right press mutes
+/// | | `TopBarOverlay`        | read-outs of the note and the score       |                             | |
+/// `Picmain`              | the Tableau                               | right press: see RightClick | |
+/// `textLine`             | tool text; what a right click does        | `Lb1_Click`(13 to 15)       |
+class form1 : public SkinnedWindow, private PlaybackView {
+public:
+    explicit form1(Application& application);
+    ~form1() override;
+
+    void Cmd2_Click(int index) { Cmd2_.press(index); }
+    void Lb1_Click(int index) { Lb1_.press(index); }
+    void Label8_Click(int channel);
+    /// A press of the right button on a channel's square.
+    void toggleMuted(int channel);
+    void Lmnu_Click(int index);
+    /// Ends the program, after the question whether to save.
+    void Command3_Click() { close(); }
+    /// Opens a score that the user chooses.
+    void Command33_Click();
+    /// Opens this one.
+    void openScore(const std::filesystem::path& file);
+    /// Saves under a name that the user chooses; false if nothing was saved.
+    bool mSaveAs_Click();
+    void Command34_Click() { mSaveAs_Click(); }
+    void ClearAll();
+    void OpenforUndo();
+    void PlayAndStop_Click(bool stop) { engine_.PlayAndStop_Click(stop); }
+    /// Silences everything that sounds.
+    void Command32_Click();
+
+    void setRightClickMode(RightClick mode);
+    void showPercussion(bool shown);
+    void showEditingToolbar(bool shown);
+    void setNotationStyle(int style);
+    void setAccidentals(bool shown);
+
+    void imgTitleHelp_Click();
+
+protected:
+    void moveEnded() override;
+    void resizeEvent(QResizeEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void bindFileCommands();
+    void bindPlayCommands();
+    void bindViewCommands();
+    void bindLooks();
+    void bindRightClick();
+    void bindKeys();
+    void bindItem(std::string_view item, std::function<void()> routine);
+    void openAtStoredPlace();
+    void Form_Activate();
+    void layOut();
+    void rightPress(Picmain::Surface surface, QPoint at);
+    void rightPressOnSquare(int channel);
+    void showOutcome(const ScoreFiles::Outcome& outcome);
+    void showAll();
+    void showModes();
+    void PrintTopBar();
+    [[nodiscard]] bool mayClose();
+    void unload();
+
+    // What playing asks for.
+    void DisableControls() override;
+    void EnableControls() override;
+    void showSongEnd() override;
+
+    Application& app_;
+    CommandBank Cmd2_;
+    CommandBank Lb1_;
+    MenuStrip* toolbMenu_;
+    QLabel* topBar_;
+    ButtonBar* buttonBar_;
+    ToolPanel* toolPanel_;
+    ChannelStrip* channelStrip_;
+    TopBarOverlay* TopBarOverlay_;
+    Picmain* Picmain_;
+    TextLine* textLine_;
+    std::unique_ptr<frminfo> frminfo_;
+
+    ScoreFiles files_;
+    RecordingProgress noRecording_;
+    NotePlayer player_;
+    PlaybackEngine engine_;
+
+    FormParts parts_;
+    bool loading_ = true;    ///< the start-up guard: nothing is laid out or painted
+    bool activated_ = false; ///< the MIDI port has been opened
+    bool closing_ = false;
+};
+
+} // namespace velmora

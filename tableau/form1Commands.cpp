@@ -1,0 +1,255 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Which routine each command of the composing window presses: by button, menu and key alike.
+#include "shell/Frmmenu.h"
+#include "shell/MenuStrip.h"
+#include "shell/Settings.h"
+#include "shell/frminfo.h"
+#include "tableau/Application.h"
+#include "tableau/ChannelStrip.h"
+#include "tableau/ToolPanel.h"
+#include "tableau/Workspace.h"
+#include "tableau/form1.h"
+
+#include <QAction>
+#include <QShortcut>
+
+namespace velmora {
+
+namespace {
+/// A press of the right button on each surface, in Tips mode.
+struct SurfaceTip {
+    Picmain::Surface surface;
+    int tip;
+};
+constexpr std::array<SurfaceTip, 5> kSurfaceTips{{
+    {Picmain::Surface::MusicBox, 1},
+    {Picmain::Surface::Beatbox, 2},
+    {Picmain::Surface::Guide, 3},
+    {Picmain::Surface::Pic2a, 4},
+    {Picmain::Surface::Pic3, 5},
+}};
+constexpr int kSquareTip = 6;
+} // namespace
+
+void form1::bindItem(std::string_view item, std::function<void()> routine) {
+    app_.menu.bind(item, std::move(routine));
+}
+
+void form1::bindFileCommands() {
+    Cmd2_.bind(0, [this] { ClearAll(); });
+    Cmd2_.bind(1, [this] { Command33_Click(); });
+    Cmd2_.bind(2, [this] { mSaveAs_Click(); });
+    Lb1_.bind(0, [this] { ClearAll(); });
+    Lb1_.bind(4, [this] { OpenforUndo(); });
+    Lb1_.bind(8, [this] { imgTitleHelp_Click(); });
+    bindItem("mnuOpen", [this] { Cmd2_Click(1); });
+    bindItem("mnuSaveAs2", [this] { Command34_Click(); });
+    bindItem("mnuSave2", [this] { Command34_Click(); }); // both items ask for a name; that is meant
+    bindItem("mnuNew", [this] { Cmd2_Click(0); });
+    bindItem("mnuExit", [this] { Command3_Click(); });
+    bindItem("undo", [this] { Lb1_Click(4); });
+    bindItem("mnuHelpfile", [this] { app_.openHelp("index"); });
+}
+
+void form1::bindPlayCommands() {
+    PlayState& play = app_.workspace.play;
+    Cmd2_.bind(3, [this] { PlayAndStop_Click(false); });
+    Cmd2_.bind(5, [&play] { play.PausePending = play.Playing; });
+    Cmd2_.bind(6, [this] { PlayAndStop_Click(true); });
+    Cmd2_.bind(7, [this] { engine_.RewindBut_Click(); });
+    Cmd2_.bind(8, [this, &play] {
+        play.ShowPlayLine = !play.ShowPlayLine;
+        settings::save(app_.settings, settings::Playing_position, play.ShowPlayLine);
+        showModes();
+    });
+    Cmd2_.bind(9, [this, &play] {
+        play.LoopOn = !play.LoopOn;
+        showModes();
+    });
+    Lb1_.bind(6, [this] { Command32_Click(); });
+    bindItem("mnuRewind", [this] { engine_.RewindBut_Click(); });
+    bindItem("mnuPlay", [this] { PlayAndStop_Click(false); });
+    bindItem("mnupause", [this] { Cmd2_Click(5); });
+    bindItem("mnuStopPlaying", [this] { PlayAndStop_Click(true); });
+    bindItem("mnuStopall", [this] { Command32_Click(); });
+}
+
+void form1::bindViewCommands() {
+    channelStrip_->Label8_Click = [this](int channel) { Label8_Click(channel); };
+    for (int tab = 0; tab < 3; ++tab)
+        Lb1_.bind(17 + tab, [this, tab] {
+            toolPanel_->showPage(static_cast<ToolPanel::Page>(tab));
+            app_.workspace.view.NoteEffectsOn = tab == ToolPanel::Effects;
+        });
+    Lb1_.bind(9, [this] { showPercussion(!parts_.percussion); });
+    Lb1_.bind(10, [this] { setNotationStyle(0); });
+    Lb1_.bind(11, [this] { setNotationStyle(1); });
+    Lb1_.bind(12, [this] { setAccidentals(!settings::read(app_.settings, settings::Accidentals)); });
+    Lb1_.bind(16, [this] { showEditingToolbar(!parts_.editingToolbar); });
+    bindItem("mnuPercussion", [this] { Lb1_Click(9); });
+    bindItem("mnuEdit", [this] { Lb1_Click(16); });
+    bindItem("mnuNotestyle1", [this] { setNotationStyle(0); });
+    bindItem("mnuNotestyle2", [this] { setNotationStyle(1); });
+    bindItem("mnuAccidentals", [this] { setAccidentals(true); });
+    bindItem("mnuNoAccidentals", [this] { setAccidentals(false); });
+    app_.menu.onPrepare([this] { showModes(); });
+}
+
+void form1::bindLooks() {
+    for (int skin = 1; skin <= kSkinCount; ++skin)
+        app_.menu.bind("mnuSkin", skin, [this, skin] { skins().Skintype_Click(skin); });
+    for (int style = 2; style <= static_cast<int>(kButtonStyles.size()); ++style)
+        app_.menu.bind("mnuButton", style, [this, style] { skins().Btnstyle_Click(style); });
+    for (std::int16_t style = 0; style <= 2; ++style)
+        app_.menu.bind("mnuXPtooltext", style, [this, style] {
+            app_.menu.tickTooltextStyle(style);
+            settings::save(app_.settings, settings::ToolText_type, style);
+        });
+}
+
+void form1::bindRightClick() {
+    Lb1_.bind(13, [this] { setRightClickMode(RightClick::Erase); });
+    Lb1_.bind(14, [this] { setRightClickMode(RightClick::Menu); });
+    Lb1_.bind(15, [this] {
+        const bool on = app_.workspace.view.RightClickMode == RightClick::Tips;
+        setRightClickMode(on ? RightClick::Erase : RightClick::Tips);
+    });
+    bindItem("mnuerase", [this] { Lb1_Click(13); });
+    bindItem("mnuMenu", [this] { Lb1_Click(14); });
+    bindItem("mnuTips", [this] { Lb1_Click(15); });
+    Picmain_->onRightPress = [this](Picmain::Surface surface, QPoint at) { rightPress(surface, at); };
+    channelStrip_->onRightPress = [this](int channel) { rightPressOnSquare(channel); };
+    toolbMenu_->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(toolbMenu_, &QWidget::customContextMenuRequested, this,
+            [this](QPoint at) { app_.menu.popup("mnupopup6").popup(toolbMenu_->mapToGlobal(at)); });
+    frminfo_->onDontShow = [this] { setRightClickMode(RightClick::Erase); };
+}
+
+void form1::bindKeys() {
+    struct KeyRow {
+        QKeySequence key;
+        std::function<void()> press;
+    };
+    const auto item = [this](const char* name) { return [this, name] { app_.menu.item(name).trigger(); }; };
+    const KeyRow rows[]{
+        {QKeySequence("Ctrl+O"), item("mnuOpen")},
+        {QKeySequence("Ctrl+S"), item("mnuSave2")},
+        {QKeySequence("Ctrl+Shift+S"), item("mnuSaveAs2")},
+        {QKeySequence("Ctrl+N"), item("mnuNew")},
+        {QKeySequence("Ctrl+Q"), item("mnuExit")},
+        {QKeySequence("Ctrl+Z"), item("undo")},
+        {QKeySequence("Ctrl+X"), item("mnuCut")},
+        {QKeySequence("Ctrl+C"), item("mnuCopy")},
+        {QKeySequence("Ctrl+V"), item("mnuPasteoverwrite")},
+        {QKeySequence("Ctrl+Shift+V"), item("mnuPasteInsert")},
+        {QKeySequence(Qt::Key_F1), [this] { imgTitleHelp_Click(); }},
+        {QKeySequence(Qt::Key_Home), item("mnuRewind")},
+        {QKeySequence(Qt::Key_Space), [this] { PlayAndStop_Click(app_.workspace.play.Playing); }},
+    };
+    for (const KeyRow& row : rows) {
+        auto* shortcut = new QShortcut(row.key, this);
+        shortcut->setAutoRepeat(false);
+        connect(shortcut, &QShortcut::activated, this, row.press);
+    }
+}
+
+void form1::setRightClickMode(RightClick mode) {
+    app_.workspace.view.RightClickMode = mode;
+    if (mode == RightClick::Erase)
+        app_.workspace.view.NoteEffectsOn = false;
+    if (mode != RightClick::Tips)
+        frminfo_->hide();
+    showModes();
+}
+
+void form1::rightPress(Picmain::Surface surface, QPoint at) {
+    const RightClick mode = app_.workspace.view.RightClickMode;
+    if (mode == RightClick::Tips) {
+        for (const SurfaceTip& row : kSurfaceTips) {
+            if (row.surface != surface)
+                continue;
+            if (surface == Picmain::Surface::MusicBox)
+                frminfo_->showForTableau(*this, Picmain_->musicBoxTop());
+            else
+                frminfo_->showBeside(*Picmain_->surface(surface), row.tip);
+        }
+    } else if (surface == Picmain::Surface::MusicBox) {
+        if (mode == RightClick::Menu)
+            app_.menu.popup("mnupopup7").popup(at);
+    } else if (surface == Picmain::Surface::None ||
+               (surface == Picmain::Surface::Beatbox && mode == RightClick::Menu)) {
+        app_.menu.popup("mnupopup6").popup(at);
+    }
+}
+
+void form1::rightPressOnSquare(int channel) {
+    if (app_.workspace.view.RightClickMode == RightClick::Tips)
+        frminfo_->showBeside(*channelStrip_->square(channel), kSquareTip);
+    else
+        toggleMuted(channel);
+}
+
+void form1::toggleMuted(int channel) {
+    if (!channelStrip_->square(channel))
+        return;
+    Workspace& workspace = app_.workspace;
+    workspace.toggleMuted(channel);
+    const auto index = static_cast<std::size_t>(channel);
+    std::int16_t& cell = workspace.score.PlayedCell[index];
+    if (workspace.play.Playing && workspace.score.ChannelMuted[index] && cell >= 0) {
+        // Playing, which skips the channel from now on, would leave this note on.
+        player_.CurrentChannel = channel;
+        player_.StopNote(cellRow(cell));
+        cell = kEmptyCell;
+    }
+    showSongEnd();
+}
+
+void form1::showPercussion(bool shown) {
+    parts_.percussion = shown;
+    settings::save(app_.settings, settings::Percussion, shown);
+    layOut();
+    showModes();
+}
+
+void form1::showEditingToolbar(bool shown) {
+    parts_.editingToolbar = shown;
+    settings::save(app_.settings, settings::Editing_Toolbar, shown);
+    layOut();
+    showModes();
+}
+
+void form1::setNotationStyle(int style) {
+    settings::save(app_.settings, settings::Notationstyle, static_cast<std::int16_t>(style));
+    layOut();
+    showModes();
+}
+
+void form1::setAccidentals(bool shown) {
+    settings::save(app_.settings, settings::Accidentals, shown);
+    layOut();
+    showModes();
+}
+
+/// Every button and menu item that stands for a mode follows it.
+void form1::showModes() {
+    const Workspace& workspace = app_.workspace;
+    const bool traditional = settings::read(app_.settings, settings::Notationstyle) == 1;
+    Cmd2_.setOn(8, workspace.play.ShowPlayLine);
+    Cmd2_.setOn(9, workspace.play.LoopOn);
+    Lb1_.setOn(9, parts_.percussion);
+    Lb1_.setOn(10, !traditional);
+    Lb1_.setOn(11, traditional);
+    Lb1_.setOn(12, settings::read(app_.settings, settings::Accidentals));
+    Lb1_[12].setEnabled(traditional);
+    const RightClick mode = workspace.view.RightClickMode;
+    Lb1_.setOn(13, mode == RightClick::Erase);
+    Lb1_.setOn(14, mode == RightClick::Menu);
+    Lb1_.setOn(15, mode == RightClick::Tips);
+    app_.menu.prepare(app_.settings, parts_.percussion);
+    app_.menu.item("mnuerase").setChecked(mode == RightClick::Erase);
+    app_.menu.item("mnuMenu").setChecked(mode == RightClick::Menu);
+    app_.menu.item("mnuTips").setChecked(mode == RightClick::Tips);
+}
+
+} // namespace velmora
