@@ -19,6 +19,9 @@ public:
     /// Construct it before other threads start: it writes the environment for JACK's library.
     explicit LiveSound(const std::filesystem::path& soundFont, const AudioOutputSettings& settings = {})
         : LiveSound(createMidiBackends(), soundFont, settings) {}
+    /// Takes the back ends ready-made: who made them before other threads ran may construct this later.
+    LiveSound(std::vector<std::unique_ptr<MidiBackend>> backends, const std::filesystem::path& soundFont,
+              const AudioOutputSettings& settings = {});
     /// Ends every note, then the stream.
     ~LiveSound();
     LiveSound(const LiveSound&) = delete;
@@ -27,12 +30,6 @@ public:
     BuiltInSynth synth;
     AudioOutput output;
     MidiDevices devices;
-
-private:
-    /// Takes the back ends ready-made, so that the environment is written before the threads of the members
-    /// run.
-    LiveSound(std::vector<std::unique_ptr<MidiBackend>> backends, const std::filesystem::path& soundFont,
-              const AudioOutputSettings& settings);
 };
 
 } // namespace velmora

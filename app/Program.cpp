@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "app/Program.h"
+
+#include "shell/HelpLibrary.h"
+#include "shell/MessageBox.h"
+#include "shell/Settings.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <QTimer>
+
+#include <utility>
+
+namespace velmora {
+
+namespace {
+DevicesKey devicesKey(SettingsStore& settings) {
+    return {.read = [&settings]() -> std::optional<int> {
+                const bool stored = !settings.GetSetting("Settings", settings::Devices.key, "").empty();
+                return stored ? std::optional<int>(settings::read(settings, settings::Devices))
+                              : std::nullopt;
+            },
+            .write =
+                [&settings](int device) {
+                    settings::save(settings, settings::Devices, static_cast<std::int16_t>(device));
+                }};
+}
+} // namespace
+
+Program::Program(std::vector<std::unique_ptr<MidiBackend>> backends, std::filesystem::path score)
+    : backends_(std::move(backends))
+    , score_(std::move(score))
+    , settings_(settingsPath())
+    , folders_(ProgramFolders::ofUser())
+    , skins_(settings_)
+    , tips_(settings_)
+    , opener_(skins_, tips_) {
+    opener_.onStart = [this] { startComposing(); };
+    opener_.onExit = [] { QApplication::quit(); };
+}
+
+void Program::start() {
+    opener_.move(opener_.screen()->availableGeometry().center() - opener_.rect().center());
+    opener_.show();
+    // The first picture waits for nothing that makes sound.
+    QTimer::singleShot(0, &opener_, [this] { QTimer::singleShot(0, &opener_, [this] { loadSound(); }); });
+}
+
+void Program::loadSound() {
+    if (!sound_)
+        sound_ = std::make_unique<LiveSound>(std::move(backends_),
+                                             findSoundFont().value_or(std::filesystem::path()));
+}
+
+void Program::startComposing() {
+    loadSound();
+    devices_ = std::make_unique<DeviceChooser>(sound_->devices, devicesKey(settings_));
+    if (const auto message = devices_->startUpCheck()) {
+        tell(skins_, &opener_, QString::fromStdString(message->text), QString::fromStdString(message->title));
+        QApplication::quit();
+        return;
+    }
+    menu_ = std::make_unique<Frmmenu>();
+    workspace_ = std::make_unique<Workspace>(settings_, folders_);
+    application_.emplace(Application{.settings = settings_,
+                                     .folders = folders_,
+                                     .skins = skins_,
+                                     .menu = *menu_,
+                                     .tips = tips_,
+                                     .dialogs = dialogs_,
+                                     .loop = loop_,
+                                     .port = sound_->devices,
+                                     .devices = *devices_,
+                                     .workspace = *workspace_,
+                                     .openHelp = [this](const QString& page) { openHelp(page); },
+                                     .quit = [] { QApplication::quit(); }});
+    form1_ = std::make_unique<form1>(*application_);
+    dialogs_.setParent(form1_.get());
+    form1_->show();
+    if (!score_.empty())
+        QTimer::singleShot(0, form1_.get(), [this] { form1_->openScore(score_); });
+}
+
+void Program::openHelp(const QString& page) {
+    if (!help_) {
+        const auto folder = helpFolder();
+        help_ = std::make_unique<HelpWindow>(skins_, tips_, folder ? HelpLibrary(*folder) : HelpLibrary());
+    }
+    help_->open(page);
+}
+
+} // namespace velmora

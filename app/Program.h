@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "shell/ExToolTip.h"
+#include "shell/Frmmenu.h"
+#include "shell/HelpWindow.h"
+#include "shell/ProgramFolders.h"
+#include "shell/QtFileDialogs.h"
+#include "shell/QtMessageLoop.h"
+#include "shell/SettingsStore.h"
+#include "shell/frmskins.h"
+#include "shell/openerF.h"
+#include "sound/DeviceChooser.h"
+#include "sound/LiveSound.h"
+#include "tableau/Application.h"
+#include "tableau/Workspace.h"
+#include "tableau/form1.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace velmora {
+
+/// The windowed program: everything that there is one of, in the order in which it comes up. The start window
+/// first, with no more than it needs; the sound beside it once it has been painted; the rest when the user
+/// starts.
+class Program {
+public:
+    /// @param backends made before other threads ran
+    /// @param score opened after the start; blank for none
+    Program(std::vector<std::unique_ptr<MidiBackend>> backends, std::filesystem::path score);
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    /// Shows the start window. The event loop does the rest.
+    void start();
+
+private:
+    void loadSound();
+    void startComposing();
+    void openHelp(const QString& page);
+
+    std::vector<std::unique_ptr<MidiBackend>> backends_;
+    std::filesystem::path score_;
+    SettingsFile settings_;
+    ProgramFolders folders_;
+    frmskins skins_;
+    ExToolTip tips_;
+    openerF opener_;
+
+    std::unique_ptr<LiveSound> sound_;
+    QtMessageLoop loop_;
+    QtFileDialogs dialogs_;
+    std::unique_ptr<Frmmenu> menu_;
+    std::unique_ptr<DeviceChooser> devices_;
+    std::unique_ptr<Workspace> workspace_;
+    std::optional<Application> application_;
+    std::unique_ptr<HelpWindow> help_;
+    std::unique_ptr<form1> form1_;
+};
+
+} // namespace velmora

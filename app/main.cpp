@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "app/Program.h"
+#include "shell/MessageBox.h"
+#include "shell/SingleInstance.h"
+#include "sound/MidiBackends.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
+namespace {
+
+constexpr int kUsage = 2;
+
+/// The score that the user named, made independent of the current folder; blank for none.
+std::filesystem::path scoreArgument(int argc, char* argv[]) {
+    if (argc < 2)
+        return {};
+    std::error_code error;
+    auto path = std::filesystem::absolute(argv[1], error);
+    return error ? std::filesystem::path(argv[1]) : path;
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    using namespace velmora;
+    if (argc > 1 && std::strcmp(argv[1], "--version") == 0) {
+        std::puts("velmora " VELMORA_VERSION);
+        return 0;
+    }
+    // Before Qt has threads of its own: it writes the environment.
+    auto backends = createMidiBackends();
+    QApplication::setApplicationName("velmora");
+    QApplication::setDesktopFileName("velmora");
+    const QApplication application(argc, argv);
+    if (argc > 2) { // Qt has taken its own options out
+        std::fputs("Usage: velmora [FILE.sng]\n", stderr);
+        return kUsage;
+    }
+    const SingleInstance instance;
+    if (instance.alreadyRunning()) {
+        SettingsFile settings(settingsPath());
+        frmskins skins(settings);
+        tell(skins, nullptr, "Velmora is already running.");
+        return 0;
+    }
+    QApplication::setQuitOnLastWindowClosed(false);
+    Program program(std::move(backends), scoreArgument(argc, argv));
+    program.start();
+    return QApplication::exec();
+}
