@@ -1,0 +1,146 @@
+# SPDX-License-Identifier: GPL-2.0-or-later
+"""Scores: opened, played, saved and lost on purpose only."""
+
+import os
+import subprocess
+import time
+
+import program as programs
+from desktop import wait_for
+from journey import MARCH, Journey
+from program import SAVE_DIALOG
+
+
+def notes(path):
+    """Every message that playing the score sends."""
+    done = subprocess.run([programs.cli, "trace", path], capture_output=True, text=True, timeout=120)
+    if done.returncode != 0:
+        raise AssertionError(done.stderr)
+    return done.stdout
+
+
+def length(path):
+    done = subprocess.run([programs.cli, "info", path], capture_output=True, text=True, timeout=60)
+    return [line for line in done.stdout.splitlines() if line.startswith("SongEnd")]
+
+
+class Scores(Journey):
+    def open_march(self):
+        program = self.compose(MARCH)
+        program.title_becomes("Velmora - march.sng")
+        return program
+
+    def ask(self, program):
+        self.screen.key("ctrl+q")
+        question = wait_for(program.question, "the question")
+        program.focus(question)
+
+    def wakes(self, program):
+        """How often the main thread has run."""
+        with open(f"/proc/{program.process.pid}/status") as status:
+            return sum(int(line.split()[1]) for line in status if "ctxt_switches" in line)
+
+    def plays(self, program):
+        """Its thread wakes at every step of the score, and not at all at rest."""
+        for _ in range(3):
+            before = self.wakes(program)
+            time.sleep(0.4)  # a look at a stretch of time; what is waited for is the answer
+            if self.wakes(program) - before < 2:
+                return False
+        return True
+
+    def test_space_plays_and_space_stops(self):
+        program = self.open_march()
+        wait_for(lambda: not self.plays(program), "rest")
+        self.screen.key("space")
+        wait_for(lambda: self.plays(program), "playing")
+        self.screen.key("space")
+        wait_for(lambda: not self.plays(program), "rest")
+        self.ask(program)  # the score is still there
+        self.screen.key("alt+n")
+        program.ends()
+
+    def test_it_closes_while_it_plays(self):
+        program = self.open_march()
+        self.screen.key("space")
+        wait_for(lambda: self.plays(program), "playing")
+        self.ask(program)
+        self.screen.key("alt+n")
+        program.ends()
+
+    def test_escape_in_the_question_keeps_the_program_and_no_ends_it(self):
+        program = self.open_march()
+        self.ask(program)
+        self.screen.key("Escape")
+        wait_for(lambda: not program.question(), "the question's end")
+        program.focus(program.window)
+        self.ask(program)
+        self.screen.key("alt+n")
+        program.ends()
+
+    def test_yes_saves_under_the_typed_name_and_ends(self):
+        program = self.open_march()
+        path = self.user.path("home", "my march.sng")
+        self.ask(program)
+        self.screen.key("alt+y")
+        program.save_as(path)
+        program.ends()
+        self.assertEqual(notes(path), notes(MARCH))
+        self.assertEqual(length(path), ["SongEnd: 928"])
+
+    def test_cancel_in_the_save_dialog_keeps_the_program_and_the_score(self):
+        program = self.open_march()
+        self.ask(program)
+        self.screen.key("alt+y")
+        program.focus(self.screen.window(SAVE_DIALOG))
+        self.screen.key("Escape")
+        self.screen.gone(SAVE_DIALOG)
+        program.focus(program.window)
+        path = self.user.path("home", "kept.sng")
+        self.screen.key("ctrl+s")
+        program.save_as(path)
+        program.title_becomes("Velmora - kept.sng")
+        self.assertEqual(notes(path), notes(MARCH))
+        program.close()
+
+    def test_a_file_in_the_way_is_replaced_only_after_a_yes(self):
+        program = self.open_march()
+        path = self.user.path("home", "old.sng")
+        with open(path, "w") as file:
+            file.write("old")
+        self.screen.key("ctrl+s")
+        program.save_as(path)
+        box = wait_for(lambda: len(found := self.screen.windows(SAVE_DIALOG)) == 2 and found[-1], "the question")
+        program.focus(box)
+        self.screen.key("Escape")
+        wait_for(lambda: len(self.screen.windows(SAVE_DIALOG)) == 1, "the question's end")
+        with open(path) as file:
+            self.assertEqual(file.read(), "old")
+        program.focus(self.screen.window(SAVE_DIALOG))
+        self.screen.key("Return")
+        box = wait_for(lambda: len(found := self.screen.windows(SAVE_DIALOG)) == 2 and found[-1], "the question")
+        program.focus(box)
+        self.screen.key("alt+y")
+        self.screen.gone(SAVE_DIALOG)
+        program.title_becomes("Velmora - old.sng")
+        self.assertEqual(notes(path), notes(MARCH))
+        program.close()
+
+    def test_ctrl_z_brings_a_cleared_score_back(self):
+        program = self.open_march()
+        self.screen.key("ctrl+n")
+        program.title_becomes("Velmora")
+        self.screen.key("ctrl+z")
+        program.title_becomes("Velmora - march.sng")
+        path = self.user.path("home", "back.sng")
+        self.screen.key("ctrl+s")
+        program.save_as(path)
+        program.title_becomes("Velmora - back.sng")
+        self.assertEqual(notes(path), notes(MARCH))
+        program.close()
+
+    def test_an_empty_score_closes_without_a_question(self):
+        program = self.compose()
+        self.screen.key("ctrl+q")
+        program.ends()
+        self.assertFalse(os.path.exists(self.user.path("data", "Songs", "temp.sng")))
