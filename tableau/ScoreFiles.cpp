@@ -53,8 +53,7 @@ ScoreFiles::Outcome ScoreFiles::open(const fs::path& file) {
 }
 
 ScoreFiles::Outcome ScoreFiles::saveAs() {
-    workspace_.score.FindEndOfSong();
-    if (workspace_.score.SongEnd < 1)
+    if (!workspace_.holdsNotes())
         return {};
     const std::string& current = workspace_.score.currentFile;
     const ChosenFile chosen =

@@ -73,6 +73,11 @@ void Workspace::toggleMuted(int channel) {
         score.FindEndOfSong();
 }
 
+bool Workspace::holdsNotes() {
+    score.FindEndOfSong();
+    return score.SongEnd > 0 || !score.usedChannels().empty();
+}
+
 void Workspace::clear() {
     const bool kept = canBringBack();
     undo.SaveforUndo(score, setup);

@@ -37,6 +37,9 @@ struct Workspace {
     void selectChannel(int channel);
     /// Has playing and the search for the song's end skip the channel, or visit it again.
     void toggleMuted(int channel);
+    /// Whether there is anything to save, once `FindEndOfSong` has run: also what that leaves out, notes of
+    /// muted channels and a single one in position 0.
+    [[nodiscard]] bool holdsNotes();
     /// Empties everything: a new score. `undoLast` brings the old one back.
     void clear();
     /// Keeps the whole score before something takes its place. One without notes does not displace a score

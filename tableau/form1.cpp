@@ -183,9 +183,9 @@ void form1::showAll() {
     TopBarOverlay_->setField(TopBarOverlay::LblNoteName, " -");
     TopBarOverlay_->setField(TopBarOverlay::Label7, "-");
     TopBarOverlay_->setField(TopBarOverlay::LblVol, "127");
-    TopBarOverlay_->setField(TopBarOverlay::LblInst,
-                             toQString(std::string(nameOfCode(
-                                 score.ChannelInstrument[static_cast<std::size_t>(score.ActiveChannel)]))));
+    TopBarOverlay_->setField(
+        TopBarOverlay::LblInst,
+        toQString(nameOfCode(score.ChannelInstrument[static_cast<std::size_t>(score.ActiveChannel)])));
     TopBarOverlay_->setField(TopBarOverlay::LblNumnotes, toQString(noteCountText(score.SongEnd)));
     Picmain_->show(score);
     PrintTopBar();
@@ -259,8 +259,7 @@ void form1::Command32_Click() {
 
 /// Whether the user lets the window go. Who wants to save and then doesn't keeps the window, and the score.
 bool form1::mayClose() {
-    app_.workspace.score.FindEndOfSong();
-    if (app_.workspace.score.SongEnd <= 0)
+    if (!app_.workspace.holdsNotes())
         return true;
     switch (askYesNo(skins(), this, "Do you want to save your composition?")) {
     case Answer::Yes:

@@ -79,6 +79,29 @@ TEST_F(form1CloseTest, AFailedSaveIsSaidAndKeepsWindowAndScore) {
     expectKept();
 }
 
+TEST_F(form1CloseTest, NotesOfMutedChannelsAreAskedAboutAndSaved) {
+    putNotes(score(), 0, 60, 4);
+    score().ChannelMuted[0] = true;
+    shown();
+    dialogs.answers = {{(folders.home() / "muted").string(), 1}};
+    answer("yes");
+    window().Command3_Click();
+    Score read;
+    SetupState setup;
+    ASSERT_TRUE(OpenPoliFile(folders.home() / "muted.sng", read, setup));
+    EXPECT_EQ(read.usedChannels(), std::vector{0});
+    expectGone();
+}
+
+TEST_F(form1CloseTest, ASingleNoteInPositionZeroIsAskedAboutToo) {
+    score().NoteCell.set(0, 0, 60);
+    shown();
+    answer("no");
+    window().Command3_Click();
+    EXPECT_EQ(question, "Do you want to save your composition?");
+    expectGone();
+}
+
 TEST_F(form1CloseTest, NoLeavesWithoutSaving) {
     putNotes(score(), 0, 60, 4);
     shown();
