@@ -8,8 +8,17 @@
 #include <QApplication>
 
 #include <algorithm>
+#include <array>
 
 namespace velmora {
+
+namespace {
+/// Parts to which a desktop's theme may give a font of their own, which goes before the application's.
+constexpr std::array kThemedParts{"QMenu",         "QMenuBar",          "QMessageBox",  "QPushButton",
+                                  "QToolButton",   "QCheckBox",         "QRadioButton", "QLabel",
+                                  "QListView",     "QAbstractItemView", "QHeaderView",  "QComboLineEdit",
+                                  "QComboMenuItem"};
+} // namespace
 
 frmskins::frmskins(SettingsStore& settings)
     : settings_(settings)
@@ -18,6 +27,8 @@ frmskins::frmskins(SettingsStore& settings)
     style_ = new SkinStyle(look_); // Qt's to delete
     QApplication::setStyle(style_);
     QApplication::setFont(textFont());
+    for (const char* part : kThemedParts)
+        QApplication::setFont(textFont(), part);
     QApplication::setPalette(skinPalette(look_.skin()));
 }
 
