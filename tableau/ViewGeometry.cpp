@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "tableau/ViewGeometry.h"
+
+#include "score/Numbers.h"
+#include "score/ViewState.h"
+
+#include <algorithm>
+
+namespace velmora {
+
+namespace {
+constexpr int kSides = 70;       ///< what stands left and right of `MusicBox`
+constexpr int kUnseenEnd = 10;   ///< the last positions are not scrolled to
+constexpr int kRailEnd = 10;     ///< the end of a rail, which a drag does not reach
+constexpr int kMostRows = 32767; ///< of a window that no screen holds
+} // namespace
+
+void resizeView(ViewState& view, int windowWidth, int picmainHeight, int numNotes) {
+    view.ViewColumns = std::max(0, (windowWidth - kSides) / kColumnWidth - 1);
+    // More rows than fit: a bound for painting, not a count of what is seen. That is meant.
+    const double pitch = std::max(1, view.Line_Height) / 12.0 * 16;
+    view.ViewRows = static_cast<int>(std::min<double>(kMostRows, roundHalfEven(picmainHeight / pitch + 12)));
+    view.ViewLastColumn = std::min(view.ViewFirstColumn + view.ViewColumns, numNotes - 1);
+    view.ViewFirstColumn = std::max(0, view.ViewLastColumn - view.ViewColumns);
+    view.ViewTopRow = std::max(0, view.ViewBottomRow() - view.ViewRows);
+}
+
+ScrollRange columnRange(const ViewState& view, int songEnd) {
+    const int least = view.ViewHalfColumns();
+    return {least, std::max(least, view.ViewColumns * 2 + songEnd), view.ViewColumns * 2 + least};
+}
+
+ScrollRange rowRange(const ViewState& view, int musicBoxHeight) {
+    const int seen = std::clamp(musicBoxHeight / std::max(1, view.Line_Height), 1, kLastRow + 1);
+    const int least = view.ViewHalfRows() - 1;
+    return {least, least + kLastRow + 1 - seen, seen};
+}
+
+int columnValue(const ViewState& view) {
+    return view.ViewFirstColumn + view.ViewHalfColumns();
+}
+
+int rowValue(const ViewState& view) {
+    return view.ViewTopRow + view.ViewHalfRows() - 1;
+}
+
+void scrollToColumn(ViewState& view, int value, int numNotes) {
+    view.ViewFirstColumn = std::max(0, value - view.ViewHalfColumns());
+    view.ViewLastColumn = std::min(view.ViewColumns + view.ViewFirstColumn, numNotes - kUnseenEnd);
+}
+
+void scrollToRow(ViewState& view, int value) {
+    view.ViewTopRow = std::max(0, value - view.ViewHalfRows() + 1);
+}
+
+int railValue(const ViewState& view, int songEnd, int place, int length) {
+    if (length <= kRailEnd)
+        return view.ViewHalfColumns();
+    const int at = std::clamp(place, 0, length - kRailEnd);
+    const double columns = static_cast<double>(at) / length * (view.ViewColumns * 4 + songEnd);
+    return view.ViewHalfColumns() + static_cast<int>(columns);
+}
+
+} // namespace velmora

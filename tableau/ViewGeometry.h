@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+namespace velmora {
+
+struct ViewState;
+
+// How much of the Score the Tableau shows, and where scrolling takes it. Lengths are pixels.
+
+/// Columns and rows for a window @p windowWidth wide whose `Picmain` is @p picmainHeight high; the view then
+/// moves as far as it must to end within the Score. It never begins before position 0 or above row 0.
+void resizeView(ViewState& view, int windowWidth, int picmainHeight, int numNotes);
+
+/// A range of a scroll bar. Its value names the middle of the view.
+struct ScrollRange {
+    int minimum = 0;
+    int maximum = 0;
+    int page = 1; ///< length of the thumb, in the same unit
+};
+/// `HScroll1` goes two views past the end of the song.
+[[nodiscard]] ScrollRange columnRange(const ViewState& view, int songEnd);
+/// `VScroll1`, for a `MusicBox` of that height: to where the last row stands at its foot.
+[[nodiscard]] ScrollRange rowRange(const ViewState& view, int musicBoxHeight);
+
+[[nodiscard]] int columnValue(const ViewState& view); ///< of `HScroll1` for where the view is
+[[nodiscard]] int rowValue(const ViewState& view);    ///< of `VScroll1` likewise
+
+/// `HScroll1` changed to @p value.
+void scrollToColumn(ViewState& view, int value, int numNotes);
+/// `VScroll1` changed to @p value.
+void scrollToRow(ViewState& view, int value);
+
+/// The value of `HScroll1` for a press or drag at @p place along the rail `Label10`.
+[[nodiscard]] int railValue(const ViewState& view, int songEnd, int place, int length);
+
+} // namespace velmora

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "tableau/ViewGeometry.h"
+
+#include "score/ViewState.h"
+
+#include <gmock/gmock.h>
+
+using namespace velmora;
+
+namespace {
+ViewState resized(int width, int height, ViewState view = {}, int numNotes = 1000) {
+    resizeView(view, width, height, numNotes);
+    return view;
+}
+} // namespace
+
+TEST(ViewGeometryTest, ColumnsAreTwelvePixelsWideAndCountedLessOne) {
+    EXPECT_EQ(resized(1366, 554).ViewColumns, (1366 - 70) / 12 - 1);
+    EXPECT_EQ(resized(1366, 554).ViewColumns, resized(1377, 554).ViewColumns);
+    EXPECT_EQ(resized(1378, 554).ViewColumns, resized(1366, 554).ViewColumns + 1);
+    EXPECT_EQ(resized(20, 554).ViewColumns, 0) << "a window of no width";
+}
+
+TEST(ViewGeometryTest, MoreRowsArePaintedThanFit) {
+    EXPECT_EQ(resized(1366, 554).ViewRows, 64) << "554 / (8 / 12 * 16) + 12 = 63.94";
+    EXPECT_EQ(resized(1366, 544).ViewRows, 63);
+    ViewState tall;
+    tall.Line_Height = 12;
+    EXPECT_EQ(resized(1366, 552, tall).ViewRows, 46) << "46.5, rounded to the even number";
+    EXPECT_EQ(resized(1366, 584, tall).ViewRows, 48) << "48.5";
+    tall.Line_Height = 0;
+    EXPECT_GT(resized(1366, 600, tall).ViewRows, 0);
+}
+
+TEST(ViewGeometryTest, HalvesAreWholeNumbers) {
+    ViewState view;
+    view.ViewColumns = 98;
+    view.ViewRows = 7;
+    EXPECT_EQ(view.ViewHalfColumns(), 49);
+    EXPECT_EQ(view.ViewHalfRows(), 4);
+}
+
+TEST(ViewGeometryTest, TheViewEndsWithinTheScore) {
+    ViewState late;
+    late.ViewFirstColumn = 950;
+    const ViewState view = resized(1366, 554, late);
+    EXPECT_EQ(view.ViewLastColumn, 999);
+    EXPECT_EQ(view.ViewFirstColumn, 999 - view.ViewColumns);
+}
+
+TEST(ViewGeometryTest, AScoreShorterThanTheViewBeginsAtItsBeginning) {
+    const ViewState view = resized(1366, 554, {}, 20);
+    EXPECT_EQ(view.ViewFirstColumn, 0);
+    EXPECT_EQ(view.ViewLastColumn, 19);
+}
+
+TEST(ViewGeometryTest, TheViewEndsAtTheLowestRow) {
+    ViewState low;
+    low.ViewTopRow = 100;
+    const ViewState view = resized(1366, 554, low);
+    EXPECT_EQ(view.ViewBottomRow(), 127);
+    EXPECT_EQ(view.ViewTopRow, 127 - 64);
+}
+
+TEST(ViewGeometryTest, OnAVeryTallWindowTheHighestRowStandsAtTheTop) {
+    const ViewState view = resized(3840, 1950);
+    EXPECT_GT(view.ViewRows, 127);
+    EXPECT_EQ(view.ViewTopRow, 0);
+}
+
+TEST(ViewGeometryTest, TheBarsValueNamesTheMiddleOfTheView) {
+    ViewState view = resized(1366, 554);
+    EXPECT_EQ(view.ViewHalfColumns(), 54);
+    EXPECT_EQ(columnValue(view), 54);
+    scrollToColumn(view, 154, 1000);
+    EXPECT_EQ(view.ViewFirstColumn, 100);
+    EXPECT_EQ(view.ViewLastColumn, 207);
+    EXPECT_EQ(columnValue(view), 154);
+    scrollToColumn(view, 1040, 1000);
+    EXPECT_EQ(view.ViewFirstColumn, 986);
+    EXPECT_EQ(view.ViewLastColumn, 990) << "ten before the end";
+}
+
+TEST(ViewGeometryTest, RowsLikewise) {
+    ViewState view = resized(1366, 554);
+    const int value = rowValue(view);
+    EXPECT_EQ(value, 42 + 32 - 1);
+    scrollToRow(view, value + 5);
+    EXPECT_EQ(view.ViewTopRow, 47);
+    EXPECT_EQ(rowValue(view), value + 5);
+}
+
+TEST(ViewGeometryTest, HScroll1GoesTwoViewsPastTheSong) {
+    const ViewState view = resized(1366, 554);
+    EXPECT_EQ(columnRange(view, 0).minimum, 54);
+    EXPECT_EQ(columnRange(view, 0).maximum, 214);
+    EXPECT_EQ(columnRange(view, 300).maximum, 514);
+}
+
+TEST(ViewGeometryTest, VScroll1ReachesFromTheHighestToTheLowestRow) {
+    ViewState view = resized(1366, 554);
+    const ScrollRange range = rowRange(view, 405);
+    scrollToRow(view, range.minimum);
+    EXPECT_EQ(view.ViewTopRow, 0);
+    scrollToRow(view, range.maximum);
+    EXPECT_EQ(view.ViewTopRow, 128 - 50) << "of which 50 fit";
+    EXPECT_EQ(rowRange(view, 5000).maximum, rowRange(view, 5000).minimum) << "all rows are seen";
+}
+
+TEST(ViewGeometryTest, APlaceOnTheRailIsAShareOfFourViewsAndTheSong) {
+    const ViewState view = resized(1366, 554);
+    EXPECT_EQ(railValue(view, 300, 0, 1000), 54);
+    EXPECT_EQ(railValue(view, 300, 500, 1000), 54 + (107 * 4 + 300) / 2);
+    EXPECT_EQ(railValue(view, 300, 333, 1000), 54 + 242) << "the whole part of 242.4";
+    EXPECT_EQ(railValue(view, 300, -20, 1000), 54) << "not before its beginning";
+    EXPECT_EQ(railValue(view, 300, 2000, 1000), railValue(view, 300, 990, 1000)) << "ten before its end";
+    EXPECT_EQ(railValue(view, 300, 5, 0), 54);
+}
+
+TEST(ViewGeometryTest, TheThumbStandsWhereTheRailTakesIt) {
+    // A bar draws its thumb at (value - minimum) / (maximum - minimum + page) of its rail.
+    const ViewState view = resized(1366, 554);
+    for (const int songEnd : {0, 300, 5000}) {
+        const ScrollRange range = columnRange(view, songEnd);
+        const int value = railValue(view, songEnd, 250, 1000);
+        const double at = 1000.0 * (value - range.minimum) / (range.maximum - range.minimum + range.page);
+        EXPECT_NEAR(at, 250, 3) << songEnd;
+    }
+}
