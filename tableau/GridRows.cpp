@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "tableau/GridRows.h"
+
+#include "tableau/ClefPainter.h"
+#include "tableau/GuidePainter.h"
+#include "tableau/PixelSurface.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace velmora {
+
+namespace {
+constexpr QRgb kSharpBand = qRgb(248, 241, 231);
+constexpr int kBandTop = 3;
+constexpr int kBandBottom = 7;
+
+// What a row is; a staff line hides all else.
+constexpr std::uint8_t kBand = 1;
+constexpr std::uint8_t kStaff = 2;
+constexpr std::uint8_t kStaffLine = 4;
+
+bool isNamed(int row) {
+    return row >= 0 && row <= kLastRow;
+}
+/// The beat step is `Notes per measure` / `TxtMeter`, which need be no whole number.
+bool isBeat(int position, int notesPerMeasure, int meter) {
+    return notesPerMeasure > 0 && meter > 0 && std::int64_t{position} * meter % notesPerMeasure == 0;
+}
+} // namespace
+
+GridLook gridLook(const PixelSurface& surface, const TableauScene& scene) {
+    const ViewState& view = scene.view;
+    return {.size = surface.rect().size(),
+            .scale = surface.scale(),
+            .firstColumn = view.ViewFirstColumn,
+            .topRow = view.ViewTopRow,
+            .bottomRow = view.ViewBottomRow(),
+            .lineHeight = view.Line_Height,
+            .notesPerMeasure = scene.score.NotesPerMeasure,
+            .meter = scene.setup.TxtMeter,
+            .sharpGuides = view.Show_Sharp_guides,
+            .treble = scene.setup.ChTreble,
+            .bass = scene.setup.ChBass};
+}
+
+bool GridRows::renew(const GridLook& look) {
+    if (look_ == look)
+        return false;
+    look_ = look;
+    lines_.emplace(
+        look.size.width(), look.scale, look.firstColumn,
+        [&](int position) { return isBeat(position, look.notesPerMeasure, look.meter); },
+        [&](int position) { return isMultiple(position, look.notesPerMeasure); });
+    sortRows();
+    const int width = look.size.width();
+    for (std::uint8_t kind = 0; kind < kKinds; ++kind) {
+        Row& row = rows_[kind];
+        row.resize(static_cast<std::size_t>(width));
+        composeUnder(row.data(), width, kind);
+        composeOver(row.data(), width, kind);
+    }
+    paintClefs();
+    return true;
+}
+
+int GridRows::device(double logical) const {
+    return std::clamp(deviceEdge(logical, look_->scale), 0, look_->size.height());
+}
+
+void GridRows::sortRows() {
+    kinds_.assign(static_cast<std::size_t>(look_->size.height()), 0);
+    for (int row = std::max(look_->topRow, 0); look_->sharpGuides && row <= look_->bottomRow; ++row) {
+        if (!isSharpRow(row))
+            continue;
+        const double y = (static_cast<double>(row) - look_->topRow) * look_->lineHeight;
+        std::fill(kinds_.begin() + device(y + kBandTop), kinds_.begin() + device(y + kBandBottom + 1), kBand);
+    }
+    if (!isNamed(look_->topRow))
+        return;
+    if (look_->treble)
+        sortStaff(kTrebleRows);
+    if (look_->bass)
+        sortStaff(kBassRows);
+}
+
+/// A staff that is scrolled out at the top stays what it is further down.
+void GridRows::sortStaff(const std::array<int, 5>& staff) {
+    const auto y = [&](int row) {
+        return (static_cast<double>(row) - look_->topRow) * look_->lineHeight + 5;
+    };
+    const int thickness = deviceLine(look_->scale);
+    for (int row = staff.front(); row <= std::min(staff.back(), look_->bottomRow); ++row)
+        for (int line = device(y(row)); line < device(y(row + 1)) && row < staff.back(); ++line)
+            kinds_[static_cast<std::size_t>(line)] |= kStaff;
+    for (const int row : staff) {
+        const int top = deviceEdge(y(row), look_->scale);
+        for (int line = std::max(top, 0); row >= look_->topRow && row <= look_->bottomRow &&
+                                          line < std::min(top + thickness, look_->size.height());
+             ++line)
+            kinds_[static_cast<std::size_t>(line)] = kStaffLine;
+    }
+}
+
+void GridRows::composeUnder(QRgb* row, int width, std::uint8_t kind) const {
+    std::fill_n(row, width, (kind & kBand) != 0 ? kSharpBand : kPaper);
+    writeLines(row, width, lines_->cells, lines_->thickness, kCellLine);
+}
+
+void GridRows::composeOver(QRgb* row, int width, std::uint8_t kind) const {
+    if (kind == kStaffLine) {
+        std::fill_n(row, width, kInk);
+        return;
+    }
+    writeLines(row, width, lines_->measures, lines_->thickness, kMeasureLine);
+    if ((kind & kStaff) == 0)
+        return;
+    writeLines(row, width, lines_->beats, lines_->thickness, kBeatLine);
+    writeLines(row, width, lines_->measures, lines_->thickness, kInk);
+}
+
+void GridRows::paintClefs() {
+    clefs_ = {};
+    const GridLook& look = *look_;
+    if (!isNamed(look.topRow) || look.lineHeight <= 0 || !(look.treble || look.bass))
+        return;
+    const auto y = [&](int row) { return (row - look.topRow) * look.lineHeight + 5; };
+    const int width = std::min(look.size.width(), deviceEdge(clefsWidth(look.lineHeight), look.scale));
+    clefs_ = QImage(width, look.size.height(), QImage::Format_RGB32);
+    const auto line = [&](int at) { return reinterpret_cast<QRgb*>(clefs_.scanLine(at)); };
+    for (int at = 0; at < clefs_.height(); ++at)
+        composeUnder(line(at), width, kinds_[static_cast<std::size_t>(at)]);
+    QPainter painter(&clefs_);
+    painter.scale(look.scale, look.scale);
+    if (look.treble)
+        paintTrebleClef(painter, y(kTrebleRows.front()), look.lineHeight);
+    if (look.bass)
+        paintBassClef(painter, y(kBassRows[1]), look.lineHeight);
+    painter.end();
+    for (int at = 0; at < clefs_.height(); ++at)
+        composeOver(line(at), width, kinds_[static_cast<std::size_t>(at)]);
+}
+
+void GridRows::restore(PixelSurface& surface, const QRect& rect) const {
+    const QRect inside = rect & surface.rect();
+    const int left = inside.left();
+    const int right = left + inside.width();
+    const int split = std::clamp(clefs_.width(), left, right);
+    const auto copy = [&](QRgb* to, const QRgb* from, int first, int end) {
+        if (end > first)
+            std::memcpy(to + first, from + first, static_cast<std::size_t>(end - first) * sizeof(QRgb));
+    };
+    for (int y = inside.top(); y <= inside.bottom(); ++y) {
+        QRgb* row = surface.row(y);
+        if (split > left)
+            copy(row, reinterpret_cast<const QRgb*>(clefs_.constScanLine(y)), left, split);
+        copy(row, rows_[kinds_[static_cast<std::size_t>(y)]].data(), split, right);
+    }
+}
+
+} // namespace velmora

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "tableau/ColumnLines.h"
+#include "tableau/TableauScene.h"
+
+#include <QImage>
+#include <QRect>
+#include <QSize>
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace velmora {
+
+class PixelSurface;
+
+/// Everything that decides how `MusicBox` looks without notes.
+struct GridLook {
+    QSize size; ///< pixels of the device
+    qreal scale = 1;
+    int firstColumn = 0, topRow = 0, bottomRow = 0, lineHeight = 0;
+    int notesPerMeasure = 0, meter = 0;
+    bool sharpGuides = false, treble = false, bass = false;
+
+    bool operator==(const GridLook&) const = default;
+};
+[[nodiscard]] GridLook gridLook(const PixelSurface& surface, const TableauScene& scene);
+
+/// `MusicBox` without notes. Its rows are of five kinds, and one of each is kept: they stay in the
+/// processor's cache, where a copy of the whole picture would not. Only the clefs, at the left, differ from
+/// row to row.
+class GridRows {
+public:
+    /// Makes the rows anew if the look is another than last time; true if so.
+    bool renew(const GridLook& look);
+    /// Writes the rectangle, in pixels of the device, as it is without notes.
+    void restore(PixelSurface& surface, const QRect& rect) const;
+
+private:
+    static constexpr int kKinds = 5;
+    using Row = std::vector<QRgb>;
+
+    void sortRows();
+    void sortStaff(const std::array<int, 5>& staff);
+    void composeUnder(QRgb* row, int width, std::uint8_t kind) const;
+    void composeOver(QRgb* row, int width, std::uint8_t kind) const;
+    void paintClefs();
+    [[nodiscard]] int device(double logical) const;
+
+    std::optional<GridLook> look_;
+    std::optional<ColumnLines> lines_;
+    std::vector<std::uint8_t> kinds_; ///< of each row of the device
+    std::array<Row, kKinds> rows_;
+    QImage clefs_; ///< the left edge, if a clef stands there
+};
+
+} // namespace velmora

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "tableau/GuidePainter.h"
+
+#include "score/Score.h"
+#include "shell/SkinPainter.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace velmora {
+
+namespace {
+constexpr Rgb kGround{102, 122, 121}; ///< the one lightness on which white and black names both read
+constexpr int kTextToLine = 5;        ///< from the top of a name to the line through its row
+constexpr int kRightMargin = 8;
+constexpr int kSmallRows = 9; ///< rows lower than this get the smaller font
+/// 6 and 7 points on a screen of 96 dots an inch.
+constexpr int kSmallFont = 8;
+constexpr int kFont = 9;
+/// From the top of a name to its baseline.
+constexpr int kBaseline = 8;
+
+bool isStaffRow(int row) {
+    return std::ranges::find(kTrebleRows, row) != kTrebleRows.end() ||
+           std::ranges::find(kBassRows, row) != kBassRows.end();
+}
+QString nameOf(int row) {
+    return QString::fromStdString(NoteNames()[static_cast<std::size_t>(row)]);
+}
+/// The rows that have a name and are painted.
+int firstRow(const ViewState& view) {
+    return std::max(view.ViewTopRow, 0);
+}
+} // namespace
+
+double staffLineY(int row, const ViewState& view) {
+    return (static_cast<double>(row) - view.ViewTopRow) * view.Line_Height + kTextToLine;
+}
+
+StaffLines staffLines(const ViewState& view) {
+    StaffLines lines;
+    const auto record = [&](const std::array<int, 5>& rows, std::array<std::optional<int>, 5>& found) {
+        for (std::size_t line = 0; line < rows.size(); ++line)
+            if (rows[line] >= view.ViewTopRow && rows[line] <= view.ViewBottomRow())
+                found[line] = static_cast<int>(staffLineY(rows[line], view));
+    };
+    record(kTrebleRows, lines.treble);
+    record(kBassRows, lines.bass);
+    return lines;
+}
+
+bool isSharpRow(int row) {
+    return row >= 0 && row <= kLastRow && NoteNames()[static_cast<std::size_t>(row)].back() == '#';
+}
+
+void paintGuide(QPainter& painter, const QRect& picX, const ViewState& view) {
+    painter.save();
+    painter.setClipRect(picX);
+    painter.fillRect(picX, toQColor(kGround));
+    painter.setFont(textFont(view.Line_Height < kSmallRows ? kSmallFont : kFont));
+    const QFontMetricsF metrics(painter.font());
+    for (int row = firstRow(view); row <= view.ViewBottomRow(); ++row) {
+        const double y = picX.top() + (static_cast<double>(row) - view.ViewTopRow) * view.Line_Height;
+        if (y > picX.bottom())
+            break;
+        painter.setPen(isStaffRow(row) ? Qt::black : Qt::white);
+        const QString name = nameOf(row);
+        painter.drawText(
+            QPointF(picX.right() + 1 - kRightMargin - metrics.horizontalAdvance(name), y + kBaseline), name);
+    }
+    painter.restore();
+}
+
+QString sideBarText(const ViewState& view) {
+    QStringList names;
+    for (int row = firstRow(view); row <= view.ViewBottomRow(); ++row)
+        names << nameOf(row);
+    return names.join(u'\n');
+}
+
+} // namespace velmora

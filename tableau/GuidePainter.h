@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "score/ViewState.h"
+
+#include <QString>
+
+#include <array>
+#include <optional>
+
+class QPainter;
+class QRect;
+
+namespace velmora {
+
+/// Where the staff lines stand on `MusicBox`, from the top; none for a line whose row is not in view.
+struct StaffLines {
+    std::array<std::optional<int>, 5> treble, bass;
+};
+[[nodiscard]] StaffLines staffLines(const ViewState& view);
+
+/// Rows of the staff lines, from the top: "6F" to "5E" and "4A" to "3G".
+inline constexpr std::array<int, 5> kTrebleRows{50, 53, 56, 60, 63};
+inline constexpr std::array<int, 5> kBassRows{70, 74, 77, 80, 84};
+/// The y on `MusicBox` of a staff line, for a row in view or not.
+[[nodiscard]] double staffLineY(int row, const ViewState& view);
+
+/// `RowIsSharp`: the row's name ends in "#". Most black keys carry flat names, so only C# and F# do.
+[[nodiscard]] bool isSharpRow(int row);
+
+/// Names of the rows on the guide `PicX`.
+void paintGuide(QPainter& painter, const QRect& picX, const ViewState& view);
+/// The same names, as `SideBar` holds them, a line each.
+[[nodiscard]] QString sideBarText(const ViewState& view);
+
+} // namespace velmora

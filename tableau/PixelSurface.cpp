@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "tableau/PixelSurface.h"
+
+#include "tableau/Stamp.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace velmora {
+
+namespace {
+constexpr std::uint32_t kRedBlue = 0x00ff00ff;
+constexpr std::uint32_t kHalves = 0x00800080;
+constexpr std::uint32_t kStripAlpha = 100;
+constexpr double kFarAway = 1e6; ///< beyond every picture
+
+/// Two channels divided by 255, rounded.
+constexpr std::uint32_t dividedBy255(std::uint32_t pair) {
+    pair += kHalves;
+    return ((pair + ((pair >> 8U) & kRedBlue)) >> 8U) & kRedBlue;
+}
+constexpr QRgb mixed(QRgb below, std::uint32_t belowAlpha, QRgb above, std::uint32_t aboveAlpha) {
+    const std::uint32_t redBlue = (below & kRedBlue) * belowAlpha + (above & kRedBlue) * aboveAlpha;
+    const std::uint32_t alphaGreen =
+        ((below >> 8U) & kRedBlue) * belowAlpha + ((above >> 8U) & kRedBlue) * aboveAlpha;
+    return dividedBy255(redBlue) | dividedBy255(alphaGreen) << 8U;
+}
+/// @p above premultiplied
+constexpr QRgb over(QRgb below, QRgb above) {
+    const std::uint32_t through = 255U - (above >> 24U);
+    return above + (dividedBy255((below & kRedBlue) * through) |
+                    dividedBy255(((below >> 8U) & kRedBlue) * through) << 8U);
+}
+
+void blendRow(QRgb* below, const QRgb* above, int from, int to) {
+    for (int x = from; x < to; ++x)
+        below[x] = over(below[x], above[x]);
+}
+} // namespace
+
+int deviceEdge(double logical, qreal scale) {
+    return static_cast<int>(std::floor(std::clamp(logical * scale, -kFarAway, kFarAway) + 0.5));
+}
+
+int deviceLine(qreal scale) {
+    return std::max(1, static_cast<int>(std::floor(scale)));
+}
+
+PixelSurface::PixelSurface(QImage& image) {
+    if (image.isNull() || image.depth() != 32)
+        return;
+    bits_ = image.bits();
+    stride_ = image.bytesPerLine();
+    scale_ = image.devicePixelRatio();
+    width_ = image.width();
+    height_ = image.height();
+    lineWidth_ = deviceLine(scale_);
+}
+
+int PixelSurface::edge(double logical) const {
+    return deviceEdge(logical, scale_);
+}
+
+int PixelSurface::logicalWidth() const {
+    return static_cast<int>(std::lround(width_ / scale_));
+}
+
+int PixelSurface::logicalHeight() const {
+    return static_cast<int>(std::lround(height_ / scale_));
+}
+
+QRect PixelSurface::fillDevice(const QRect& device, QRgb colour) {
+    const QRect inside = device & rect();
+    for (int y = inside.top(); y <= inside.bottom(); ++y)
+        std::fill_n(row(y) + inside.left(), inside.width(), colour);
+    return inside;
+}
+
+QRect PixelSurface::fillBox(int left, int top, int right, int bottom, QRgb colour) {
+    const int x = edge(left);
+    const int y = edge(top);
+    return fillDevice({x, y, edge(right + 1.0) - x, edge(bottom + 1.0) - y}, colour);
+}
+
+QRect PixelSurface::verticalLine(int x, QRgb colour) {
+    return fillDevice({edge(x), 0, lineWidth_, height_}, colour);
+}
+
+QRect PixelSurface::blendStrip(int x, int width, QRgb source) {
+    const int left = edge(x);
+    const QRect inside = QRect(left, 0, edge(static_cast<double>(x) + width) - left, height_) & rect();
+    for (int y = inside.top(); y <= inside.bottom(); ++y) {
+        QRgb* pixels = row(y) + inside.left();
+        for (int i = 0; i < inside.width(); ++i)
+            pixels[i] = mixed(pixels[i], 255 - kStripAlpha, source, kStripAlpha);
+    }
+    return inside;
+}
+
+QRect PixelSurface::put(const Stamp& stamp, int x, int y) {
+    const QRect place = stamp.bounds().translated(x, y);
+    const QRect inside = place & rect();
+    const int from = inside.left() - place.left();
+    const int to = from + inside.width();
+    for (int line = inside.top(); line <= inside.bottom(); ++line) {
+        const Stamp::Run& run = stamp.run(line - place.top());
+        const QRgb* above = stamp.pixels(line - place.top());
+        QRgb* below = row(line) + place.left();
+        blendRow(below, above, std::max(run.first, from), std::min(run.solid, to));
+        const int solid = std::max(run.solid, from);
+        const int solidEnd = std::min(run.solidEnd, to);
+        if (solidEnd > solid)
+            std::memcpy(below + solid, above + solid,
+                        static_cast<std::size_t>(solidEnd - solid) * sizeof(QRgb));
+        blendRow(below, above, std::max(run.solidEnd, from), std::min(run.end, to));
+    }
+    return inside;
+}
+
+} // namespace velmora

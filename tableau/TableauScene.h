@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "score/Score.h"
+#include "score/ViewState.h"
+#include "sound/SetupState.h"
+#include "tableau/ChannelColours.h"
+
+namespace velmora {
+
+/// What the Tableau's painters read.
+struct TableauScene {
+    const Score& score;
+    const ViewState& view;
+    const SetupState& setup;
+};
+
+/// Bright for the active channel, else pale; black for what is no channel.
+[[nodiscard]] inline Rgb colourOfChannel(const Score& score, int channel) {
+    if (channel < 0 || channel >= kUsedChannels)
+        return kBlack;
+    const ChannelColours& colours = kChannelColours[static_cast<std::size_t>(channel)];
+    return channel == score.ActiveChannel ? colours.bright : colours.pale;
+}
+
+/// Whether a Tableau paints the channel's notes.
+[[nodiscard]] inline bool isPainted(const Score& score, int channel) {
+    const auto at = static_cast<std::size_t>(channel);
+    return score.ChannelInUse[at] && !score.ChannelMuted[at] && score.ChannelShown[at];
+}
+
+} // namespace velmora
