@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "tableau/PressSound.h"
+#include "tableau/Stroke.h"
+#include "tableau/TableauScreen.h"
+
+namespace velmora {
+
+class MidiPort;
+class NotePlayer;
+struct Workspace;
+
+/// The gestures on both Tableaux: turns presses, drags and releases into cells of the Score.
+///
+/// The window feeds it every mouse event of the two boxes, with the button that is down (on a release the one
+/// that was let go). Nothing here blocks but the sounding of a note.
+class TableauInput {
+public:
+    TableauInput(Workspace& workspace, NotePlayer& player, MidiPort& port, TableauScreen& screen);
+
+    void MusicBox_MouseDown(MouseButton button, int shift, int x, int y);
+    void MusicBox_MouseMove(MouseButton button, int shift, int x, int y);
+    void MusicBox_MouseUp(MouseButton button, int shift, int x, int y);
+    void Beatbox_MouseDown(MouseButton button, int shift, int x, int y);
+    void Beatbox_MouseMove(MouseButton button, int shift, int x, int y);
+    void Beatbox_MouseUp(MouseButton button, int shift, int x, int y);
+
+    /// Ends a stroke whose release never comes as a release at the last known place would; nothing otherwise.
+    /// To be called, too, before `MouseMode` changes and before the Tableaux are greyed.
+    void cancel();
+    /// Keeps the active channel as the one to return to. Every handler does so; who changes the channel
+    /// elsewhere may do so as well.
+    void rememberChannel();
+
+    [[nodiscard]] const Stroke& stroke() const { return stroke_; }
+
+    int LastMelodyChannel = 0; ///< to return to when the other Tableau is clicked
+    int LastDrumChannel = 8;
+
+private:
+    void press(Box box, MouseButton button, int x, int y);
+    void move(Box box, MouseButton button, int x, int y);
+    void release(Box box, MouseButton button, int x);
+
+    bool takeChannel(Box box);
+    void begin(Box box, MouseButton button, int x, int y);
+    void pressLeft();
+    void pressRight();
+    void pressDraw();
+    void showPressedEffects();
+    void pressListen();
+    void pressMark();
+    void pressSelect();
+    void eraseAt(int x);
+    void changeByRightClick(int position);
+    void openMenu();
+
+    bool endAtEdge(int x);
+    void dragDraw(int x, int y);
+    void dragSelect(int x);
+    void hover(Box box, int x);
+    void followScroll();
+    void reach(int column);
+
+    void finish();
+    void leaveView();
+    void finishDraw();
+    void writeDrawn(int first, int last);
+    void finishSelect();
+
+    void clearMarks();
+    void keepForUndo();
+    void markEdited();
+    void repaint(Box box);
+    void repaintMarks();
+    [[nodiscard]] int rowHeight(Box box) const;
+    [[nodiscard]] Stroke::Kind kindOf(MouseButton button) const;
+    [[nodiscard]] int pressPosition() const;
+
+    Workspace& workspace_;
+    NotePlayer& player_;
+    TableauScreen& screen_;
+    PressSound sound_;
+    Stroke stroke_;
+    bool finishing_ = false; ///< ending a chord serves events; a press among them is refused
+};
+
+} // namespace velmora
