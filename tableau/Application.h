@@ -19,6 +19,13 @@ class ProgramFolders;
 class SettingsStore;
 struct Workspace;
 
+/// What the composing window asks of the setup toolbar. Nothing is asked where there is none.
+struct SetupToolbar {
+    std::function<void()> open;
+    std::function<void()> channelChanged; ///< the active channel is another one
+    std::function<void()> refresh;        ///< the score, and with it every field, may be another one
+};
+
 /// What the program's windows are given: everything that there is one of. `main` builds it and owns what it
 /// refers to, all of which outlives the windows.
 struct Application {
@@ -34,7 +41,8 @@ struct Application {
     Workspace& workspace;
 
     std::function<void(const QString& page)> openHelp; ///< a page of the help, by its name
-    std::function<void()> quit;                        ///< the composing window is gone: the program ends
+    SetupToolbar setup = {};
+    std::function<void()> quit; ///< the composing window is gone: the program ends
 };
 
 } // namespace velmora

@@ -47,6 +47,11 @@ void paintPolynoteBar(QImage& image, const TableauScene& scene) {
     });
 }
 
+void markPolynoteColumn(QImage& image, const TableauScene& scene, int column) {
+    PixelSurface surface(image);
+    fillColumn(surface, scene.score, column, kPolynoteTop, kPolynoteBottom);
+}
+
 void paintIndicatorBar(QImage& image, const TableauScene& scene, std::optional<int> clickedColumn) {
     PixelSurface surface(image);
     paintRuled(surface, scene);

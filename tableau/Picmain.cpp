@@ -2,60 +2,41 @@
 #include "tableau/Picmain.h"
 
 #include "score/Score.h"
-#include "shell/ControlPainter.h"
+#include "shell/Appearance.h"
 #include "shell/ExToolTip.h"
 #include "shell/SkinPainter.h"
+#include "tableau/BarPainter.h"
+#include "tableau/GuidePainter.h"
+#include "tableau/Splitter.h"
+#include "tableau/StrokePainter.h"
+#include "tableau/ViewGeometry.h"
+#include "tableau/ViewScroll.h"
+#include "tableau/Workspace.h"
 
+#include <QKeyEvent>
+#include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QScrollBar>
+#include <QWheelEvent>
 
 namespace velmora {
 
 namespace {
-constexpr int kColumn = 12;
-constexpr Rgb kCellLine{237, 237, 237};
-constexpr Rgb kMeasureLine{68, 204, 255};
 constexpr Rgb kSideBar{131, 186, 182};
-constexpr Rgb kGuide{102, 122, 121}; ///< the one lightness on which white and black names both read
 constexpr int kSideBarShown = 6;
+constexpr int kWheelStep = 120; ///< eighths of a degree in a notch
+constexpr int kRowsOfNotch = 3;
+constexpr int kColumnsOfNotch = 4;
 
 constexpr const char* kBarTip = "Click to scroll";
+constexpr const char* kHint = "Draw here: press the mouse, drag to the right, and let go.\n"
+                              "Up is higher, and longer lines are longer notes. Space plays what you drew.";
 } // namespace
-
-/// A surface of white paper with a thin edge outside of it.
-class Picmain::Paper : public QWidget {
-public:
-    Paper(const char* name, const char* said, bool ruled, QWidget* parent) : QWidget(parent), ruled_(ruled) {
-        setObjectName(name);
-        setAccessibleName(said);
-        setAttribute(Qt::WA_TransparentForMouseEvents);
-    }
-    void setMeasure(int notesPerMeasure) {
-        notesPerMeasure_ = notesPerMeasure;
-        update();
-    }
-
-protected:
-    void paintEvent(QPaintEvent* /*event*/) override {
-        QPainter painter(this);
-        painter.fillRect(rect(), Qt::white);
-        for (int column = 0; ruled_ && column * kColumn < width(); ++column) {
-            const bool measure = column > 0 && notesPerMeasure_ > 0 && column % notesPerMeasure_ == 0;
-            verticalLine(painter, column * kColumn, 0, height(),
-                         toQColor(measure ? kMeasureLine : kCellLine));
-        }
-    }
-
-private:
-    bool ruled_;
-    int notesPerMeasure_ = 16;
-};
 
 /// `PicX` over `SideBar`, of which a strip shows at the left.
 class Picmain::Guide : public QWidget {
 public:
-    explicit Guide(QWidget* parent) : QWidget(parent) {
+    Guide(const ViewState& view, QWidget* parent) : QWidget(parent), view_(view) {
         setObjectName("PicX");
         setAccessibleName("Note guide");
         setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -65,33 +46,62 @@ protected:
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
         painter.fillRect(rect(), toQColor(kSideBar));
-        painter.fillRect(rect().adjusted(kFrame + kSideBarShown, 0, 0, 0), toQColor(kGuide));
+        paintGuide(painter, rect().adjusted(kFrame + kSideBarShown, 0, 0, 0), view_);
     }
 
 private:
     static constexpr int kFrame = 4; ///< under the window's edge
+    const ViewState& view_;
 };
 
-Picmain::Picmain(const Appearance& look, ExToolTip& tips, QWidget* parent)
+Picmain::Picmain(const Appearance& look, ExToolTip& tips, Workspace& workspace, QWidget* parent)
     : QWidget(parent)
     , look_(look)
-    , Pic3_(new Paper("Pic3", "Polynote Selector", true, this))
-    , Pic2a_(new Paper("Pic2a", "Note Indicator and Identifier", true, this))
-    , Beatbox_(new Paper("Beatbox", "Percussion Tableau", false, this))
-    , MusicBox_(new Paper("MusicBox", "Melody Tableau", false, this))
-    , PicX_(new Guide(this))
-    , HScroll1_(new QScrollBar(Qt::Horizontal, this))
-    , VScroll1_(new QScrollBar(Qt::Vertical, this)) {
+    , workspace_(workspace)
+    , scene_{workspace.score, workspace.view, workspace.setup}
+    , Pic3_(new TableauBox("Pic3", "Polynote Selector", this))
+    , Pic2a_(new TableauBox("Pic2a", "Note Indicator and Identifier", this))
+    , Beatbox_(new TableauBox("Beatbox", "Percussion Tableau", this))
+    , MusicBox_(new TableauBox("MusicBox", "Melody Tableau", this))
+    , PicX_(new Guide(workspace.view, this))
+    , hint_(new QLabel(QLatin1String(kHint), MusicBox_))
+    , HScroll1_(new ViewScroll(Qt::Horizontal, "HScroll1", this))
+    , VScroll1_(new ViewScroll(Qt::Vertical, "VScroll1", this))
+    , Label9_(new Splitter(look, this)) {
     setObjectName("Picmain");
     setAccessibleName("Tableau");
     setFocusPolicy(Qt::StrongFocus);
-    HScroll1_->setObjectName("HScroll1");
-    VScroll1_->setObjectName("VScroll1");
     tips.SetToolTip(*HScroll1_, {"Score position", kBarTip, ""});
     tips.SetToolTip(*VScroll1_, {"Pitch", kBarTip, ""});
-    // There is nothing to scroll before the Tableau is drawn.
-    HScroll1_->setEnabled(false);
-    VScroll1_->setEnabled(false);
+    tips.SetToolTip(
+        *Label9_, {"Percussion Tableau",
+                   "If you need to enlarge the tableau height, place your cursor on it, hold down the right "
+                   "mousebutton and slide it downwards to expose as much space as you need.",
+                   ""});
+    hint_->setObjectName("hint");
+    hint_->setAlignment(Qt::AlignCenter);
+    hint_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    hint_->setContentsMargins(12, 8, 12, 8);
+    hint_->setAutoFillBackground(true);
+    QPalette quiet = hint_->palette(); // on the white paper, whatever the skin
+    quiet.setColor(QPalette::Window, Qt::white);
+    quiet.setColor(QPalette::WindowText, QColor(88, 96, 108));
+    hint_->setPalette(quiet);
+    hint_->hide();
+
+    HScroll1_->valueAt = [this](int place, int length) {
+        return railValue(workspace_.view, workspace_.score.SongEnd, place, length);
+    };
+    HScroll1_->onScroll = [this](int value) { scrolledColumns(value); };
+    VScroll1_->onScroll = [this](int value) { scrolledRows(value); };
+    Label9_->onRelease = [this](int top) {
+        if (onSplit)
+            onSplit(top - Beatbox_->y());
+    };
+    MusicBox_->onStale = [this] { DrawNoteArray(); };
+    Beatbox_->onStale = [this] { DrawBeatArray(); };
+    Pic3_->onStale = [this] { drawPolynoteBar(); };
+    Pic2a_->onStale = [this] { drawIndicatorBar(clicked_); };
 }
 
 void Picmain::layOut(const FormLayout& layout, QPoint origin) {
@@ -104,8 +114,12 @@ void Picmain::layOut(const FormLayout& layout, QPoint origin) {
     PicX_->setGeometry(here(layout.guide));
     HScroll1_->setGeometry(here(layout.horizontalBar));
     VScroll1_->setGeometry(here(layout.verticalBar));
-    splitter_ = layout.splitter.isEmpty() ? QRect() : here(layout.splitter);
+    Label9_->layOut(layout.splitter.isEmpty() ? QRect() : here(layout.splitter));
+    placeHint();
     musicBoxTop_ = layout.musicBox.top();
+    laidOut_ = true;
+    followView();
+    drawAll();
     update();
 }
 
@@ -127,43 +141,281 @@ QWidget* Picmain::surface(Surface which) const {
     return nullptr;
 }
 
-Picmain::Surface Picmain::surfaceAt(QPoint at) const {
-    for (const auto which :
-         {Surface::MusicBox, Surface::Beatbox, Surface::Guide, Surface::Pic2a, Surface::Pic3})
-        if (surface(which)->isVisible() && surface(which)->geometry().contains(at))
-            return which;
-    return Surface::None;
+TableauBox::Mouse& Picmain::mouseOn(Surface which) {
+    return static_cast<TableauBox*>(surface(which))->mouse;
 }
 
-void Picmain::show(const Score& score) {
-    Pic3_->setMeasure(score.NotesPerMeasure);
-    Pic2a_->setMeasure(score.NotesPerMeasure);
-    HScroll1_->setMaximum(std::max(0, score.NumNotes - 10));
+TableauBox& Picmain::box(Box which) const {
+    return which == Box::MusicBox ? *MusicBox_ : *Beatbox_;
+}
+
+int Picmain::rowHeight(Box which) const {
+    return which == Box::MusicBox ? workspace_.view.Line_Height : kBeatRowHeight;
+}
+
+int Picmain::width(Box which) const {
+    return box(which).QWidget::width();
 }
 
 void Picmain::setEditable(bool editable) {
     MusicBox_->setEnabled(editable);
     Beatbox_->setEnabled(editable);
+    HScroll1_->setEnabled(editable);
+    VScroll1_->setEnabled(editable);
+}
+
+void Picmain::showHint(bool shown) {
+    hint_->setVisible(shown);
+    placeHint();
+}
+
+void Picmain::placeHint() {
+    hint_->adjustSize();
+    const QRect room = MusicBox_->rect().adjusted(0, 0, 0, -MusicBox_->height() / 4);
+    hint_->move(room.center() - hint_->rect().center());
+}
+
+void Picmain::DrawNoteArray() {
+    if (!laidOut_)
+        return;
+    melody_.paint(MusicBox_->picture(), scene_);
+    row_.forget();
+    line_.forget();
+    MusicBox_->update();
+}
+
+void Picmain::DrawBeatArray() {
+    if (!laidOut_ || Beatbox_->isHidden())
+        return;
+    beat_.paint(Beatbox_->picture(), scene_);
+    row_.forget();
+    beatLine_.forget();
+    Beatbox_->update();
+}
+
+void Picmain::drawGuide() {
+    PicX_->update();
+}
+
+void Picmain::drawPolynoteBar() {
+    if (!laidOut_)
+        return;
+    paintPolynoteBar(Pic3_->picture(), scene_);
+    Pic3_->update();
+}
+
+void Picmain::markPolynote(int column) {
+    markPolynoteColumn(Pic3_->picture(), scene_, column);
+    Pic3_->update();
+}
+
+void Picmain::drawIndicatorBar(std::optional<int> clicked) {
+    clicked_ = clicked;
+    if (!laidOut_)
+        return;
+    paintIndicatorBar(Pic2a_->picture(), scene_, clicked);
+    Pic2a_->update();
+}
+
+void Picmain::drawAll() {
+    drawGuide();
+    drawIndicatorBar();
+    drawPolynoteBar();
+    DrawNoteArray();
+    DrawBeatArray();
+}
+
+void Picmain::clearMusicBox() {
+    if (!laidOut_)
+        return;
+    MusicBox_->picture().fill(Qt::white);
+    MusicBox_->update();
+}
+
+QRect Picmain::rowStrip(Box which, int row) const {
+    // A ball is a little higher than a row.
+    constexpr int kStrip = 15;
+    return {0, row * rowHeight(which) - 2, width(which), kStrip};
+}
+
+QRect Picmain::columnStrip(Box which, int column) const {
+    return {column * kColumnWidth - 1, 0, 3, box(which).height()};
+}
+
+template<class Draw>
+void Picmain::drawOver(Box which, const QRect& part, Draw draw) {
+    QImage& picture = box(which).picture();
+    const auto drawHere = [&] { draw(picture); };
+    if (which == Box::MusicBox)
+        melody_.drawOver(picture, part, drawHere);
+    else
+        drawHere();
+    box(which).showPart(part);
+}
+
+void Picmain::GetRow(Box which, int row) {
+    row_.save(box(which).picture(), rowStrip(which, row));
+}
+
+void Picmain::PutRow(Box which, int row) {
+    drawOver(which, rowStrip(which, row), [this](QImage& picture) { row_.restore(picture); });
+}
+
+void Picmain::GetBox() {
+    whole_.save(MusicBox_->picture(), MusicBox_->rect());
+}
+
+void Picmain::PutBox() {
+    drawOver(Box::MusicBox, MusicBox_->rect(), [this](QImage& picture) { whole_.restore(picture); });
+}
+
+void Picmain::resetPlayLine() {
+    line_.forget();
+    beatLine_.forget();
+}
+
+void Picmain::GetColumn(int column) {
+    lineColumn_ = column;
+    line_.save(MusicBox_->picture(), columnStrip(Box::MusicBox, column));
+    if (Beatbox_->isHidden())
+        beatLine_.forget();
+    else
+        beatLine_.save(Beatbox_->picture(), columnStrip(Box::Beatbox, column));
+}
+
+void Picmain::PutColumn() {
+    drawOver(Box::MusicBox, columnStrip(Box::MusicBox, lineColumn_),
+             [this](QImage& picture) { line_.restore(picture); });
+    if (beatLine_.holds())
+        drawOver(Box::Beatbox, columnStrip(Box::Beatbox, lineColumn_),
+                 [this](QImage& picture) { beatLine_.restore(picture); });
+}
+
+void Picmain::drawPlayLine(int column) {
+    for (const Box which : {Box::MusicBox, Box::Beatbox})
+        if (!box(which).isHidden())
+            drawOver(which, columnStrip(which, column),
+                     [column](QImage& picture) { paintPlayLine(picture, column); });
+}
+
+void Picmain::drawPressBall(int row, int column) {
+    drawOver(Box::MusicBox, rowStrip(Box::MusicBox, row),
+             [&](QImage& picture) { paintPressBall(picture, row, column, workspace_.view.Line_Height); });
+}
+
+void Picmain::drawBand(Box which, int row, int fromColumn, int toColumn) {
+    drawOver(which, rowStrip(which, row), [&](QImage& picture) {
+        paintBand(picture, scene_, which == Box::Beatbox, row, fromColumn, toColumn);
+    });
+}
+
+void Picmain::drawSelectEdge(int column) {
+    drawOver(Box::MusicBox, MusicBox_->rect(), [&](QImage& picture) { paintSelectEdge(picture, column); });
+}
+
+void Picmain::blendSelectStrip() {
+    const ViewState& view = workspace_.view;
+    const int left = std::max(0, (view.SelectStart - view.ViewFirstColumn) * kColumnWidth);
+    const int right = view.SelectEnd > view.ViewLastColumn
+                          ? MusicBox_->QWidget::width() - 1
+                          : (view.SelectEnd - view.ViewFirstColumn) * kColumnWidth;
+    if (view.SelectStart >= 0 && right > left)
+        drawOver(Box::MusicBox, MusicBox_->rect(),
+                 [&](QImage& picture) { blendStrip(picture, left, right - left, Qt::blue); });
+}
+
+void Picmain::drawSelectDrag(int fromColumn, int toColumn) {
+    drawOver(Box::MusicBox, MusicBox_->rect(), [&](QImage& picture) {
+        paintSelectDrag(picture, fromColumn, toColumn, palette().color(QPalette::Highlight));
+    });
+}
+
+void Picmain::followView() {
+    const ViewState& view = workspace_.view;
+    HScroll1_->follow(columnRange(view, workspace_.score.SongEnd), columnValue(view));
+    VScroll1_->follow(rowRange(view, MusicBox_->height()), rowValue(view));
+}
+
+void Picmain::setScrollMaximum(int maximum) {
+    HScroll1_->follow({HScroll1_->minimum(), maximum, HScroll1_->pageStep()}, HScroll1_->value());
+}
+
+void Picmain::advanceScroll(int columns) {
+    HScroll1_->setValue(HScroll1_->value() + columns);
+}
+
+void Picmain::advanceRows(int rows) {
+    VScroll1_->setValue(VScroll1_->value() + rows);
+}
+
+void Picmain::advancePage(int pages) {
+    advanceScroll(pages * (workspace_.view.ViewColumns + 1));
+}
+
+void Picmain::scrolledColumns(int value) {
+    scrollToColumn(workspace_.view, value, workspace_.score.NumNotes);
+    if (onScrolled)
+        onScrolled();
+    DrawNoteArray();
+    DrawBeatArray();
+    drawIndicatorBar();
+    drawPolynoteBar();
+}
+
+void Picmain::scrolledRows(int value) {
+    scrollToRow(workspace_.view, value);
+    drawGuide();
+    DrawNoteArray();
+    DrawBeatArray(); // its rows count from the view's top, too
+}
+
+void Picmain::wheelEvent(QWheelEvent* event) {
+    if (!MusicBox_->isEnabled())
+        return;
+    const QPoint turned = event->angleDelta();
+    const bool across = event->modifiers().testFlag(Qt::ShiftModifier) && turned.x() == 0;
+    wheel_ += across ? QPoint(turned.y(), 0) : turned;
+    // Touchpads turn by small parts of a step; what is left over counts for the next one.
+    const QPoint steps(wheel_.x() * kColumnsOfNotch / kWheelStep, wheel_.y() * kRowsOfNotch / kWheelStep);
+    wheel_ -= QPoint(steps.x() * kWheelStep / kColumnsOfNotch, steps.y() * kWheelStep / kRowsOfNotch);
+    if (steps.x() != 0)
+        advanceScroll(-steps.x());
+    if (steps.y() != 0)
+        advanceRows(-steps.y());
+    event->accept();
+}
+
+void Picmain::keyPressEvent(QKeyEvent* event) {
+    struct KeyRow {
+        Qt::Key key;
+        void (Picmain::*move)(int);
+        int by;
+    };
+    static constexpr std::array kKeys{
+        KeyRow{Qt::Key_Left, &Picmain::advanceScroll, -1}, KeyRow{Qt::Key_Right, &Picmain::advanceScroll, 1},
+        KeyRow{Qt::Key_Up, &Picmain::advanceRows, -1},     KeyRow{Qt::Key_Down, &Picmain::advanceRows, 1},
+        KeyRow{Qt::Key_PageUp, &Picmain::advancePage, -1}, KeyRow{Qt::Key_PageDown, &Picmain::advancePage, 1},
+    };
+    for (const KeyRow& row : kKeys)
+        if (row.key == event->key() && event->modifiers() == Qt::NoModifier && MusicBox_->isEnabled())
+            return (this->*row.move)(row.by);
+    QWidget::keyPressEvent(event);
 }
 
 void Picmain::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::RightButton && onRightPress) {
-        onRightPress(surfaceAt(event->position().toPoint()), event->globalPosition().toPoint());
+    setFocus(Qt::MouseFocusReason);
+    if (event->button() != Qt::RightButton || !onRightPress)
         return;
-    }
-    QWidget::mousePressEvent(event);
+    const bool onGuide = PicX_->geometry().contains(event->position().toPoint());
+    onRightPress(onGuide ? Surface::Guide : Surface::None, event->globalPosition().toPoint());
 }
 
 void Picmain::paintEvent(QPaintEvent* /*event*/) {
     const Skin& skin = look_.skin();
     QPainter painter(this);
-    for (const QWidget* paper : {static_cast<QWidget*>(Pic3_), static_cast<QWidget*>(Pic2a_),
-                                 static_cast<QWidget*>(Beatbox_), static_cast<QWidget*>(MusicBox_)})
+    for (const QWidget* paper : {Pic3_, Pic2a_, Beatbox_, MusicBox_})
         if (paper->isVisible())
             strokeRounded(painter, QRectF(paper->geometry()).adjusted(-1, -1, 1, 1), 0, toQColor(skin.line));
-    if (!splitter_.isEmpty()) // its grip
-        fillRounded(painter, QRectF(splitter_.center().x() - 15, splitter_.top() + 1, 32, 2), 1,
-                    toQColor(skin.dim));
     painter.setFont(textFont(10));
     painter.setPen(toQColor(skin.dim));
     const auto caption = [&](const QWidget* paper, const char* text) {

@@ -32,8 +32,9 @@ TextLine::TextLine(const Appearance& look, const CommandBank& Lb1, QWidget* pare
     }
 }
 
-void TextLine::setText(const QString& text) {
-    text_->setText(text);
+void TextLine::setText(const QString& caption, const QString& text) {
+    const bool bare = caption.isEmpty() || text.trimmed().isEmpty();
+    text_->setText(bare ? text.trimmed() : caption + QStringLiteral(":  ") + text);
 }
 
 void TextLine::layOut() {

@@ -18,7 +18,8 @@ class TextLine : public QWidget {
 public:
     TextLine(const Appearance& look, const CommandBank& Lb1, QWidget* parent);
 
-    void setText(const QString& text);
+    /// @p caption says what the text tells; nothing is shown for a blank text.
+    void setText(const QString& caption, const QString& text);
     void layOut();
 
 protected:

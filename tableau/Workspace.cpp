@@ -12,6 +12,9 @@ namespace velmora {
 namespace {
 /// More than seven hours of music, 128 MB; a stored number may be rubbish.
 constexpr int kMostNotes = 200'000;
+/// Rows that can be told apart, and of which some fit.
+constexpr int kLeastLine = 4;
+constexpr int kMostLine = 48;
 
 int storedNotes(const SettingsStore& store) {
     const int notes = settings::read(store, settings::NumNotes);
@@ -39,6 +42,10 @@ Workspace::Workspace(const SettingsStore& store, const ProgramFolders& folders)
     setup.NoteX = positive(settings::read(store, settings::Type_of_note), 4);
     setup.ChTreble = settings::read(store, settings::Show_Treble_staff) != 0;
     setup.ChBass = settings::read(store, settings::Show_Bass_staff) != 0;
+    view.Line_Height = std::clamp<int>(settings::read(store, settings::Line_Height), kLeastLine, kMostLine);
+    view.Show_Sharp_guides = settings::read(store, settings::Show_Sharp_guides) == 1;
+    view.Notationstyle = settings::read(store, settings::Notationstyle) == 1 ? 1 : 0;
+    view.Accidentals = settings::read(store, settings::Accidentals);
     play.ShowPlayLine = settings::read(store, settings::Playing_position);
 
     instruments.MelodyInstrument = settings::read(store, settings::Intrumentval);
@@ -88,6 +95,7 @@ void Workspace::clear() {
     view.PlayMark = 0;
     view.ViewFirstColumn = 0;
     view.ViewLastColumn = view.ViewColumns;
+    view.Check4 = view.NoteEffectsOn = false;
     score.ClearAll();
     setup.Ch.fill(false);
     setup.Chkstrum.fill(false);

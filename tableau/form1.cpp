@@ -18,9 +18,11 @@
 #include "tableau/Application.h"
 #include "tableau/ButtonBar.h"
 #include "tableau/ChannelStrip.h"
+#include "tableau/NoteReadout.h"
 #include "tableau/TextLine.h"
 #include "tableau/ToolPanel.h"
 #include "tableau/TopBarOverlay.h"
+#include "tableau/ViewGeometry.h"
 #include "tableau/Workspace.h"
 
 #include <QAbstractButton>
@@ -54,14 +56,16 @@ form1::form1(Application& application)
     , toolPanel_(new ToolPanel(look(), Lb1_, Ibak5()))
     , channelStrip_(new ChannelStrip(look(), application.tips, Ibak5()))
     , TopBarOverlay_(new TopBarOverlay(look(), application.tips, Ibak5()))
-    , Picmain_(new Picmain(look(), application.tips, Ibak5()))
+    , Picmain_(new Picmain(look(), application.tips, application.workspace, Ibak5()))
     , textLine_(new TextLine(look(), Lb1_, Ibak5()))
     , frminfo_(std::make_unique<frminfo>(application.tips, this))
     , files_(application.workspace, application.dialogs, application.settings, application.folders.songs())
+    , screen_(*Picmain_, *textLine_, *TopBarOverlay_)
     , player_(application.workspace.score, application.workspace.setup, application.workspace.play,
               application.workspace.chords, application.port, application.loop)
     , engine_(application.workspace.score, application.workspace.view, application.workspace.play, player_,
-              application.port, application.loop, *this, noRecording_) {
+              application.port, application.loop, screen_, noRecording_)
+    , input_(application.workspace, player_, application.port, screen_) {
     setObjectName("form1");
     setMinimumSize(kLeastForm);
     topBar_->setObjectName("PrintTopBar");
@@ -77,6 +81,8 @@ form1::form1(Application& application)
     bindViewCommands();
     bindLooks();
     bindRightClick();
+    bindTableau();
+    bindBars();
     bindKeys();
     setHelp([this] { imgTitleHelp_Click(); });
 
@@ -86,6 +92,7 @@ form1::form1(Application& application)
     loading_ = false;
     layOut();
     showAll();
+    screen_.setPointer(Box::MusicBox, Pointer::Arrow);
     // Otherwise the first button, which empties the score, would have the focus, and Space would press it.
     Picmain_->setFocus();
 }
@@ -132,6 +139,7 @@ void form1::layOut() {
     TopBarOverlay_->layOut(across);
     const QRect tableau(0, layout.pic3.top() - 1, width(), layout.textLine.top() - layout.pic3.top() + 1);
     place(*Picmain_, tableau);
+    resizeView(app_.workspace.view, width(), tableau.height(), app_.workspace.score.NumNotes);
     Picmain_->layOut(layout, tableau.topLeft());
     place(*textLine_, layout.textLine);
     textLine_->layOut();
@@ -173,43 +181,82 @@ void form1::PrintTopBar() {
     topBar_->setText(topBar_->fontMetrics().elidedText(text, Qt::ElideRight, topBar_->width()));
 }
 
+/// Everything that is shown of the score: it may be another one.
 void form1::showAll() {
     const Score& score = app_.workspace.score;
     const std::string name = std::filesystem::path(score.currentFile).filename().string();
     setWindowTitle(name.empty() ? QStringLiteral("Velmora") : QStringLiteral("Velmora - ") + toQString(name));
-    channelStrip_->show(score);
-    TopBarOverlay_->showTrack(score.ActiveChannel);
-    TopBarOverlay_->setField(TopBarOverlay::LblNote, "1");
-    TopBarOverlay_->setField(TopBarOverlay::LblNoteName, " -");
-    TopBarOverlay_->setField(TopBarOverlay::Label7, "-");
-    TopBarOverlay_->setField(TopBarOverlay::LblVol, "127");
-    TopBarOverlay_->setField(
-        TopBarOverlay::LblInst,
-        toQString(nameOfCode(score.ChannelInstrument[static_cast<std::size_t>(score.ActiveChannel)])));
-    TopBarOverlay_->setField(TopBarOverlay::LblNumnotes, toQString(noteCountText(score.SongEnd)));
-    Picmain_->show(score);
+    showChannels();
+    Picmain_->followView();
+    Picmain_->drawAll();
+    showNextNote();
     PrintTopBar();
     showModes();
+    if (app_.setup.refresh)
+        app_.setup.refresh();
+}
+
+/// A score that has taken the place of another is shown from its beginning, percussion included.
+void form1::showScore() {
+    Workspace& workspace = app_.workspace;
+    workspace.view.ViewFirstColumn = 0;
+    workspace.view.ViewLastColumn = std::min(workspace.view.ViewColumns, workspace.score.NumNotes - 10);
+    workspace.view.SelectStart = workspace.view.SelectEnd = -1;
+    workspace.view.PlayMark = 0;
+    const std::vector<int> used = workspace.score.usedChannels();
+    if (!parts_.percussion && !used.empty() && used.back() >= kFirstPercussion)
+        showPercussion(true);
+    showAll();
+}
+
+void form1::showChannels() {
+    const Score& score = app_.workspace.score;
+    channelStrip_->show(score);
+    TopBarOverlay_->showTrack(score.ActiveChannel);
+    TopBarOverlay_->setField(TopBarOverlay::LblNumnotes, toQString(noteCountText(score.SongEnd)));
+    showHint();
+}
+
+/// Before a note is looked at the read-outs say what will sound.
+void form1::showNextNote() {
+    const Score& score = app_.workspace.score;
+    const auto code = score.ChannelInstrument[static_cast<std::size_t>(score.ActiveChannel)];
+    NoteReadout note;
+    note.number = std::to_string(app_.workspace.view.ViewFirstColumn + 1);
+    note.name = " -";
+    note.chord = "-";
+    note.vol = std::to_string(kClearedVolume);
+    note.inst = nameOfCode(code);
+    screen_.showNote(note, FormScreen::kNoColumn);
 }
 
 void form1::showSongEnd() {
-    TopBarOverlay_->setField(TopBarOverlay::LblNumnotes,
-                             toQString(noteCountText(app_.workspace.score.SongEnd)));
-    channelStrip_->show(app_.workspace.score);
+    showChannels();
+    Picmain_->setScrollMaximum(columnRange(app_.workspace.view, app_.workspace.score.SongEnd).maximum);
 }
 
-void form1::DisableControls() {
-    Picmain_->setEditable(false);
-    Cmd2_.setOn(8, app_.workspace.play.ShowPlayLine);
+void form1::showLength() {
+    Workspace& workspace = app_.workspace;
+    workspace.score.FindEndOfSong();
+    layOut();
+    showChannels();
 }
 
-void form1::EnableControls() {
-    Picmain_->setEditable(true);
+void form1::showHint() {
+    const Workspace& workspace = app_.workspace;
+    Picmain_->showHint(workspace.score.SongEnd == 0 && workspace.score.usedChannels().empty());
 }
 
-void form1::Label8_Click(int channel) {
+void form1::TrackSel_Click(int channel) {
     app_.workspace.selectChannel(channel);
-    showAll();
+    input_.rememberChannel();
+    showChannels();
+    if (app_.setup.channelChanged)
+        app_.setup.channelChanged();
+    showNextNote();
+    Picmain_->drawPolynoteBar();
+    Picmain_->DrawNoteArray();
+    Picmain_->DrawBeatArray();
 }
 
 void form1::Lmnu_Click(int index) {
@@ -221,6 +268,12 @@ void form1::imgTitleHelp_Click() {
         app_.openHelp("composing-window");
 }
 
+void form1::showOpened(const ScoreFiles::Outcome& outcome) {
+    if (outcome.opened)
+        showScore();
+    showOutcome(outcome);
+}
+
 void form1::showOutcome(const ScoreFiles::Outcome& outcome) {
     showAll();
     if (!outcome.words.empty())
@@ -229,11 +282,12 @@ void form1::showOutcome(const ScoreFiles::Outcome& outcome) {
 
 void form1::Command33_Click() {
     PlayAndStop_Click(true);
-    showOutcome(files_.open());
+    showOpened(files_.open());
 }
 
 void form1::openScore(const std::filesystem::path& file) {
-    showOutcome(files_.open(file));
+    PlayAndStop_Click(true);
+    showOpened(files_.open(file));
 }
 
 bool form1::mSaveAs_Click() {
@@ -245,12 +299,24 @@ bool form1::mSaveAs_Click() {
 void form1::ClearAll() {
     PlayAndStop_Click(true);
     app_.workspace.clear();
-    showAll();
+    showScore();
 }
 
 void form1::OpenforUndo() {
-    app_.workspace.undoLast();
-    showAll();
+    input_.cancel();
+    if (app_.workspace.undoLast())
+        showScore();
+}
+
+void form1::PlayAndStop_Click(bool stop) {
+    input_.cancel(); // a note that is being drawn ends here
+    engine_.PlayAndStop_Click(stop);
+}
+
+void form1::PlaySelection_Click() {
+    input_.cancel();
+    if (!app_.workspace.play.Playing)
+        engine_.playSegment();
 }
 
 void form1::Command32_Click() {

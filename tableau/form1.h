@@ -8,8 +8,11 @@
 #include "shell/SkinnedWindow.h"
 #include "tableau/CommandBank.h"
 #include "tableau/FormLayout.h"
+#include "tableau/FormScreen.h"
 #include "tableau/Picmain.h"
+#include "tableau/PolynoteDrag.h"
 #include "tableau/ScoreFiles.h"
+#include "tableau/TableauInput.h"
 
 #include <filesystem>
 #include <memory>
@@ -38,14 +41,16 @@ struct Application;
 /// | | `TopBarOverlay`        | read-outs of the note and the score       |                             | |
 /// `Picmain`              | the Tableau                               | right press: see RightClick | |
 /// `textLine`             | tool text; what a right click does        | `Lb1_Click`(13 to 15)       |
-class form1 : public SkinnedWindow, private PlaybackView {
+class form1 : public SkinnedWindow {
 public:
     explicit form1(Application& application);
     ~form1() override;
 
     void Cmd2_Click(int index) { Cmd2_.press(index); }
     void Lb1_Click(int index) { Lb1_.press(index); }
-    void Label8_Click(int channel);
+    void Label8_Click(int channel) { TrackSel_Click(channel); }
+    /// The usual channel change.
+    void TrackSel_Click(int channel);
     /// A press of the right button on a channel's square.
     void toggleMuted(int channel);
     void Lmnu_Click(int index);
@@ -60,7 +65,15 @@ public:
     void Command34_Click() { mSaveAs_Click(); }
     void ClearAll();
     void OpenforUndo();
-    void PlayAndStop_Click(bool stop) { engine_.PlayAndStop_Click(stop); }
+    void PlayAndStop_Click(bool stop);
+    /// Plays what is selected.
+    void PlaySelection_Click();
+    /// From drawing to selecting, and back.
+    void FunctionBut_Click();
+    /// What stands in the column of a press on the bar.
+    void Pic2a_MouseDown(int x);
+    void Pic3_MouseMove(MouseButton button, int x);
+    void Check4_Click();
     /// Silences everything that sounds.
     void Command32_Click();
 
@@ -71,6 +84,17 @@ public:
     void setAccidentals(bool shown);
 
     void imgTitleHelp_Click();
+
+    // What the setup toolbar asks for.
+    void DrawNoteArray() { Picmain_->DrawNoteArray(); }
+    void DrawBeatArray() { Picmain_->DrawBeatArray(); }
+    void DrawPolynote() { Picmain_->drawPolynoteBar(); }
+    void PrintTopBar();
+    void layOut();
+    /// `NumNotes` has changed: the view stays within the score.
+    void showLength();
+    /// The squares, the read-outs and the Tableau follow the Score's channels.
+    void showChannels();
 
 protected:
     void moveEnded() override;
@@ -88,20 +112,22 @@ private:
     void bindItem(std::string_view item, std::function<void()> routine);
     void openAtStoredPlace();
     void Form_Activate();
-    void layOut();
+    void bindTableau();
+    void bindBars();
+    void showTip(Picmain::Surface surface);
     void rightPress(Picmain::Surface surface, QPoint at);
     void rightPressOnSquare(int channel);
     void showOutcome(const ScoreFiles::Outcome& outcome);
+    void showOpened(const ScoreFiles::Outcome& outcome);
     void showAll();
     void showModes();
-    void PrintTopBar();
+    void showScore();
+    void showHint();
+    void showNextNote();
+    void showMouseMode();
+    void showSongEnd();
     [[nodiscard]] bool mayClose();
     void unload();
-
-    // What playing asks for.
-    void DisableControls() override;
-    void EnableControls() override;
-    void showSongEnd() override;
 
     Application& app_;
     CommandBank Cmd2_;
@@ -118,8 +144,11 @@ private:
 
     ScoreFiles files_;
     RecordingProgress noRecording_;
+    FormScreen screen_;
     NotePlayer player_;
     PlaybackEngine engine_;
+    TableauInput input_;
+    PolynoteDrag polynotes_;
 
     FormParts parts_;
     bool loading_ = true;    ///< the start-up guard: nothing is laid out or painted

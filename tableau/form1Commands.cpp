@@ -42,6 +42,10 @@ void form1::bindFileCommands() {
     Lb1_.bind(0, [this] { ClearAll(); });
     Lb1_.bind(4, [this] { OpenforUndo(); });
     Lb1_.bind(8, [this] { imgTitleHelp_Click(); });
+    if (app_.setup.open) {
+        Lb1_.bind(1, [this] { app_.setup.open(); });
+        bindItem("mnuSetup", [this] { Lb1_Click(1); });
+    }
     bindItem("mnuOpen", [this] { Cmd2_Click(1); });
     bindItem("mnuSaveAs2", [this] { Command34_Click(); });
     bindItem("mnuSave2", [this] { Command34_Click(); }); // both items ask for a name; that is meant
@@ -54,6 +58,7 @@ void form1::bindFileCommands() {
 void form1::bindPlayCommands() {
     PlayState& play = app_.workspace.play;
     Cmd2_.bind(3, [this] { PlayAndStop_Click(false); });
+    Cmd2_.bind(4, [this] { PlaySelection_Click(); });
     Cmd2_.bind(5, [&play] { play.PausePending = play.Playing; });
     Cmd2_.bind(6, [this] { PlayAndStop_Click(true); });
     Cmd2_.bind(7, [this] { engine_.RewindBut_Click(); });
@@ -75,6 +80,9 @@ void form1::bindPlayCommands() {
 }
 
 void form1::bindViewCommands() {
+    Cmd2_.bind(10, [this] { FunctionBut_Click(); });
+    Lb1_.bind(24, [this] { FunctionBut_Click(); });
+    Lb1_.bind(21, [this] { Check4_Click(); });
     channelStrip_->Label8_Click = [this](int channel) { Label8_Click(channel); };
     for (int tab = 0; tab < 3; ++tab)
         Lb1_.bind(17 + tab, [this, tab] {
@@ -84,7 +92,7 @@ void form1::bindViewCommands() {
     Lb1_.bind(9, [this] { showPercussion(!parts_.percussion); });
     Lb1_.bind(10, [this] { setNotationStyle(0); });
     Lb1_.bind(11, [this] { setNotationStyle(1); });
-    Lb1_.bind(12, [this] { setAccidentals(!settings::read(app_.settings, settings::Accidentals)); });
+    Lb1_.bind(12, [this] { setAccidentals(!app_.workspace.view.Accidentals); });
     Lb1_.bind(16, [this] { showEditingToolbar(!parts_.editingToolbar); });
     bindItem("mnuPercussion", [this] { Lb1_Click(9); });
     bindItem("mnuEdit", [this] { Lb1_Click(16); });
@@ -118,6 +126,10 @@ void form1::bindRightClick() {
     bindItem("mnuMenu", [this] { Lb1_Click(14); });
     bindItem("mnuTips", [this] { Lb1_Click(15); });
     Picmain_->onRightPress = [this](Picmain::Surface surface, QPoint at) { rightPress(surface, at); };
+    screen_.onTip = [this](Box box) {
+        showTip(box == Box::MusicBox ? Picmain::Surface::MusicBox : Picmain::Surface::Beatbox);
+    };
+    screen_.onMenu = [this](std::string_view popup) { app_.menu.popup(popup).exec(QCursor::pos()); };
     channelStrip_->onRightPress = [this](int channel) { rightPressOnSquare(channel); };
     toolbMenu_->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(toolbMenu_, &QWidget::customContextMenuRequested, this,
@@ -162,24 +174,22 @@ void form1::setRightClickMode(RightClick mode) {
     showModes();
 }
 
-void form1::rightPress(Picmain::Surface surface, QPoint at) {
-    const RightClick mode = app_.workspace.view.RightClickMode;
-    if (mode == RightClick::Tips) {
-        for (const SurfaceTip& row : kSurfaceTips) {
-            if (row.surface != surface)
-                continue;
-            if (surface == Picmain::Surface::MusicBox)
-                frminfo_->showForTableau(*this, Picmain_->musicBoxTop());
-            else
-                frminfo_->showBeside(*Picmain_->surface(surface), row.tip);
-        }
-    } else if (surface == Picmain::Surface::MusicBox) {
-        if (mode == RightClick::Menu)
-            app_.menu.popup("mnupopup7").popup(at);
-    } else if (surface == Picmain::Surface::None ||
-               (surface == Picmain::Surface::Beatbox && mode == RightClick::Menu)) {
-        app_.menu.popup("mnupopup6").popup(at);
+void form1::showTip(Picmain::Surface surface) {
+    for (const SurfaceTip& row : kSurfaceTips) {
+        if (row.surface != surface)
+            continue;
+        if (surface == Picmain::Surface::MusicBox)
+            frminfo_->showForTableau(*this, Picmain_->musicBoxTop());
+        else
+            frminfo_->showBeside(*Picmain_->surface(surface), row.tip);
     }
+}
+
+void form1::rightPress(Picmain::Surface surface, QPoint at) {
+    if (app_.workspace.view.RightClickMode == RightClick::Tips)
+        showTip(surface);
+    else if (surface == Picmain::Surface::None)
+        app_.menu.popup("mnupopup6").popup(at);
 }
 
 void form1::rightPressOnSquare(int channel) {
@@ -220,12 +230,14 @@ void form1::showEditingToolbar(bool shown) {
 }
 
 void form1::setNotationStyle(int style) {
+    app_.workspace.view.Notationstyle = static_cast<std::int16_t>(style);
     settings::save(app_.settings, settings::Notationstyle, static_cast<std::int16_t>(style));
     layOut();
     showModes();
 }
 
 void form1::setAccidentals(bool shown) {
+    app_.workspace.view.Accidentals = shown;
     settings::save(app_.settings, settings::Accidentals, shown);
     layOut();
     showModes();
@@ -234,14 +246,16 @@ void form1::setAccidentals(bool shown) {
 /// Every button and menu item that stands for a mode follows it.
 void form1::showModes() {
     const Workspace& workspace = app_.workspace;
-    const bool traditional = settings::read(app_.settings, settings::Notationstyle) == 1;
+    const bool traditional = workspace.view.Notationstyle == 1;
     Cmd2_.setOn(8, workspace.play.ShowPlayLine);
     Cmd2_.setOn(9, workspace.play.LoopOn);
     Lb1_.setOn(9, parts_.percussion);
     Lb1_.setOn(10, !traditional);
     Lb1_.setOn(11, traditional);
-    Lb1_.setOn(12, settings::read(app_.settings, settings::Accidentals));
+    Lb1_.setOn(12, workspace.view.Accidentals);
     Lb1_[12].setEnabled(traditional);
+    showMouseMode();
+    Lb1_.setOn(21, workspace.view.Check4);
     const RightClick mode = workspace.view.RightClickMode;
     Lb1_.setOn(13, mode == RightClick::Erase);
     Lb1_.setOn(14, mode == RightClick::Menu);

@@ -18,7 +18,7 @@ QImage picture(qreal scale = 1, QColor colour = Qt::white) {
 
 class PixelStripTest : public testing::TestWithParam<qreal> {};
 INSTANTIATE_TEST_SUITE_P(Scales, PixelStripTest, testing::Values(1, 1.5, 2),
-                         [](const auto& info) { return "Scale" + std::to_string(int(info.param * 10)); });
+                         [](const auto& row) { return "Scale" + std::to_string(int(row.param * 10)); });
 
 TEST_P(PixelStripTest, WhatWasSavedComesBackAndTheRestStays) {
     QImage paper = picture(GetParam());

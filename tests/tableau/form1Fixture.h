@@ -90,6 +90,9 @@ protected:
                             .devices = devices,
                             .workspace = workspace(),
                             .openHelp = [this](const QString& page) { pages.push_back(page.toStdString()); },
+                            .setup = {.open = [this] { ++setupOpened; },
+                                      .channelChanged = [this] { ++channelChanges; },
+                                      .refresh = [this] { ++refreshes; }},
                             .quit = [this] { ++quits; }});
         return *application_;
     }
@@ -126,6 +129,9 @@ protected:
     Frmmenu menu;
     std::vector<std::string> pages;
     int quits = 0;
+    int setupOpened = 0;
+    int channelChanges = 0;
+    int refreshes = 0;
 
 private:
     Environment environment_;

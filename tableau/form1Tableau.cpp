@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+// How the Tableau of the composing window is wired: the mouse to the gestures, and those to the strips.
+#include "shell/ExToolTip.h"
+#include "shell/QtText.h"
+#include "shell/frminfo.h"
+#include "tableau/Application.h"
+#include "tableau/NoteReadout.h"
+#include "tableau/ToolPanel.h"
+#include "tableau/Workspace.h"
+#include "tableau/form1.h"
+
+namespace velmora {
+
+namespace {
+constexpr int kNoChord = 0;      ///< the list of chords for single notes is not there yet
+constexpr int kLeastSplit = 200; ///< the gap is dragged only where `Picmain` is at least so high
+constexpr const char* kDrawTip = "Draw Mode is in effect. \nDraw notes by clicking mouse";
+constexpr const char* kSelectTip =
+    "Select Mode is in effect.  \nUse mouse to select score sections for editing";
+} // namespace
+
+void form1::bindTableau() {
+    screen_.onTrackSel = [this](int channel) { TrackSel_Click(channel); };
+    screen_.onSongEnd = [this] { showSongEnd(); };
+    screen_.onControls = [this](bool /*enabled*/) { Cmd2_.setOn(8, app_.workspace.play.ShowPlayLine); };
+
+    TableauBox::Mouse& melody = Picmain_->mouseOn(Picmain::Surface::MusicBox);
+    melody.down = [this](MouseButton button, int shift, int x, int y) {
+        Picmain_->setFocus(Qt::MouseFocusReason);
+        input_.MusicBox_MouseDown(button, shift, x, y);
+    };
+    melody.move = [this](MouseButton button, int shift, int x, int y) {
+        input_.MusicBox_MouseMove(button, shift, x, y);
+    };
+    melody.up = [this](MouseButton button, int shift, int x, int y) {
+        input_.MusicBox_MouseUp(button, shift, x, y);
+        showHint();
+    };
+    melody.lost = [this] { input_.cancel(); };
+
+    TableauBox::Mouse& beat = Picmain_->mouseOn(Picmain::Surface::Beatbox);
+    beat.down = [this](MouseButton button, int shift, int x, int y) {
+        Picmain_->setFocus(Qt::MouseFocusReason);
+        input_.Beatbox_MouseDown(button, shift, x, y);
+    };
+    beat.move = [this](MouseButton button, int shift, int x, int y) {
+        input_.Beatbox_MouseMove(button, shift, x, y);
+    };
+    beat.up = [this](MouseButton button, int shift, int x, int y) {
+        input_.Beatbox_MouseUp(button, shift, x, y);
+        showHint();
+    };
+    beat.lost = [this] { input_.cancel(); };
+
+    Picmain_->onScrolled = [this] { PrintTopBar(); };
+    Picmain_->onSplit = [this](int height) {
+        if (Picmain_->height() < kLeastSplit)
+            return;
+        const int rows = (std::max(height, 0) + kBeatRowHeight / 2) / kBeatRowHeight;
+        parts_.beatboxHeight = std::max(1, rows) * kBeatRowHeight;
+        layOut();
+    };
+}
+
+void form1::bindBars() {
+    const auto isTips = [this] { return app_.workspace.view.RightClickMode == RightClick::Tips; };
+    TableauBox::Mouse& indicator = Picmain_->mouseOn(Picmain::Surface::Pic2a);
+    indicator.down = [this, isTips](MouseButton button, int /*shift*/, int x, int /*y*/) {
+        if (button == MouseButton::Right && isTips())
+            showTip(Picmain::Surface::Pic2a);
+        else if (button == MouseButton::Left)
+            Pic2a_MouseDown(x);
+    };
+    TableauBox::Mouse& chords = Picmain_->mouseOn(Picmain::Surface::Pic3);
+    chords.down = [this, isTips](MouseButton button, int /*shift*/, int x, int /*y*/) {
+        if (button == MouseButton::Right && isTips())
+            showTip(Picmain::Surface::Pic3);
+        else
+            Pic3_MouseMove(button, x);
+    };
+    chords.move = [this](MouseButton button, int /*shift*/, int x, int /*y*/) { Pic3_MouseMove(button, x); };
+    chords.up = [this](MouseButton /*button*/, int /*shift*/, int x, int /*y*/) {
+        Pic3_MouseMove(MouseButton::None, x);
+    };
+}
+
+void form1::Pic2a_MouseDown(int x) {
+    const int column = x / kColumnWidth;
+    const NoteReadout note =
+        velmora::Pic2a_MouseDown(app_.workspace.score, app_.workspace.view.ViewFirstColumn + column);
+    screen_.showNote(note, column);
+    screen_.setToolText({}, noteLine(note));
+}
+
+void form1::Pic3_MouseMove(MouseButton button, int x) {
+    if (app_.workspace.play.Playing)
+        return;
+    const auto column = polynotes_.move(app_.workspace, button, x, kNoChord);
+    if (!column)
+        return;
+    Picmain_->markPolynote(*column);
+    Picmain_->DrawNoteArray();
+}
+
+void form1::FunctionBut_Click() {
+    input_.cancel();
+    Mouse& mode = app_.workspace.view.MouseMode;
+    mode = mode == Mouse::Select ? Mouse::Draw : Mouse::Select;
+    showModes();
+}
+
+/// Pointer and button show what the left mouse button does.
+void form1::showMouseMode() {
+    const bool selects = app_.workspace.view.MouseMode == Mouse::Select;
+    const Pointer pointer = selects                                          ? Pointer::Select
+                            : app_.workspace.view.MouseMode == Mouse::Cursor ? Pointer::Cursor
+                                                                             : Pointer::Arrow;
+    screen_.setPointer(Box::MusicBox, pointer);
+    screen_.setPointer(Box::Beatbox, pointer);
+    Lb1_[24].setFace(kLb1[24].icon, selects ? QStringLiteral("Select") : QStringLiteral("Draw"));
+    Lb1_.setOn(24, !selects);
+    Cmd2_.setOn(10, selects);
+    const QString tip = QLatin1String(selects ? kSelectTip : kDrawTip);
+    for (CommandButton* button : {&Lb1_[24], &Cmd2_[10]})
+        app_.tips.SetToolTip(*button, {toQString(kLb1[24].title), tip, std::string(kLb1[24].icon)});
+}
+
+/// A click plays a note and draws nothing; this and the effects of single notes exclude each other.
+void form1::Check4_Click() {
+    ViewState& view = app_.workspace.view;
+    view.Check4 = !view.Check4;
+    if (view.Check4)
+        view.NoteEffectsOn = false;
+    showModes();
+}
+
+} // namespace velmora
