@@ -4,12 +4,12 @@
 #include "tableau/ClefPainter.h"
 #include "tableau/GuidePainter.h"
 #include "tableau/PixelSurface.h"
+#include "tableau/Stamp.h"
 
 #include <QPainter>
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 namespace velmora {
 
@@ -144,20 +144,29 @@ void GridRows::paintClefs() {
         composeOver(line(at), width, kinds_[static_cast<std::size_t>(at)]);
 }
 
+void GridRows::restoreRow(QRgb* row, int y, int left, int right) const {
+    const int split = std::clamp(clefs_.width(), left, right);
+    if (split > left)
+        std::copy_n(reinterpret_cast<const QRgb*>(clefs_.constScanLine(y)) + left, split - left, row + left);
+    const QRgb* grid = rows_[kinds_[static_cast<std::size_t>(y)]].data();
+    std::copy_n(grid + split, right - split, row + split);
+}
+
 void GridRows::restore(PixelSurface& surface, const QRect& rect) const {
     const QRect inside = rect & surface.rect();
-    const int left = inside.left();
-    const int right = left + inside.width();
-    const int split = std::clamp(clefs_.width(), left, right);
-    const auto copy = [&](QRgb* to, const QRgb* from, int first, int end) {
-        if (end > first)
-            std::memcpy(to + first, from + first, static_cast<std::size_t>(end - first) * sizeof(QRgb));
-    };
-    for (int y = inside.top(); y <= inside.bottom(); ++y) {
-        QRgb* row = surface.row(y);
-        if (split > left)
-            copy(row, reinterpret_cast<const QRgb*>(clefs_.constScanLine(y)), left, split);
-        copy(row, rows_[kinds_[static_cast<std::size_t>(y)]].data(), split, right);
+    for (int y = inside.top(); y <= inside.bottom(); ++y)
+        restoreRow(surface.row(y), y, inside.left(), inside.right() + 1);
+}
+
+void GridRows::restore(PixelSurface& surface, const Stamp& stamp, QPoint at) const {
+    const QPoint corner = stamp.bounds().topLeft() + at;
+    const QRect all = surface.rect();
+    for (const Stamp::Cover& cover : stamp.covers()) {
+        const int y = corner.y() + cover.y;
+        const int left = std::max(corner.x() + cover.x, 0);
+        const int right = std::min(corner.x() + cover.x + cover.length, all.width());
+        if (y >= 0 && y < all.height() && right > left)
+            restoreRow(surface.row(y), y, left, right);
     }
 }
 

@@ -16,6 +16,7 @@
 namespace velmora {
 
 class PixelSurface;
+class Stamp;
 
 /// Everything that decides how `MusicBox` looks without notes.
 struct GridLook {
@@ -38,6 +39,8 @@ public:
     bool renew(const GridLook& look);
     /// Writes the rectangle, in pixels of the device, as it is without notes.
     void restore(PixelSurface& surface, const QRect& rect) const;
+    /// Takes a stamp away again.
+    void restore(PixelSurface& surface, const Stamp& stamp, QPoint at) const;
 
 private:
     static constexpr int kKinds = 5;
@@ -48,6 +51,7 @@ private:
     void composeUnder(QRgb* row, int width, std::uint8_t kind) const;
     void composeOver(QRgb* row, int width, std::uint8_t kind) const;
     void paintClefs();
+    void restoreRow(QRgb* row, int y, int left, int right) const;
     [[nodiscard]] int device(double logical) const;
 
     std::optional<GridLook> look_;

@@ -26,14 +26,6 @@ struct BarForm {
 };
 constexpr BarForm kColourBar{4, 7};
 constexpr BarForm kNotationBar{5, 6};
-
-struct Place {
-    int x0, y0, x1;
-};
-Place placeOf(const NoteSpan& span, const ViewState& view) {
-    const int x0 = (span.column - view.ViewFirstColumn) * kColumnWidth;
-    return {x0, (span.row - view.ViewTopRow) * view.Line_Height, x0 + (span.cells - 1) * kColumnWidth};
-}
 } // namespace
 
 void MelodyPainter::paint(QImage& image, const TableauScene& scene) {
@@ -55,18 +47,22 @@ void MelodyPainter::noteTouched(const QImage& surface, const QRect& rect) {
     const qreal scale = surface.devicePixelRatio();
     const QPoint from(deviceEdge(rect.left(), scale), deviceEdge(rect.top(), scale));
     const QPoint to(deviceEdge(rect.right() + 1.0, scale), deviceEdge(rect.bottom() + 1.0, scale));
-    dirty_.push_back(QRect(from, to)); // a pixel more to the right and below, for lines that are rounded up
+    boxes_.push_back(QRect(from, to)); // a pixel more to the right and below, for lines that are rounded up
     key_ = surface.cacheKey();
 }
 
 void MelodyPainter::restoreGrid(PixelSurface& surface, const TableauScene& scene, bool ownPicture) {
     const bool another = grid_.renew(gridLook(surface, scene));
-    if (another || !ownPicture || dirty_.size() > kManyPlaces)
+    if (another || !ownPicture || boxes_.size() > kManyPlaces) {
         grid_.restore(surface, surface.rect());
-    else
-        for (const QRect& rect : dirty_)
-            grid_.restore(surface, rect);
-    dirty_.clear();
+    } else {
+        for (const QRect& box : boxes_)
+            grid_.restore(surface, box);
+        for (const PutStamp& put : stamps_)
+            grid_.restore(surface, *put.stamp, put.at);
+    }
+    boxes_.clear();
+    stamps_.clear();
     if (stampScale_ != surface.scale()) {
         stampScale_ = surface.scale();
         balls_.clear();
@@ -79,55 +75,44 @@ void MelodyPainter::paintChannel(PixelSurface& surface, const TableauScene& scen
         return;
     const QRgb colour = toQRgb(colourOfChannel(scene.score, channel));
     const int height = surface.logicalHeight();
-
     forEachSpan(scene.score, scene.view, channel, [&](const NoteSpan& span) {
-        const Place at = placeOf(span, scene.view);
-        if (at.y0 > height + kReach || at.y0 < -kReach)
+        const int y = (span.row - scene.view.ViewTopRow) * scene.view.Line_Height;
+        if (y > height + kReach || y < -kReach)
             return;
+        const QPoint at((span.column - scene.view.ViewFirstColumn) * kColumnWidth, y);
         if (span.hasHead && scene.score.Polyphonics.valueOr(channel + 1, span.column, 0) >= 1)
-            dirty_.push_back(
-                surface.put(ring(colour, surface.scale()), surface.edge(at.x0), surface.edge(at.y0)));
-        if (scene.view.Notationstyle == 0)
-            paintColourful(surface, scene, span, colour);
-        else
-            paintTraditional(surface, scene, span, colour);
+            put(surface, ring(colour, surface.scale()), at);
+        paintNote(surface, scene, span, at, colour);
     });
 }
 
-void MelodyPainter::paintColourful(PixelSurface& surface, const TableauScene& scene, const NoteSpan& span,
-                                   QRgb colour) {
-    const Place at = placeOf(span, scene.view);
-    dirty_.push_back(
-        surface.fillBox(at.x0 + 2, at.y0 + kColourBar.top, at.x1 + 11, at.y0 + kColourBar.bottom, colour));
-    if (span.hasHead)
-        dirty_.push_back(
-            surface.put(ball(colour, surface.scale()), surface.edge(at.x0), surface.edge(at.y0)));
-}
-
-void MelodyPainter::paintTraditional(PixelSurface& surface, const TableauScene& scene, const NoteSpan& span,
-                                     QRgb colour) {
-    const Place at = placeOf(span, scene.view);
-    dirty_.push_back(surface.fillBox(at.x0 + 2, at.y0 + kNotationBar.top, at.x1 + 11,
-                                     at.y0 + kNotationBar.bottom, colour));
-    if (span.hasHead)
-        DrawRealNote(surface, scene, span, at.x0, at.y0);
+void MelodyPainter::paintNote(PixelSurface& surface, const TableauScene& scene, const NoteSpan& span,
+                              QPoint at, QRgb colour) {
+    const bool colourful = scene.view.Notationstyle == 0;
+    const BarForm& bar = colourful ? kColourBar : kNotationBar;
+    const int end = at.x() + span.cells * kColumnWidth - 1;
+    boxes_.push_back(surface.fillBox(at.x() + 2, at.y() + bar.top, end, at.y() + bar.bottom, colour));
+    if (!span.hasHead)
+        return;
+    if (colourful)
+        put(surface, ball(colour, surface.scale()), at);
+    else
+        DrawRealNote(surface, scene, span, at);
 }
 
 void MelodyPainter::DrawRealNote(PixelSurface& surface, const TableauScene& scene, const NoteSpan& span,
-                                 int x, int y) {
+                                 QPoint at) {
     const int measure = scene.score.NotesPerMeasure;
     GlyphDrop_ = glyphDrop(measure, span.cells).value_or(GlyphDrop_);
     const std::optional<NoteValue> value = noteValue(measure, span.cells);
     if (!value)
         return;
     const std::optional<Accidental> accidental = accidentalOf(span.row);
-    const int headX = x + headOffset(GlyphDrop_, accidental);
-    const auto put = [&](const Stamp& stamp) {
-        dirty_.push_back(surface.put(stamp, surface.edge(headX), surface.edge(y + kHeadInRow)));
-    };
-    put(glyphs_.note({*value, stemOf(y + kHeadInRow, scene.view, scene.setup.ChBass)}, surface.scale()));
+    const QPoint head = at + QPoint(headOffset(GlyphDrop_, accidental), kHeadInRow);
+    const Stem stem = stemOf(head.y(), scene.view, scene.setup.ChBass);
+    put(surface, glyphs_.note({*value, stem}, surface.scale()), head);
     if (accidental && scene.view.Accidentals)
-        put(glyphs_.accidental(*accidental, surface.scale()));
+        put(surface, glyphs_.accidental(*accidental, surface.scale()), head);
 }
 
 void MelodyPainter::paintSelection(PixelSurface& surface, const ViewState& view) {
@@ -138,7 +123,7 @@ void MelodyPainter::paintSelection(PixelSurface& surface, const ViewState& view)
     const int right = view.SelectEnd > view.ViewLastColumn
                           ? surface.logicalWidth() - 1
                           : (view.SelectEnd - view.ViewFirstColumn) * kColumnWidth;
-    dirty_.push_back(surface.blendStrip(left, right - left, kBlueBox));
+    boxes_.push_back(surface.blendStrip(left, right - left, kBlueBox));
 }
 
 void MelodyPainter::paintPlayMark(PixelSurface& surface, const ViewState& view) {
@@ -146,7 +131,13 @@ void MelodyPainter::paintPlayMark(PixelSurface& surface, const ViewState& view) 
         return;
     const int x = (view.PlayMark - view.ViewFirstColumn) * kColumnWidth - 2;
     if (x > 0 && view.PlayMark > 0)
-        dirty_.push_back(surface.blendStrip(x, kMarkWidth, kRedBox));
+        boxes_.push_back(surface.blendStrip(x, kMarkWidth, kRedBox));
+}
+
+void MelodyPainter::put(PixelSurface& surface, const Stamp& stamp, QPoint logical) {
+    const QPoint at(surface.edge(logical.x()), surface.edge(logical.y()));
+    surface.put(stamp, at.x(), at.y());
+    stamps_.push_back({&stamp, at});
 }
 
 const Stamp& MelodyPainter::ball(QRgb colour, qreal scale) {

@@ -24,6 +24,10 @@ class PixelSurface;
 /// Who draws over the picture through `drawOver` says where, and the next painting stays fast.
 class MelodyPainter {
 public:
+    MelodyPainter() = default;
+    MelodyPainter(const MelodyPainter&) = delete;
+    MelodyPainter& operator=(const MelodyPainter&) = delete;
+
     /// `DrawNoteArray`.
     /// @param surface Format_RGB32, of logical size times devicePixelRatio
     void paint(QImage& surface, const TableauScene& scene);
@@ -41,12 +45,12 @@ private:
     void noteTouched(const QImage& surface, const QRect& rect);
     void restoreGrid(PixelSurface& surface, const TableauScene& scene, bool ownPicture);
     void paintChannel(PixelSurface& surface, const TableauScene& scene, int channel);
-    void paintColourful(PixelSurface& surface, const TableauScene& scene, const NoteSpan& span, QRgb colour);
-    void paintTraditional(PixelSurface& surface, const TableauScene& scene, const NoteSpan& span,
-                          QRgb colour);
-    void DrawRealNote(PixelSurface& surface, const TableauScene& scene, const NoteSpan& span, int x, int y);
+    void paintNote(PixelSurface& surface, const TableauScene& scene, const NoteSpan& span, QPoint at,
+                   QRgb colour);
+    void DrawRealNote(PixelSurface& surface, const TableauScene& scene, const NoteSpan& span, QPoint at);
     void paintSelection(PixelSurface& surface, const ViewState& view);
     void paintPlayMark(PixelSurface& surface, const ViewState& view);
+    void put(PixelSurface& surface, const Stamp& stamp, QPoint logical);
     [[nodiscard]] const Stamp& ball(QRgb colour, qreal scale);
     [[nodiscard]] const Stamp& ring(QRgb colour, qreal scale);
 
@@ -54,9 +58,17 @@ private:
     NoteGlyphs glyphs_;
     std::map<QRgb, Stamp> balls_, rings_;
     qreal stampScale_ = 0;
-    int GlyphDrop_ = 0;        ///< of the last note, without what its accidental adds
-    std::vector<QRect> dirty_; ///< where the picture differs from the grid, in pixels of the device
-    qint64 key_ = -1;          ///< of the picture as this left it
+    int GlyphDrop_ = 0; ///< of the last note, without what its accidental adds
+
+    // Where the picture differs from the grid, in pixels of the device.
+    struct PutStamp {
+        const Stamp* stamp;
+        QPoint at;
+    };
+    std::vector<QRect> boxes_;
+    std::vector<PutStamp> stamps_;
+
+    qint64 key_ = -1; ///< of the picture as this left it
 };
 
 } // namespace velmora

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 namespace velmora {
 
@@ -33,9 +32,9 @@ constexpr QRgb over(QRgb below, QRgb above) {
                     dividedBy255(((below >> 8U) & kRedBlue) * through) << 8U);
 }
 
-void blendRow(QRgb* below, const QRgb* above, int from, int to) {
-    for (int x = from; x < to; ++x)
-        below[x] = over(below[x], above[x]);
+void putStretch(QRgb* below, const QRgb* above, int length, bool opaque) {
+    for (int x = 0; x < length; ++x)
+        below[x] = opaque ? above[x] : over(below[x], above[x]);
 }
 } // namespace
 
@@ -101,19 +100,23 @@ QRect PixelSurface::blendStrip(int x, int width, QRgb source) {
 QRect PixelSurface::put(const Stamp& stamp, int x, int y) {
     const QRect place = stamp.bounds().translated(x, y);
     const QRect inside = place & rect();
+    if (inside.isEmpty())
+        return {};
     const int from = inside.left() - place.left();
     const int to = from + inside.width();
-    for (int line = inside.top(); line <= inside.bottom(); ++line) {
-        const Stamp::Run& run = stamp.run(line - place.top());
-        const QRgb* above = stamp.pixels(line - place.top());
-        QRgb* below = row(line) + place.left();
-        blendRow(below, above, std::max(run.first, from), std::min(run.solid, to));
-        const int solid = std::max(run.solid, from);
-        const int solidEnd = std::min(run.solidEnd, to);
-        if (solidEnd > solid)
-            std::memcpy(below + solid, above + solid,
-                        static_cast<std::size_t>(solidEnd - solid) * sizeof(QRgb));
-        blendRow(below, above, std::max(run.solidEnd, from), std::min(run.end, to));
+    // Its rows lie far apart in memory: asked for together, they arrive together.
+    for (const Stamp::Cover& cover : stamp.covers())
+        if (place.top() + cover.y >= inside.top() && place.top() + cover.y <= inside.bottom())
+            __builtin_prefetch(row(place.top() + cover.y) + std::clamp(place.left() + cover.x, 0, width_ - 1),
+                               1);
+    for (const Stamp::Stretch& stretch : stamp.stretches()) {
+        const int line = place.top() + stretch.y;
+        const int first = std::max(stretch.x, from);
+        const int end = std::min(stretch.x + stretch.length, to);
+        if (line < inside.top() || line > inside.bottom() || end <= first)
+            continue;
+        putStretch(row(line) + place.left() + first, stamp.pixels() + stretch.at + (first - stretch.x),
+                   end - first, stretch.opaque);
     }
     return inside;
 }

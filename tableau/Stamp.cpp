@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/Stamp.h"
 
-#include <algorithm>
-
 namespace velmora {
 
 namespace {
 constexpr int kOpaque = 255;
+constexpr int kSmallGap = 8;
+constexpr int kWorthCopying = 6; ///< fewer opaque pixels are blended along with their neighbours
 
 QRect inkedRect(const QImage& picture) {
     QRect inked;
@@ -17,38 +17,50 @@ QRect inkedRect(const QImage& picture) {
     return inked;
 }
 
-/// With the longest solid stretch of the row as its solid part.
-Stamp::Run runOf(const QRgb* row, int width) {
-    Stamp::Run run{width, width, width, 0};
-    int longest = 0;
-    for (int x = 0; x < width; ++x) {
-        if (qAlpha(row[x]) == 0)
-            continue;
-        run.first = std::min(run.first, x);
-        run.end = x + 1;
-        int stop = x;
-        while (stop < width && qAlpha(row[stop]) == kOpaque)
-            ++stop;
-        if (stop - x > longest) {
-            longest = stop - x;
-            run.solid = x;
-            run.solidEnd = stop;
-        }
-    }
-    if (longest == 0)
-        run.solid = run.solidEnd = std::max(run.first, run.end);
-    return run;
+int solidLength(const QRgb* row, int width, int from) {
+    int x = from;
+    while (x < width && qAlpha(row[x]) == kOpaque)
+        ++x;
+    return x - from;
 }
 } // namespace
 
 Stamp::Stamp(const QImage& picture, QPoint anchor) {
     const QRect inked = inkedRect(picture);
     bounds_ = inked.translated(-anchor);
-    for (int y = inked.top(); y <= inked.bottom(); ++y) {
-        const auto* row = reinterpret_cast<const QRgb*>(picture.constScanLine(y)) + inked.left();
-        pixels_.insert(pixels_.end(), row, row + inked.width());
-        runs_.push_back(runOf(row, inked.width()));
+    for (int y = 0; y < inked.height(); ++y)
+        addRow(reinterpret_cast<const QRgb*>(picture.constScanLine(inked.top() + y)) + inked.left(),
+               inked.width(), y);
+}
+
+void Stamp::addRow(const QRgb* row, int width, int y) {
+    for (int x = 0; x < width;) {
+        if (qAlpha(row[x]) == 0) {
+            ++x;
+            continue;
+        }
+        const int first = x;
+        const bool opaque = solidLength(row, width, x) >= kWorthCopying;
+        if (opaque)
+            x += solidLength(row, width, x);
+        else
+            while (x < width && qAlpha(row[x]) > 0 && solidLength(row, width, x) < kWorthCopying)
+                ++x;
+        stretches_.push_back({y, first, x - first, static_cast<int>(pixels_.size()), opaque});
+        pixels_.insert(pixels_.end(), row + first, row + x);
+        cover(stretches_.back());
     }
+}
+
+void Stamp::cover(const Stretch& stretch) {
+    if (!covers_.empty()) {
+        Cover& last = covers_.back();
+        if (last.y == stretch.y && stretch.x - (last.x + last.length) <= kSmallGap) {
+            last.length = stretch.x + stretch.length - last.x;
+            return;
+        }
+    }
+    covers_.push_back({stretch.y, stretch.x, stretch.length});
 }
 
 } // namespace velmora

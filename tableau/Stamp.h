@@ -8,8 +8,9 @@
 
 namespace velmora {
 
-/// A small picture that is put down many times. Its rows know where they begin and where they are solid, so
-/// that most of a ball is copied and only its edge is blended. Everything is in pixels of the device.
+/// A small picture that is put down many times. It is kept as the stretches of its rows that hold anything:
+/// most of a ball is copied, only its edge is blended, and what is empty costs nothing. Everything is in
+/// pixels of the device.
 class Stamp {
 public:
     Stamp() = default;
@@ -20,20 +21,29 @@ public:
     /// The rectangle that is not empty, relative to the anchor.
     [[nodiscard]] QRect bounds() const { return bounds_; }
 
-    /// One row: nothing before `first`, blended up to `solid`, copied up to `solidEnd`, blended up to `end`.
-    struct Run {
-        int first = 0, solid = 0, solidEnd = 0, end = 0;
+    /// Pixels of one row that are all opaque and copied, or are blended.
+    struct Stretch {
+        int y, x, length; ///< from the upper left corner of `bounds`
+        int at;           ///< of its first pixel in `pixels`
+        bool opaque;
     };
-    [[nodiscard]] const Run& run(int row) const { return runs_[static_cast<std::size_t>(row)]; }
-    /// Pixels of a row of `bounds`.
-    [[nodiscard]] const QRgb* pixels(int row) const {
-        return pixels_.data() + static_cast<std::ptrdiff_t>(row) * bounds_.width();
-    }
+    [[nodiscard]] const std::vector<Stretch>& stretches() const { return stretches_; }
+    [[nodiscard]] const QRgb* pixels() const { return pixels_.data(); }
+
+    /// Pixels of one row that hold all it writes there, small gaps included.
+    struct Cover {
+        int y, x, length;
+    };
+    [[nodiscard]] const std::vector<Cover>& covers() const { return covers_; }
 
 private:
+    void addRow(const QRgb* row, int width, int y);
+    void cover(const Stretch& stretch);
+
     QRect bounds_;
     std::vector<QRgb> pixels_;
-    std::vector<Run> runs_;
+    std::vector<Stretch> stretches_;
+    std::vector<Cover> covers_;
 };
 
 } // namespace velmora
