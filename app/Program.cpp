@@ -4,6 +4,7 @@
 #include "shell/HelpLibrary.h"
 #include "shell/MessageBox.h"
 #include "shell/Settings.h"
+#include "tableau/FirstPicture.h"
 
 #include <QApplication>
 #include <QScreen>
@@ -42,8 +43,12 @@ Program::Program(std::vector<std::unique_ptr<MidiBackend>> backends, std::filesy
 void Program::start() {
     opener_.move(opener_.screen()->availableGeometry().center() - opener_.rect().center());
     opener_.show();
-    // The first picture waits for nothing that makes sound.
-    QTimer::singleShot(0, &opener_, [this] { QTimer::singleShot(0, &opener_, [this] { loadSound(); }); });
+    // The first picture waits for nothing that makes sound, nor for what another window shows.
+    const auto prepare = [this] {
+        loadSound();
+        prepareFirstPicture(skins_.look(), opener_.devicePixelRatioF());
+    };
+    QTimer::singleShot(0, &opener_, [this, prepare] { QTimer::singleShot(0, &opener_, prepare); });
 }
 
 void Program::loadSound() {

@@ -39,9 +39,22 @@ void MenuStrip::Lmnu_Click(int index) {
         return;
     setFocus(Qt::MenuBarFocusReason);
     setActiveAction(action);
-    // The bar opens the menu of an active label by a key, and then follows the arrows to its neighbours.
+    openReached();
+}
+
+/// The bar opens the menu of an active label by a key, and then follows the arrows to its neighbours.
+void MenuStrip::openReached() {
     QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
     keyPressEvent(&down);
+}
+
+/// Qt's bar goes no further, when Alt alone was pressed and let go, than to reach the first label.
+bool MenuStrip::eventFilter(QObject* watched, QEvent* event) {
+    const QAction* before = activeAction();
+    const bool taken = QMenuBar::eventFilter(watched, event);
+    if (event->type() == QEvent::KeyRelease && !before && activeAction())
+        openReached();
+    return taken;
 }
 
 } // namespace velmora

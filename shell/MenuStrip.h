@@ -26,8 +26,12 @@ public:
     /// Opens the popup of `Lmnu`(index) under its label, with its first item reached.
     void Lmnu_Click(int index);
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     [[nodiscard]] QAction* label(int index) const;
+    void openReached();
 };
 
 } // namespace velmora

@@ -3,10 +3,12 @@
 
 #include "shell/Compositor.h"
 #include "shell/ControlPainter.h"
+#include "shell/IconSet.h"
 #include "shell/PixelGrid.h"
 #include "shell/SkinPainter.h"
 #include "shell/StyleState.h"
 
+#include <QIconEngine>
 #include <QtWidgets>
 
 namespace velmora {
@@ -29,6 +31,24 @@ bool showsFocusItself(const QStyleOption& option, const QWidget* widget) {
 QColor mixed(Rgb one, Rgb other, double share) {
     return toQColor(mix(one, other, share));
 }
+
+/// One of our icons where Qt wants a QIcon, in the skin of the moment.
+class OwnIcon : public QIconEngine {
+public:
+    OwnIcon(const Appearance& look, std::string_view name) : look_(look), name_(name) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override {
+        const ControlState state{.enabled = mode != QIcon::Disabled};
+        const int size = std::min(rect.width(), rect.height());
+        const QPointF corner(rect.x() + (rect.width() - size) / 2.0, rect.y() + (rect.height() - size) / 2.0);
+        paintIcon(*painter, corner, name_, iconColoursOn(look_, ButtonPlace::Bar, state), size);
+    }
+    [[nodiscard]] QIconEngine* clone() const override { return new OwnIcon(*this); }
+
+private:
+    const Appearance& look_;
+    std::string_view name_;
+};
 } // namespace
 
 QPalette skinPalette(const Skin& skin) {
@@ -67,6 +87,14 @@ SkinStyle::SkinStyle(const Appearance& look) : QProxyStyle(QStringLiteral("Fusio
 
 QPalette SkinStyle::standardPalette() const {
     return skinPalette(look_.skin());
+}
+
+/// That of the menus that find no room in a bar is asked for with each bar, and reading Qt's picture loads
+/// all there is for pictures of other kinds.
+QIcon SkinStyle::standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const {
+    if (icon == SP_ToolBarHorizontalExtensionButton)
+        return QIcon(new OwnIcon(look_, "more"));
+    return QProxyStyle::standardIcon(icon, option, widget);
 }
 
 void SkinStyle::polish(QWidget* widget) {

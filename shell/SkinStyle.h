@@ -35,6 +35,8 @@ public:
     [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                                 QStyleHintReturn* data) const override;
     [[nodiscard]] QPalette standardPalette() const override;
+    [[nodiscard]] QIcon standardIcon(StandardPixmap icon, const QStyleOption* option,
+                                     const QWidget* widget) const override;
     using QProxyStyle::polish;
     void polish(QWidget* widget) override;
 

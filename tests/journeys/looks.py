@@ -3,7 +3,7 @@
 
 from desktop import wait_for
 from journey import Journey
-from program import TIP
+from program import EDIT_HEIGHT, FILE_HEIGHT, TIP
 
 # What stands in the title between the text and the buttons, half way down and half way across.
 SKINS = {
@@ -50,6 +50,23 @@ class Looks(Journey):
         program.close()
         program = self.compose()
         self.title_becomes(program, SKINS["XP (Silver)"])
+        program.close()
+
+    def test_alt_alone_opens_the_first_menu_arrows_walk_and_escape_leaves(self):
+        program = self.compose()
+        self.screen.do("keydown", "alt", "keyup", "alt")
+        first = program.popup()
+        self.screen.key("Right")
+        wait_for(lambda: program.popups() and first not in program.popups(), "the second menu")
+        self.assertEqual(self.screen.geometry(program.popup())[3], EDIT_HEIGHT)
+        self.screen.key("Left")
+        wait_for(lambda: program.popups() == [first], "the first menu again")
+        self.screen.key("Escape", "Escape")
+        wait_for(lambda: not program.popups(), "the menu's end")
+        self.screen.do("keydown", "alt", "keyup", "alt")
+        self.assertEqual(self.screen.geometry(program.popup())[3], FILE_HEIGHT)
+        self.screen.do("keydown", "alt", "keyup", "alt")
+        wait_for(lambda: not program.popups(), "the menu's end by the same key")
         program.close()
 
     def test_square_skins_have_square_corners_and_the_others_cut_ones(self):

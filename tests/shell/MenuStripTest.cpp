@@ -85,6 +85,18 @@ TEST_F(MenuStripTest, F10OpensTheFirst) {
     key(Qt::Key_Escape);
 }
 
+TEST_F(MenuStripTest, AltAloneOpensTheFirstAndWithALetterNone) {
+    QTest::keyPress(&window, Qt::Key_Alt);
+    QTest::keyClick(&window, Qt::Key_X, Qt::AltModifier);
+    QTest::keyRelease(&window, Qt::Key_Alt);
+    EXPECT_EQ(shown(), "");
+    QTest::keyPress(&window, Qt::Key_Alt);
+    EXPECT_EQ(shown(), "");
+    QTest::keyRelease(&window, Qt::Key_Alt);
+    EXPECT_EQ(shown(), "mnupopup6");
+    key(Qt::Key_Escape);
+}
+
 TEST_F(MenuStripTest, ArrowsWalkBetweenTheMenusAndAround) {
     strip.Lmnu_Click(3);
     for (const char* popup : {"mnupopup7", "mnupopup9", "mnupopup10", "mnupopup6"}) {

@@ -178,3 +178,14 @@ TEST_F(SkinStyleTest, ADisabledControlLooksSo) {
         }
     }
 }
+
+TEST_F(SkinStyleTest, TheSignOfMenusWithoutRoomFollowsTheSkin) {
+    const auto sign = [this](int skin) {
+        skins->Skintype_Click(skin);
+        return QApplication::style()
+            ->standardIcon(QStyle::SP_ToolBarHorizontalExtensionButton)
+            .pixmap(16, 16)
+            .toImage();
+    };
+    EXPECT_NE(sign(6), sign(7)); // light on dark, dark on light
+}

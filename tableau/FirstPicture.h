@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <QtGlobal>
+
+namespace velmora {
+
+struct Appearance;
+
+/// Draws the characters and the icons that the composing window shows first, for the caches of both. While
+/// the start window waits for its user there is time for that; when the user has pressed, there is none.
+/// @param scale of the device, in its pixels to a logical one
+void prepareFirstPicture(const Appearance& look, qreal scale);
+
+} // namespace velmora
