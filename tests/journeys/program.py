@@ -33,6 +33,7 @@ class User:
         self.more = more
         for name in ("home", "data", "config", "runtime"):
             os.mkdir(self.path(name), 0o700)
+        self.keep()
 
     def path(self, *names):
         return os.path.join(self.folder, *names)
@@ -50,7 +51,9 @@ class User:
         return {line.partition("=")[0].removeprefix("Settings/"): line.partition("=")[2] for line in lines}
 
     def keep(self, **values):
-        """Settings of an earlier day; blanks in keys are given as underscores."""
+        """Settings of an earlier day; blanks in keys are given as underscores. The setup toolbar was closed, so that
+        nothing lies over the composing window."""
+        values = {"frmsetup": 0, **values}
         self.write_settings("".join(f"Settings/{key.replace('_', ' ')}={value}\n" for key, value in values.items()))
 
     def write_settings(self, text):
