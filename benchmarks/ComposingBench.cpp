@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+// How quickly the composing window answers, on a bare X server.
+#include "BareServer.h"
+
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <csignal>
+#include <memory>
+#include <sys/wait.h>
+
+namespace {
+
+/// A hand that moves the mouse over the toolbars, as long as it lives.
+class RestlessMouse {
+public:
+    explicit RestlessMouse(const std::string& display) : process_(fork()) {
+        if (process_ != 0)
+            return;
+        setpgid(0, 0);
+        setenv("DISPLAY", display.c_str(), 1);
+        execlp("sh", "sh", "-c",
+               "x=0; while :; do x=$(( (x + 7) % 1200 )); xdotool mousemove $((20 + x)) $((60 + x % 90)); "
+               "sleep 0.01; "
+               "done",
+               static_cast<char*>(nullptr));
+        _exit(127);
+    }
+    ~RestlessMouse() {
+        if (process_ > 0) {
+            kill(-process_, SIGTERM);
+            waitpid(process_, nullptr, 0);
+        }
+    }
+    RestlessMouse(const RestlessMouse&) = delete;
+    RestlessMouse& operator=(const RestlessMouse&) = delete;
+
+private:
+    pid_t process_;
+};
+
+const velmora::BareServer& server() {
+    static const velmora::BareServer bare;
+    return bare;
+}
+
+/// The three numbers of the probe as counters of these names; a blank name leaves its number out.
+void probe(benchmark::State& state, const std::string& words, const std::array<const char*, 3>& names) {
+    const std::string command = "exec env DISPLAY=" + server().display() +
+                                " QT_QPA_PLATFORM=xcb " VELMORA_COMPOSING_PROBE " " + words + " 2>/dev/null";
+    std::array<double, 3> numbers{-1, -1, -1};
+    for (auto _ : state) {
+        const std::unique_ptr<std::FILE, int (*)(std::FILE*)> output(popen(command.c_str(), "r"), pclose);
+        if (!output || std::fscanf(output.get(), "%lf %lf %lf", &numbers[0], &numbers[1], &numbers[2]) != 3) {
+            state.SkipWithError("The window did not come up; is Xvfb installed?");
+            return;
+        }
+    }
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (*names[i])
+            state.counters[names[i]] = numbers[i];
+}
+
+void composingPress(benchmark::State& state) {
+    probe(state, "press", {"press_to_port_us", "drag_step_us", "release_us"});
+}
+BENCHMARK(composingPress)->Iterations(1);
+
+void composingOpen(benchmark::State& state) {
+    probe(state, "open", {"open_ms", "open_worst_ms", ""});
+}
+BENCHMARK(composingOpen)->Iterations(1);
+
+void composingScroll(benchmark::State& state) {
+    probe(state, "scroll", {"scroll_ms", "scroll_worst_ms", "steps_a_second"});
+}
+BENCHMARK(composingScroll)->Iterations(1);
+
+void composingPlayForAMinute(benchmark::State& state) {
+    const RestlessMouse mouse(server().display());
+    probe(state, "play 60", {"late_p50_us", "late_p99_us", "cpu_percent"});
+}
+BENCHMARK(composingPlayForAMinute)->Iterations(1);
+
+} // namespace

@@ -1,0 +1,247 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+// velmora_composing_probe WHAT [SECONDS]: the composing window with a score, on the X server that is there;
+// prints three numbers.
+//
+//   press   microseconds at the median from a press of the mouse to its note-on at the port, of a step of a
+//           drag, and of the release
+//   open    milliseconds from the command to a painted score of 1000 positions, at the median, and at worst;
+//   0 scroll  milliseconds of a step of the thumb to the screen, at the median, at worst; steps a second play
+//   how late steps begin at tempo 500 with the play line on, in microseconds, at the median and at the
+//           99th of a hundred; per cent of a core
+#include "score/SngFile.h"
+#include "shell/ExToolTip.h"
+#include "shell/Frmmenu.h"
+#include "shell/ProgramFolders.h"
+#include "shell/QtFileDialogs.h"
+#include "shell/QtMessageLoop.h"
+#include "shell/Settings.h"
+#include "shell/SteadyClock.h"
+#include "shell/frmskins.h"
+#include "sound/DeviceChooser.h"
+#include "sound/ShortMessage.h"
+#include "tableau/Application.h"
+#include "tableau/Workspace.h"
+#include "tableau/form1.h"
+
+#include <QtWidgets>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <fstream>
+#include <string_view>
+
+using namespace velmora;
+
+namespace {
+
+/// Notes when the first note-on came.
+class TimingPort : public MidiPort {
+public:
+    int deviceCount() override { return 1; }
+    std::string deviceName(int /*device*/) override { return "Port"; }
+    int open(int /*device*/) override { return kOk; }
+    int close() override { return kOk; }
+    void reset() override {}
+    void send(std::uint32_t word) override {
+        if ((word & 0xF0U) == 0x90U && noteOn == 0)
+            noteOn = steadySeconds();
+    }
+    double noteOn = 0;
+};
+
+/// How late each wait of playing ends.
+class TimingLoop : public QtMessageLoop {
+public:
+    void serveUntil(double moment) override {
+        QtMessageLoop::serveUntil(moment);
+        late.push_back(1e6 * (now() - moment));
+    }
+    std::vector<double> late;
+};
+
+double shareOf(std::vector<double> values, double share) {
+    if (values.empty())
+        return -1;
+    std::ranges::sort(values);
+    return values[static_cast<std::size_t>(std::lround(share * static_cast<double>(values.size() - 1)))];
+}
+
+double threadSeconds() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+/// Eight channels of short notes and four of percussion, from the beginning to the end.
+void fill(Score& score) {
+    for (int channel = 0; channel < kUsedChannels; ++channel) {
+        if (channel == kFirstPercussion + 1)
+            continue;
+        const int length = 2 + channel % 3;
+        for (int position = 0; position < score.NumNotes; ++position) {
+            const int row =
+                channel < kMelodyChannels ? 44 + (position * 7 + channel * 5) % 40 : 42 + channel % 5;
+            const int head = position % (length + 1);
+            if (head < length)
+                score.NoteCell.set(channel, position,
+                                   static_cast<std::int16_t>(head == 0 ? row : row + 1000));
+        }
+    }
+    score.TopChannel = kUsedChannels - 1;
+    score.FindEndOfSong();
+}
+
+struct Stage {
+    explicit Stage(int positions) {
+        settings.SaveSetting("Settings", settings::NumNotes.key, std::to_string(positions));
+        settings.SaveSetting("Settings", settings::Percussion.key, "-1");
+        workspace.emplace(settings, folders);
+        application.emplace(Application{.settings = settings,
+                                        .folders = folders,
+                                        .skins = skins,
+                                        .menu = menu,
+                                        .tips = tips,
+                                        .dialogs = dialogs,
+                                        .loop = loop,
+                                        .port = port,
+                                        .devices = devices,
+                                        .workspace = *workspace,
+                                        .openHelp = {},
+                                        .setup = {},
+                                        .quit = {}});
+        window.emplace(*application);
+        window->setGeometry(0, 0, 1366, 768);
+        window->show();
+        settle(0.3);
+    }
+    static void settle(double seconds) {
+        const double end = steadySeconds() + seconds;
+        do {
+            QApplication::processEvents();
+        } while (steadySeconds() < end);
+    }
+    QWidget& box() { return *window->findChild<QWidget*>("MusicBox"); }
+    void mouse(QEvent::Type type, QPoint at, Qt::MouseButtons held) {
+        const bool moves = type == QEvent::MouseMove;
+        QMouseEvent event(type, at, box().mapToGlobal(QPointF(at)), moves ? Qt::NoButton : Qt::LeftButton,
+                          held, Qt::NoModifier);
+        QApplication::sendEvent(&box(), &event);
+    }
+
+    QTemporaryDir home;
+    SettingsFile settings{std::filesystem::path(home.path().toStdString()) / "settings"};
+    ProgramFolders folders{std::filesystem::path(home.path().toStdString())};
+    frmskins skins{settings};
+    Frmmenu menu;
+    ExToolTip tips{settings};
+    QtFileDialogs dialogs{nullptr, DialogSource::Qt};
+    TimingLoop loop;
+    TimingPort port;
+    DeviceChooser devices{port, {.read = [] { return std::nullopt; }, .write = [](int /*device*/) {}}};
+    std::optional<Workspace> workspace;
+    std::optional<Application> application;
+    std::optional<form1> window;
+};
+
+void report(double first, double second, double third) {
+    std::printf("%.4f %.4f %.4f\n", first, second, third);
+    std::fflush(stdout);
+    std::_Exit(0);
+}
+
+void press() {
+    Stage stage(1000);
+    fill(stage.workspace->score);
+    stage.window->TrackSel_Click(3);
+    std::vector<double> toPort;
+    std::vector<double> step;
+    std::vector<double> release;
+    for (int stroke = 0; stroke < 200; ++stroke) {
+        const QPoint begin(60 + stroke % 50 * 12, 100 + stroke % 30 * 8);
+        stage.port.noteOn = 0;
+        double before = steadySeconds();
+        stage.mouse(QEvent::MouseButtonPress, begin, Qt::LeftButton);
+        toPort.push_back(1e6 * (stage.port.noteOn - before));
+        for (int along = 1; along <= 20; ++along) {
+            before = steadySeconds();
+            stage.mouse(QEvent::MouseMove, begin + QPoint(12 * along, 0), Qt::LeftButton);
+            QApplication::processEvents();
+            step.push_back(1e6 * (steadySeconds() - before));
+        }
+        before = steadySeconds();
+        stage.mouse(QEvent::MouseButtonRelease, begin + QPoint(240, 0), Qt::NoButton);
+        QApplication::processEvents();
+        release.push_back(1e6 * (steadySeconds() - before));
+    }
+    report(shareOf(toPort, 0.5), shareOf(step, 0.5), shareOf(release, 0.5));
+}
+
+void open() {
+    Stage stage(1000);
+    fill(stage.workspace->score);
+    const auto file = std::filesystem::path(stage.home.path().toStdString()) / "full.sng";
+    stage.workspace->score.currentFile = file.string();
+    if (!SavePoliFile(stage.workspace->score, stage.workspace->setup).empty())
+        report(-1, -1, -1);
+    std::vector<double> taken;
+    for (int time = 0; time < 20; ++time) {
+        stage.workspace->score.ClearAll();
+        stage.window->DrawNoteArray();
+        Stage::settle(0.05);
+        const double before = steadySeconds();
+        stage.window->openScore(file);
+        QApplication::processEvents();
+        QGuiApplication::sync();
+        taken.push_back(1e3 * (steadySeconds() - before));
+    }
+    report(shareOf(taken, 0.5), shareOf(taken, 1), 0);
+}
+
+void scroll() {
+    Stage stage(2000);
+    fill(stage.workspace->score);
+    stage.window->DrawNoteArray();
+    stage.window->showLength();
+    auto* bar = stage.window->findChild<QScrollBar*>("HScroll1");
+    std::vector<double> taken;
+    for (int value = bar->minimum(); value < bar->minimum() + 600; ++value) {
+        const double before = steadySeconds();
+        bar->setValue(value);
+        QApplication::processEvents();
+        QGuiApplication::sync();
+        taken.push_back(1e3 * (steadySeconds() - before));
+    }
+    report(shareOf(taken, 0.5), shareOf(taken, 1), 1e3 / shareOf(taken, 0.5));
+}
+
+void play(double seconds) {
+    Stage stage(static_cast<int>(seconds / 0.0276) + 200);
+    fill(stage.workspace->score);
+    stage.workspace->score.Tempo = 500;
+    stage.workspace->play.ShowPlayLine = true;
+    QTimer::singleShot(static_cast<int>(seconds * 1000), [&stage] { stage.window->PlayAndStop_Click(true); });
+    const double before = steadySeconds();
+    const double processorBefore = threadSeconds();
+    stage.window->PlayAndStop_Click(false);
+    const double processor = threadSeconds() - processorBefore;
+    report(shareOf(stage.loop.late, 0.5), shareOf(stage.loop.late, 0.99),
+           100 * processor / (steadySeconds() - before));
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    const QApplication application(argc, argv);
+    const std::string_view what = argc > 1 ? argv[1] : "";
+    if (what == "press")
+        press();
+    else if (what == "open")
+        open();
+    else if (what == "scroll")
+        scroll();
+    else if (what == "play")
+        play(argc > 2 ? std::atof(argv[2]) : 60);
+    return 2;
+}
