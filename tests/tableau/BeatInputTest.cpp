@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/TableauInput.h"
 
-#include "tests/tableau/RecordingScreen.h"
+#include "tests/tableau/GestureFixture.h"
 
 #include <gmock/gmock.h>
 

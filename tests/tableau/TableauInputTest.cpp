@@ -2,7 +2,7 @@
 #include "tableau/TableauInput.h"
 
 #include "tests/sound/RealtimeWatch.h"
-#include "tests/tableau/RecordingScreen.h"
+#include "tests/tableau/GestureFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -172,6 +172,17 @@ TEST_F(TableauInputTest, TheVelocityIsTheVolumeOfThePosition) {
     EXPECT_EQ(shortmessage::data2(port().words().back()), 55);
 }
 
+TEST_F(TableauInputTest, AnInaudibleVolumeCountsAsTheLoudest) {
+    score().ChannelMuted[0] = true; // so that the sounding leaves the velocity alone
+    score().Volume.set(0, 4, 0);
+    press(3, 0);
+    EXPECT_EQ(score().ChannelVelocity[0], 127);
+    release(3, 0);
+    score().Volume.set(0, 4, 1);
+    press(3, 0);
+    EXPECT_EQ(score().ChannelVelocity[0], 1);
+}
+
 TEST_F(TableauInputTest, AMutedChannelIsDrawnInSilence) {
     score().ChannelMuted[0] = true;
     press(1, 10);
@@ -197,6 +208,18 @@ TEST_F(TableauInputTest, AChordEndsWithItsNote) {
     EXPECT_THAT(sounding(), SizeIs(4));
     release(4, 10);
     EXPECT_THAT(sounding(), IsEmpty());
+}
+
+TEST_F(TableauInputTest, ANoteOnRowZeroEndsByItsOwnNoteOff) {
+    view().ViewTopRow = 0;
+    draw(1, 2, 0);
+    EXPECT_THAT(port().words(), Contains(shortmessage::noteOff(0, 127)));
+}
+
+TEST_F(TableauInputTest, WithNoteEffectsEveryReleaseIsSilence) {
+    view().NoteEffectsOn = true;
+    release(1, 1);
+    EXPECT_THAT(port().words(), ElementsAre(RecordingPort::kReset));
 }
 
 TEST_F(TableauInputTest, CancelEndsTheStrokeWhereTheMouseWasLast) {
@@ -259,6 +282,16 @@ TEST_F(TableauInputTest, AViewScrolledDuringAStrokeLeavesTheNoteWhereItWasPresse
     EXPECT_EQ(cell(0, 12), 1052);
 }
 
+TEST_F(TableauInputTest, AReleaseRightAfterScrollingFollowsTheView) {
+    press(10, 10);
+    view().ViewFirstColumn += 4;
+    release(8, 10);
+    EXPECT_THAT(screen().callsOf("GetRow").back(), "GetRow 0 10");
+    EXPECT_EQ(cell(0, 10), 52);
+    EXPECT_EQ(cell(0, 12), 1052);
+    EXPECT_EQ(cell(0, 13), -1);
+}
+
 // Playing
 
 TEST_F(TableauInputTest, PlayingRefusesAllStrokesButNotTheChannelChange) {
@@ -278,6 +311,11 @@ TEST_F(TableauInputTest, PlayingThatStartsDuringAStrokeEndsItsNoteAndNothingElse
     EXPECT_THAT(cells(0, 5), testing::Each(-1));
     EXPECT_THAT(sounding(), IsEmpty());
     EXPECT_NE(port().words().back(), RecordingPort::kReset) << "that would silence the playing, too";
+    EXPECT_EQ(screen().pointer(Box::MusicBox), Pointer::Arrow);
+    workspace().play.Playing = false;
+    port().sent.clear();
+    press(1, 10);
+    EXPECT_EQ(port().notes().size(), 1U) << "it has ended once and for all";
 }
 
 // What is shown
@@ -364,6 +402,9 @@ TEST_F(TableauInputTest, AStrokeClearsTheMarksAndLeavesItsLastColumnAsSelectEnd)
 TEST_F(TableauInputTest, TheLastColumnOfTheViewReachesAsFarAsTheStroke) {
     view().ViewColumns = 20;
     view().ViewLastColumn = 20;
+    press(5, 0);
+    EXPECT_EQ(view().ViewLastColumn, 20);
+    release(5, 0);
     press(22, 0);
     EXPECT_EQ(view().ViewLastColumn, 22);
     drag(25, 0);
@@ -559,6 +600,7 @@ TEST_F(TableauInputTest, InPolyphonicModeTheRightButtonGivesTheNoteItsChordAndEr
     EXPECT_EQ(chordAt(2), 0);
     EXPECT_THAT(cells(0, 5), ElementsAre(-1, 62, 1062, 1062, 1062));
     EXPECT_EQ(score().Pan_Change.at(0, 3), 9);
+    EXPECT_GE(screen().count("drawPolynoteBar"), 1);
     EXPECT_TRUE(workspace().undoLast());
 }
 
@@ -574,6 +616,16 @@ TEST_F(TableauInputTest, WithNoteEffectsTheRightButtonAppliesThemToTheHeadAndEra
     EXPECT_EQ(score().Reverb_Change.at(0, 3), 0) << "the walk to it resets what it passes";
     release(2, 0, kRight);
     EXPECT_EQ(port().words().back(), RecordingPort::kReset);
+}
+
+TEST_F(TableauInputTest, AnAppliedEffectEndsEvenIfTheToolIsLeftMeanwhile) {
+    draw(1, 3, 20);
+    view().NoteEffectsOn = true;
+    press(2, 0, kRight);
+    view().NoteEffectsOn = false;
+    port().sent.clear();
+    input().cancel();
+    EXPECT_THAT(port().words(), ElementsAre(RecordingPort::kReset));
 }
 
 TEST_F(TableauInputTest, ARightDragAppliesEffectsOnceAMove) {
