@@ -210,6 +210,7 @@ void TableauInput::changeByRightClick(int position) {
     Score& score = workspace_.score;
     const bool chords = view.RightClickMode == RightClick::Polyphonic;
     keepForUndo();
+    markEdited();
     bool changed = chords && setChord(score, stroke_.channel, position, workspace_.setup.Combo3);
     const int head =
         chords ? headOf(score, stroke_.channel, position) : walkToHead(score, stroke_.channel, position);
@@ -222,10 +223,8 @@ void TableauInput::changeByRightClick(int position) {
         eraseNote(score, stroke_.channel, head);
         changed = true;
     }
-    if (!changed)
-        return;
-    markEdited();
-    repaint(stroke_.box);
+    if (changed)
+        repaint(stroke_.box);
 }
 
 } // namespace velmora
