@@ -32,8 +32,8 @@ Splitter::Splitter(const Appearance& look, QWidget* area)
 
 void Splitter::layOut(const QRect& gap) {
     setVisible(!gap.isEmpty());
-    gap_ = gap.height();
     setGeometry(gap.x(), gap.center().y() - kGrab / 2, gap.width(), kGrab);
+    gap_ = QRect(0, gap.y() - y(), gap.width(), gap.height());
     raise();
 }
 
@@ -41,7 +41,7 @@ void Splitter::mousePressEvent(QMouseEvent* event) {
     if (held_ != Qt::NoButton)
         return;
     held_ = event->button();
-    P1_->setGeometry(x(), y() + (kGrab - gap_) / 2, width(), gap_);
+    P1_->setGeometry(gap_.translated(pos()));
     P1_->show();
     P1_->raise();
     barTo(*event);
@@ -68,7 +68,7 @@ void Splitter::mouseReleaseEvent(QMouseEvent* event) {
 
 void Splitter::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    const QRectF grip(width() / 2 - kGrip.width() / 2, (kGrab - gap_) / 2 + 1, kGrip.width(), kGrip.height());
+    const QRectF grip(QPointF(width() / 2 - kGrip.width() / 2, gap_.y() + 1), kGrip);
     fillRounded(painter, grip, 1, toQColor(look_.skin().dim));
 }
 

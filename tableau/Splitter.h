@@ -35,7 +35,7 @@ private:
     const Appearance& look_;
     QWidget* P1_;
     Qt::MouseButton held_ = Qt::NoButton;
-    int gap_ = 3;
+    QRect gap_; ///< what is seen of it, in its own pixels
 };
 
 } // namespace velmora

@@ -38,6 +38,7 @@ class Settings(Journey):
                 self.opens_and_closes()
 
     def test_a_file_in_place_of_the_folder(self):
+        self.user.forget()
         with open(self.user.path("config", "velmora"), "w") as file:
             file.write("not a folder")
         self.opens_and_closes()
@@ -45,11 +46,13 @@ class Settings(Journey):
             self.assertEqual(file.read(), "not a folder")
 
     def test_a_folder_in_place_of_the_file(self):
+        self.user.forget()
         os.makedirs(self.user.settings_path)
         self.opens_and_closes()
         self.assertEqual(os.listdir(self.user.settings_path), [])
 
     def test_a_link_to_a_full_device(self):
+        self.user.forget()
         os.makedirs(os.path.dirname(self.user.settings_path))
         os.symlink("/dev/full", self.user.settings_path)
         self.opens_and_closes()

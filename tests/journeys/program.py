@@ -61,6 +61,10 @@ class User:
         with open(self.settings_path, "wb") as file:
             file.write(text if isinstance(text, bytes) else text.encode())
 
+    def forget(self):
+        """No settings at all, as before the first start."""
+        shutil.rmtree(self.path("config", "velmora"))
+
     def setting_becomes(self, key, value):
         try:
             wait_for(lambda: self.settings().get(key) == value, "")
