@@ -10,9 +10,7 @@
 namespace velmora {
 
 namespace {
-/// More than seven hours of music, 128 MB; a stored number may be rubbish.
-constexpr int kMostNotes = 200'000;
-
+/// A stored number may be rubbish.
 int storedNotes(const SettingsStore& store) {
     const int notes = settings::read(store, settings::NumNotes);
     return notes > 0 ? std::min(notes, kMostNotes) : settings::NumNotes.fallback;
