@@ -10,12 +10,11 @@
 namespace velmora {
 
 namespace {
-/// More than seven hours of music, 128 MB; a stored number may be rubbish.
-constexpr int kMostNotes = 200'000;
 /// Rows that can be told apart, and of which some fit.
 constexpr int kLeastLine = 4;
 constexpr int kMostLine = 48;
 
+/// A stored number may be rubbish.
 int storedNotes(const SettingsStore& store) {
     const int notes = settings::read(store, settings::NumNotes);
     return notes > 0 ? std::min(notes, kMostNotes) : settings::NumNotes.fallback;

@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "setup/ChannelsPanel.h"
+
+#include "setup/SetupParts.h"
+#include "shell/ControlPainter.h"
+#include "shell/ExToolTip.h"
+#include "shell/QtText.h"
+#include "shell/SkinPainter.h"
+#include "tableau/Application.h"
+#include "tableau/ChannelColours.h"
+#include "tableau/Workspace.h"
+
+#include <QAbstractButton>
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPainter>
+
+namespace velmora {
+
+namespace {
+constexpr QSize kButton(52, 28);
+constexpr int kNoChannel = kFirstPercussion + 1; ///< MIDI's drum channel is none of the program's
+
+/// A button with the channel's colour and number.
+class ChannelButton : public QAbstractButton {
+public:
+    ChannelButton(const Appearance& look, int channel, QWidget* parent)
+        : QAbstractButton(parent)
+        , look_(look)
+        , channel_(channel) {
+        setCheckable(true);
+        setAttribute(Qt::WA_Hover);
+        setFocusPolicy(Qt::TabFocus);
+        setText(QString::fromLatin1(kChannelColours[static_cast<std::size_t>(channel)].caption));
+        setAccessibleName("Channel " + text());
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter painter(this);
+        const ControlState state{
+            .enabled = isEnabled(), .hot = underMouse(), .pressed = isDown(), .checked = isChecked()};
+        paintFace(painter, look_, rect(), ButtonPlace::Panel, state);
+        if (state.pressed)
+            painter.translate(1, 1);
+        paintChip(painter, QPointF(8, (height() - 16) / 2), channel_);
+        painter.setPen(inkOn(look_.skin(), state));
+        painter.setFont(textFont(12, isChecked()));
+        painter.drawText(rect().adjusted(24, 0, 0, 0), Qt::AlignCenter, text());
+    }
+
+private:
+    const Appearance& look_;
+    int channel_;
+};
+} // namespace
+
+/// The name of a picked instrument. A double click opens the picker; so does Enter or Space.
+class InstrumentField : public QLineEdit {
+public:
+    using QLineEdit::QLineEdit;
+
+    std::function<void()> onOpen;
+
+protected:
+    void mouseDoubleClickEvent(QMouseEvent* event) override {
+        if (event->button() == Qt::LeftButton && onOpen)
+            onOpen();
+    }
+    void keyPressEvent(QKeyEvent* event) override {
+        const int key = event->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space) {
+            if (onOpen)
+                onOpen();
+        } else {
+            QLineEdit::keyPressEvent(event);
+        }
+    }
+};
+
+ChannelsPanel::ChannelsPanel(Application& application, const Appearance& look, QWidget* parent)
+    : QWidget(parent)
+    , app_(application)
+    , look_(look)
+    , channels_(new QButtonGroup(this)) {
+    setObjectName("channelsPanel");
+    addChannels(*addGroup(*this, "Channels: Melody Group", {8, 8, 480, 120}), 0, kMelodyChannels - 1, 58);
+    addChannels(*addGroup(*this, "Channels: Percussion Group", {8, 136, 244, 120}), kFirstPercussion,
+                kUsedChannels - 1, 56);
+    addInstruments(*addGroup(*this, "Instruments", {260, 136, 228, 120}), look);
+    connect(channels_, &QButtonGroup::idClicked, this, [this](int channel) {
+        if (TrackSel_Click)
+            TrackSel_Click(channel);
+    });
+}
+
+void ChannelsPanel::addChannels(QGroupBox& group, int first, int last, int pitch) {
+    int x = 12;
+    std::vector<QCheckBox*> boxes;
+    for (int channel = first; channel <= last; ++channel) {
+        if (channel == kNoChannel)
+            continue;
+        const auto index = static_cast<std::size_t>(channel);
+        auto* button = new ChannelButton(look_, channel, &group);
+        button->setObjectName(QStringLiteral("TrackSel(%1)").arg(channel));
+        button->setGeometry(QRect(QPoint(x, 36), kButton));
+        channels_->addButton(button, channel);
+        app_.tips.SetToolTip(*button, {button->accessibleName(), "Make this the active channel", ""});
+        TrackSel[index] = button;
+
+        QCheckBox* box =
+            addBox(group, QStringLiteral("TrackHide(%1)").arg(channel), {x + kButton.width() / 2, 79});
+        box->setAccessibleName("Hide channel " + button->text());
+        app_.tips.SetToolTip(
+            *box, {"Hide this channel", "Channel " + button->text() + " is neither shown nor played", ""});
+        connect(box, &QCheckBox::clicked, this, [this, channel](bool hidden) {
+            if (TrackHide_Click)
+                TrackHide_Click(channel, hidden);
+        });
+        TrackHide[index] = box;
+        boxes.push_back(box);
+        x += pitch;
+    }
+    addSmallWords(group, "Hide this channel", {12, 94, 140, 16});
+    for (QCheckBox* box : boxes) // after the buttons, in the order of Tab
+        box->raise();
+}
+
+void ChannelsPanel::addInstruments(QGroupBox& group, const Appearance& look) {
+    struct FieldRow {
+        InstrumentField** field;
+        const char* name;
+        const char* words;
+        const char* tip;
+    };
+    int y = 34;
+    for (const FieldRow& row :
+         {FieldRow{&LblInst1, "LblInst1", "Melody",
+                   "The instrument of new melody notes. Double click to pick"},
+          FieldRow{&LblInst2, "LblInst2", "Percussion", "The sound of new beats. Double click to pick"}}) {
+        addSmallWords(group, row.words, {12, y, 64, 24});
+        auto* field = new InstrumentField(&group);
+        field->setObjectName(row.name);
+        field->setReadOnly(true);
+        field->setAccessibleName(QString(row.words) + " instrument");
+        field->setGeometry(76, y, 140, 24);
+        field->onOpen = [this] {
+            if (LblInst_DblClick)
+                LblInst_DblClick();
+        };
+        app_.tips.SetToolTip(*field, {QString(row.words) + " instrument", row.tip, ""});
+        *row.field = field;
+        y += 28;
+    }
+    addSmallWords(group, "Volume", {12, 92, 64, 20});
+    Label2 = new ReadOut(look, "Label2", &group);
+    Label2->setGeometry(76, 92, 52, 20);
+    app_.tips.SetToolTip(*Label2, {"Volume", "The volume of the active channel", ""});
+}
+
+void ChannelsPanel::refresh() {
+    const Score& score = app_.workspace.score;
+    const InstrumentSelection& chosen = app_.workspace.instruments;
+    for (int channel = 0; channel < kUsedChannels; ++channel) {
+        const auto index = static_cast<std::size_t>(channel);
+        if (!TrackSel[index])
+            continue;
+        if (channel == score.ActiveChannel)
+            TrackSel[index]->setChecked(true);
+        TrackHide[index]->setChecked(score.ChannelMuted[index]);
+    }
+    LblInst1->setText(toQString(chosen.MelodyInstrumentName));
+    LblInst2->setText(toQString(chosen.PercussionInstrumentName));
+    for (InstrumentField* field : {LblInst1, LblInst2})
+        field->setCursorPosition(0);
+    const auto active = static_cast<std::size_t>(score.ActiveChannel);
+    if (active < app_.workspace.setup.channels.size())
+        Label2->setText(QString::number(app_.workspace.setup.channels[active].volume));
+}
+
+bool ChannelsPanel::isPressed(int channel) const {
+    const auto index = static_cast<std::size_t>(channel);
+    return index < TrackSel.size() && TrackSel[index] && TrackSel[index]->isChecked();
+}
+
+} // namespace velmora

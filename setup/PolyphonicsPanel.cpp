@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "setup/PolyphonicsPanel.h"
+
+#include "setup/ComposingWindow.h"
+#include "setup/SetupParts.h"
+#include "setup/SetupRules.h"
+#include "shell/ExToolTip.h"
+#include "shell/QtText.h"
+#include "sound/Chords.h"
+#include "tableau/Application.h"
+#include "tableau/Workspace.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+
+namespace velmora {
+
+namespace {
+constexpr int kFirstColumn = 172; ///< its middle
+constexpr int kColumn = 40;
+} // namespace
+
+PolyphonicsPanel::PolyphonicsPanel(Application& application, const ComposingWindow& form, QWidget* parent)
+    : QWidget(parent)
+    , app_(application)
+    , form_(form) {
+    setObjectName("polyphonicsPanel");
+    addList();
+    addChannels();
+}
+
+void PolyphonicsPanel::addList() {
+    QGroupBox* group = addGroup(*this, "Chord", {8, 8, 480, 76});
+    Combo3 = new QComboBox(group);
+    Combo3->setObjectName("Combo3");
+    Combo3->setAccessibleName("Chord");
+    Combo3->setGeometry(12, 40, 456, 24);
+    for (const std::string_view name : kSetupChordNames)
+        Combo3->addItem(toQString(name));
+    app_.tips.SetToolTip(*Combo3, {"Chord", "The chord that a ticked channel plays", ""});
+    connect(Combo3, &QComboBox::activated, this,
+            [this](int item) { Combo3_Click(app_.workspace.setup, app_.workspace.chords, item); });
+}
+
+void PolyphonicsPanel::addChannels() {
+    QGroupBox* group = addGroup(*this, "Channels: Melody Group", {8, 92, 480, 164});
+    addWords(*group, "Chord on channel", {12, 74, 140, 20});
+    addWords(*group, "Strum chords", {12, 106, 140, 20});
+    for (int channel = 0; channel < kMelodyChannels; ++channel) {
+        const int middle = kFirstColumn + channel * kColumn;
+        (new ChannelSquare(channel, group))->move(middle - 10, 42);
+        Ch[static_cast<std::size_t>(channel)] =
+            addBox(*group, QStringLiteral("Ch(%1)").arg(channel), {middle, 84});
+    }
+    for (int channel = 0; channel < kMelodyChannels; ++channel)
+        Chkstrum[static_cast<std::size_t>(channel)] = addBox(
+            *group, QStringLiteral("Chkstrum(%1)").arg(channel), {kFirstColumn + channel * kColumn, 116});
+    for (int channel = 0; channel < kMelodyChannels; ++channel) {
+        const auto index = static_cast<std::size_t>(channel);
+        const QString number = QString::number(channel + 1);
+        Ch[index]->setAccessibleName("Chord on channel " + number);
+        Chkstrum[index]->setAccessibleName("Strum the chords of channel " + number);
+        app_.tips.SetToolTip(*Ch[index],
+                             {"Chord on channel " + number, "Give every position the chord of the list", ""});
+        app_.tips.SetToolTip(*Chkstrum[index],
+                             {"Strum channel " + number, "Play the notes of a chord one after another", ""});
+        connect(Ch[index], &QCheckBox::clicked, this, [this, channel] { Ch_Click(channel); });
+        connect(Chkstrum[index], &QCheckBox::clicked, this,
+                [this, index](bool ticked) { app_.workspace.setup.Chkstrum[index] = ticked; });
+    }
+    addSmallWords(*group, "A right click on a note then gives it the chord of the list.", {12, 138, 456, 16});
+}
+
+void PolyphonicsPanel::Ch_Click(int channel) {
+    Score& score = app_.workspace.score;
+    const bool ticked = Ch[static_cast<std::size_t>(channel)]->isChecked();
+    if (ticked)
+        ask(form_.setRightClickMode, RightClick::Polyphonic);
+    velmora::Ch_Click(score, app_.workspace.setup, channel, ticked);
+    if (channel == score.ActiveChannel)
+        ask(form_.drawChordMarks, channel);
+    ask(form_.DrawNoteArray);
+}
+
+void PolyphonicsPanel::refresh() {
+    const SetupState& setup = app_.workspace.setup;
+    Combo3->setCurrentIndex(setup.Combo3);
+    for (std::size_t channel = 0; channel < Ch.size(); ++channel) {
+        Ch[channel]->setChecked(setup.Ch[channel]);
+        Chkstrum[channel]->setChecked(setup.Chkstrum[channel]);
+    }
+}
+
+} // namespace velmora

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "score/Score.h"
+
+#include <QWidget>
+
+#include <array>
+
+class QCheckBox;
+class QComboBox;
+
+namespace velmora {
+
+struct Application;
+struct ComposingWindow;
+
+/// The panel "Polyphonics": which chord is meant, which melody channels play it, and which strum theirs.
+class PolyphonicsPanel : public QWidget {
+public:
+    PolyphonicsPanel(Application& application, const ComposingWindow& form, QWidget* parent);
+
+    void refresh();
+
+private:
+    void addList();
+    void addChannels();
+    void Ch_Click(int channel);
+
+    Application& app_;
+    const ComposingWindow& form_;
+    QComboBox* Combo3 = nullptr;
+    std::array<QCheckBox*, kMelodyChannels> Ch{};
+    std::array<QCheckBox*, kMelodyChannels> Chkstrum{};
+};
+
+} // namespace velmora

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "setup/SoundPanel.h"
+
+#include "setup/SetupParts.h"
+#include "setup/SetupRules.h"
+#include "shell/ExToolTip.h"
+#include "shell/Slider.h"
+#include "sound/Midimod.h"
+#include "tableau/Application.h"
+#include "tableau/Workspace.h"
+
+#include <QGroupBox>
+
+namespace velmora {
+
+namespace {
+constexpr int kMost = 127;
+constexpr int kRow = 38;
+constexpr int kFirstRow = 48;
+
+/// A controller: its bar, its label, where its value is kept and how it is sent.
+struct EffectRow {
+    const char* bar;
+    const char* label;
+    const char* caption;
+    const char* tip;
+    std::int16_t PlaybackChannelSetup::*value;
+    void (*send)(MidiPort&, int value, int channel);
+    int middle; ///< the value that is shown as 0
+};
+constexpr std::array<EffectRow, 4> kEffectRows{{
+    {"LblMod", "LMod", "Modulation", "How much the notes waver", &PlaybackChannelSetup::modulation,
+     SendModulation, 0},
+    {"LblPan", "LPan", "Pan", "Where the channel stands, from left to right", &PlaybackChannelSetup::pan,
+     SendPan, 64},
+    {"LblReverb", "LReverb", "Reverb", "How much the room answers", &PlaybackChannelSetup::reverb, SendReverb,
+     0},
+    {"LblChorus", "LChorus", "Chorus", "As if several played", &PlaybackChannelSetup::chorus, SendChorus, 0},
+}};
+} // namespace
+
+SoundPanel::SoundPanel(Application& application, const Appearance& look, QWidget* parent)
+    : QWidget(parent)
+    , app_(application)
+    , look_(look)
+    , group_(addGroup(*this, "Sound Control", {8, 8, 480, 248}))
+    , square_(new ChannelSquare(0, group_))
+    , Label15(new ReadOut(look, "Label15", group_)) {
+    setObjectName("soundPanel");
+    QLabel* words = addSmallWords(*group_, "Channel", {360, 4, 80, 20});
+    words->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    square_->move(448, 4);
+    lblVolume = addRow("lblVolume", "Volume", Label15, "The volume of the channel's notes", 0);
+    lblVolume->setRange(0, kMost);
+    lblVolume->onDrag = [this](int value) { dragVolume(value); };
+    for (std::size_t effect = 0; effect < kEffects; ++effect) {
+        const EffectRow& row = kEffectRows[effect];
+        labels_[effect] = new ReadOut(look, row.label, group_);
+        bars_[effect] = addRow(row.bar, row.caption, labels_[effect], row.tip, static_cast<int>(effect) + 1);
+        bars_[effect]->setRange(-row.middle, kMost - row.middle);
+        bars_[effect]->setRest(0);
+        bars_[effect]->onDrag = [this, effect](int value) { dragEffect(effect, value); };
+    }
+}
+
+Slider* SoundPanel::addRow(const char* bar, const char* caption, QLabel* value, const char* tip, int row) {
+    const int y = kFirstRow + row * kRow;
+    addWords(*group_, caption, {12, y, 80, 20});
+    auto* slider = new Slider(look_, Qt::Horizontal, group_);
+    slider->setObjectName(bar);
+    slider->setAccessibleName(caption);
+    slider->setGeometry(96, y, 308, 20);
+    value->setGeometry(416, y, 52, 20);
+    value->setAccessibleDescription(caption);
+    app_.tips.SetToolTip(*slider, {caption, tip, ""});
+    return slider;
+}
+
+void SoundPanel::dragVolume(int value) {
+    const std::int16_t volume = volumeAt(value, kMost);
+    Label15->setText(QString::number(volume));
+    if (lblVolume_Change)
+        lblVolume_Change(volume);
+}
+
+void SoundPanel::dragEffect(std::size_t effect, int value) {
+    const int channel = app_.workspace.score.ActiveChannel;
+    auto& channels = app_.workspace.setup.channels;
+    if (static_cast<std::size_t>(channel) >= channels.size())
+        return;
+    const EffectRow& row = kEffectRows[effect];
+    const auto stored = static_cast<std::int16_t>(value + row.middle);
+    labels_[effect]->setText(QString::number(value));
+    channels[static_cast<std::size_t>(channel)].*row.value = stored;
+    row.send(app_.port, stored, channel);
+}
+
+void SoundPanel::refresh() {
+    const auto channel = static_cast<std::size_t>(app_.workspace.score.ActiveChannel);
+    if (channel >= app_.workspace.setup.channels.size())
+        return;
+    const PlaybackChannelSetup& values = app_.workspace.setup.channels[channel];
+    square_->setChannel(static_cast<int>(channel));
+    lblVolume->setValue(values.volume);
+    Label15->setText(QString::number(values.volume));
+    for (std::size_t effect = 0; effect < kEffects; ++effect) {
+        const int shown = values.*kEffectRows[effect].value - kEffectRows[effect].middle;
+        bars_[effect]->setValue(shown);
+        labels_[effect]->setText(QString::number(shown));
+    }
+}
+
+} // namespace velmora

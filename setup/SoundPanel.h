@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <QWidget>
+
+#include <array>
+#include <functional>
+
+class QLabel;
+
+namespace velmora {
+
+class ChannelSquare;
+class Slider;
+struct Appearance;
+struct Application;
+
+/// The panel "Sound ": five sliders for the active channel. What they say of the controllers is sent at once.
+class SoundPanel : public QWidget {
+public:
+    SoundPanel(Application& application, const Appearance& look, QWidget* parent);
+
+    /// The volume of the active channel was set.
+    std::function<void(std::int16_t value)> lblVolume_Change;
+
+    /// Shows the active channel and its values.
+    void refresh();
+
+private:
+    static constexpr std::size_t kEffects = 4;
+
+    Slider* addRow(const char* bar, const char* caption, QLabel* value, const char* tip, int row);
+    void dragEffect(std::size_t effect, int value);
+    void dragVolume(int value);
+
+    Application& app_;
+    const Appearance& look_;
+    QWidget* group_;
+    ChannelSquare* square_;
+    Slider* lblVolume;
+    QLabel* Label15;
+    std::array<Slider*, kEffects> bars_{};
+    std::array<QLabel*, kEffects> labels_{};
+};
+
+} // namespace velmora

@@ -1,0 +1,293 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "setup/frmsetup.h"
+
+#include "score/ApplyInstrument.h"
+#include "setup/ChannelsPanel.h"
+#include "setup/FrmInst.h"
+#include "setup/MidiPanel.h"
+#include "setup/PolyphonicsPanel.h"
+#include "setup/SetupParts.h"
+#include "setup/SetupRules.h"
+#include "setup/SetupTab.h"
+#include "setup/SoundPanel.h"
+#include "setup/StaffPanel.h"
+#include "setup/TimingPanel.h"
+#include "shell/ExToolTip.h"
+#include "shell/Settings.h"
+#include "shell/WindowGeometry.h"
+#include "sound/MidiPort.h"
+#include "sound/ShortMessage.h"
+#include "tableau/Application.h"
+#include "tableau/Workspace.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QShortcut>
+
+#include <utility>
+
+namespace velmora {
+
+namespace {
+constexpr QSize kSize(520, 340);
+constexpr int kTabsTop = 12;           ///< under the title
+constexpr QPoint kFirstPlace(24, 152); ///< from the upper right corner of the composing window
+constexpr int kFirstPanel = 1;         ///< "Channels"
+
+/// The blank behind "Sound" is meant.
+constexpr std::array<const char*, 6> kTabs{"Polyphonics", "Channels", "Sound ",
+                                           "Timing",      "Midi",     "Staff Configuration"};
+} // namespace
+
+frmsetup::frmsetup(Application& application, ComposingWindow form, QWidget* composing)
+    : SkinnedWindow(application.skins, {}, composing, Qt::Tool)
+    , app_(application)
+    , form_(std::move(form))
+    , Lmnu(addTabs())
+    , page_(new SetupPage(look(), Ibak5()))
+    , polyphonics_(new PolyphonicsPanel(app_, form_, page_))
+    , channels_(new ChannelsPanel(app_, look(), page_))
+    , sound_(new SoundPanel(app_, look(), page_))
+    , timing_(new TimingPanel(app_, form_, look(), page_))
+    , midi_(new MidiPanel(app_, form_, look(), page_))
+    , staff_(new StaffPanel(app_, form_, page_)) {
+    setObjectName("frmsetup");
+    setWindowTitle("Editor");
+    setFixedSize(kSize);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    page_->setGeometry(kSetupPage);
+    for (QAbstractButton* tab : Lmnu) // over the page's line
+        tab->raise();
+    addKeys();
+    attachTips(app_.tips);
+    channels_->TrackSel_Click = [this](int channel) { TrackSel_Click(channel); };
+    channels_->TrackHide_Click = [this](int channel, bool hidden) { TrackHide_Click(channel, hidden); };
+    channels_->LblInst_DblClick = [this] { LblInst_DblClick(); };
+    sound_->lblVolume_Change = [this](std::int16_t value) { lblVolume_Change(value); };
+    loadSettings();
+    openAtStoredPlace();
+    Lmnu_Click(kFirstPanel);
+    refresh();
+}
+
+frmsetup::~frmsetup() {
+    unload();
+}
+
+std::array<QAbstractButton*, frmsetup::kPanels> frmsetup::addTabs() {
+    std::array<QAbstractButton*, kPanels> tabs{};
+    int x = kSetupPage.left();
+    for (int index = 0; index < kPanels; ++index) {
+        const auto i = static_cast<std::size_t>(index);
+        auto* tab = new SetupTab(look(), kTabs[i], Ibak5());
+        tab->setObjectName(QStringLiteral("Lmnu(%1)").arg(index));
+        tab->setGeometry(QRect(QPoint(x, kTabsTop), tab->sizeHint()));
+        x += tab->width();
+        connect(tab, &QAbstractButton::clicked, this, [this, index] { Lmnu_Click(index); });
+        app_.tips.SetToolTip(*tab, {tab->accessibleName(), "Show this page", ""});
+        tabs[i] = tab;
+    }
+    return tabs;
+}
+
+void frmsetup::addKeys() {
+    const auto bind = [this](const QKeySequence& key, int step) {
+        connect(new QShortcut(key, this), &QShortcut::activated, this, [this, step] {
+            for (int index = 0; index < kPanels; ++index)
+                if (Lmnu[static_cast<std::size_t>(index)]->isChecked()) {
+                    Lmnu_Click((index + step + kPanels) % kPanels);
+                    return;
+                }
+        });
+    };
+    bind(QKeySequence("Ctrl+Tab"), 1);
+    bind(QKeySequence("Ctrl+Shift+Tab"), -1);
+    bind(QKeySequence("Ctrl+PgDown"), 1);
+    bind(QKeySequence("Ctrl+PgUp"), -1);
+}
+
+/// The meter and the two staffs are read with the workspace, so that a toolbar which comes up later changes
+/// no score that is open by then.
+void frmsetup::loadSettings() {
+    ViewState& view = app_.workspace.view;
+    view.Line_Height = lineHeightWithin(settings::read(app_.settings, settings::Line_Height));
+    view.Show_Sharp_guides = settings::read(app_.settings, settings::Show_Sharp_guides) != 0;
+}
+
+void frmsetup::saveSettings() {
+    const Workspace& workspace = app_.workspace;
+    const auto saveFlag = [this](const settings::Int16& key, bool flag) {
+        settings::save(app_.settings, key, flag ? 1 : 0);
+    };
+    settings::save(app_.settings, settings::frmsetup_left, static_cast<float>(x() * kTwips));
+    settings::save(app_.settings, settings::frmsetup_top, static_cast<float>(y() * kTwips));
+    settings::save(app_.settings, settings::Beats_per_measure, workspace.setup.TxtMeter);
+    settings::save(app_.settings, settings::Type_of_note, workspace.setup.NoteX);
+    settings::save(app_.settings, settings::Notes_per_measure, workspace.setup.TxBeats);
+    saveFlag(settings::Show_Treble_staff, workspace.setup.ChTreble);
+    saveFlag(settings::Show_Bass_staff, workspace.setup.ChBass);
+    saveFlag(settings::Show_Sharp_guides, workspace.view.Show_Sharp_guides);
+    settings::save(app_.settings, settings::Line_Height,
+                   static_cast<std::int16_t>(workspace.view.Line_Height));
+    settings::save(app_.settings, settings::NumNotes, workspace.score.NumNotes);
+}
+
+/// At the stored place, or at first in the upper right of the composing window; on the screen in any case.
+void frmsetup::openAtStoredPlace() {
+    const QRect screen = this->screen()->availableGeometry();
+    const QRect around = parentWidget() ? parentWidget()->geometry() : screen;
+    QPoint place(around.right() - kFirstPlace.x() - width(), around.top() + kFirstPlace.y());
+    if (!app_.settings.GetSetting("Settings", settings::frmsetup_left.key, "").empty())
+        place = {pixelsOfTwips(settings::read(app_.settings, settings::frmsetup_left)),
+                 pixelsOfTwips(settings::read(app_.settings, settings::frmsetup_top))};
+    place.setX(std::clamp(place.x(), screen.left(), std::max(screen.left(), screen.right() + 1 - width())));
+    place.setY(std::clamp(place.y(), screen.top(), std::max(screen.top(), screen.bottom() + 1 - height())));
+    move(place);
+}
+
+void frmsetup::open(Focus focus) {
+    app_.workspace.setup.SetupOpen = true;
+    settings::save(app_.settings, settings::frmsetup, true);
+    refresh();
+    setAttribute(Qt::WA_ShowWithoutActivating, focus == Focus::Leave);
+    show();
+    raise();
+    if (focus == Focus::Take)
+        activateWindow();
+}
+
+void frmsetup::unload() {
+    if (std::exchange(unloaded_, true))
+        return;
+    saveSettings();
+}
+
+void frmsetup::closeEvent(QCloseEvent* event) {
+    event->accept();
+    if (unloaded_)
+        return;
+    app_.workspace.setup.SetupOpen = false;
+    settings::save(app_.settings, settings::frmsetup, false);
+    saveSettings();
+}
+
+void frmsetup::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape)
+        close();
+    else
+        SkinnedWindow::keyPressEvent(event);
+}
+
+void frmsetup::Lmnu_Click(int index) {
+    const std::array<QWidget*, kPanels> panels{polyphonics_, channels_, sound_, timing_, midi_, staff_};
+    if (static_cast<std::size_t>(index) >= panels.size())
+        return;
+    Lmnu[static_cast<std::size_t>(index)]->setChecked(true);
+    for (QWidget* panel : panels) {
+        panel->setGeometry(page_->rect());
+        panel->setVisible(panel == panels[static_cast<std::size_t>(index)]);
+    }
+}
+
+void frmsetup::channelChanged() {
+    fillEffects(app_.workspace.score, app_.workspace.setup);
+    channels_->refresh();
+    sound_->refresh();
+}
+
+void frmsetup::refresh() {
+    polyphonics_->refresh();
+    channels_->refresh();
+    sound_->refresh();
+    timing_->refresh();
+    midi_->refresh();
+    staff_->refresh();
+}
+
+void frmsetup::showInstrumentNames() {
+    channels_->refresh();
+}
+
+void frmsetup::showMapper() {
+    midi_->showMapper();
+}
+
+void frmsetup::TrackSel_Click(int channel) {
+    Score& score = app_.workspace.score;
+    ask(form_.TrackSel_Click, channel);
+    if (score.ActiveChannel == channel) {
+        showOnly(score, channel);
+        applyInstrument();
+        channelChanged();
+    }
+    channels_->refresh();
+    ask(form_.showInstruments);
+    ask(form_.showChannels);
+    ask(form_.DrawNoteArray);
+    ask(form_.DrawBeatArray);
+}
+
+void frmsetup::TrackHide_Click(int channel, bool hidden) {
+    const auto& muted = app_.workspace.score.ChannelMuted;
+    if (static_cast<std::size_t>(channel) < muted.size() &&
+        muted[static_cast<std::size_t>(channel)] != hidden) {
+        if (form_.toggleMuted)
+            form_.toggleMuted(channel);
+        else
+            app_.workspace.toggleMuted(channel);
+    }
+    channels_->refresh();
+    ask(form_.showChannels);
+    ask(form_.DrawNoteArray);
+}
+
+/// To the active channel, and to its notes within the selection, which "Undo Last note" brings back.
+void frmsetup::applyInstrument() {
+    Workspace& workspace = app_.workspace;
+    if (workspace.view.SelectStart >= 0)
+        workspace.undo.SaveforUndo(workspace.score, workspace.setup);
+    if (workspace.score.ActiveChannel < kFirstPercussion)
+        applyMelodyInstrument(workspace.score, workspace.instruments,
+                              settings::read(app_.settings, settings::Intrumentval), workspace.view);
+    else
+        applyPercussionInstrument(workspace.score, workspace.instruments,
+                                  settings::read(app_.settings, settings::Intrumentval2), workspace.view);
+}
+
+void frmsetup::LblInst_DblClick() {
+    if (picker_)
+        return;
+    previewInstrument();
+    picker_ = new FrmInst(app_, this);
+    picker_->setAttribute(Qt::WA_DeleteOnClose);
+    picker_->onPicked = [this] { instrumentPicked(); };
+    picker_->open();
+}
+
+/// New notes of the active channel are to have it.
+void frmsetup::instrumentPicked() {
+    showInstrumentNames();
+    applyInstrument();
+    previewInstrument();
+    ask(form_.showInstruments);
+    ask(form_.DrawNoteArray);
+}
+
+void frmsetup::previewInstrument() {
+    const int channel = app_.workspace.score.ActiveChannel;
+    const InstrumentSelection& chosen = app_.workspace.instruments;
+    if (channel < kMelodyChannels && chosen.MelodyInstrument < kFirstPercussionCode &&
+        !chosen.MelodyInstrumentName.empty())
+        app_.port.send(shortmessage::programChange(channel, chosen.MelodyInstrument));
+}
+
+void frmsetup::lblVolume_Change(std::int16_t value) {
+    Score& score = app_.workspace.score;
+    setVelocity(score, app_.workspace.setup, value);
+    if (channels_->isPressed(score.ActiveChannel))
+        fillVolume(score, value);
+    channels_->refresh();
+}
+
+} // namespace velmora

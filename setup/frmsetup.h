@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "setup/ComposingWindow.h"
+#include "shell/SkinnedWindow.h"
+
+#include <QPointer>
+
+#include <array>
+
+class QAbstractButton;
+
+namespace velmora {
+
+class ChannelsPanel;
+class FrmInst;
+class MidiPanel;
+class PolyphonicsPanel;
+class SoundPanel;
+class StaffPanel;
+class TimingPanel;
+struct Application;
+
+/// The setup toolbar, titled "Editor": channels, instruments, sound, timing and the MIDI device. It floats
+/// over the composing window, and shows what the workspace holds.
+///
+// clang-format off
+/// | Panel of `Lmnu`(i)        | Controls                           | What they set                            |
+/// |---------------------------|------------------------------------|------------------------------------------|
+/// | 0 "Polyphonics"           | `Combo3`, `Ch`(c), `Chkstrum`(c)   | chords of a whole channel                |
+/// | 1 "Channels"              | `TrackSel`(c), `TrackHide`(c)      | the active channel, hidden channels      |
+/// |                           | `LblInst1`, `LblInst2`, `Label2`   | the instruments: a double click picks; the volume |
+/// | 2 "Sound "                | `lblVolume`, `Label15`             | volume of the active channel             |
+/// |                           | `LblMod`, `LblPan`, `LblReverb`, `LblChorus`, `LMod`, `LPan`, `LReverb`, `LChorus` | its controllers |
+/// | 3 "Timing"                | `LblTempo`, `TempoLabel`           | the tempo                                |
+/// |                           | `TxtMeter` with `VScroll1`, `NoteX` with `VScroll2`, `TxBeats` | the meter    |
+/// | 4 "Midi"                  | `Combo2`                           | the MIDI device                          |
+/// |                           | `Text1`, `Text2`, `Command1`, `Command4` | the score's length                 |
+/// | 5 "Staff Configuration"   | `ChTreble`, `ChBass`, `Check1`     | staff lines and bands on the Tableau     |
+/// |                           | `Text3` with `VScroll3`            | the height of its rows                   |
+// clang-format on
+///
+/// The pointer of a slider (`lblVolumePtr2`, `LblTempoPtr` and so on) is a part of its bar.
+class frmsetup : public SkinnedWindow {
+public:
+    /// @param composing the window over which it floats; it may be null
+    frmsetup(Application& application, ComposingWindow form, QWidget* composing);
+    ~frmsetup() override;
+
+    enum class Focus : std::uint8_t { Take, Leave };
+    /// Comes up, and will at the next start. `close()` hides it, and keeps it away then.
+    void open(Focus focus = Focus::Take);
+    /// The program ends: the settings are written, and a close after that counts no more. It is to be called
+    /// before the windows are closed, or the toolbar is taken for one that the user has closed.
+    void unload();
+
+    /// The active channel is another one: shows it, and fills its effects while the toolbar is open.
+    void channelChanged();
+    /// Shows everything anew: a score was opened or cleared, or a channel was muted.
+    void refresh();
+    void showInstrumentNames();
+    /// The chosen MIDI device could not be opened: `Combo2` shows "MIDI Mapper".
+    void showMapper();
+
+    void Lmnu_Click(int index);
+    void TrackSel_Click(int channel);
+    void TrackHide_Click(int channel, bool hidden);
+    /// Opens the instrument picker.
+    void LblInst_DblClick();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    static constexpr int kPanels = 6;
+
+    [[nodiscard]] std::array<QAbstractButton*, kPanels> addTabs();
+    void addKeys();
+    void loadSettings();
+    void saveSettings();
+    void openAtStoredPlace();
+    void applyInstrument();
+    void instrumentPicked();
+    void previewInstrument();
+    void lblVolume_Change(std::int16_t value);
+
+    Application& app_;
+    ComposingWindow form_;
+    std::array<QAbstractButton*, kPanels> Lmnu; // first, in the order of Tab
+    QWidget* page_;
+    PolyphonicsPanel* polyphonics_;
+    ChannelsPanel* channels_;
+    SoundPanel* sound_;
+    TimingPanel* timing_;
+    MidiPanel* midi_;
+    StaffPanel* staff_;
+    QPointer<FrmInst> picker_;
+    bool unloaded_ = false;
+};
+
+} // namespace velmora
