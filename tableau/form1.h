@@ -97,6 +97,7 @@ private:
     void PrintTopBar();
     [[nodiscard]] bool mayClose();
     void unload();
+    void saveAtEnd(const QRect& frame);
 
     // What playing asks for.
     void DisableControls() override;
