@@ -109,6 +109,21 @@ SettingsMap parseSettings(std::string_view text) {
     return values;
 }
 
+void SettingsStore::SaveSettings(const SettingsMap& changes) {
+    for (const auto& [place, value] : changes)
+        SaveSetting(place.first, place.second, value);
+}
+
+std::string SettingsBatch::GetSetting(std::string_view section, std::string_view key,
+                                      std::string_view fallback) const {
+    const auto found = values_.find({std::string(section), std::string(key)});
+    return found != values_.end() ? found->second : store_.GetSetting(section, key, fallback);
+}
+
+void SettingsBatch::SaveSetting(std::string_view section, std::string_view key, std::string_view value) {
+    values_.insert_or_assign({std::string(section), std::string(key)}, std::string(value));
+}
+
 SettingsFile::SettingsFile(fs::path path) : path_(std::move(path)) {
     readFile();
 }
@@ -123,7 +138,12 @@ std::string SettingsFile::GetSetting(std::string_view section, std::string_view 
 }
 
 void SettingsFile::SaveSetting(std::string_view section, std::string_view key, std::string_view value) {
-    unsaved_.insert_or_assign({std::string(section), std::string(key)}, std::string(value));
+    SaveSettings({{{std::string(section), std::string(key)}, std::string(value)}});
+}
+
+void SettingsFile::SaveSettings(const SettingsMap& changes) {
+    for (const auto& [place, value] : changes)
+        unsaved_.insert_or_assign(place, value);
     std::error_code ignored;
     fs::create_directories(path_.parent_path(), ignored);
     const FolderLock lock(path_.parent_path());

@@ -11,6 +11,9 @@ namespace velmora {
 
 inline constexpr std::string_view kApplicationName = "VelmoraRPT 3.0.0";
 
+/// Values by section and key.
+using SettingsMap = std::map<std::pair<std::string, std::string>, std::string>;
+
 /// What the user chose last, kept between runs: any text under a section and a key. Case counts in both.
 class SettingsStore {
 public:
@@ -21,10 +24,27 @@ public:
                                                  std::string_view fallback) const = 0;
     /// Stores at once. A store that can't keep the value for the next run keeps it for this one.
     virtual void SaveSetting(std::string_view section, std::string_view key, std::string_view value) = 0;
+    /// Stores several; here one after the other.
+    virtual void SaveSettings(const SettingsMap& changes);
 };
 
-/// Values by section and key.
-using SettingsMap = std::map<std::pair<std::string, std::string>, std::string>;
+/// Values that belong together: what is saved here goes to the store in one step, when this ends. That costs
+/// one writing of a file, and nobody finds half of them.
+class SettingsBatch : public SettingsStore {
+public:
+    explicit SettingsBatch(SettingsStore& store) : store_(store) {}
+    ~SettingsBatch() override { store_.SaveSettings(values_); }
+    SettingsBatch(const SettingsBatch&) = delete;
+    SettingsBatch& operator=(const SettingsBatch&) = delete;
+
+    [[nodiscard]] std::string GetSetting(std::string_view section, std::string_view key,
+                                         std::string_view fallback) const override;
+    void SaveSetting(std::string_view section, std::string_view key, std::string_view value) override;
+
+private:
+    SettingsStore& store_;
+    SettingsMap values_;
+};
 
 /// The text of a settings file: a line `section/key=value` each, in which `\hh` is the byte of that
 /// hexadecimal number. As every line stands for itself, a damaged one costs no other.
@@ -44,6 +64,8 @@ public:
                                          std::string_view fallback) const override;
     /// After a failure the old file stands as it was, and the next save tries again with this value too.
     void SaveSetting(std::string_view section, std::string_view key, std::string_view value) override;
+    /// With one replacement of the file.
+    void SaveSettings(const SettingsMap& changes) override;
 
 private:
     bool readFile();

@@ -109,10 +109,11 @@ void form1::openAtStoredPlace() {
         pixelsOfTwips(settings::read(app_.settings, settings::form1_width, twips(screen.width()) - 200)),
         pixelsOfTwips(settings::read(app_.settings, settings::form1_Height, twips(screen.height()) - 400)));
     setGeometry(openingFrame(frame, screen, kLeastForm));
-    settings::save(app_.settings, settings::form1_left, twips(x()));
-    settings::save(app_.settings, settings::form1_top, twips(y()));
-    settings::save(app_.settings, settings::form1_Width, twips(width()));
-    settings::save(app_.settings, settings::form1_Height, twips(height()));
+    SettingsBatch place(app_.settings);
+    settings::save(place, settings::form1_left, twips(x()));
+    settings::save(place, settings::form1_top, twips(y()));
+    settings::save(place, settings::form1_Width, twips(width()));
+    settings::save(place, settings::form1_Height, twips(height()));
 }
 
 void form1::layOut() {
@@ -351,21 +352,25 @@ void form1::closeEvent(QCloseEvent* event) {
     event->accept();
 }
 
-void form1::unload() {
-    frminfo_->hide();
-    app_.workspace.play.Playing = false;
-    app_.workspace.score.ClearNoteArrays();
-    const QRect frame = isMaximized() ? normalGeometry() : geometry();
-    const auto save = [this](const settings::Float& key, int pixels) {
-        settings::save(app_.settings, key, static_cast<float>(pixels * kTwips));
+void form1::saveAtEnd(const QRect& frame) {
+    SettingsBatch last(app_.settings);
+    const auto save = [&last](const settings::Float& key, int pixels) {
+        settings::save(last, key, static_cast<float>(pixels * kTwips));
     };
     save(settings::form1_left, frame.x());
     save(settings::form1_top, frame.y());
     save(settings::form1_Width, frame.width());
     save(settings::form1_Height, frame.height());
-    settings::save(app_.settings, settings::Percussion, parts_.percussion);
-    settings::save(app_.settings, settings::Notationstyle,
-                   settings::read(app_.settings, settings::Notationstyle));
+    settings::save(last, settings::Percussion, parts_.percussion);
+    settings::save(last, settings::Notationstyle, settings::read(last, settings::Notationstyle));
+}
+
+void form1::unload() {
+    frminfo_->hide();
+    app_.workspace.play.Playing = false;
+    app_.workspace.score.ClearNoteArrays();
+    const QRect frame = isMaximized() ? normalGeometry() : geometry();
+    saveAtEnd(frame);
     if (const auto packed = demosFolder())
         removeDemoMedia(app_.folders, *packed);
     std::error_code ignored;

@@ -128,6 +128,7 @@ private:
     void showSongEnd();
     [[nodiscard]] bool mayClose();
     void unload();
+    void saveAtEnd(const QRect& frame);
 
     Application& app_;
     CommandBank Cmd2_;

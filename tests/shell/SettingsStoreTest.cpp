@@ -175,3 +175,15 @@ TEST_F(SettingsStoreTest, SavingTheValueThatIsThereWritesNothing) {
     store.SaveSetting("Settings", "a", "1");
     EXPECT_EQ(readWholeFile(path), formatSettings({{{"Settings", "a"}, "1"}}));
 }
+
+TEST_F(SettingsStoreTest, ABatchIsReadAtOnceAndWrittenWhenItEnds) {
+    SettingsFile store(path);
+    {
+        SettingsBatch batch(store);
+        batch.SaveSetting("Settings", "a", "1");
+        batch.SaveSetting("Settings", "b", "2");
+        EXPECT_EQ(batch.GetSetting("Settings", "a", ""), "1");
+        EXPECT_FALSE(fs::exists(path));
+    }
+    EXPECT_EQ(readWholeFile(path), formatSettings({{{"Settings", "a"}, "1"}, {{"Settings", "b"}, "2"}}));
+}
