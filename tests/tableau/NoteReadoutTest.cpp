@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/NoteReadout.h"
 
-#include "tableau/PolynoteDrag.h"
 #include "tests/tableau/WorkspaceFixture.h"
 
 #include <gmock/gmock.h>
@@ -12,13 +11,6 @@ namespace {
 
 struct NoteReadoutTest : WorkspaceFixture {
     NoteReadoutTest() { store("NumNotes", "100"); }
-};
-struct PolynoteDragTest : NoteReadoutTest {
-    PolynoteDrag hand;
-    std::optional<int> drag(int x, MouseButton button = MouseButton::Left) {
-        return hand.move(workspace(), button, x, 3);
-    }
-    int chordAt(int position) { return score().Polyphonics.valueOr(1, position, -9); }
 };
 
 } // namespace
@@ -77,42 +69,4 @@ TEST_F(NoteReadoutTest, TheToolTextLineLinesItsNumbersUp) {
     EXPECT_EQ(noteLine({"12", "5C", "90", "Violin", "", "1"}), "Note: 12       Vol: 90      Inst: Violin");
     EXPECT_EQ(noteLine({"1", " -", "0", "Blank Note", "-", "1"}),
               "Note: 1       Vol:       Inst: Blank Note");
-}
-
-TEST_F(PolynoteDragTest, EachColumnThatIsCrossedTakesTheChordOfTheList) {
-    workspace().view.ViewFirstColumn = 20;
-    EXPECT_EQ(drag(13), 1);
-    EXPECT_EQ(drag(24, MouseButton::Right), 2);
-    EXPECT_EQ(chordAt(21), 3);
-    EXPECT_EQ(chordAt(22), 3);
-    EXPECT_EQ(chordAt(23), 0);
-}
-
-TEST_F(PolynoteDragTest, AMoveWithinAColumnIsNone) {
-    EXPECT_EQ(drag(13), 1);
-    score().Polyphonics.set(1, 1, 0);
-    EXPECT_FALSE(drag(23));
-    EXPECT_EQ(chordAt(1), 0);
-    EXPECT_FALSE(drag(23, MouseButton::None));
-    EXPECT_EQ(drag(23), 1) << "another drag";
-}
-
-TEST_F(PolynoteDragTest, InPolyphonicModeTheListOfTheSetupToolbarCounts) {
-    workspace().view.RightClickMode = RightClick::Polyphonic;
-    workspace().setup.Combo3 = 6;
-    drag(5);
-    EXPECT_EQ(chordAt(0), 6);
-}
-
-TEST_F(PolynoteDragTest, WithoutAButtonOrOutsideTheScoreNothingIsStored) {
-    EXPECT_FALSE(drag(5, MouseButton::None));
-    EXPECT_FALSE(drag(-5));
-    EXPECT_FALSE(drag(101 * 12));
-    EXPECT_EQ(chordAt(0), 0);
-}
-
-TEST_F(PolynoteDragTest, PercussionTakesNoChord) {
-    workspace().selectChannel(8);
-    EXPECT_FALSE(drag(5));
-    EXPECT_EQ(score().Polyphonics.at(9, 0), 0);
 }

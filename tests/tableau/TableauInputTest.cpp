@@ -243,6 +243,23 @@ TEST_F(TableauInputTest, AMoveWithoutAButtonEndsAStrokeWhoseReleaseWasLost) {
     EXPECT_THAT(sounding(), IsEmpty());
 }
 
+TEST_F(TableauInputTest, APressThatArrivesWhileAChordEndsIsRefused) {
+    struct Busy : VirtualLoop {
+        void YieldIfInput() override { meanwhile(); }
+        std::function<void()> meanwhile;
+    } loop;
+    RecordingPort listening{loop};
+    NotePlayer player{score(), workspace().setup, workspace().play, workspace().chords, listening, loop};
+    TableauInput hand{workspace(), player, listening, screen()};
+    loop.meanwhile = [&] { hand.MusicBox_MouseDown(MouseButton::Left, 0, x(9), y(20)); };
+    score().Polyphonics.set(1, 1, 1);
+    hand.MusicBox_MouseDown(MouseButton::Left, 0, x(1), y(10));
+    hand.MusicBox_MouseUp(MouseButton::Left, 0, x(2), y(10));
+    EXPECT_THAT(cells(0, 4), ElementsAre(-1, 52, 1052, -1));
+    EXPECT_FALSE(hand.stroke().PressActive);
+    EXPECT_THAT(soundingAfter(listening.words()), IsEmpty());
+}
+
 TEST_F(TableauInputTest, ASecondPressOfTheButtonEndsTheStrokeBefore) {
     press(1, 10);
     press(5, 20);
