@@ -78,12 +78,59 @@ void Program::startComposing() {
                                      .devices = *devices_,
                                      .workspace = *workspace_,
                                      .openHelp = [this](const QString& page) { openHelp(page); },
-                                     .quit = [] { QApplication::quit(); }});
+                                     .setup = setupToolbar(),
+                                     .quit = [this] { end(); }});
     form1_ = std::make_unique<form1>(*application_);
     dialogs_.setParent(form1_.get());
     form1_->show();
-    if (!score_.empty())
-        QTimer::singleShot(0, form1_.get(), [this] { form1_->openScore(score_); });
+    QTimer::singleShot(0, form1_.get(), [this] {
+        if (settings::read(settings_, settings::frmsetup))
+            openSetup(frmsetup::Focus::Leave);
+        if (!score_.empty())
+            form1_->openScore(score_);
+    });
+}
+
+/// What the composing window asks of the toolbar, which may never have been opened.
+SetupToolbar Program::setupToolbar() {
+    const auto ofToolbar = [this](void (frmsetup::*routine)()) {
+        return [this, routine] {
+            if (frmsetup_)
+                (frmsetup_.get()->*routine)();
+        };
+    };
+    return {.open = [this] { openSetup(frmsetup::Focus::Take); },
+            .channelChanged = ofToolbar(&frmsetup::channelChanged),
+            .refresh = ofToolbar(&frmsetup::refresh),
+            .showMapper = ofToolbar(&frmsetup::showMapper)};
+}
+
+/// And what the toolbar asks of the composing window.
+ComposingWindow Program::composingWindow() {
+    form1& form = *form1_;
+    return {.TrackSel_Click = [&form](int channel) { form.TrackSel_Click(channel); },
+            .DrawNoteArray = [&form] { form.DrawNoteArray(); },
+            .DrawBeatArray = [&form] { form.DrawBeatArray(); },
+            .PrintTopBar = [&form] { form.PrintTopBar(); },
+            .drawChordMarks = [&form](int /*channel*/) { form.DrawPolynote(); },
+            .layOut = [&form] { form.layOut(); },
+            .NumNotesChanged = [&form] { form.showLength(); },
+            .setRightClickMode = [&form](RightClick mode) { form.setRightClickMode(mode); },
+            .toggleMuted = [&form](int channel) { form.toggleMuted(channel); },
+            .showInstruments = [&form] { form.showNextNote(); },
+            .showChannels = [&form] { form.showChannels(); }};
+}
+
+void Program::openSetup(frmsetup::Focus focus) {
+    if (!frmsetup_)
+        frmsetup_ = std::make_unique<frmsetup>(*application_, composingWindow(), form1_.get());
+    frmsetup_->open(focus);
+}
+
+void Program::end() {
+    if (frmsetup_)
+        frmsetup_->unload();
+    QApplication::quit();
 }
 
 void Program::openHelp(const QString& page) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "setup/frmsetup.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
 #include "shell/HelpWindow.h"
@@ -41,6 +42,10 @@ private:
     void loadSound();
     void startComposing();
     void openHelp(const QString& page);
+    void openSetup(frmsetup::Focus focus);
+    [[nodiscard]] SetupToolbar setupToolbar();
+    [[nodiscard]] ComposingWindow composingWindow();
+    void end();
 
     std::vector<std::unique_ptr<MidiBackend>> backends_;
     std::filesystem::path score_;
@@ -59,6 +64,7 @@ private:
     std::optional<Application> application_;
     std::unique_ptr<HelpWindow> help_;
     std::unique_ptr<form1> form1_;
+    std::unique_ptr<frmsetup> frmsetup_; ///< once it was opened; it floats over `form1`, and goes before it
 };
 
 } // namespace velmora

@@ -15,6 +15,9 @@ enum class Mouse : std::int16_t { Draw = 0, Cursor = 1, Select = 2 };
 inline constexpr int kLastRow = 127;      ///< the lowest pitch
 inline constexpr int kColumnWidth = 12;   ///< pixels of a position, on both Tableaux
 inline constexpr int kBeatRowHeight = 12; ///< pixels of a row of `Beatbox`
+/// Of a row of `MusicBox`: closer ones could not be told apart, and of taller ones too few would fit.
+inline constexpr int kLeastLineHeight = 4;
+inline constexpr int kMostLineHeight = 40;
 
 /// Which part of the Score the composing window shows and how, what is marked in it, and what the mouse does
 /// there. Columns are positions, rows count from the highest pitch.

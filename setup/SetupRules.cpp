@@ -142,7 +142,7 @@ void showOnly(Score& score, int channel) {
 }
 
 std::int16_t lineHeightWithin(std::int16_t height) {
-    return std::clamp(height, kLeastLineHeight, kMostLineHeight);
+    return static_cast<std::int16_t>(std::clamp<int>(height, kLeastLineHeight, kMostLineHeight));
 }
 
 bool setScoreLength(Workspace& workspace, std::int64_t numNotes) {

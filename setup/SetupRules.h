@@ -56,9 +56,6 @@ void Ch_Click(Score& score, SetupState& setup, int channel, bool ticked);
 /// `TrackSel`: the channel's button alone is lit.
 void showOnly(Score& score, int channel);
 
-/// Rows closer than this could not be told apart, and taller ones not be drawn across.
-inline constexpr std::int16_t kLeastLineHeight = 4;
-inline constexpr std::int16_t kMostLineHeight = 40;
 [[nodiscard]] std::int16_t lineHeightWithin(std::int16_t height);
 
 /// "Add new notes" and "Subtract notes": false, and nothing changed, if no position would be left or there

@@ -10,10 +10,6 @@
 namespace velmora {
 
 namespace {
-/// Rows that can be told apart, and of which some fit.
-constexpr int kLeastLine = 4;
-constexpr int kMostLine = 48;
-
 /// A stored number may be rubbish.
 int storedNotes(const SettingsStore& store) {
     const int notes = settings::read(store, settings::NumNotes);
@@ -41,7 +37,8 @@ Workspace::Workspace(const SettingsStore& store, const ProgramFolders& folders)
     setup.NoteX = positive(settings::read(store, settings::Type_of_note), 4);
     setup.ChTreble = settings::read(store, settings::Show_Treble_staff) != 0;
     setup.ChBass = settings::read(store, settings::Show_Bass_staff) != 0;
-    view.Line_Height = std::clamp<int>(settings::read(store, settings::Line_Height), kLeastLine, kMostLine);
+    view.Line_Height =
+        std::clamp<int>(settings::read(store, settings::Line_Height), kLeastLineHeight, kMostLineHeight);
     view.Show_Sharp_guides = settings::read(store, settings::Show_Sharp_guides) == 1;
     view.Notationstyle = settings::read(store, settings::Notationstyle) == 1 ? 1 : 0;
     view.Accidentals = settings::read(store, settings::Accidentals);

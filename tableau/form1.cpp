@@ -169,10 +169,13 @@ void form1::Form_Activate() {
     moveEnded();
     if (app_.workspace.play.Playing) // what sounds stays as it is
         return;
+    bool fellBack = false;
     if (!std::exchange(activated_, true))
         app_.devices.openAtActivation();
     else
-        static_cast<void>(app_.devices.reopenIfChanged());
+        fellBack = app_.devices.reopenIfChanged() == DeviceChooser::Reopened::ByMapper;
+    if (fellBack && app_.setup.showMapper)
+        app_.setup.showMapper();
     for (int channel = 0; channel < 16; ++channel)
         app_.port.send(shortmessage::controller(channel, kResetAllControllers, 0));
 }

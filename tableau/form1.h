@@ -95,6 +95,8 @@ public:
     void showLength();
     /// The squares, the read-outs and the Tableau follow the Score's channels.
     void showChannels();
+    /// The read-outs say what the next note will sound like.
+    void showNextNote();
 
 protected:
     void moveEnded() override;
@@ -123,7 +125,6 @@ private:
     void showModes();
     void showScore();
     void showHint();
-    void showNextNote();
     void showMouseMode();
     void showSongEnd();
     [[nodiscard]] bool mayClose();
