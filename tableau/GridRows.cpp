@@ -125,7 +125,7 @@ void GridRows::composeOver(QRgb* row, int width, std::uint8_t kind) const {
 void GridRows::paintClefs() {
     clefs_ = {};
     const GridLook& look = *look_;
-    if (!isNamed(look.topRow) || look.lineHeight <= 0 || !(look.treble || look.bass))
+    if (look.size.isEmpty() || !isNamed(look.topRow) || look.lineHeight <= 0 || !(look.treble || look.bass))
         return;
     const auto y = [&](int row) { return (row - look.topRow) * look.lineHeight + 5; };
     const int width = std::min(look.size.width(), deviceEdge(clefsWidth(look.lineHeight), look.scale));

@@ -53,8 +53,11 @@ int flagsOf(NoteShape shape) {
 QPainterPath drawnHead(NoteShape shape) {
     QPainterPath head;
     head.addEllipse(QPointF(), kHeadHalf, 0.5);
-    if (shape == NoteShape::Whole || shape == NoteShape::Half)
-        head.addEllipse(QPointF(), kHeadHalf * 0.6, 0.3);
+    if (shape == NoteShape::Whole || shape == NoteShape::Half) {
+        QPainterPath hole;
+        hole.addEllipse(QPointF(), kHeadHalf * 0.6, 0.3);
+        head.addPath(hole.toReversed()); // empty by either rule of filling
+    }
     return QTransform().rotate(-15).map(head);
 }
 QPainterPath drawnFlags(int count) {

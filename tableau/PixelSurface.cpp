@@ -69,8 +69,13 @@ int PixelSurface::logicalHeight() const {
     return static_cast<int>(std::lround(height_ / scale_));
 }
 
+/// Nothing of a rectangle of negative size, which an intersection would turn round.
+QRect PixelSurface::clipped(const QRect& device) const {
+    return device.isEmpty() ? QRect() : device & rect();
+}
+
 QRect PixelSurface::fillDevice(const QRect& device, QRgb colour) {
-    const QRect inside = device & rect();
+    const QRect inside = clipped(device);
     for (int y = inside.top(); y <= inside.bottom(); ++y)
         std::fill_n(row(y) + inside.left(), inside.width(), colour);
     return inside;
@@ -88,7 +93,7 @@ QRect PixelSurface::verticalLine(int x, QRgb colour) {
 
 QRect PixelSurface::blendStrip(int x, int width, QRgb source) {
     const int left = edge(x);
-    const QRect inside = QRect(left, 0, edge(static_cast<double>(x) + width) - left, height_) & rect();
+    const QRect inside = clipped({left, 0, edge(static_cast<double>(x) + width) - left, height_});
     for (int y = inside.top(); y <= inside.bottom(); ++y) {
         QRgb* pixels = row(y) + inside.left();
         for (int i = 0; i < inside.width(); ++i)

@@ -48,6 +48,7 @@ public:
     }
 
 private:
+    [[nodiscard]] QRect clipped(const QRect& device) const;
     QRect fillDevice(const QRect& device, QRgb colour);
 
     uchar* bits_ = nullptr;

@@ -53,7 +53,7 @@ void paintSelectEdge(QImage& surface, int column) {
 
 void paintSelectDrag(QImage& surface, int fromColumn, int toColumn, const QColor& highlight) {
     PixelSurface pixels(surface);
-    const auto [left, right] = std::minmax(fromColumn * kColumnWidth, toColumn * kColumnWidth + 3);
+    const auto [left, right] = std::minmax({fromColumn * kColumnWidth, toColumn * kColumnWidth + 3});
     pixels.fillBox(left, 0, right, pixels.logicalHeight(), highlight.rgb());
 }
 
