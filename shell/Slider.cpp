@@ -4,11 +4,13 @@
 #include "shell/ControlPainter.h"
 #include "shell/SkinPainter.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
 
@@ -19,6 +21,8 @@ constexpr int kAcross = 20;
 constexpr int kPointer = 12; ///< along the bar
 constexpr int kLength = 120;
 constexpr int kTick = 14;
+constexpr std::array kKeys{Qt::Key_Left,   Qt::Key_Right,    Qt::Key_Up,   Qt::Key_Down,
+                           Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End};
 } // namespace
 
 Slider::Slider(const Appearance& look, Qt::Orientation orientation, QWidget* parent)
@@ -71,6 +75,16 @@ QRectF Slider::pointer() const {
     const double start = centreOf(sliderPosition()) - kPointer / 2.0;
     return lies() ? QRectF(start, (height() - kAcross) / 2, kPointer, kAcross)
                   : QRectF((width() - kAcross) / 2, height() - start - kPointer, kAcross, kPointer);
+}
+
+bool Slider::event(QEvent* event) {
+    // Its own keys move the slider that has the focus, whatever else they are shortcuts of.
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (!(key->modifiers() & ~Qt::KeypadModifier) && std::ranges::find(kKeys, key->key()) != kKeys.end())
+            event->accept();
+    }
+    return QAbstractSlider::event(event);
 }
 
 void Slider::paintEvent(QPaintEvent* /*event*/) {

@@ -6,6 +6,7 @@
 #include "shell/SkinPainter.h"
 
 #include <QAccessible>
+#include <QShortcut>
 #include <QWheelEvent>
 
 using namespace velmora;
@@ -120,6 +121,19 @@ TEST_F(SliderTest, AKeyAtTheEndTellsNobody) {
     key(Qt::Key_Right);
     EXPECT_TRUE(values.empty());
     EXPECT_EQ(releases, 0);
+}
+
+TEST_F(SliderTest, ItsKeysGoBeforeTheWindowsShortcuts) {
+    QWidget window;
+    auto* inside = new Slider(skins->look(), Qt::Horizontal, &window);
+    inside->setValue(50);
+    int presses = 0;
+    QObject::connect(new QShortcut(Qt::Key_Home, &window), &QShortcut::activated, [&] { ++presses; });
+    open(window);
+    inside->setFocus();
+    QTest::keyClick(inside, Qt::Key_Home);
+    EXPECT_EQ(inside->value(), 0);
+    EXPECT_EQ(presses, 0);
 }
 
 TEST_F(SliderTest, TheWheelSteps) {
