@@ -14,13 +14,15 @@
 #include "tableau/Application.h"
 #include "tableau/form1.h"
 #include "tests/shell/DialogDriver.h"
-#include "tests/shell/MessageHand.h"
 #include "tests/shell/Environment.h"
+#include "tests/shell/MessageHand.h"
 #include "tests/support/RecordingPort.h"
 
 #include <QAction>
 #include <QMenu>
 #include <QTest>
+
+#include <set>
 
 namespace velmora {
 
@@ -30,7 +32,7 @@ public:
     using RecordingPort::RecordingPort;
     int open(int device) override {
         opened.push_back(device);
-        return kOk;
+        return refused.contains(device) ? kOk + 1 : kOk;
     }
     int close() override {
         ++closed;
@@ -38,6 +40,7 @@ public:
     }
 
     std::vector<int> opened;
+    std::set<int> refused; ///< devices that can't be opened
     int closed = 0;
 };
 
@@ -92,7 +95,8 @@ protected:
                             .openHelp = [this](const QString& page) { pages.push_back(page.toStdString()); },
                             .setup = {.open = [this] { ++setupOpened; },
                                       .channelChanged = [this] { ++channelChanges; },
-                                      .refresh = [this] { ++refreshes; }},
+                                      .refresh = [this] { ++refreshes; },
+                                      .showMapper = [this] { ++mappersShown; }},
                             .quit = [this] { ++quits; }});
         return *application_;
     }
@@ -132,6 +136,7 @@ protected:
     int setupOpened = 0;
     int channelChanges = 0;
     int refreshes = 0;
+    int mappersShown = 0;
 
 private:
     Environment environment_;

@@ -196,6 +196,18 @@ TEST_F(form1PlayTest, LaterActivationsReopenOnlyAnotherDevice) {
     EXPECT_THAT(port.words(), testing::Contains(kDrumBank).Times(2));
 }
 
+TEST_F(form1PlayTest, AChosenDeviceThatFailsGivesWayToTheMapperAndTheToolbarSaysSo) {
+    store("Devices", "0");
+    shown();
+    store("Devices", "1");
+    port.refused = {1};
+    activate(false);
+    EXPECT_EQ(mappersShown, 0);
+    activate(true);
+    EXPECT_EQ(mappersShown, 1);
+    EXPECT_EQ(port.opened.back(), MidiPort::kMapper);
+}
+
 TEST_F(form1PlayTest, WhatPlaysIsNotTornFromItsDevice) {
     putNotes(score(), 0, 60, 50);
     shown();
