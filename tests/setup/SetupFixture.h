@@ -92,6 +92,13 @@ protected:
     Part& control(const char* array, int index) {
         return control<Part>(std::string(array) + "(" + std::to_string(index) + ")");
     }
+    /// Presses a slider at a place along it and drags to another.
+    static void drag(QWidget& bar, int from, int to) {
+        QTest::mousePress(&bar, Qt::LeftButton, {}, QPoint(from, 10));
+        if (to != from)
+            QTest::mouseMove(&bar, QPoint(to, 10));
+        QTest::mouseRelease(&bar, Qt::LeftButton, {}, QPoint(to, 10));
+    }
     void click(QWidget& of) { QTest::mouseClick(&of, Qt::LeftButton); }
     /// Types over what stands there.
     void type(const char* field, const char* text) {

@@ -14,7 +14,7 @@ using SoundPanelTest = SetupFixture;
 TEST_F(SoundPanelTest, TheVolumeIsTheActiveChannels) {
     opened(2);
     auto& bar = control<Slider>("lblVolume");
-    QTest::mousePress(&bar, Qt::LeftButton, {}, QPoint(6 + (bar.width() - 12) / 2, 10));
+    drag(bar, bar.width() / 2, bar.width() / 2);
     EXPECT_EQ(score().ChannelVelocity[0], 63);
     EXPECT_TRUE(holds(score().Volume, 0, 63));
     EXPECT_TRUE(holds(score().Volume, 1, 127));
@@ -25,8 +25,7 @@ TEST_F(SoundPanelTest, TheVolumeIsTheActiveChannels) {
 TEST_F(SoundPanelTest, AtTheBarsStartTheVolumeIsFull) {
     opened(2);
     auto& bar = control<Slider>("lblVolume");
-    QTest::mousePress(&bar, Qt::LeftButton, {}, QPoint(100, 10));
-    QTest::mouseMove(&bar, QPoint(2, 10));
+    drag(bar, 100, 2);
     EXPECT_EQ(score().ChannelVelocity[0], 127);
     EXPECT_EQ(shownIn("Label15"), "127");
 }

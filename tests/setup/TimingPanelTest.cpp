@@ -16,9 +16,9 @@ TEST_F(TimingPanelTest, TheTempoSliderStepsInFours) {
     QTest::keyClick(&bar, Qt::Key_Right);
     EXPECT_EQ(score().Tempo, 104);
     EXPECT_EQ(shownIn("TempoLabel"), "104");
-    QTest::mousePress(&bar, Qt::LeftButton, {}, QPoint(6 + (bar.width() - 12) / 2, 10));
+    drag(bar, bar.width() / 2, bar.width() / 2);
     EXPECT_EQ(score().Tempo, 248); // the whole part of 62.5
-    QTest::mouseMove(&bar, QPoint(0, 10));
+    drag(bar, bar.width() / 2, 0);
     EXPECT_EQ(score().Tempo, 0);
     EXPECT_THAT(asked, Contains("top bar"));
 }
