@@ -31,9 +31,10 @@ namespace velmora {
 
 namespace {
 constexpr QSize kSize(520, 340);
-constexpr int kTabsTop = 12;           ///< under the title
-constexpr QPoint kFirstPlace(24, 152); ///< from the upper right corner of the composing window
-constexpr int kFirstPanel = 1;         ///< "Channels"
+constexpr int kTabsTop = 12;      ///< under the title
+constexpr int kBeside = 8;        ///< to the composing window, where there is room
+constexpr QPoint kInside(28, 56); ///< from its lower right corner, where there is none
+constexpr int kFirstPanel = 1;    ///< "Channels"
 
 /// The blank behind "Sound" is meant.
 constexpr std::array<const char*, 6> kTabs{"Polyphonics", "Channels", "Sound ",
@@ -133,11 +134,14 @@ void frmsetup::saveSettings() {
     settings::save(app_.settings, settings::NumNotes, workspace.score.NumNotes);
 }
 
-/// At the stored place, or at first in the upper right of the composing window; on the screen in any case.
+/// At the stored place. At first beside the composing window, or else in its lower right, where its buttons
+/// stay free; on the screen in any case.
 void frmsetup::openAtStoredPlace() {
     const QRect screen = this->screen()->availableGeometry();
     const QRect around = parentWidget() ? parentWidget()->geometry() : screen;
-    QPoint place(around.right() - kFirstPlace.x() - width(), around.top() + kFirstPlace.y());
+    QPoint place(around.right() + kBeside, around.top());
+    if (place.x() + width() > screen.right())
+        place = around.bottomRight() - kInside - QPoint(width(), height());
     if (!app_.settings.GetSetting("Settings", settings::frmsetup_left.key, "").empty())
         place = {pixelsOfTwips(settings::read(app_.settings, settings::frmsetup_left)),
                  pixelsOfTwips(settings::read(app_.settings, settings::frmsetup_top))};
@@ -175,6 +179,8 @@ void frmsetup::closeEvent(QCloseEvent* event) {
 void frmsetup::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape)
         close();
+    else if (event->key() == Qt::Key_F1 && app_.openHelp)
+        app_.openHelp("setup-toolbar");
     else
         SkinnedWindow::keyPressEvent(event);
 }
@@ -184,6 +190,7 @@ void frmsetup::Lmnu_Click(int index) {
     if (static_cast<std::size_t>(index) >= panels.size())
         return;
     Lmnu[static_cast<std::size_t>(index)]->setChecked(true);
+    Lmnu[static_cast<std::size_t>(index)]->setFocus();
     for (QWidget* panel : panels) {
         panel->setGeometry(page_->rect());
         panel->setVisible(panel == panels[static_cast<std::size_t>(index)]);

@@ -31,18 +31,19 @@ class SetupFixture : public form1Fixture {
 protected:
     frmsetup& toolbar() {
         if (!toolbar_) {
-            app_ = std::make_unique<Application>(Application{.settings = settings,
-                                                             .folders = folders,
-                                                             .skins = skins,
-                                                             .menu = menu,
-                                                             .tips = tips,
-                                                             .dialogs = dialogs,
-                                                             .loop = loop,
-                                                             .port = midi,
-                                                             .devices = midiDevices,
-                                                             .workspace = workspace(),
-                                                             .openHelp = {},
-                                                             .quit = {}});
+            app_ = std::make_unique<Application>(
+                Application{.settings = settings,
+                            .folders = folders,
+                            .skins = skins,
+                            .menu = menu,
+                            .tips = tips,
+                            .dialogs = dialogs,
+                            .loop = loop,
+                            .port = midi,
+                            .devices = midiDevices,
+                            .workspace = workspace(),
+                            .openHelp = [this](const QString& page) { pages.push_back(page.toStdString()); },
+                            .quit = {}});
             toolbar_ = std::make_unique<frmsetup>(*app_, composing(), nullptr);
         }
         return *toolbar_;
@@ -90,6 +91,13 @@ protected:
     template<class Part = QWidget>
     Part& control(const char* array, int index) {
         return control<Part>(std::string(array) + "(" + std::to_string(index) + ")");
+    }
+    /// Presses a slider at a place along it and drags to another.
+    static void drag(QWidget& bar, int from, int to) {
+        QTest::mousePress(&bar, Qt::LeftButton, {}, QPoint(from, 10));
+        if (to != from)
+            QTest::mouseMove(&bar, QPoint(to, 10));
+        QTest::mouseRelease(&bar, Qt::LeftButton, {}, QPoint(to, 10));
     }
     void click(QWidget& of) { QTest::mouseClick(&of, Qt::LeftButton); }
     /// Types over what stands there.

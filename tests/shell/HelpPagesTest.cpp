@@ -115,7 +115,7 @@ TEST(HelpPagesTest, EveryCaptionOfTheMenusIsExplainedSomewhere) {
 
 TEST(HelpPagesTest, EveryMenuHasItsPageAndWindowsFindTheirs) {
     for (const auto* name : {"start-window", "composing-window", "menu-file", "menu-edit", "menu-tools",
-                             "menu-help", "help-window", "playing", "questions"})
+                             "menu-help", "help-window", "playing", "questions", "setup-toolbar"})
         EXPECT_NE(pages().find(name), nullptr) << name;
 }
 

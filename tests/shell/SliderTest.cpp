@@ -22,6 +22,10 @@ protected:
         slider.onRelease = [this] { ++releases; };
         slider.show();
     }
+    ~SliderTest() override { // no button stays pressed for the next test
+        for (const auto button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton})
+            QTest::mouseRelease(&slider, button);
+    }
     void press(int x, Qt::MouseButton button = Qt::LeftButton) {
         QTest::mousePress(&slider, button, {}, QPoint(x, 10));
     }
@@ -86,6 +90,16 @@ TEST_F(SliderTest, APressOnThePointerChangesNothing) {
     EXPECT_TRUE(values.empty());
     move(middle + 5 + 20);
     EXPECT_THAT(values, testing::ElementsAre(43));
+}
+
+TEST_F(SliderTest, AHandThatRestsOnThePointerKeepsItsValue) {
+    slider.resize(112, 20); // fewer places than values: the pointer's own place means 49
+    slider.setValue(50);
+    const int middle = static_cast<int>(slider.pointer().center().x());
+    press(middle);
+    move(middle);
+    release(middle);
+    EXPECT_EQ(slider.value(), 50);
 }
 
 TEST_F(SliderTest, CodeThatSetsTheValueTellsNobody) {

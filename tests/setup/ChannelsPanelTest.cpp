@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "setup/ChannelsPanel.h"
+
+#include "SetupFixture.h"
+#include "sound/ShortMessage.h"
+
+using namespace velmora;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using ChannelsPanelTest = SetupFixture;
+
+TEST_F(ChannelsPanelTest, AChannelsButtonMakesItTheActiveOne) {
+    opened(1);
+    click(control("TrackSel", 2));
+    EXPECT_EQ(asked.front(), "TrackSel 2");
+    EXPECT_EQ(score().ActiveChannel, 2);
+    EXPECT_TRUE(control<QAbstractButton>("TrackSel", 2).isChecked());
+    EXPECT_FALSE(control<QAbstractButton>("TrackSel", 0).isChecked());
+    EXPECT_TRUE(score().ChannelShown[2]);
+    EXPECT_FALSE(score().ChannelShown[0]);
+}
+
+TEST_F(ChannelsPanelTest, TheActiveChannelsButtonMayBePressedAgain) {
+    opened(1);
+    click(control("TrackSel", 0));
+    EXPECT_THAT(asked, Contains("TrackSel 0"));
+    EXPECT_TRUE(control<QAbstractButton>("TrackSel", 0).isChecked());
+}
+
+TEST_F(ChannelsPanelTest, ThereIsNoButtonForTheDrumChannel) {
+    EXPECT_EQ(toolbar().findChild<QWidget*>("TrackSel(9)"), nullptr);
+    EXPECT_EQ(control<QAbstractButton>("TrackSel", 12).text(), "12");
+    EXPECT_EQ(control<QAbstractButton>("TrackSel", 8).text(), "9");
+}
+
+TEST_F(ChannelsPanelTest, SelectingAChannelGivesItItsGroupsInstrument) {
+    workspace().instruments.MelodyInstrument = 73;
+    workspace().instruments.PercussionInstrument = 140;
+    opened(1);
+    click(control("TrackSel", 3));
+    click(control("TrackSel", 11));
+    EXPECT_EQ(score().ChannelInstrument[3], 73);
+    EXPECT_EQ(score().ChannelInstrument[11], 140);
+    EXPECT_THAT(asked, Contains("instruments"));
+}
+
+TEST_F(ChannelsPanelTest, WithoutANameTheInstrumentIsRead) {
+    opened(1);
+    store("Intrumentval", "5");
+    workspace().instruments.MelodyInstrumentName = "";
+    click(control("TrackSel", 3));
+    EXPECT_EQ(score().ChannelInstrument[3], 5);
+}
+
+TEST_F(ChannelsPanelTest, SelectingAChannelGivesItsSelectedNotesTheInstrument) {
+    putNotes(score(), 1, 60, 3);
+    workspace().view.SelectStart = 2;
+    workspace().view.SelectEnd = 3;
+    workspace().instruments.MelodyInstrument = 73;
+    opened(1);
+    click(control("TrackSel", 1));
+    EXPECT_EQ(score().NoteInstrument.at(1, 1), 24);
+    EXPECT_EQ(score().NoteInstrument.at(1, 2), 73);
+    EXPECT_EQ(workspace().undo.UndoChannel, 1);
+}
+
+TEST_F(ChannelsPanelTest, AChannelThatIsRefusedKeepsTheOldOneMarked) {
+    opened(1);
+    toolbar().TrackSel_Click(9);
+    EXPECT_EQ(score().ActiveChannel, 0);
+    EXPECT_TRUE(control<QAbstractButton>("TrackSel", 0).isChecked());
+}
+
+TEST_F(ChannelsPanelTest, AChannelSelectedElsewhereIsMarked) {
+    opened(1);
+    workspace().selectChannel(6);
+    toolbar().channelChanged();
+    EXPECT_TRUE(control<QAbstractButton>("TrackSel", 6).isChecked());
+    EXPECT_THAT(asked, IsEmpty());
+}
+
+TEST_F(ChannelsPanelTest, AHiddenChannelIsMuted) {
+    opened(1);
+    click(control("TrackHide", 4));
+    EXPECT_TRUE(score().ChannelMuted[4]);
+    EXPECT_THAT(asked, Contains("notes"));
+    click(control("TrackHide", 4));
+    EXPECT_FALSE(score().ChannelMuted[4]);
+}
+
+TEST_F(ChannelsPanelTest, ABoxOutOfLineIsBroughtInLine) {
+    opened(1);
+    score().ChannelMuted[4] = true;
+    click(control("TrackHide", 4)); // ticks it
+    EXPECT_TRUE(score().ChannelMuted[4]);
+    score().ChannelMuted[5] = true;
+    click(control("TrackSel", 5));
+    EXPECT_TRUE(control<QCheckBox>("TrackHide", 5).isChecked());
+}
+
+namespace {
+bool pickerIsOpen() {
+    const QWidget* modal = QApplication::activeModalWidget();
+    return modal && modal->objectName() == "FrmInst";
+}
+} // namespace
+
+TEST_F(ChannelsPanelTest, ADoubleClickOnAnInstrumentOpensThePicker) {
+    opened(1);
+    QTest::mouseDClick(&control("LblInst2"), Qt::LeftButton);
+    EXPECT_TRUE(pickerIsOpen());
+}
+
+TEST_F(ChannelsPanelTest, EnterOnAnInstrumentOpensThePicker) {
+    opened(1);
+    QTest::keyClick(&control("LblInst1"), Qt::Key_Return);
+    EXPECT_TRUE(pickerIsOpen());
+}
+
+TEST_F(ChannelsPanelTest, OpeningThePickerPlaysTheMelodyInstrumentsProgram) {
+    opened(1);
+    workspace().selectChannel(3);
+    midi.sent.clear();
+    toolbar().LblInst_DblClick();
+    EXPECT_THAT(midi.words(), ElementsAre(shortmessage::programChange(3, 24)));
+}
+
+TEST_F(ChannelsPanelTest, OnPercussionOrWithoutANameNothingIsPlayed) {
+    opened(1);
+    workspace().selectChannel(8);
+    midi.sent.clear();
+    toolbar().LblInst_DblClick();
+    EXPECT_THAT(midi.words(), IsEmpty());
+}
+
+TEST_F(ChannelsPanelTest, APickedInstrumentIsShownPlayedAndTheChannels) {
+    opened(1);
+    toolbar().LblInst_DblClick();
+    QWidget* picker = QApplication::activeModalWidget();
+    ASSERT_TRUE(picker);
+    ASSERT_TRUE(QTest::qWaitFor(
+        [picker] { return QApplication::focusWidget() && QApplication::focusWidget()->window() == picker; }));
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), "LstInstruments");
+    midi.sent.clear();
+    QTest::keyClicks(QApplication::focusWidget(), "flu");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(shownIn("LblInst1"), "Flute");
+    EXPECT_EQ(score().ChannelInstrument[0], 73);
+    EXPECT_THAT(midi.words(), ElementsAre(shortmessage::programChange(0, 73)));
+    EXPECT_THAT(asked, Contains("instruments"));
+}

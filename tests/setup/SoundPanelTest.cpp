@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "setup/SoundPanel.h"
+
+#include "SetupFixture.h"
+#include "shell/Slider.h"
+#include "sound/ShortMessage.h"
+
+using namespace velmora;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using SoundPanelTest = SetupFixture;
+
+TEST_F(SoundPanelTest, TheVolumeIsTheActiveChannels) {
+    opened(2);
+    auto& bar = control<Slider>("lblVolume");
+    drag(bar, bar.width() / 2, bar.width() / 2);
+    EXPECT_EQ(score().ChannelVelocity[0], 63);
+    EXPECT_TRUE(holds(score().Volume, 0, 63));
+    EXPECT_TRUE(holds(score().Volume, 1, 127));
+    EXPECT_EQ(shownIn("Label15"), "63");
+    EXPECT_EQ(shownIn("Label2"), "63");
+}
+
+TEST_F(SoundPanelTest, AtTheBarsStartTheVolumeIsFull) {
+    opened(2);
+    auto& bar = control<Slider>("lblVolume");
+    drag(bar, 100, 2);
+    EXPECT_EQ(score().ChannelVelocity[0], 127);
+    EXPECT_EQ(shownIn("Label15"), "127");
+}
+
+TEST_F(SoundPanelTest, WithNoButtonPressedTheNotesKeepTheirVolume) {
+    opened(2);
+    score().ActiveChannel = 4; // whose button nobody has told
+    QTest::keyClick(&control("lblVolume"), Qt::Key_Left);
+    EXPECT_EQ(score().ChannelVelocity[4], 126);
+    EXPECT_TRUE(holds(score().Volume, 4, 127));
+}
+
+TEST_F(SoundPanelTest, AControllerIsKeptShownAndSentAtOnce) {
+    workspace().selectChannel(2);
+    opened(2);
+    midi.sent.clear();
+    struct Row {
+        const char* bar;
+        const char* label;
+        int number;
+        std::int16_t PlaybackChannelSetup::*value;
+    };
+    for (const Row& row : {Row{"LblMod", "LMod", 1, &PlaybackChannelSetup::modulation},
+                           Row{"LblReverb", "LReverb", 91, &PlaybackChannelSetup::reverb},
+                           Row{"LblChorus", "LChorus", 93, &PlaybackChannelSetup::chorus}}) {
+        midi.sent.clear();
+        QTest::keyClick(&control(row.bar), Qt::Key_End);
+        EXPECT_EQ(workspace().setup.channels[2].*row.value, 127);
+        EXPECT_EQ(shownIn(row.label), "127");
+        EXPECT_THAT(midi.words(), ElementsAre(shortmessage::controller(2, row.number, 127)));
+    }
+}
+
+TEST_F(SoundPanelTest, ThePanIsShownFromItsMiddle) {
+    opened(2);
+    midi.sent.clear();
+    EXPECT_EQ(shownIn("LPan"), "0");
+    QTest::keyClick(&control("LblPan"), Qt::Key_Left);
+    EXPECT_EQ(shownIn("LPan"), "-1");
+    EXPECT_EQ(workspace().setup.channels[0].pan, 63);
+    EXPECT_THAT(midi.words(), ElementsAre(shortmessage::controller(0, 10, 63)));
+    QTest::keyClick(&control("LblPan"), Qt::Key_End);
+    EXPECT_EQ(shownIn("LPan"), "63");
+}
+
+TEST_F(SoundPanelTest, AControllerFillsTheScoreOnlyWithTheNextChannelChange) {
+    opened(2);
+    QTest::keyClick(&control("LblReverb"), Qt::Key_End);
+    EXPECT_TRUE(holds(score().Reverb_Change, 0, 0));
+    toolbar().channelChanged();
+    EXPECT_TRUE(holds(score().Reverb_Change, 0, 127));
+}
+
+TEST_F(SoundPanelTest, AChannelsValuesAreShownWhenItIsSelected) {
+    workspace().setup.channels[3].pan = 100;
+    workspace().setup.channels[3].chorus = 9;
+    opened(1);
+    midi.sent.clear();
+    click(control("TrackSel", 3));
+    EXPECT_EQ(shownIn("LPan"), "36");
+    EXPECT_EQ(shownIn("LChorus"), "9");
+    EXPECT_TRUE(holds(score().Pan_Change, 3, 100));
+    EXPECT_THAT(midi.words(), IsEmpty()); // showing sends nothing
+}
+
+TEST_F(SoundPanelTest, ClosedItFillsNoEffects) {
+    workspace().setup.channels[0].pan = 100;
+    toolbar().channelChanged();
+    EXPECT_TRUE(holds(score().Pan_Change, 0, 64));
+}
