@@ -21,7 +21,7 @@ void prepareCharacters(qreal scale) {
     QPixmap scrap(QSizeF(scale, scale).toSize());
     scrap.setDevicePixelRatio(scale);
     QPainter painter(&scrap);
-    for (const QFont& font : {textFont(), textFont(10), textFont(12, true), titleFont()}) {
+    for (const QFont& font : {textFont(10), textFont(12, true)}) { // the start window has used the others
         painter.setFont(font);
         painter.drawText(0, 0, characters);
     }
