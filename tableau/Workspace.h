@@ -8,6 +8,7 @@
 #include "sound/Chords.h"
 #include "sound/Instruments.h"
 #include "sound/SetupState.h"
+#include "tableau/EditState.h"
 
 #include <optional>
 #include <string>
@@ -33,6 +34,8 @@ struct Workspace {
     ChordSteps chords;
     InstrumentSelection instruments;
     UndoSnapshot undo;
+    EditState edit;
+    EffectSelectors effects;
 
     bool CopyonlyOneTrack = false; ///< block commands work on the active channel only
 
