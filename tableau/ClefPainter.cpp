@@ -55,14 +55,14 @@ QPainterPath bassOutline() {
 }
 } // namespace
 
-void paintTrebleClef(QPainter& painter, int top, int lineHeight) {
+void paintTrebleClef(QPainter& painter, double top, int lineHeight) {
     const qreal base = lineHeight * 3;
     const QPointF centre(kX, top + kTrebleToG * lineHeight + 0.5);
     paintPath(painter, trebleOutline(), centre.x(), centre.y(), base);
     paintDot(painter, centre + QPointF(-0.36, 1.15) * base, 0.13 * base);
 }
 
-void paintBassClef(QPainter& painter, int line, int lineHeight) {
+void paintBassClef(QPainter& painter, double line, int lineHeight) {
     const qreal base = lineHeight * 2.4;
     const QPointF centre(kX, line + 2);
     paintPath(painter, bassOutline(), centre.x(), centre.y(), base);

@@ -8,9 +8,9 @@ namespace velmora {
 // The faint clefs at the left of `MusicBox`, drawn with a pen around x = 25.
 
 /// @param top y of the top line of the staff
-void paintTrebleClef(QPainter& painter, int top, int lineHeight);
+void paintTrebleClef(QPainter& painter, double top, int lineHeight);
 /// @param line y of the line of "4F"
-void paintBassClef(QPainter& painter, int line, int lineHeight);
+void paintBassClef(QPainter& painter, double line, int lineHeight);
 /// Pixels from the left edge that clefs may touch.
 [[nodiscard]] int clefsWidth(int lineHeight);
 

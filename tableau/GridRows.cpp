@@ -67,41 +67,54 @@ bool GridRows::renew(const GridLook& look) {
     return true;
 }
 
-int GridRows::device(double logical) const {
-    return std::clamp(deviceEdge(logical, look_->scale), 0, look_->size.height());
+double GridRows::lineY(int row) const {
+    return staffLineY(row, look_->topRow, look_->lineHeight);
+}
+
+void GridRows::markRows(int from, int to, std::uint8_t kind) {
+    for (int y = std::max(from, 0); y < std::min(to, look_->size.height()); ++y)
+        kinds_[static_cast<std::size_t>(y)] =
+            kind == kStaffLine ? kind : static_cast<std::uint8_t>(kinds_[static_cast<std::size_t>(y)] | kind);
 }
 
 void GridRows::sortRows() {
     kinds_.assign(static_cast<std::size_t>(look_->size.height()), 0);
-    for (int row = std::max(look_->topRow, 0); look_->sharpGuides && row <= look_->bottomRow; ++row) {
-        if (!isSharpRow(row))
-            continue;
-        const double y = (static_cast<double>(row) - look_->topRow) * look_->lineHeight;
-        std::fill(kinds_.begin() + device(y + kBandTop), kinds_.begin() + device(y + kBandBottom + 1), kBand);
-    }
+    markBands();
     if (!isNamed(look_->topRow))
         return;
+    std::vector<const std::array<int, 5>*> staves;
     if (look_->treble)
-        sortStaff(kTrebleRows);
+        staves.push_back(&kTrebleRows);
     if (look_->bass)
-        sortStaff(kBassRows);
+        staves.push_back(&kBassRows);
+    for (const auto* staff : staves)
+        markStaff(*staff);
+    for (const auto* staff : staves) // last: a line is nothing else besides
+        markStaffLines(*staff);
 }
 
-/// A staff that is scrolled out at the top stays what it is further down.
-void GridRows::sortStaff(const std::array<int, 5>& staff) {
-    const auto y = [&](int row) {
-        return (static_cast<double>(row) - look_->topRow) * look_->lineHeight + 5;
-    };
-    const int thickness = deviceLine(look_->scale);
-    for (int row = staff.front(); row <= std::min(staff.back(), look_->bottomRow); ++row)
-        for (int line = device(y(row)); line < device(y(row + 1)) && row < staff.back(); ++line)
-            kinds_[static_cast<std::size_t>(line)] |= kStaff;
+void GridRows::markBands() {
+    for (int row = std::max(look_->topRow, 0); look_->sharpGuides && row <= look_->bottomRow; ++row)
+        if (isSharpRow(row)) {
+            const double y = (static_cast<double>(row) - look_->topRow) * look_->lineHeight;
+            markRows(deviceEdge(y + kBandTop, look_->scale), deviceEdge(y + kBandBottom + 1, look_->scale),
+                     kBand);
+        }
+}
+
+/// From its first line to the last one in view. One that is scrolled out at the top stays what it is.
+void GridRows::markStaff(const std::array<int, 5>& staff) {
+    const int last = std::min(staff.back(), look_->bottomRow);
+    if (last >= look_->topRow)
+        markRows(deviceEdge(lineY(staff.front()), look_->scale), deviceEdge(lineY(last), look_->scale),
+                 kStaff);
+}
+
+void GridRows::markStaffLines(const std::array<int, 5>& staff) {
     for (const int row : staff) {
-        const int top = deviceEdge(y(row), look_->scale);
-        for (int line = std::max(top, 0); row >= look_->topRow && row <= look_->bottomRow &&
-                                          line < std::min(top + thickness, look_->size.height());
-             ++line)
-            kinds_[static_cast<std::size_t>(line)] = kStaffLine;
+        const int y = deviceEdge(lineY(row), look_->scale);
+        if (row >= look_->topRow && row <= look_->bottomRow)
+            markRows(y, y + deviceLine(look_->scale), kStaffLine);
     }
 }
 
@@ -127,7 +140,6 @@ void GridRows::paintClefs() {
     const GridLook& look = *look_;
     if (look.size.isEmpty() || !isNamed(look.topRow) || look.lineHeight <= 0 || !(look.treble || look.bass))
         return;
-    const auto y = [&](int row) { return (row - look.topRow) * look.lineHeight + 5; };
     const int width = std::min(look.size.width(), deviceEdge(clefsWidth(look.lineHeight), look.scale));
     clefs_ = QImage(width, look.size.height(), QImage::Format_RGB32);
     const auto line = [&](int at) { return reinterpret_cast<QRgb*>(clefs_.scanLine(at)); };
@@ -136,9 +148,9 @@ void GridRows::paintClefs() {
     QPainter painter(&clefs_);
     painter.scale(look.scale, look.scale);
     if (look.treble)
-        paintTrebleClef(painter, y(kTrebleRows.front()), look.lineHeight);
+        paintTrebleClef(painter, lineY(kTrebleRows.front()), look.lineHeight);
     if (look.bass)
-        paintBassClef(painter, y(kBassRows[1]), look.lineHeight);
+        paintBassClef(painter, lineY(kBassRows[1]), look.lineHeight);
     painter.end();
     for (int at = 0; at < clefs_.height(); ++at)
         composeOver(line(at), width, kinds_[static_cast<std::size_t>(at)]);

@@ -47,12 +47,15 @@ private:
     using Row = std::vector<QRgb>;
 
     void sortRows();
-    void sortStaff(const std::array<int, 5>& staff);
+    void markBands();
+    void markStaff(const std::array<int, 5>& staff);
+    void markStaffLines(const std::array<int, 5>& staff);
     void composeUnder(QRgb* row, int width, std::uint8_t kind) const;
     void composeOver(QRgb* row, int width, std::uint8_t kind) const;
     void paintClefs();
     void restoreRow(QRgb* row, int y, int left, int right) const;
-    [[nodiscard]] int device(double logical) const;
+    void markRows(int from, int to, std::uint8_t kind);
+    [[nodiscard]] double lineY(int row) const;
 
     std::optional<GridLook> look_;
     std::optional<ColumnLines> lines_;

@@ -30,14 +30,14 @@ bool isStaffRow(int row) {
 QString nameOf(int row) {
     return QString::fromStdString(NoteNames()[static_cast<std::size_t>(row)]);
 }
-/// The rows that have a name and are painted.
+/// The first row in view that has a name.
 int firstRow(const ViewState& view) {
     return std::max(view.ViewTopRow, 0);
 }
 } // namespace
 
-double staffLineY(int row, const ViewState& view) {
-    return (static_cast<double>(row) - view.ViewTopRow) * view.Line_Height + kTextToLine;
+double staffLineY(int row, int topRow, int lineHeight) {
+    return (static_cast<double>(row) - topRow) * lineHeight + kTextToLine;
 }
 
 StaffLines staffLines(const ViewState& view) {

@@ -22,8 +22,11 @@ struct StaffLines {
 /// Rows of the staff lines, from the top: "6F" to "5E" and "4A" to "3G".
 inline constexpr std::array<int, 5> kTrebleRows{50, 53, 56, 60, 63};
 inline constexpr std::array<int, 5> kBassRows{70, 74, 77, 80, 84};
-/// The y on `MusicBox` of a staff line, for a row in view or not.
-[[nodiscard]] double staffLineY(int row, const ViewState& view);
+/// The y on `MusicBox` of the line through a row, in view or not.
+[[nodiscard]] double staffLineY(int row, int topRow, int lineHeight);
+[[nodiscard]] inline double staffLineY(int row, const ViewState& view) {
+    return staffLineY(row, view.ViewTopRow, view.Line_Height);
+}
 
 /// `RowIsSharp`: the row's name ends in "#". Most black keys carry flat names, so only C# and F# do.
 [[nodiscard]] bool isSharpRow(int row);
