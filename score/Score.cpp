@@ -103,6 +103,15 @@ void Score::FindEndOfSong() {
     }
 }
 
+void Score::Isnotes() {
+    for (int channel = 0; channel < kUsedChannels; ++channel) {
+        const auto index = static_cast<std::size_t>(channel);
+        if (ChannelInUse[index] && channel != ActiveChannel &&
+            lastFilledPosition(channel, NoteCell.positions() - 1) < 0)
+            ChannelInUse[index] = false;
+    }
+}
+
 void Score::resizeNotes(int numNotes) {
     NumNotes = std::max(numNotes, 0);
     // The copy buffers of volume and of the four effects keep their old size; that is meant.

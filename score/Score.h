@@ -100,6 +100,8 @@ struct Score {
     void ClearAll();
     /// Finds `SongEnd` over the channels that aren't muted, and marks the channels in use.
     void FindEndOfSong();
+    /// A channel that holds no cell any more is no longer in use, unless it is the active one.
+    void Isnotes();
     /// "Add new notes" and "Subtract notes": gives every array @p numNotes + 1 positions, contents kept.
     void resizeNotes(int numNotes);
 

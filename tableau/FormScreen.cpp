@@ -17,6 +17,8 @@ FormScreen::FormScreen(Picmain& picmain, TextLine& textLine, TopBarOverlay& read
 
 void FormScreen::DrawNoteArray() {
     picmain_.DrawNoteArray();
+    if (onPainted)
+        onPainted();
 }
 void FormScreen::DrawBeatArray() {
     picmain_.DrawBeatArray();

@@ -25,6 +25,7 @@ public:
     std::function<void(std::string_view popup)> onMenu;
     std::function<void(Box)> onTip;
     std::function<void()> onSongEnd;
+    std::function<void()> onPainted; ///< after `DrawNoteArray`
     std::function<void(bool enabled)> onControls;
 
     // Both

@@ -210,6 +210,7 @@ void form1::showScore() {
     const std::vector<int> used = workspace.score.usedChannels();
     if (!parts_.percussion && !used.empty() && used.back() >= kFirstPercussion)
         showPercussion(true);
+    layOut(); // its length may be another one
     showAll();
 }
 

@@ -213,6 +213,10 @@ void form1::toggleMuted(int channel) {
         cell = kEmptyCell;
     }
     showSongEnd();
+    DrawNoteArray();
+    DrawBeatArray();
+    if (app_.setup.refresh)
+        app_.setup.refresh();
 }
 
 void form1::showPercussion(bool shown) {

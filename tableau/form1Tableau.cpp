@@ -4,6 +4,7 @@
 #include "shell/QtText.h"
 #include "shell/frminfo.h"
 #include "tableau/Application.h"
+#include "tableau/ChannelStrip.h"
 #include "tableau/NoteReadout.h"
 #include "tableau/ToolPanel.h"
 #include "tableau/Workspace.h"
@@ -22,6 +23,10 @@ constexpr const char* kSelectTip =
 void form1::bindTableau() {
     screen_.onTrackSel = [this](int channel) { TrackSel_Click(channel); };
     screen_.onSongEnd = [this] { showSongEnd(); };
+    screen_.onPainted = [this] {
+        app_.workspace.score.Isnotes();
+        channelStrip_->show(app_.workspace.score);
+    };
     screen_.onControls = [this](bool /*enabled*/) { Cmd2_.setOn(8, app_.workspace.play.ShowPlayLine); };
 
     TableauBox::Mouse& melody = Picmain_->mouseOn(Picmain::Surface::MusicBox);

@@ -146,3 +146,14 @@ TEST(ChannelGridTest, AccessOutsideTheGridIsSkipped) {
     EXPECT_TRUE(grid.row(16).empty());
     EXPECT_EQ(grid, ChannelGrid(5, 3));
 }
+
+TEST(ScoreTest, AChannelThatLostItsLastNoteIsNoLongerInUseUnlessItIsActive) {
+    Score score(20);
+    for (const int channel : {0, 1, 2})
+        score.ChannelInUse[static_cast<std::size_t>(channel)] = true;
+    score.NoteCell.set(2, 20, 60);
+    score.Isnotes();
+    EXPECT_TRUE(score.ChannelInUse[0]) << "the active one";
+    EXPECT_FALSE(score.ChannelInUse[1]);
+    EXPECT_TRUE(score.ChannelInUse[2]);
+}

@@ -153,6 +153,16 @@ TEST_F(form1TableauTest, ARightClickErasesTheWholeNote) {
     EXPECT_THAT(cells(0, 6), ElementsAre(-1, -1, -1, -1, -1, -1));
 }
 
+TEST_F(form1TableauTest, MutingTakesTheChannelOffTheTableau) {
+    putNotes(score(), 0, 60, 2);
+    shown();
+    EXPECT_EQ(pixel(melody(1, 60) + QPoint(0, 1)), QColor(255, 0, 0));
+    const int before = refreshes;
+    QTest::mousePress(&square(0), Qt::RightButton);
+    EXPECT_NE(pixel(melody(1, 60) + QPoint(0, 1)), QColor(255, 0, 0));
+    EXPECT_GT(refreshes, before) << "the setup toolbar has a box for it";
+}
+
 TEST_F(form1TableauTest, TheHintGoesWithTheFirstNoteAndComesBackWithAnEmptyScore) {
     shown();
     auto& hint = child<QLabel>("hint");
