@@ -68,7 +68,8 @@ DeviceChooser::List DeviceChooser::list() {
         shown.texts.push_back(port_.deviceName(device));
     auto chosen = key_.read();
     if (!chosen) {
-        chosen = count - 1;
+        // Another device may be one that makes no sound. Until the user chooses it, the mapper sounds.
+        chosen = count > 1 ? MidiPort::kMapper : count - 1;
         key_.write(*chosen);
     }
     if (*chosen >= MidiPort::kMapper && *chosen < count)

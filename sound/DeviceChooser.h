@@ -50,7 +50,8 @@ public:
         std::vector<std::string> texts; ///< "MIDI Mapper", then each device's name
         int item;                       ///< the chosen one; 0 where the chosen device is not there
     };
-    /// What `Combo2` shows. Where the key is missing it is written with the number of devices less one.
+    /// What `Combo2` shows. Where the key is missing it is written with the number of devices less one, which
+    /// is the only device's index, but with the mapper's where there are more.
     [[nodiscard]] List list();
 
     struct Message {

@@ -20,10 +20,10 @@ TEST_F(MidiPanelTest, TheDeviceListNamesTheMapperAndEveryDevice) {
     EXPECT_EQ(list.currentText(), "first");
 }
 
-TEST_F(MidiPanelTest, OnFirstUseTheLastDeviceIsWritten) {
+TEST_F(MidiPanelTest, OnFirstUseTheMapperIsWrittenWhereThereAreSeveralDevices) {
     opened(4);
-    EXPECT_EQ(stored("Devices"), "1");
-    EXPECT_EQ(control<QComboBox>("Combo2").currentText(), "second");
+    EXPECT_EQ(stored("Devices"), "-1");
+    EXPECT_EQ(control<QComboBox>("Combo2").currentText(), "MIDI Mapper");
 }
 
 TEST_F(MidiPanelTest, AChosenDeviceIsKeptAndOpened) {

@@ -165,11 +165,17 @@ TEST_F(DeviceChooserTest, TheListIsTheMapperAndEveryDevice) {
 }
 
 TEST_F(DeviceChooserTest, TheFirstUseWritesTheNumberOfDevicesLessOne) {
+    port.names = {"Velmora Synthesizer"};
+    EXPECT_EQ(chooser.list().item, 1);
+    EXPECT_THAT(written, ElementsAre(0));
+    EXPECT_EQ(chooser.list().item, 1);
+    EXPECT_THAT(written, ElementsAre(0));
+}
+
+TEST_F(DeviceChooserTest, TheFirstUseChoosesNoDeviceThatMayBeSilent) {
     port.names = {"Velmora Synthesizer", "a", "b"};
-    EXPECT_EQ(chooser.list().item, 3);
-    EXPECT_THAT(written, ElementsAre(2));
-    EXPECT_EQ(chooser.list().item, 3);
-    EXPECT_THAT(written, ElementsAre(2));
+    EXPECT_EQ(chooser.list().item, 0);
+    EXPECT_THAT(written, ElementsAre(-1));
 }
 
 TEST_F(DeviceChooserTest, TheFirstUseWithoutADeviceWritesTheMapper) {
