@@ -3,6 +3,7 @@
 #include "shell/ExToolTip.h"
 #include "shell/TipWindow.h"
 
+#include <QCursor>
 #include <QEnterEvent>
 #include <QMouseEvent>
 #include <QWidget>
@@ -65,6 +66,11 @@ void ExToolTip::windowEvent(QWidget& window, const QEvent& event) {
         mouseMoved(window, static_cast<const QEnterEvent&>(event).globalPosition().toPoint(), Qt::NoButton);
         break;
     case QEvent::Leave:
+        // In a corner of the screen the tip's shadow may take the mouse: going for that, it would come again
+        // and again.
+        if (tip_->isVisible() && tip_->geometry().contains(QCursor::pos()))
+            break;
+        [[fallthrough]];
     case QEvent::Hide:
         mouseLeft(window);
         break;

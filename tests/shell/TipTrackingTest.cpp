@@ -128,6 +128,17 @@ TEST_F(TipTrackingTest, LeavingTheWindowEndsTheTipAndTheWaitForOne) {
     EXPECT_FALSE(rest(kPlay, 100));
 }
 
+TEST_F(TipTrackingTest, ATipThatComesUnderTheMouseStays) {
+    moveTo(kPlay);
+    rest(kPlay);
+    QCursor::setPos(tips.tipWindow().geometry().center());
+    send(QEvent::Leave);
+    EXPECT_TRUE(isShown());
+    QCursor::setPos(tips.tipWindow().geometry().bottomRight() + QPoint(9, 9));
+    send(QEvent::Leave);
+    EXPECT_FALSE(isShown());
+}
+
 TEST_F(TipTrackingTest, ActivationTakesTheTipAwayAndTheNextMoveBringsItAgain) {
     moveTo(kPlay);
     rest(kPlay);
