@@ -25,7 +25,7 @@ inline constexpr auto kCmd2 = std::to_array<CommandRow>({
     {"clear", "", "Clear all notes", "Empty the score and begin a new one"},
     {"open", "", "Open File", "Open a score"},
     {"save", "", "Save as", "Save the score under a name, or as a MIDI file"},
-    {"play", "", "Play", "Play notes from Start"},
+    {"play", "", "Play", "Play notes from Start", CommandPlace::Bar, true},
     {"segment", "", "Play Segment", "Play the selected part of the score"},
     {"pause", "", "Pause", "Pause, and play on from here with Play"},
     {"stop", "", "Stop", "Stop playing"},

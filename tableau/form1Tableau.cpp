@@ -27,7 +27,10 @@ void form1::bindTableau() {
         app_.workspace.score.Isnotes();
         channelStrip_->show(app_.workspace.score);
     };
-    screen_.onControls = [this](bool /*enabled*/) { Cmd2_.setOn(8, app_.workspace.play.ShowPlayLine); };
+    screen_.onControls = [this](bool enabled) {
+        Cmd2_.setOn(3, !enabled);
+        Cmd2_.setOn(8, app_.workspace.play.ShowPlayLine);
+    };
 
     TableauBox::Mouse& melody = Picmain_->mouseOn(Picmain::Surface::MusicBox);
     melody.down = [this](MouseButton button, int shift, int x, int y) {

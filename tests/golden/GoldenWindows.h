@@ -40,6 +40,7 @@ struct GoldenProgram {
                 .devices = devices,
                 .workspace = *workspace,
                 .openHelp = [](const QString& /*page*/) {},
+                .setup = {.open = [] {}, .channelChanged = {}, .refresh = {}, .showMapper = {}},
                 .quit = [] {}};
     }
 

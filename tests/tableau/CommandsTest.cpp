@@ -22,7 +22,7 @@ constexpr auto kCmd2Rows = std::to_array<Row>({
     {"Clear all notes", P::Bar},
     {"Open File", P::Bar},
     {"Save as", P::Bar},
-    {"Play", P::Bar},
+    {"Play", P::Bar, true},
     {"Play Segment", P::Bar},
     {"Pause", P::Bar},
     {"Stop", P::Bar},

@@ -62,10 +62,12 @@ TEST_F(form1PlayTest, WhileItPlaysTheTableauxAreDisabledAndCommandsAreNot) {
         EXPECT_FALSE(child("MusicBox").isEnabled());
         EXPECT_FALSE(child("Beatbox").isEnabled());
         EXPECT_TRUE(button("Cmd2", 6).isEnabled());
+        EXPECT_TRUE(button("Cmd2", 3).isChecked());
         EXPECT_TRUE(square(0).isEnabled());
     };
     window().Cmd2_Click(3);
     EXPECT_TRUE(looked);
+    EXPECT_FALSE(button("Cmd2", 3).isChecked());
     EXPECT_TRUE(child("MusicBox").isEnabled());
     EXPECT_TRUE(child("Beatbox").isEnabled());
 }
