@@ -50,10 +50,10 @@ class Tableau:
         self.stroke(self.beat(position, line), self.beat(position + length - 1, line))
 
 
-def filled(path):
-    """Positions of the first channel that hold something, in a saved score."""
+def filled(path, channel=0):
+    """Positions of a channel that hold something, in a saved score: its notes stand in every other line."""
     with open(path) as file:
-        cells = file.readline().split(",")
+        cells = file.readlines()[2 * channel].split(",")
     return [position for position, cell in enumerate(cells) if cell.strip() not in ("-1", "")]
 
 

@@ -254,4 +254,4 @@ class Desktop:
         self.do("key", *keys)
 
     def type(self, text):
-        self.do("type", "--delay", 2, text)
+        self.do("type", "--delay", 2, "--", text)

@@ -1,0 +1,79 @@
+# SPDX-License-Identifier: GPL-2.0-or-later
+"""The setup toolbar, over the composing window."""
+
+from composing import Tableau, filled
+from desktop import wait_for
+from journey import Journey
+from program import SAVE_DIALOG
+
+EDITOR = "^Editor$"
+SETUP = (-191, 70)
+
+
+class SetupToolbar(Journey):
+    def setUp(self):
+        super().setUp()
+        self.user.forget()  # as at the first start
+
+    def activate(self, window):
+        self.screen.do("windowactivate", window)
+        wait_for(lambda: self.screen.focused() == window, "the focus")
+
+    def at(self, x, y):
+        left, top, _, _ = self.screen.geometry(self.screen.window(EDITOR))
+        return left + x, top + y
+
+    def test_it_comes_up_at_the_first_start_and_takes_no_focus(self):
+        program = self.compose()
+        self.screen.window(EDITOR)
+        self.assertEqual(self.screen.focused(), program.window, "Space is to play")
+        program.close()
+
+    def test_what_it_sets_is_what_is_drawn(self):
+        program = self.compose()
+        self.screen.window(EDITOR)
+        self.screen.click(*self.at(114, 122))  # the second channel
+        self.activate(program.window)
+        tableau = Tableau(program)
+        tableau.note(4, 50, 3)
+        path = self.user.path("home", "second.sng")
+        self.screen.key("ctrl+s")
+        program.focus(self.screen.window(SAVE_DIALOG))
+        program.save_as(path)
+        program.title_becomes("Velmora - second.sng")
+        self.assertEqual(filled(path, channel=1), [4, 5, 6])
+        self.assertEqual(filled(path), [])
+        program.close()
+
+    def test_closed_it_stays_away_until_it_is_asked_for(self):
+        program = self.compose()
+        self.screen.click(*self.at(501, 14))  # its close button
+        self.screen.gone(EDITOR)
+        self.user.setting_becomes("frmsetup", "False")
+        self.activate(program.window)
+        program.close()
+        program = self.compose()
+        wait_for(lambda: self.screen.pixel(*program.at(-19, 14)) != (0, 0, 0), "paint")
+        self.assertFalse(self.screen.windows(EDITOR))
+        self.screen.click(*program.at(*SETUP))
+        self.screen.window(EDITOR)
+        self.user.setting_becomes("frmsetup", "True")
+        self.activate(program.window)
+        program.close()
+
+    def test_letters_and_large_numbers_in_its_fields_harm_nothing(self):
+        program = self.compose()
+        self.activate(self.screen.window(EDITOR))
+        for tab in (3, 4, 5):  # Timing, Midi, Staff Configuration
+            self.screen.key(*["ctrl+Tab"] * (2 if tab == 3 else 1))
+            for _ in range(8):
+                self.screen.key("Tab", "ctrl+a")
+                self.screen.type("x9999999999999")
+                self.screen.key("Tab", "ctrl+a")
+                self.screen.type("-5abc")
+        self.activate(program.window)
+        self.assertTrue(program.running())
+        Tableau(program).note(2, 50, 2)
+        self.screen.key("space")
+        self.screen.key("space")
+        program.close()
