@@ -322,10 +322,13 @@ void SkinnedWindow::moveEvent(QMoveEvent* event) {
         settled_.start();
 }
 
-/// A window whose title has gone above the screen could not be moved back.
+/// A window whose title has gone above the screen could not be moved back. One that has come to a screen with
+/// larger pixels has fewer of them than it needs.
 void SkinnedWindow::settle() {
     if (pressed_)
         return;
+    if (const QSize least = size().expandedTo(minimumSize()); size() != least)
+        resize(least);
     const int top = screen()->geometry().top();
     if (y() < top)
         move(x(), top);

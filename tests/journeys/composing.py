@@ -230,20 +230,49 @@ class Composing(Journey):
         program.close()
 
 
-class SecondScreen(Journey):
+class LargeScale(Journey):
     """A screen at twice the scale, where every length is doubled."""
     SIZE = (2732, 1536)
 
+    def cell(self, program, position, row):
+        return program.at(2 * (48 + 12 * position + 5), 2 * (311 + 8 * (row - 42) + 5))
+
     def test_notes_stand_where_they_are_drawn(self):
         program = self.compose(user=self.new_user(QT_SCALE_FACTOR="2"))
-        def cell(position, row):
-            return program.at(2 * (48 + 12 * position + 5), 2 * (311 + 8 * (row - 42) + 5))
-        Tableau(program).stroke(cell(3, 60), cell(6, 60))
-        wait_for(lambda: self.screen.pixel(cell(5, 60)[0], cell(5, 60)[1]) == RED, "the note's line")
-        self.screen.key("ctrl+s")
+        Tableau(program).stroke(self.cell(program, 3, 60), self.cell(program, 6, 60))
+        wait_for(lambda: self.screen.pixel(*self.cell(program, 5, 60)) == RED, "the note's line")
         path = self.user.path("home", "large.sng")
-        program.user = self.user
+        self.screen.key("ctrl+s")
         program.save_as(path)
         program.title_becomes("Velmora - large.sng")
+        self.assertEqual(filled(path), [3, 4, 5, 6])
+        program.close()
+
+
+class SecondScreen(Journey):
+    """Two screens side by side, the second one at twice the scale."""
+    SIZE = (4200, 2000)
+    FIRST = 1366
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        width, height = cls.SIZE
+        for monitor in (("one", f"{cls.FIRST}/361x{height}/529+0+0", "screen"),
+                        ("two", f"{width - cls.FIRST}/375x{height}/265+{cls.FIRST}+0", "none")):
+            subprocess.run(["xrandr", "--setmonitor", *monitor], check=True, env=cls.screen.environment,
+                           timeout=60, capture_output=True)
+
+    def test_a_window_that_comes_there_is_drawn_on_as_before(self):
+        program = self.compose(user=self.new_user(QT_SCREEN_SCALE_FACTORS="1;2"))
+        self.screen.do("windowmove", program.window, self.FIRST + 100, 40)
+        wait_for(lambda: program.place()[0] >= self.FIRST and program.place()[2] >= 2 * 880, "the room it needs there")
+        left, top = program.at(2 * (48 + 12 * 3 + 5), program.place()[3] - 2 * 200)
+        Tableau(program).stroke((left, top), (left + 2 * 12 * 3, top))
+        wait_for(lambda: RED in {self.screen.pixel(left + 2 * 12 * 2, top + y) for y in range(-16, 17)}, "the note's line")
+        path = self.user.path("home", "second.sng")
+        self.screen.key("ctrl+s")
+        program.save_as(path)
+        program.title_becomes("Velmora - second.sng")
         self.assertEqual(filled(path), [3, 4, 5, 6])
         program.close()

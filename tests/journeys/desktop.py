@@ -15,7 +15,7 @@ import time
 
 from xwindows import XWindows
 
-NEEDED = ("Xvfb", "openbox", "xdotool", "xprop")
+NEEDED = ("Xvfb", "openbox", "xdotool", "xprop", "xrandr")
 
 # No resistance at the edges and no animation: a drag ends where the mouse is let go.
 MANAGER_SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>

@@ -326,6 +326,52 @@ TEST_F(form1TableauTest, AnOpenedScoreIsShownFromItsBeginningWithItsPercussion) 
     EXPECT_GE(refreshes, 1);
 }
 
+TEST_F(form1TableauTest, HoweverPlayingEndsNoNoteIsLeftOn) {
+    putNotes(score(), 0, 60, 2, 40);
+    putNotes(score(), 8, 44, 20, 4);
+    score().TopChannel = 12;
+    shown();
+    const std::vector<std::pair<const char*, std::function<void()>>> ends{
+        {"stop", [this] { window().Cmd2_Click(6); }},
+        {"pause", [this] { window().Cmd2_Click(5); }},
+        {"clearing", [this] { window().ClearAll(); }},
+        {"another device", [this] { std::ignore = devices.choose(1), window().Cmd2_Click(6); }},
+        {"the window",
+         [this] {
+             score().ClearAll(); // no question
+             window().close();
+         }},
+    };
+    for (const auto& [name, end] : ends) {
+        if (score().SongEnd == 0)
+            putNotes(score(), 0, 60, 2, 40);
+        bool sounded = false;
+        port.sent.clear();
+        loop.onWait = [&, waits = 0](int) mutable {
+            if (++waits != 4)
+                return;
+            sounded = !isSilent();
+            end();
+        };
+        window().Cmd2_Click(3);
+        EXPECT_TRUE(sounded) << name;
+        EXPECT_TRUE(isSilent()) << name;
+        EXPECT_FALSE(workspace().play.Playing) << name;
+    }
+}
+
+TEST_F(form1TableauTest, AtTempoZeroNothingPlaysAndEverythingWorksAfterwards) {
+    putNotes(score(), 0, 60, 2);
+    score().Tempo = 0;
+    shown();
+    port.sent.clear();
+    window().Cmd2_Click(3);
+    EXPECT_TRUE(port.notes().empty());
+    EXPECT_TRUE(child("MusicBox").isEnabled());
+    draw(20, 70, 2);
+    EXPECT_EQ(score().NoteCell.valueOr(0, 20, -9), 70);
+}
+
 TEST_F(form1TableauTest, SetupOpensItsToolbar) {
     shown().Lb1_Click(1);
     menu.item("mnuSetup").trigger();
