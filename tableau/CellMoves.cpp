@@ -8,6 +8,8 @@
 namespace velmora {
 
 namespace {
+constexpr std::size_t kShortRun = 8; ///< cells for which a call takes longer than the copying
+
 int sizeOf(std::span<const std::int16_t> row) {
     return static_cast<int>(row.size());
 }
@@ -27,8 +29,17 @@ struct Common {
 void copyCells(std::span<const std::int16_t> from, int first, std::span<std::int16_t> to, int at, int count) {
     const int begin = std::max({0, -first, -at});
     const int end = std::min({count, sizeOf(from) - first, sizeOf(to) - at});
-    if (begin < end)
-        std::copy_n(from.begin() + first + begin, end - begin, to.begin() + at + begin);
+    if (begin >= end)
+        return;
+    const auto source =
+        from.subspan(static_cast<std::size_t>(first + begin), static_cast<std::size_t>(end - begin));
+    const auto target = to.begin() + (at + begin);
+    if (source.size() > kShortRun) {
+        std::ranges::copy(source, target);
+        return;
+    }
+    for (std::size_t cell = 0; cell < source.size(); ++cell)
+        target[static_cast<std::ptrdiff_t>(cell)] = source[cell];
 }
 
 void pullCells(std::span<std::int16_t> row, int first, int last, int by) {
@@ -36,7 +47,8 @@ void pullCells(std::span<std::int16_t> row, int first, int last, int by) {
     if (common.empty())
         return;
     if (by >= 0) {
-        std::copy(row.begin() + common.begin + by, row.begin() + common.end + by, row.begin() + common.begin);
+        std::copy(row.begin() + (common.begin + by), row.begin() + (common.end + by),
+                  row.begin() + common.begin);
         return;
     }
     // From the left, one after the other: a cell that was just written is read again further on.
@@ -49,7 +61,7 @@ void pushCells(std::span<std::int16_t> row, int first, int last, int by) {
     if (common.empty())
         return;
     if (by >= 0) {
-        std::copy_backward(row.begin() + common.begin - by, row.begin() + common.end - by,
+        std::copy_backward(row.begin() + (common.begin - by), row.begin() + (common.end - by),
                            row.begin() + common.end);
         return;
     }

@@ -8,6 +8,7 @@
 #include "tableau/Workspace.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace velmora {
 
@@ -31,6 +32,30 @@ Channels channelsOf(int first, int last, Answer answer) {
     return channels;
 }
 
+/// Where a stamp goes.
+struct Stamp {
+    int at;
+    int stop;        ///< its last position
+    int count;       ///< positions of it that the next one leaves
+    bool overlapped; ///< by the next one, which writes the cell after `stop` too
+};
+
+std::vector<Stamp> stampsOf(const Workspace& workspace) {
+    const EditState& edit = workspace.edit;
+    const int end = workspace.score.NumNotes;
+    const int last = workspace.view.PlayMark + edit.TotalNotes;
+    std::vector<Stamp> stamps;
+    for (int at = workspace.view.PlayMark; at <= last && edit.CycleBeats > 0; at += edit.CycleBeats) {
+        const int stop = std::min(at + edit.SelectSpan, end);
+        if (at > end && stop == end)
+            break; // this one and all others lie behind the score's end
+        const int next = at + edit.CycleBeats;
+        const bool overlapped = next <= std::min(last, end) && next <= stop + 1;
+        stamps.push_back({at, stop, (overlapped ? next : stop + 1) - at, overlapped});
+    }
+    return stamps;
+}
+
 /// Stamps from `PlayMark` on. Of a stamp that the next one overlaps only what stays is written, so that the
 /// work is that of one walk over the score.
 void stampAlong(Workspace& workspace, const StampChannels& channels) {
@@ -40,18 +65,22 @@ void stampAlong(Workspace& workspace, const StampChannels& channels) {
         edit.TotalNotes = kUsualCycle;
     if (edit.CycleBeats == 0)
         edit.CycleBeats = kUsualCycle;
-    if (edit.CycleBeats < 0)
-        return;
-    const int last = workspace.view.PlayMark + edit.TotalNotes;
-    for (int at = workspace.view.PlayMark; at <= last; at += edit.CycleBeats) {
-        const int stop = std::min(at + edit.SelectSpan, score.NumNotes);
-        const int next = at + edit.CycleBeats;
-        const int kept = next <= std::min(last, score.NumNotes) ? std::min(stop, next - 1) : stop;
-        for (int channel = 0; channel < kUsedChannels; ++channel) {
-            if (channels.stamped[static_cast<std::size_t>(channel)])
-                pasteFromBuffers(score, channel, channel, at, kept - at + 1);
-            if (stop < score.NumNotes && channels.mended[static_cast<std::size_t>(channel)])
-                makeHead(score.NoteCell, channel, stop + 1);
+    const std::vector<Stamp> stamps = stampsOf(workspace);
+    for (int channel = 0; channel < kUsedChannels; ++channel) {
+        const bool stamped = channels.stamped[static_cast<std::size_t>(channel)];
+        for (const ScoreLayer& layer : kScoreLayers) {
+            if (!stamped)
+                break;
+            const auto from = (score.*layer.clip).row(channel + layer.channelShift);
+            const auto to = (score.*layer.cells).row(channel + layer.channelShift);
+            for (const Stamp& stamp : stamps)
+                copyCells(from, layer.positionShift, to, stamp.at + layer.positionShift, stamp.count);
+        }
+        if (!channels.mended[static_cast<std::size_t>(channel)])
+            continue;
+        for (const Stamp& stamp : stamps) {
+            if (stamp.stop < score.NumNotes && !(stamped && stamp.overlapped))
+                makeHead(score.NoteCell, channel, stamp.stop + 1);
         }
     }
 }

@@ -87,6 +87,8 @@ void Workspace::clear() {
     view.ViewFirstColumn = 0;
     view.ViewLastColumn = view.ViewColumns;
     view.Check4 = view.NoteEffectsOn = false;
+    edit.CycleNotes = edit.CycleBeats = edit.TotalNotes = 0;
+    edit.txtStart = 1;
     score.ClearAll();
     setup.Ch.fill(false);
     setup.Chkstrum.fill(false);
