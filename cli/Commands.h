@@ -25,10 +25,12 @@ struct Command {
     void (*addOptions)(QCommandLineParser&);
     /// Returns the exit status; throws UsageError or Failure.
     int (*run)(const QCommandLineParser&);
+    std::string (*details)() = nullptr; ///< what the command's own help adds, if anything
 };
 
 extern const Command kInfo;
 extern const Command kConvert;
+extern const Command kEdit;
 extern const Command kPlay;
 extern const Command kTrace;
 extern const Command kDevices;

@@ -17,7 +17,7 @@ using namespace velmora::cli;
 
 enum ExitStatus { kOk = 0, kCouldNot = 1, kUsage = 2 };
 
-constexpr std::array kCommands{&kInfo, &kConvert, &kPlay, &kTrace, &kDevices};
+constexpr std::array kCommands{&kInfo, &kConvert, &kEdit, &kPlay, &kTrace, &kDevices};
 
 void printOverview(std::FILE* out) {
     std::fputs("velmora-cli: what Velmora does with scores, without a window.\n\nUsage:\n", out);
@@ -39,6 +39,8 @@ void printHelp(const Command& command, const QCommandLineParser& parser) {
     const QString text = parser.helpText();
     std::printf("Usage: velmora-cli %s%s [options]\n%s\n\n%s", command.name, command.synopsis,
                 command.summary, qUtf8Printable(text.mid(text.indexOf("Options:"))));
+    if (command.details)
+        std::printf("\n%s", command.details().c_str());
 }
 
 int runCommand(const Command& command, const QStringList& words) {

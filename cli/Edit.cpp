@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "cli/Commands.h"
+#include "cli/EditSteps.h"
+#include "cli/HeadlessWindow.h"
+#include "cli/ScoreOptions.h"
+#include "cli/ScoreText.h"
+#include "cli/Words.h"
+#include "score/SngFile.h"
+#include "shell/ProgramFolders.h"
+#include "shell/SettingsStore.h"
+
+#include <QCommandLineParser>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace velmora::cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The settings of a window started for the first time, with a score of a given length.
+class FreshSettings : public SettingsStore {
+public:
+    explicit FreshSettings(int numNotes) : numNotes_(std::to_string(numNotes)) {}
+    [[nodiscard]] std::string GetSetting(std::string_view /*section*/, std::string_view key,
+                                         std::string_view fallback) const override {
+        return std::string(key == "NumNotes" ? std::string_view(numNotes_) : fallback);
+    }
+    void SaveSetting(std::string_view /*section*/, std::string_view /*key*/,
+                     std::string_view /*value*/) override {}
+
+private:
+    std::string numNotes_;
+};
+
+struct EditJob {
+    fs::path in;
+    fs::path out;
+    std::vector<StepCall> steps;
+};
+
+std::vector<StepCall> stepsOf(const QStringList& words) {
+    if (words == QStringList{"-"})
+        return parseLines(
+            std::string(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()));
+    std::vector<StepCall> steps;
+    for (const QString& word : words)
+        steps.push_back(parseStep(toBytes(word)));
+    return steps;
+}
+
+EditJob jobOf(const QCommandLineParser& parser) {
+    const QStringList words = parser.positionalArguments();
+    if (words.size() < 3)
+        throw UsageError("IN.sng, OUT.sng and at least one step are wanted, or - for steps to read");
+    EditJob job{toBytes(words[0]), toBytes(words[1]), {}};
+    if (job.in.empty() || job.out.empty())
+        throw UsageError("a file needs a name");
+    std::error_code error;
+    if (fs::equivalent(job.in, job.out, error))
+        throw UsageError("\"" + job.out.string() + "\" would replace the score it is made from");
+    job.steps = stepsOf(words.mid(2));
+    return job;
+}
+
+/// Long enough for every row of the file, so that nothing is lost that no one could bring back here.
+int numNotesFor(std::string_view text) {
+    const auto longest = std::min<std::size_t>(longestRow(text), kMostNotes + 1);
+    return std::max(kUsualNotes, static_cast<int>(longest) - 1);
+}
+
+int run(const QCommandLineParser& parser) {
+    const SngReader reader = readForm(parser);
+    const EditJob job = jobOf(parser);
+    const std::string text = readScoreText(job.in, reader);
+    const int numNotes = numNotesFor(text);
+    for (const StepCall& call : job.steps)
+        checkPositions(call, numNotes);
+
+    const QTemporaryDir home;
+    if (!home.isValid())
+        throw Failure("No folder can be made for the step to undo: " + home.errorString().toStdString());
+    HeadlessWindow window(FreshSettings(numNotes),
+                          ProgramFolders(fs::path(QFile::encodeName(home.path()).toStdString())));
+    Workspace& workspace = window.workspace;
+    parseSng(text, reader, workspace.score, workspace.setup);
+    for (const StepCall& call : job.steps)
+        perform(call, window);
+
+    workspace.score.currentFile = job.out.string();
+    if (const std::string problem = SavePoliFile(workspace.score, workspace.setup); !problem.empty())
+        throw Failure(problem);
+    return 0;
+}
+
+} // namespace
+
+const Command kEdit{"edit",
+                    " IN.sng OUT.sng STEP...|-",
+                    "Carries steps out on a score as the composing window would; - reads them, a line each.",
+                    addFormOption,
+                    run,
+                    [] { return "Steps:" + listOfSteps() + "\n"; }};
+
+} // namespace velmora::cli
