@@ -83,10 +83,22 @@ void FormScreen::showNote(const NoteReadout& note, int column) {
     picmain_.drawIndicatorBar(column == kNoColumn ? std::nullopt : std::optional(column));
 }
 
-// The toolbar that shows and sets the effects of single notes is not there yet.
-void FormScreen::showEffects(int /*modulation*/, int /*pan*/, int /*reverb*/, int /*chorus*/) {}
-void FormScreen::doNotemod(int /*position*/) {}
-void FormScreen::applyNoteEffects(int /*position*/) {}
+void FormScreen::showEffects(int modulation, int pan, int reverb, int chorus) {
+    if (onEffects)
+        onEffects(modulation, pan, reverb, chorus);
+}
+void FormScreen::doNotemod(int position) {
+    if (onNotemod)
+        onNotemod(position);
+}
+void FormScreen::domodgraph() {
+    if (onModgraph)
+        onModgraph();
+}
+void FormScreen::applyNoteEffects(int position) {
+    if (onApplyEffects)
+        onApplyEffects(position);
+}
 
 void FormScreen::advanceScroll(int columns) {
     picmain_.advanceScroll(columns);

@@ -26,6 +26,10 @@ public:
     std::function<void(Box)> onTip;
     std::function<void()> onSongEnd;
     std::function<void()> onPainted; ///< after `DrawNoteArray`
+    std::function<void(int head)> onApplyEffects;
+    std::function<void(int modulation, int pan, int reverb, int chorus)> onEffects;
+    std::function<void(int position)> onNotemod;
+    std::function<void()> onModgraph;
     std::function<void(bool enabled)> onControls;
 
     // Both
@@ -67,6 +71,7 @@ public:
     void GetColumn(int column) override;
     void PutColumn() override;
     void drawPlayLine(int column) override;
+    void domodgraph() override;
 
 private:
     Picmain& picmain_;

@@ -82,6 +82,7 @@ form1::form1(Application& application)
     bindLooks();
     bindRightClick();
     bindTableau();
+    bindEditing();
     bindBars();
     bindKeys();
     setHelp([this] { imgTitleHelp_Click(); });
@@ -196,6 +197,7 @@ void form1::showAll() {
     showNextNote();
     PrintTopBar();
     showModes();
+    showUndo();
     if (app_.setup.refresh)
         app_.setup.refresh();
 }

@@ -74,6 +74,17 @@ public:
     void Pic2a_MouseDown(int x);
     void Pic3_MouseMove(MouseButton button, int x);
     void Check4_Click();
+
+    // Block editing and the Melody Maker.
+    void copyIt();
+    void CutBut_Click();
+    void PasteBut_Click();
+    void PasteIntoBut_Click();
+    void InsertColumnBut_Click();
+    void CopyNotes_Click();
+    void CopyMelody_Click();
+    void Cmdo_Click();
+
     /// Silences everything that sounds.
     void Command32_Click();
 
@@ -115,6 +126,11 @@ private:
     void openAtStoredPlace();
     void Form_Activate();
     void bindTableau();
+    void bindEditing();
+    void setMouseMode(Mouse mode);
+    void clearMarks();
+    void showEdited();
+    void showUndo();
     void bindBars();
     void showTip(Picmain::Surface surface);
     void rightPress(Picmain::Surface surface, QPoint at);

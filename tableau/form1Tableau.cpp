@@ -43,8 +43,12 @@ void form1::bindTableau() {
     melody.up = [this](MouseButton button, int shift, int x, int y) {
         input_.MusicBox_MouseUp(button, shift, x, y);
         showHint();
+        showUndo();
     };
-    melody.lost = [this] { input_.cancel(); };
+    melody.lost = [this] {
+        input_.cancel();
+        showUndo();
+    };
 
     TableauBox::Mouse& beat = Picmain_->mouseOn(Picmain::Surface::Beatbox);
     beat.down = [this](MouseButton button, int shift, int x, int y) {
@@ -111,10 +115,7 @@ void form1::Pic3_MouseMove(MouseButton button, int x) {
 }
 
 void form1::FunctionBut_Click() {
-    input_.cancel();
-    Mouse& mode = app_.workspace.view.MouseMode;
-    mode = mode == Mouse::Select ? Mouse::Draw : Mouse::Select;
-    showModes();
+    setMouseMode(app_.workspace.view.MouseMode == Mouse::Select ? Mouse::Draw : Mouse::Select);
 }
 
 /// Pointer and button show what the left mouse button does.

@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+// The editing commands of the composing window: by button, tool panel, menu and key.
+#include "shell/ExToolTip.h"
+#include "shell/Frmmenu.h"
+#include "shell/QtText.h"
+#include "tableau/Application.h"
+#include "tableau/MelodyMaker.h"
+#include "tableau/ScoreEditing.h"
+#include "tableau/Workspace.h"
+#include "tableau/form1.h"
+
+#include <QAction>
+
+namespace velmora {
+
+namespace {
+/// A block command: its button in the bar, its button on the Score Editor, its item in the Edit menu.
+struct BlockRow {
+    int cmd2;
+    int lb1;
+    const char* item; ///< null where the menu has none
+    Mouse itemMode;   ///< what the mouse does after the item
+    bool pastes;      ///< the Score Editor's button clears the marks afterwards
+    void (form1::*press)();
+};
+constexpr std::array kBlockRows{
+    BlockRow{11, 25, "mnuCopy", Mouse::Select, false, &form1::copyIt},
+    BlockRow{12, 26, "mnuCut", Mouse::Select, false, &form1::CutBut_Click},
+    BlockRow{13, 28, "mnuPasteoverwrite", Mouse::Cursor, true, &form1::PasteBut_Click},
+    BlockRow{14, 27, "mnuPasteInsert", Mouse::Cursor, true, &form1::PasteIntoBut_Click},
+    BlockRow{15, 29, nullptr, Mouse::Select, false, &form1::InsertColumnBut_Click},
+};
+} // namespace
+
+void form1::bindEditing() {
+    for (const BlockRow& row : kBlockRows) {
+        Cmd2_.bind(row.cmd2, [this, &row] { (this->*row.press)(); });
+        Lb1_.bind(row.lb1, [this, &row] {
+            setMouseMode(Mouse::Select);
+            (this->*row.press)();
+            if (row.pastes)
+                clearMarks();
+        });
+        if (row.item)
+            bindItem(row.item, [this, &row] {
+                setMouseMode(row.itemMode);
+                (this->*row.press)();
+            });
+    }
+    Cmd2_.bind(16, [this] { CopyNotes_Click(); });
+    Lb1_.bind(30, [this] { CopyMelody_Click(); });
+    Lb1_.bind(22, [this] { Cmdo_Click(); });
+    Lb1_.bind(23, [this] { OpenforUndo(); });
+}
+
+void form1::copyIt() {
+    if (velmora::copyIt(app_.workspace))
+        showEdited();
+}
+
+void form1::CutBut_Click() {
+    if (velmora::CutBut_Click(app_.workspace))
+        showEdited();
+}
+
+void form1::PasteBut_Click() {
+    velmora::PasteBut_Click(app_.workspace, input_.stroke().ViewCol);
+    showEdited();
+}
+
+void form1::PasteIntoBut_Click() {
+    velmora::PasteIntoBut_Click(app_.workspace, input_.stroke().ViewCol);
+    showEdited();
+}
+
+void form1::InsertColumnBut_Click() {
+    velmora::InsertColumnBut_Click(app_.workspace, input_.stroke().ViewCol);
+    showEdited();
+}
+
+void form1::CopyNotes_Click() {
+    duplicateNotes(app_.workspace, [this] {
+        input_.MusicBox_MouseDown(MouseButton::Left, 0, 1, 1);
+        input_.MusicBox_MouseUp(MouseButton::Left, 0, 1, 1);
+    });
+    showEdited();
+    showModes();
+}
+
+void form1::CopyMelody_Click() {
+    setMouseMode(Mouse::Select);
+    duplicateMelody(app_.workspace);
+    showEdited();
+}
+
+void form1::Cmdo_Click() {
+    setCursor(Qt::WaitCursor);
+    createMelody(app_.workspace, app_.workspace.edit.txtStart);
+    unsetCursor();
+    showEdited();
+}
+
+void form1::setMouseMode(Mouse mode) {
+    input_.cancel();
+    app_.workspace.view.MouseMode = mode;
+    showModes();
+}
+
+void form1::clearMarks() {
+    ViewState& view = app_.workspace.view;
+    view.SelectStart = view.SelectEnd = -1;
+    view.PlayMark = 0;
+    DrawNoteArray();
+}
+
+/// After a command that may have changed any cell.
+void form1::showEdited() {
+    app_.workspace.score.FindEndOfSong();
+    showSongEnd();
+    screen_.DrawNoteArray();
+    DrawBeatArray();
+    Picmain_->drawPolynoteBar();
+    showUndo();
+}
+
+/// The undo commands say what they would take back, and are disabled where that is nothing.
+void form1::showUndo() {
+    const std::string_view step = app_.workspace.undoStep();
+    const QString text = step.empty() ? QStringLiteral("There is nothing to take back")
+                                      : QStringLiteral("Takes back: %1").arg(toQString(step).trimmed());
+    for (const int index : {4, 23}) {
+        Lb1_[index].setEnabled(!step.empty());
+        app_.tips.SetToolTip(Lb1_[index], {toQString(kLb1[static_cast<std::size_t>(index)].title), text,
+                                           std::string(kLb1[static_cast<std::size_t>(index)].icon)});
+    }
+    app_.menu.item("undo").setEnabled(!step.empty());
+}
+
+} // namespace velmora
