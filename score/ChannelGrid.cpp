@@ -33,6 +33,8 @@ void ChannelGrid::fillRow(int channel, std::int16_t value) {
 }
 
 void ChannelGrid::resize(int positions) {
+    if (positions == positions_)
+        return;
     ChannelGrid resized(positions, fill_);
     const auto kept = static_cast<std::ptrdiff_t>(std::min(positions_, resized.positions_));
     for (int channel = 0; channel < kChannels && kept > 0; ++channel)

@@ -2,12 +2,14 @@
 #include "score/UndoSnapshot.h"
 
 #include "score/Score.h"
+#include "score/SngFile.h"
 #include "score/SngText.h"
 #include "shell/Files.h"
 #include "sound/SetupState.h"
 
 #include <algorithm>
 #include <fstream>
+#include <functional>
 
 namespace velmora {
 
@@ -17,16 +19,68 @@ constexpr int kBeyondSongEnd = 100; ///< positions after the song's end that a s
 bool isChannel(int channel) {
     return channel >= 0 && channel < kUsedChannels;
 }
+
+std::size_t hashOf(std::string_view text) {
+    return std::hash<std::string_view>{}(text);
+}
 } // namespace
 
 UndoSnapshot::UndoSnapshot(std::filesystem::path path) : path_(std::move(path)) {}
 
-void UndoSnapshot::SaveforUndo(const Score& score, const SetupState& setup) {
-    UndoChannel = -1;
-    ++snapshots;
-    if (!isChannel(score.ActiveChannel))
+void UndoSnapshot::SaveforUndo(const Score& score, const SetupState& setup, std::string_view step) {
+    if (holds_ > 0)
         return;
-    const std::string text = serializeUndo(score, setup);
+    forget();
+    ++snapshots;
+    if (!isChannel(score.ActiveChannel) || !write(serializeUndo(score, setup)))
+        return;
+    UndoChannel = score.ActiveChannel;
+    step_ = step;
+}
+
+void UndoSnapshot::keepWhole(const Score& score, const SetupState& setup, std::string_view step,
+                             StepScope scope) {
+    if (holds_ > 0)
+        return;
+    forget();
+    ++snapshots;
+    if (!write(serializePoliFile(score, setup)))
+        return;
+    whole_.emplace(Whole{ScoreRemainder(score, setup), scope});
+    step_ = step;
+}
+
+bool UndoSnapshot::OpenforUndo(Score& score, SetupState& setup) {
+    if (step_.empty())
+        return false;
+    const auto text = readWholeFile(path_);
+    if (!text || hashOf(*text) != written_)
+        return false;
+    if (!whole_)
+        parseUndo(*text, UndoChannel, score, setup);
+    else if (whole_->scope == StepScope::Score)
+        whole_->remainder.putBackWhole(*text, score, setup);
+    else
+        whole_->remainder.putBack(*text, score, setup);
+    forget();
+    return true;
+}
+
+std::string_view UndoSnapshot::step() const {
+    return step_;
+}
+
+bool UndoSnapshot::bringsScoreBack() const {
+    return whole_ && whole_->scope == StepScope::Score;
+}
+
+void UndoSnapshot::forget() {
+    UndoChannel = -1;
+    whole_.reset();
+    step_ = {};
+}
+
+bool UndoSnapshot::write(std::string_view text) {
     // Not flushed to the disk, for no snapshot is wanted after a crash and this runs before each stroke. The
     // old one is deleted because file systems do flush a file that is cut to nothing and written anew.
     std::error_code ignored;
@@ -34,19 +88,8 @@ void UndoSnapshot::SaveforUndo(const Score& score, const SetupState& setup) {
     std::ofstream file(path_, std::ios::binary | std::ios::trunc);
     file.write(text.data(), static_cast<std::streamsize>(text.size()));
     file.close();
-    if (file)
-        UndoChannel = score.ActiveChannel;
-}
-
-bool UndoSnapshot::OpenforUndo(Score& score, SetupState& setup) {
-    if (UndoChannel < 0)
-        return false;
-    const auto bytes = readWholeFile(path_);
-    if (!bytes)
-        return false;
-    parseUndo(*bytes, UndoChannel, score, setup);
-    UndoChannel = -1;
-    return true;
+    written_ = hashOf(text);
+    return !file.fail();
 }
 
 std::string serializeUndo(const Score& score, const SetupState& setup) {

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "score/ScoreRemainder.h"
+
+#include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,24 +14,64 @@ namespace velmora {
 struct Score;
 struct SetupState;
 
-/// The one undo step: the channel that an edit is about to change, kept as a file of its own.
+/// What a step changes, and with it what undoing it brings back.
+enum class StepScope : std::uint8_t {
+    Cells, ///< the whole score under its name of today, the active channel staying
+    Score, ///< another score takes its place: name and active channel, too
+};
+
+/// The one undo step, kept as a file of its own in one of two forms: the channel that a stroke is about to
+/// change, or the whole Score before a command that reaches further. A new step takes the old one's place.
 class UndoSnapshot {
 public:
+    static constexpr std::string_view kNoteStep = "Last note";
+
     /// @p path names "temp.sng" in the folder of songs.
     explicit UndoSnapshot(std::filesystem::path path);
 
-    int UndoChannel = -1; ///< channel of the snapshot, -1 while there is nothing to undo
+    int UndoChannel = -1; ///< channel of a snapshot of one, -1 while there is none
     int snapshots = 0;    ///< how many edits have asked for one so far, written or not
 
     /// Keeps the active channel before an edit. If the file can't be written there is nothing to undo.
-    void SaveforUndo(const Score& score, const SetupState& setup);
-    /// Puts the snapshot back; there is none after that. `FindEndOfSong` runs at the end.
+    /// @param step names the edit to the user; the text must last as long as the program
+    void SaveforUndo(const Score& score, const SetupState& setup, std::string_view step = kNoteStep);
+    /// Likewise keeps the whole score, in the newest form of the score file.
+    void keepWhole(const Score& score, const SetupState& setup, std::string_view step, StepScope scope);
+    /// Puts back what is kept, in whichever form; there is none after that. `FindEndOfSong` runs at the end.
     /// @return whether something was undone, so that the window shows the tempo and paints the score anew;
-    /// with nothing to undo, or no file to read, everything stays as it was
+    /// with nothing to undo, or a file that is gone or no longer what was written, everything stays as it was
     bool OpenforUndo(Score& score, SetupState& setup);
 
+    /// What undoing would take back, in the user's words; blank while there is nothing.
+    [[nodiscard]] std::string_view step() const;
+    /// Whether the step is another score's taking the place of one with notes.
+    [[nodiscard]] bool bringsScoreBack() const;
+
+    /// Until it ends, nothing takes the place of the step: for what a command sets off on its own.
+    class Hold {
+    public:
+        explicit Hold(UndoSnapshot& undo) : undo_(undo) { ++undo_.holds_; }
+        ~Hold() { --undo_.holds_; }
+        Hold(const Hold&) = delete;
+        Hold& operator=(const Hold&) = delete;
+
+    private:
+        UndoSnapshot& undo_;
+    };
+
 private:
+    struct Whole {
+        ScoreRemainder remainder;
+        StepScope scope;
+    };
+    void forget();
+    bool write(std::string_view text);
+
     std::filesystem::path path_;
+    std::optional<Whole> whole_; ///< beside the file, for the whole form
+    std::string_view step_;
+    std::size_t written_ = 0; ///< a hash of the file's text
+    int holds_ = 0;
 };
 
 /// The snapshot's text: the score file's layout with the rows of the active channel alone.

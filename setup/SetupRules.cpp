@@ -149,7 +149,7 @@ bool setScoreLength(Workspace& workspace, std::int64_t numNotes) {
     for (int channel = 0; channel < kUsedChannels; ++channel)
         cuts = cuts || score.lastFilledPosition(channel, score.NumNotes) > last;
     if (cuts)
-        workspace.keepWhole();
+        workspace.keepReplaced("Subtract notes");
     score.resizeNotes(last);
     ViewState& view = workspace.view;
     if (view.SelectStart > last)

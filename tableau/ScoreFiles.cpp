@@ -40,7 +40,7 @@ ScoreFiles::Outcome ScoreFiles::open(const fs::path& file) {
                 {}};
     if (bytes->find('\0') != bytes->npos)
         return {false, "The file \"" + file.string() + "\" is no score: it isn't text.", {}};
-    workspace_.keepWhole();
+    workspace_.keepReplaced("Open Score File");
     Outcome outcome{true, {}, parseSng(*bytes, SngReader::OpenPoliFile, workspace_.score, workspace_.setup)};
     workspace_.score.currentFile = file.string();
     folder_ = file.parent_path();

@@ -1,36 +1,15 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/StrokeWriting.h"
 
-#include "score/Score.h"
+#include "tableau/ScoreLayers.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 
 namespace velmora {
 
 namespace {
-constexpr int kContinuation = 1000;
 constexpr int kCopiedCells = 5;
-
-/// A layer of the Score, its copy buffer, and how far their indices are shifted.
-struct Layer {
-    ChannelGrid Score::*from;
-    ChannelGrid Score::*to;
-    int channelShift;
-    int positionShift;
-};
-constexpr std::array kLayers{
-    Layer{&Score::NoteCell, &Score::ClipNoteCell, 0, 0},
-    Layer{&Score::NoteInstrument, &Score::ClipNoteInstrument, 0, 0},
-    Layer{&Score::Polyphonics, &Score::ClipPolyphonics, 1, 0},
-    Layer{&Score::Volume, &Score::ClipVolume, 0, 1},
-    Layer{&Score::Modulation_Change, &Score::ClipModulation, 0, 1},
-    Layer{&Score::Pan_Change, &Score::ClipPan, 0, 1},
-    Layer{&Score::Reverb_Change, &Score::ClipReverb, 0, 1},
-    Layer{&Score::Chorus_Change, &Score::ClipChorus, 0, 1},
-};
-static_assert(kLayers.size() == 8);
 
 bool isContinuation(const Score& score, int channel, int position) {
     return cellClass(score.NoteCell.valueOr(channel, position, kEmptyCell)) == CellClass::Continuation;
@@ -120,11 +99,11 @@ bool setChord(Score& score, int channel, int position, int listIndex) {
 }
 
 void copyFiveCells(Score& score, int channel, int position) {
-    for (const Layer& layer : kLayers) {
+    for (const ScoreLayer& layer : kScoreLayers) {
         const int row = channel + layer.channelShift;
         for (int cell = 0; cell < kCopiedCells; ++cell) {
-            if (const auto value = (score.*layer.from).at(row, position + cell + layer.positionShift))
-                (score.*layer.to).set(row, cell + layer.positionShift, *value);
+            if (const auto value = (score.*layer.cells).at(row, position + cell + layer.positionShift))
+                (score.*layer.clip).set(row, cell + layer.positionShift, *value);
         }
     }
 }

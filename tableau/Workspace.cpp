@@ -5,7 +5,6 @@
 #include "shell/Settings.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace velmora {
 
@@ -82,16 +81,14 @@ bool Workspace::holdsNotes() {
 }
 
 void Workspace::clear() {
-    const bool kept = canBringBack();
-    undo.SaveforUndo(score, setup);
-    if (kept) // the clearing's own snapshot is no edit
-        replaced_->snapshots = undo.snapshots;
-    keepWhole();
+    keepReplaced("Clear all notes");
     view.SelectStart = view.SelectEnd = -1;
     view.PlayMark = 0;
     view.ViewFirstColumn = 0;
     view.ViewLastColumn = view.ViewColumns;
     view.Check4 = view.NoteEffectsOn = false;
+    edit.CycleNotes = edit.CycleBeats = edit.TotalNotes = 0;
+    edit.txtStart = 1;
     score.ClearAll();
     setup.Ch.fill(false);
     setup.Chkstrum.fill(false);
@@ -99,25 +96,17 @@ void Workspace::clear() {
     score.TopChannel = 1;
 }
 
-void Workspace::keepWhole() {
-    if (!canBringBack() || !score.usedChannels().empty())
-        replaced_ = Replaced{score, setup, undo.snapshots};
+void Workspace::keepForUndo(std::string_view step) {
+    undo.keepWhole(score, setup, step, StepScope::Cells);
+}
+
+void Workspace::keepReplaced(std::string_view step) {
+    if (!undo.bringsScoreBack() || !score.usedChannels().empty())
+        undo.keepWhole(score, setup, step, StepScope::Score);
 }
 
 bool Workspace::undoLast() {
-    const bool whole = canBringBack();
-    auto old = std::exchange(replaced_, std::nullopt);
-    if (!whole)
-        return undo.OpenforUndo(score, setup);
-    undo.UndoChannel = -1;
-    score = std::move(old->score);
-    setup.TxBeats = old->setup.TxBeats;
-    setup.TxtMeter = old->setup.TxtMeter;
-    setup.NoteX = old->setup.NoteX;
-    setup.Ch = old->setup.Ch;
-    setup.Chkstrum = old->setup.Chkstrum;
-    score.FindEndOfSong();
-    return true;
+    return undo.OpenforUndo(score, setup);
 }
 
 std::string topBarText(const Score& score, const SetupState& setup) {

@@ -10,8 +10,8 @@
 #include "sound/SetupState.h"
 #include "tableau/EditState.h"
 
-#include <optional>
 #include <string>
+#include <string_view>
 
 namespace velmora {
 
@@ -48,24 +48,17 @@ struct Workspace {
     [[nodiscard]] bool holdsNotes();
     /// Empties everything: a new score. `undoLast` brings the old one back.
     void clear();
-    /// Keeps the whole score before something takes its place. One without notes does not displace a score
+    /// Keeps the whole score before a command changes cells of many channels; @p step names the command to
+    /// the user, with a text that lasts.
+    void keepForUndo(std::string_view step);
+    /// Keeps the whole score before another one takes its place. One without notes does not displace a score
     /// that can still be brought back: clearing twice costs nothing.
-    void keepWhole();
-    /// "Undo Last note" takes the newest change back, and that one alone: the score as a whole if it was
-    /// replaced, but the channel of the last edit if there was an edit since. False if there is nothing to
-    /// undo.
+    void keepReplaced(std::string_view step);
+    /// "Undo Last note" and "Undo Last Step" take the newest change back, and that one alone. False if there
+    /// is nothing to undo.
     bool undoLast();
-
-private:
-    /// A score that was cleared or opened over, with the fields that go with it.
-    struct Replaced {
-        Score score;
-        SetupState setup;
-        int snapshots; ///< of `undo` at that time: a later edit's snapshot goes first
-    };
-    [[nodiscard]] bool canBringBack() const { return replaced_ && replaced_->snapshots == undo.snapshots; }
-
-    std::optional<Replaced> replaced_;
+    /// What that would take back, "Cut Selection" say, for the tips; blank while there is nothing.
+    [[nodiscard]] std::string_view undoStep() const { return undo.step(); }
 };
 
 /// The tempo and the meter in words, for the strip beside the menus.

@@ -231,7 +231,7 @@ TEST_F(WorkspaceTest, ClearingTwiceStillLeavesTheScoreToBringBack) {
 TEST_F(WorkspaceTest, UndoAfterAnotherScoreTookItsPlaceBringsTheOldOneBackWithItsMeter) {
     fill(workspace());
     const Score before = score();
-    workspace().keepWhole();
+    workspace().keepReplaced("Open Score File");
     score().ClearAll();
     putNotes(score(), 3, 50, 4);
     score().NotesPerMeasure = workspace().setup.TxBeats = 20;
