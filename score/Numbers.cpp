@@ -77,4 +77,8 @@ std::optional<std::int32_t> parseInt32(std::string_view text) {
     return toInt32(leadingNumber(text));
 }
 
+std::optional<std::int16_t> fieldNumber(std::string_view text) {
+    return toInt16(std::max(0.0, leadingNumber(text)));
+}
+
 } // namespace velmora

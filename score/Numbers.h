@@ -24,4 +24,8 @@ namespace velmora {
 [[nodiscard]] std::optional<std::int16_t> parseInt16(std::string_view text);
 [[nodiscard]] std::optional<std::int32_t> parseInt32(std::string_view text);
 
+/// The number that a text field holds: 0 for a text without one and for a number below 0; nothing where it is
+/// too large, so that what the field stands for stays as it was.
+[[nodiscard]] std::optional<std::int16_t> fieldNumber(std::string_view text);
+
 } // namespace velmora

@@ -5,17 +5,18 @@
 #include "shell/ControlPainter.h"
 #include "shell/ExToolTip.h"
 #include "shell/QtText.h"
+#include "shell/ReadOut.h"
 #include "shell/SkinPainter.h"
 #include "tableau/Application.h"
 #include "tableau/ChannelColours.h"
+#include "tableau/ChannelSquare.h"
+#include "tableau/InstrumentField.h"
 #include "tableau/Workspace.h"
 
 #include <QAbstractButton>
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QGroupBox>
-#include <QKeyEvent>
-#include <QLineEdit>
 #include <QPainter>
 
 namespace velmora {
@@ -57,29 +58,6 @@ private:
     int channel_;
 };
 } // namespace
-
-/// The name of a picked instrument. A double click opens the picker; so does Enter or Space.
-class InstrumentField : public QLineEdit {
-public:
-    using QLineEdit::QLineEdit;
-
-    std::function<void()> onOpen;
-
-protected:
-    void mouseDoubleClickEvent(QMouseEvent* event) override {
-        if (event->button() == Qt::LeftButton && onOpen)
-            onOpen();
-    }
-    void keyPressEvent(QKeyEvent* event) override {
-        const int key = event->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space) {
-            if (onOpen)
-                onOpen();
-        } else {
-            QLineEdit::keyPressEvent(event);
-        }
-    }
-};
 
 ChannelsPanel::ChannelsPanel(Application& application, const Appearance& look, QWidget* parent)
     : QWidget(parent)
@@ -144,7 +122,6 @@ void ChannelsPanel::addInstruments(QGroupBox& group, const Appearance& look) {
         addSmallWords(group, row.words, {12, y, 64, 24});
         auto* field = new InstrumentField(&group);
         field->setObjectName(row.name);
-        field->setReadOnly(true);
         field->setAccessibleName(QString(row.words) + " instrument");
         field->setGeometry(76, y, 140, 24);
         field->onOpen = [this] {
@@ -172,10 +149,8 @@ void ChannelsPanel::refresh() {
             TrackSel[index]->setChecked(true);
         TrackHide[index]->setChecked(score.ChannelMuted[index]);
     }
-    LblInst1->setText(toQString(chosen.MelodyInstrumentName));
-    LblInst2->setText(toQString(chosen.PercussionInstrumentName));
-    for (InstrumentField* field : {LblInst1, LblInst2})
-        field->setCursorPosition(0);
+    LblInst1->showName(toQString(chosen.MelodyInstrumentName));
+    LblInst2->showName(toQString(chosen.PercussionInstrumentName));
     const auto active = static_cast<std::size_t>(score.ActiveChannel);
     if (active < app_.workspace.setup.channels.size())
         Label2->setText(QString::number(app_.workspace.setup.channels[active].volume));

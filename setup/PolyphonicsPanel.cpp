@@ -8,6 +8,7 @@
 #include "shell/QtText.h"
 #include "sound/Chords.h"
 #include "tableau/Application.h"
+#include "tableau/ChannelSquare.h"
 #include "tableau/Workspace.h"
 
 #include <QCheckBox>

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "setup/SetupRules.h"
 
-#include "score/Numbers.h"
 #include "tableau/Workspace.h"
 
 #include <algorithm>
@@ -39,10 +38,6 @@ bool isOf(int channel, std::size_t count) {
     return static_cast<unsigned>(channel) < count;
 }
 } // namespace
-
-std::optional<std::int16_t> fieldNumber(std::string_view text) {
-    return toInt16(std::max(0.0, leadingNumber(text)));
-}
 
 std::optional<std::int32_t> fieldCount(std::string_view text) {
     return toInt32(std::max(0.0, leadingNumber(text)));

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "score/Numbers.h"
+
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -16,10 +18,7 @@ struct Workspace;
 
 // What the fields of the setup toolbar do to the Score and to their own record. None of it shows anything.
 
-/// The number that a text field holds: 0 for a text without one and for a number below 0; nothing where it is
-/// too large, so that what the field stands for stays as it was.
-[[nodiscard]] std::optional<std::int16_t> fieldNumber(std::string_view text);
-/// The same for a count of notes, which may be larger.
+/// As `fieldNumber`, for a count of notes, which may be larger.
 [[nodiscard]] std::optional<std::int32_t> fieldCount(std::string_view text);
 
 /// What the ten positions of `VScroll1` and the six of `VScroll2` give.

@@ -4,9 +4,11 @@
 #include "setup/SetupParts.h"
 #include "setup/SetupRules.h"
 #include "shell/ExToolTip.h"
+#include "shell/ReadOut.h"
 #include "shell/Slider.h"
 #include "sound/Midimod.h"
 #include "tableau/Application.h"
+#include "tableau/ChannelSquare.h"
 #include "tableau/Workspace.h"
 
 #include <QGroupBox>

@@ -7,6 +7,7 @@
 #include "shell/ExToolTip.h"
 #include "shell/Settings.h"
 #include "tableau/Application.h"
+#include "tableau/NumberField.h"
 #include "tableau/Workspace.h"
 
 #include <QCheckBox>

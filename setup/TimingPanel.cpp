@@ -7,9 +7,11 @@
 #include "shell/ExToolTip.h"
 #include "shell/Slider.h"
 #include "tableau/Application.h"
+#include "tableau/NumberField.h"
 #include "tableau/Workspace.h"
 
 #include <QGroupBox>
+#include <QLineEdit>
 
 #include <limits>
 

@@ -131,6 +131,8 @@ void CommandButton::paintWords(QPainter& painter, const QRectF& all) const {
         painter.drawText(all.adjusted(2, 28, -2, -4), Qt::AlignHCenter | Qt::AlignVCenter, text());
         break;
     case ButtonForm::Text:
+        if (text().isEmpty())
+            icon(left, top);
         painter.drawText(all, Qt::AlignCenter, text());
         break;
     default:

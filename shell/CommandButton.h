@@ -18,7 +18,7 @@ enum class ButtonForm : std::uint8_t {
     Icon,         ///< 28 by 28
     IconAndText,  ///< 28 high, the words beside the icon
     IconOverText, ///< 52 high, small words under the icon
-    Text,         ///< 24 high, in a panel
+    Text,         ///< 24 high, in a panel; an icon where there are no words
     Tab           ///< 20 high, at the left of a page that the active one runs into
 };
 

@@ -47,6 +47,12 @@ void Slider::setValue(int value) {
     byCode_ = before;
 }
 
+void Slider::setRange(int least, int most) {
+    const bool before = std::exchange(byCode_, true);
+    QAbstractSlider::setRange(least, most);
+    byCode_ = before;
+}
+
 QSize Slider::sizeHint() const {
     return lies() ? QSize(kLength, kAcross) : QSize(kAcross, kLength);
 }
@@ -64,7 +70,13 @@ double Slider::centreOf(int value) const {
 
 int Slider::valueAt(double place) const {
     const double share = std::clamp((place - kPointer / 2.0) / travel(), 0.0, 1.0);
-    return minimum() + static_cast<int>(share * (static_cast<double>(maximum()) - minimum()));
+    const double range = static_cast<double>(maximum()) - minimum();
+    return lies() ? minimum() + static_cast<int>(share * range)
+                  : maximum() - static_cast<int>((1 - share) * range);
+}
+
+int Slider::halfAt(double place) const {
+    return place < (lies() ? width() : height()) / 2.0 ? -1 : 1;
 }
 
 double Slider::placeOf(QPointF point) const {
@@ -110,16 +122,21 @@ void Slider::mousePressEvent(QMouseEvent* event) {
     last_ = placeOf(event->position());
     const bool onPointer = pointer().contains(event->position());
     grip_ = onPointer ? last_ - centreOf(sliderPosition()) : 0;
+    drags_ = onPointer || !onHalf;
+    moved_ = false;
     setSliderDown(true);
-    if (!onPointer)
+    if (!onPointer && drags_)
         setSliderPosition(valueAt(last_));
 }
 
 /// A mouse that stands still changes nothing, though a value stands for several places.
 void Slider::mouseMoveEvent(QMouseEvent* event) {
     const double place = placeOf(event->position());
-    if (isSliderDown() && place != last_)
-        setSliderPosition(valueAt(place - grip_));
+    if (isSliderDown() && place != last_) {
+        moved_ = true;
+        if (drags_)
+            setSliderPosition(valueAt(place - grip_));
+    }
     last_ = place;
 }
 
@@ -127,6 +144,8 @@ void Slider::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !isSliderDown())
         return;
     setSliderDown(false);
+    if (onHalf && !moved_)
+        onHalf(halfAt(placeOf(event->position())));
     if (onRelease)
         onRelease();
 }

@@ -4,6 +4,10 @@
 #include "shell/ControlPainter.h"
 #include "shell/SkinPainter.h"
 #include "tableau/CommandBank.h"
+#include "tableau/EditorPage.h"
+#include "tableau/EffectsPage.h"
+#include "tableau/MakerPage.h"
+#include "tableau/Workspace.h"
 
 #include <QPainter>
 
@@ -14,84 +18,41 @@ constexpr int kFirstTab = 17;
 constexpr int kHidePanel = 16;
 constexpr int kTabHeight = 20;
 constexpr int kPadding = 8;
-
-struct PageRow {
-    const char* name;
-    std::vector<std::vector<int>> groups; ///< of indices into `Lb1`
-};
-
-const std::array<PageRow, 3>& pageRows() {
-    static const std::array<PageRow, 3> rows{{
-        {"TB1", {{22, 23}}},
-        {"TB2", {{20, 21}}},
-        {"TB4", {{0, 24}, {25, 26, 27, 28}, {29}, {30}}},
-    }};
-    return rows;
-}
 } // namespace
 
-class ToolPanel::ToolPage : public QWidget {
-public:
-    ToolPage(const Appearance& look, const CommandBank& Lb1, const PageRow& row, QWidget* parent)
-        : QWidget(parent)
-        , look_(look)
-        , Lb1_(Lb1)
-        , row_(row) {
-        setObjectName(row.name);
-        for (const auto& group : row.groups)
-            for (const int index : group)
-                Lb1[index].setParent(this);
-    }
-
-    void layOut(FormWidth width) {
-        const bool small = width == FormWidth::Small;
-        separators_.clear();
-        int x = 0;
-        for (const auto& group : row_.groups) {
-            if (x > 0) {
-                separators_.push_back(x + 4);
-                x += 14;
-            }
-            for (const int index : group) {
-                CommandButton& button = Lb1_[index];
-                button.setForm(small ? ButtonForm::Icon : ButtonForm::IconOverText);
-                const QSize size = button.sizeHint();
-                button.setGeometry(x, (52 - size.height()) / 2, size.width(), size.height());
-                x += size.width() + 4;
-            }
-        }
-        update();
-    }
-
-protected:
-    void paintEvent(QPaintEvent* /*event*/) override {
-        QPainter painter(this);
-        for (const int x : separators_)
-            paintSeparator(painter, look_.skin(), x, 4, 44);
-    }
-
-private:
-    const Appearance& look_;
-    const CommandBank& Lb1_;
-    const PageRow& row_;
-    std::vector<int> separators_;
-};
-
-ToolPanel::ToolPanel(const Appearance& look, const CommandBank& Lb1, QWidget* parent)
+ToolPanel::ToolPanel(const Appearance& look, const CommandBank& Lb1, ExToolTip& tips, Workspace& workspace,
+                     QWidget* parent)
     : QWidget(parent)
     , look_(look)
-    , Lb1_(Lb1) {
+    , Lb1_(Lb1)
+    , maker_(new MakerPage({look, Lb1, tips}, workspace, this))
+    , effects_(new EffectsPage({look, Lb1, tips}, workspace, this))
+    , editor_(new EditorPage({look, Lb1, tips}, workspace.edit, this))
+    , pages_{maker_, effects_, editor_} {
     setObjectName("toolPanel");
-    for (std::size_t i = 0; i < pages_.size(); ++i) {
-        Lb1[kFirstTab + static_cast<int>(i)].setParent(this);
-        pages_[i] = new ToolPage(look, Lb1, pageRows()[i], this);
-    }
+    for (int tab = kFirstTab; tab < kFirstTab + 3; ++tab)
+        Lb1[tab].setParent(this);
     Lb1[kHidePanel].setParent(this);
+    // What both pages show follows the one that was changed last.
+    maker_->onCycle = [this] { editor_->refresh(); };
+    editor_->onCycle = [this] { maker_->refresh(); };
+    setOrder();
     showPage(Editor);
+}
+
+/// Tab goes from the tabs through the page, from left to right.
+void ToolPanel::setOrder() {
+    std::vector<QWidget*> order{&Lb1_[kFirstTab], &Lb1_[kFirstTab + 1], &Lb1_[kFirstTab + 2]};
+    for (const ToolPage* page : pages_)
+        order.insert(order.end(), page->order().begin(), page->order().end());
+    order.push_back(&Lb1_[kHidePanel]);
+    for (std::size_t i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
 }
 
 void ToolPanel::showPage(Page page) {
     page_ = page;
+    effects_->showOn(page == Effects); // its tab switches them on, the others off
     for (std::size_t i = 0; i < pages_.size(); ++i) {
         pages_[i]->setVisible(static_cast<Page>(i) == page);
         Lb1_.setOn(kFirstTab + static_cast<int>(i), static_cast<Page>(i) == page);
@@ -108,11 +69,17 @@ void ToolPanel::layOut(FormWidth width) {
         tab.setGeometry(0, i * kTabHeight, tabWidth_ + 1, kTabHeight);
         tab.raise();
         ToolPage& page = *pages_[static_cast<std::size_t>(i)];
-        page.setGeometry(tabWidth_ + kPadding, 4, this->width() - tabWidth_ - kPadding - 32, 52);
+        page.setGeometry(tabWidth_ + kPadding, 4, this->width() - tabWidth_ - kPadding - 32,
+                         ToolPage::kHeight);
         page.layOut(width);
     }
     Lb1_[kHidePanel].setGeometry(this->width() - 28, 20, 20, 20);
     update();
+}
+
+void ToolPanel::refresh() {
+    for (ToolPage* page : pages_)
+        page->refresh();
 }
 
 void ToolPanel::paintEvent(QPaintEvent* /*event*/) {

@@ -108,6 +108,13 @@ TEST_F(SliderTest, CodeThatSetsTheValueTellsNobody) {
     EXPECT_TRUE(values.empty());
 }
 
+TEST_F(SliderTest, ARangeThatTheValueMustGiveWayToTellsNobody) {
+    slider.setValue(64);
+    slider.setRange(0, 50);
+    EXPECT_EQ(slider.value(), 50);
+    EXPECT_TRUE(values.empty());
+}
+
 TEST_F(SliderTest, AScreenReaderCountsAsTheUser) {
     QAccessibleInterface* said = QAccessible::queryAccessibleInterface(&slider);
     ASSERT_TRUE(said && said->valueInterface());
@@ -181,6 +188,37 @@ TEST_F(SliderTest, AnUprightOneRisesFromItsFoot) {
     EXPECT_EQ(upright.pointer(), QRectF(0, 0, 20, 12));
     QTest::mousePress(&upright, Qt::LeftButton, {}, QPoint(10, 112 - 6 - 40));
     EXPECT_EQ(upright.value(), 40);
+}
+
+TEST_F(SliderTest, AnUprightOneCountsItsWholePartFromTheTop) {
+    Slider upright(skins->look(), Qt::Vertical, nullptr);
+    upright.setRange(0, 127);
+    upright.resize(20, 52);
+    QTest::mousePress(&upright, Qt::LeftButton, {}, QPoint(10, 6 + 15));
+    EXPECT_EQ(upright.value(), 127 - 47); // 47.6
+    QTest::mouseRelease(&upright, Qt::LeftButton, {}, QPoint(10, 6 + 15));
+}
+
+TEST_F(SliderTest, AClickMeansItsHalfWhereThatIsAsked) {
+    std::vector<int> halves;
+    slider.onHalf = [&](int direction) { halves.push_back(direction); };
+    slider.setValue(20);
+    for (const int x : {130, 136, 46}) { // the last is on the pointer
+        press(x);
+        release(x);
+    }
+    EXPECT_THAT(halves, testing::ElementsAre(-1, 1, -1));
+    EXPECT_EQ(slider.value(), 20);
+}
+
+TEST_F(SliderTest, ADragOfThePointerIsNoClickOfAHalf) {
+    int halves = 0;
+    slider.onHalf = [&](int /*direction*/) { ++halves; };
+    press(6);
+    move(6 + 60);
+    release(6 + 60);
+    EXPECT_EQ(slider.value(), 30);
+    EXPECT_EQ(halves, 0);
 }
 
 TEST_F(SliderTest, TheBarIsFilledFromItsRestToThePointer) {

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "tableau/EditorPage.h"
+
+#include "shell/CommandButton.h"
+#include "tableau/CycleFields.h"
+#include "tableau/NumberField.h"
+
+#include <QCheckBox>
+
+namespace velmora {
+
+namespace {
+constexpr int kFieldTop = 20;
+constexpr int kBoxPitch = 18;
+constexpr int kSpaces = 56;
+} // namespace
+
+/// How close the controls stand.
+struct EditorPage::Form {
+    FormWidth from; ///< the widest window that may have it
+    int field;      ///< the width of a number
+    int pitch;      ///< from one to the next
+    bool iconsAlone;
+};
+
+EditorPage::EditorPage(const ToolPageParts& parts, EditState& edit, QWidget* parent)
+    : ToolPage("TB4", parts, parent)
+    , edit_(edit) {
+    for (const int index : {0, 24, 25, 26, 27, 28, 29, 30})
+        button(index).setParent(this);
+    addFields();
+    addBoxes();
+    order_ = {&button(0),       &button(24),   &button(25), &button(26),      &button(27),
+              &button(28),      Txtspc.number, &button(29), cycle_[0].number, cycle_[1].number,
+              cycle_[2].number, Check5,        Check3,      Check2,           &button(30)};
+    refresh();
+}
+
+void EditorPage::addFields() {
+    Txtspc = addField({"spcArrows", "Txtspc", "Spaces", "Insert # Space(s) ", "How many spaces to insert"},
+                      {.get = [this] { return edit_.Txtspc; },
+                       .set = [this](std::int16_t number) { edit_.Txtspc = number; }});
+    constexpr std::array<FieldRow, kCycleFields> kRows{{
+        {"notesArrows", "Txtnotes", "Total Length", "Total duplicated notes",
+         "How long the notes are repeated"},
+        {"beatsArrows", "Txtbeats", "Cycle Length", "Notes in the duplicated cycle",
+         "From the start of one repetition to that of the next"},
+        {"repeatArrows", "Txtrepeat", "Notes in cycle", "Playable notes in the duplicated cycle",
+         "How many notes are copied and repeated"},
+    }};
+    for (std::size_t i = 0; i < kCycleFields; ++i)
+        cycle_[i] = addField(kRows[i], {.get = [this, i] { return edit_.*kCycleValues[i].value; },
+                                        .set =
+                                            [this, i](std::int16_t number) {
+                                                kCycleValues[i].set(edit_, number);
+                                                refresh();
+                                                if (onCycle)
+                                                    onCycle();
+                                            }});
+}
+
+void EditorPage::addBoxes() {
+    struct BoxRow {
+        QCheckBox** box;
+        const char* name;
+        const char* words;
+        const char* tip;
+        bool EditState::*value;
+    };
+    for (const BoxRow& row :
+         {BoxRow{&Check5, "Check5", "Melody", "Duplicate the melody channels", &EditState::Check5},
+          BoxRow{&Check3, "Check3", "Percussion", "Duplicate the percussion channels", &EditState::Check3},
+          BoxRow{&Check2, "Check2", "Edit All Tracks", "Edit the melody channels, too",
+                 &EditState::Check2}}) {
+        QCheckBox* box = addBox(row.name, row.words, row.words, row.tip);
+        connect(box, &QCheckBox::clicked, this,
+                [this, value = row.value](bool ticked) { edit_.*value = ticked; });
+        *row.box = box;
+    }
+}
+
+void EditorPage::layOut(FormWidth width) {
+    static constexpr std::array<Form, 3> kForms{{
+        {FormWidth::Full, 72, 80, false},
+        {FormWidth::Compact, 66, 72, false},
+        {FormWidth::Small, 72, 80, true},
+    }};
+    // The close form has room in every window that is not small.
+    placeInFirstForm(kForms, width, this->width(), [this](const Form& form) { return place(form); });
+    update();
+}
+
+int EditorPage::place(const Form& form) {
+    clearSeparators();
+    int x = placeButtons(0, {0, 24}, form.iconsAlone);
+    x = placeButtons(placeSeparator(x), {25, 26, 27, 28}, form.iconsAlone);
+    x = placeField(Txtspc, placeSeparator(x), kFieldTop, kSpaces, kSpaces + 4);
+    x = placeButtons(x, {29}, form.iconsAlone);
+    x = placeSeparator(x);
+    for (const Field& field : cycle_)
+        x = placeField(field, x, kFieldTop, form.field, form.pitch);
+    x = placeBoxes(x + 4, {Check5, Check3, Check2}, 0, kBoxPitch);
+    return placeButtons(x + 8, {30}, form.iconsAlone) - 4;
+}
+
+void EditorPage::refresh() {
+    Txtspc.number->showNumber(edit_.Txtspc);
+    for (std::size_t i = 0; i < kCycleFields; ++i)
+        cycle_[i].number->showNumber(edit_.*kCycleValues[i].value);
+    Check5->setChecked(edit_.Check5);
+    Check3->setChecked(edit_.Check3);
+    Check2->setChecked(edit_.Check2);
+}
+
+} // namespace velmora

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <QAbstractSpinBox>
+
+#include <cstdint>
+#include <functional>
+
+namespace velmora {
+
+/// A number with two arrows, which takes any text: what the number is to be is for others to say. The arrows
+/// bear one name and the text the other.
+class NumberField : public QAbstractSpinBox {
+public:
+    NumberField(const QString& arrows, const QString& text, QWidget* parent);
+
+    /// Shows a number from code, unless the text means it already: nobody is told.
+    void showNumber(int shown);
+
+    /// The user has edited the text: the number that it holds, if it fits; or has pressed an arrow.
+    std::function<void(std::int16_t number)> onNumber;
+    std::function<void(int steps)> onStep;
+    /// What the text stands for: it becomes that once the user has finished with it.
+    std::function<int()> number;
+
+    void stepBy(int steps) override;
+
+protected:
+    [[nodiscard]] StepEnabled stepEnabled() const override;
+
+private:
+    void settle();
+};
+
+} // namespace velmora
