@@ -5,11 +5,13 @@
 #include "shell/MessageBox.h"
 #include "shell/Settings.h"
 #include "tableau/FirstPicture.h"
+#include "tableau/RecoveryOffer.h"
 
 #include <QApplication>
 #include <QScreen>
 #include <QTimer>
 
+#include <chrono>
 #include <utility>
 
 namespace velmora {
@@ -33,6 +35,7 @@ Program::Program(std::vector<std::unique_ptr<MidiBackend>> backends, std::filesy
     , score_(std::move(score))
     , settings_(settingsPath())
     , folders_(ProgramFolders::ofUser())
+    , recovery_(folders_.recovery())
     , skins_(settings_)
     , tips_(settings_)
     , opener_(skins_, tips_) {
@@ -84,11 +87,22 @@ void Program::startComposing() {
     dialogs_.setParent(form1_.get());
     form1_->show();
     QTimer::singleShot(0, form1_.get(), [this] {
+        // Before anything takes the place of what a crash has left.
+        const bool recovered = offerRecovery(skins_, *form1_, recovery_, score_);
         if (settings::read(settings_, settings::frmsetup))
             openSetup(frmsetup::Focus::Leave);
-        if (!score_.empty())
+        if (!recovered && !score_.empty())
             form1_->openScore(score_);
+        watch_.emplace(recovery_, *workspace_, loop_);
+        watchScoreIn(RecoveryWatch::kPeriod);
     });
+}
+
+/// Again and again, as long as there is a composing window.
+void Program::watchScoreIn(double seconds) {
+    const std::chrono::duration<double> wait(seconds);
+    QTimer::singleShot(std::chrono::ceil<std::chrono::milliseconds>(wait), Qt::PreciseTimer, form1_.get(),
+                       [this] { watchScoreIn(watch_->look()); });
 }
 
 /// What the composing window asks of the toolbar, which may never have been opened.
@@ -130,6 +144,7 @@ void Program::openSetup(frmsetup::Focus focus) {
 void Program::end() {
     if (frmsetup_)
         frmsetup_->unload();
+    recovery_.remove();
     QApplication::quit();
 }
 

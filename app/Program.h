@@ -14,6 +14,8 @@
 #include "sound/DeviceChooser.h"
 #include "sound/LiveSound.h"
 #include "tableau/Application.h"
+#include "tableau/RecoveryFile.h"
+#include "tableau/RecoveryWatch.h"
 #include "tableau/Workspace.h"
 #include "tableau/form1.h"
 
@@ -45,12 +47,14 @@ private:
     void openSetup(frmsetup::Focus focus);
     [[nodiscard]] SetupToolbar setupToolbar();
     [[nodiscard]] ComposingWindow composingWindow();
+    void watchScoreIn(double seconds);
     void end();
 
     std::vector<std::unique_ptr<MidiBackend>> backends_;
     std::filesystem::path score_;
     SettingsFile settings_;
     ProgramFolders folders_;
+    RecoveryFile recovery_;
     frmskins skins_;
     ExToolTip tips_;
     openerF opener_;
@@ -61,6 +65,7 @@ private:
     std::unique_ptr<Frmmenu> menu_;
     std::unique_ptr<DeviceChooser> devices_;
     std::unique_ptr<Workspace> workspace_;
+    std::optional<RecoveryWatch> watch_;
     std::optional<Application> application_;
     std::unique_ptr<HelpWindow> help_;
     std::unique_ptr<form1> form1_;

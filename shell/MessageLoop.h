@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include <optional>
+
 namespace velmora {
 
 /// Time, and the events that are served while it passes. Playing knows no other clock.
@@ -16,6 +18,8 @@ public:
     virtual void serveUntil(double moment) = 0;
     /// Lets @p seconds pass without serving anything.
     virtual void block(double seconds) = 0;
+    /// The earliest moment that a serveUntil() waits for; nothing while none does.
+    [[nodiscard]] virtual std::optional<double> nextDue() const { return std::nullopt; }
 };
 
 } // namespace velmora

@@ -85,9 +85,11 @@ void QtMessageLoop::serveEventsUntil(double moment) {
         wakeUp_ = std::make_unique<WakeUp>(dispatcher);
     // The wait around this one may be about to sleep when this one returns: its wake-up is put back.
     const double outerMoment = std::exchange(moment_, moment);
+    const double outerDue = std::exchange(due_, due_ > 0 ? std::min(due_, moment) : moment);
     while (now() < moment && wakeUp_->setTo(moment))
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     moment_ = outerMoment;
+    due_ = outerDue;
     wakeUp_->setTo(outerMoment);
 }
 
@@ -106,6 +108,10 @@ void QtMessageLoop::serveUntil(double moment) {
         sleepUntil(wake);
     while (now() < moment) {
     }
+}
+
+std::optional<double> QtMessageLoop::nextDue() const {
+    return due_ > 0 ? std::optional(due_) : std::nullopt;
 }
 
 void QtMessageLoop::block(double seconds) {

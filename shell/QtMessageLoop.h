@@ -19,6 +19,7 @@ public:
     void YieldIfInput() override;
     void serveUntil(double moment) override;
     void block(double seconds) override;
+    [[nodiscard]] std::optional<double> nextDue() const override;
 
 private:
     class WakeUp;
@@ -27,6 +28,7 @@ private:
 
     std::unique_ptr<WakeUp> wakeUp_; // made by the first wait that needs it
     double moment_ = 0;              // what the innermost wait waits for, 0 if there is none
+    double due_ = 0;                 // the earliest of all waits, likewise
 };
 
 } // namespace velmora

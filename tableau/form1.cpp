@@ -19,6 +19,7 @@
 #include "tableau/ButtonBar.h"
 #include "tableau/ChannelStrip.h"
 #include "tableau/NoteReadout.h"
+#include "tableau/RecoveryFile.h"
 #include "tableau/TextLine.h"
 #include "tableau/ToolPanel.h"
 #include "tableau/TopBarOverlay.h"
@@ -295,6 +296,13 @@ void form1::Command33_Click() {
 void form1::openScore(const std::filesystem::path& file) {
     PlayAndStop_Click(true);
     showOpened(files_.open(file));
+}
+
+void form1::bringBack(const LeftScore& left) {
+    PlayAndStop_Click(true);
+    restore(left, app_.workspace);
+    layOut(); // it may have made the score longer
+    showScore();
 }
 
 bool form1::mSaveAs_Click() {

@@ -29,6 +29,7 @@ class ToolPanel;
 class TopBarOverlay;
 class frminfo;
 struct Application;
+struct LeftScore;
 
 /// The composing window: an assembly of strips. It hands every press on to the room that works it out.
 ///
@@ -60,6 +61,8 @@ public:
     void Command33_Click();
     /// Opens this one.
     void openScore(const std::filesystem::path& file);
+    /// Shows a score that a crash left, under the name of its own file.
+    void bringBack(const LeftScore& left);
     /// Saves under a name that the user chooses; false if nothing was saved.
     bool mSaveAs_Click();
     void Command34_Click() { mSaveAs_Click(); }

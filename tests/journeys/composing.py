@@ -57,14 +57,15 @@ def filled(path, channel=0):
     return [position for position, cell in enumerate(cells) if cell.strip() not in ("-1", "")]
 
 
-class Composing(Journey):
-    def play_line_moves(self, program):
-        """Whether anything changes on the Tableau's first line, where no notes are."""
-        left, top = program.at(48, 311)
-        before = self.screen.picture(left, top, 1100, 2)
-        time.sleep(0.4)  # three steps of the score
-        return self.screen.picture(left, top, 1100, 2) != before
+def play_line_moves(program):
+    """Whether anything changes on the Tableau's first line, where no notes are."""
+    left, top = program.at(48, 311)
+    before = program.screen.picture(left, top, 1100, 2)
+    time.sleep(0.4)  # three steps of the score
+    return program.screen.picture(left, top, 1100, 2) != before
 
+
+class Composing(Journey):
     def trace(self, path):
         done = subprocess.run([programs.cli, "trace", path], capture_output=True, text=True, timeout=120)
         self.assertEqual(done.returncode, 0, done.stderr)
@@ -101,18 +102,18 @@ class Composing(Journey):
         first = self.save(program, path)
 
         self.screen.click(*program.at(*PLAY))
-        wait_for(lambda: self.play_line_moves(program), "the play line")
+        wait_for(lambda: play_line_moves(program), "the play line")
         self.screen.click(*program.at(*PAUSE))
-        wait_for(lambda: not self.play_line_moves(program), "the pause")
+        wait_for(lambda: not play_line_moves(program), "the pause")
         self.screen.click(*program.at(*PLAY))
-        wait_for(lambda: self.play_line_moves(program), "the play line after the pause")
+        wait_for(lambda: play_line_moves(program), "the play line after the pause")
         self.screen.click(*program.at(*STOP))
-        wait_for(lambda: not self.play_line_moves(program), "the stop")
+        wait_for(lambda: not play_line_moves(program), "the stop")
         self.screen.click(*program.at(*LOOP))
         self.screen.click(*program.at(*PLAY))
-        wait_for(lambda: self.play_line_moves(program), "the loop")
+        wait_for(lambda: play_line_moves(program), "the loop")
         self.screen.click(*program.at(*STOP))
-        wait_for(lambda: not self.play_line_moves(program), "the end of the loop")
+        wait_for(lambda: not play_line_moves(program), "the end of the loop")
 
         # A note too many is taken back.
         tableau.note(70, 60, 4)
@@ -197,7 +198,7 @@ class Composing(Journey):
         program = self.compose()
         self.draw_four_bars(program)
         self.screen.click(*program.at(*PLAY))
-        wait_for(lambda: self.play_line_moves(program), "the play line")
+        wait_for(lambda: play_line_moves(program), "the play line")
         left, top, width, height = program.place()
         self.screen.do("windowsize", program.window, 880, 520)
         wait_for(lambda: program.place()[2:] == (880, 520), "the smallest size")

@@ -9,7 +9,7 @@ import unittest
 import desktop
 import program
 
-THEMES = ("start_and_end", "looks", "frames", "tips", "scores", "composing", "setup", "bad_input", "screens")
+THEMES = ("start_and_end", "looks", "frames", "tips", "scores", "composing", "setup", "recovery", "bad_input", "screens")
 
 if __name__ == "__main__":
     program.path, program.cli = sys.argv[1:3]

@@ -56,6 +56,23 @@ TEST_P(QtMessageLoopTest, AWaitEndsAtItsMomentAndNotBefore) {
     }
 }
 
+TEST_P(QtMessageLoopTest, TheNextMomentDueIsTheEarliestOfAllWaits) {
+    const double outer = loop.now() + 0.05;
+    std::optional<double> within;
+    std::optional<double> inside;
+    QTimer::singleShot(0, [&] {
+        within = loop.nextDue();
+        QTimer::singleShot(0, [&] { inside = loop.nextDue(); });
+        loop.serveUntil(outer + 0.02);
+    });
+    EXPECT_EQ(loop.nextDue(), std::nullopt);
+    loop.serveUntil(outer);
+    EXPECT_EQ(loop.nextDue(), std::nullopt);
+    ASSERT_TRUE(within && inside);
+    EXPECT_NEAR(*within, outer, 0.001);
+    EXPECT_NEAR(*inside, outer, 0.001);
+}
+
 TEST_P(QtMessageLoopTest, AMomentThatHasPassedIsNotWaitedFor) {
     bool served = false;
     QTimer::singleShot(0, [&] { served = true; });
