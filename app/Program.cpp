@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "app/Program.h"
 
+#include "setup/FrmInst.h"
 #include "shell/HelpLibrary.h"
 #include "shell/MessageBox.h"
 #include "shell/Settings.h"
@@ -116,6 +117,7 @@ SetupToolbar Program::setupToolbar() {
     return {.open = [this] { openSetup(frmsetup::Focus::Take); },
             .channelChanged = ofToolbar(&frmsetup::channelChanged),
             .refresh = ofToolbar(&frmsetup::refresh),
+            .pickInstrument = [this](std::function<void()> picked) { pickInstrument(std::move(picked)); },
             .showMapper = ofToolbar(&frmsetup::showMapper)};
 }
 
@@ -133,6 +135,17 @@ ComposingWindow Program::composingWindow() {
             .toggleMuted = [&form](int channel) { form.toggleMuted(channel); },
             .showInstruments = [&form] { form.showNextNote(); },
             .showChannels = [&form] { form.showChannels(); }};
+}
+
+void Program::pickInstrument(std::function<void()> picked) {
+    auto* picker = new FrmInst(*application_, form1_.get());
+    picker->setAttribute(Qt::WA_DeleteOnClose);
+    picker->onPicked = [this, picked = std::move(picked)] {
+        if (frmsetup_)
+            frmsetup_->showInstrumentNames();
+        picked();
+    };
+    picker->open();
 }
 
 void Program::openSetup(frmsetup::Focus focus) {

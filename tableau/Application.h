@@ -24,7 +24,9 @@ struct SetupToolbar {
     std::function<void()> open;
     std::function<void()> channelChanged; ///< the active channel is another one
     std::function<void()> refresh;        ///< the score, and with it every field, may be another one
-    std::function<void()> showMapper;     ///< the chosen device failed, and the mapper is open in its place
+    /// Opens the instrument picker, which says when something has been picked.
+    std::function<void(std::function<void()> picked)> pickInstrument;
+    std::function<void()> showMapper; ///< the chosen device failed, and the mapper is open in its place
 };
 
 /// What the program's windows are given: everything that there is one of. `main` builds it and owns what it

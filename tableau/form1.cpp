@@ -84,6 +84,7 @@ form1::form1(Application& application)
     bindRightClick();
     bindTableau();
     bindEditing();
+    bindEffects();
     bindBars();
     bindKeys();
     setHelp([this] { imgTitleHelp_Click(); });
@@ -199,6 +200,7 @@ void form1::showAll() {
     PrintTopBar();
     showModes();
     showUndo();
+    toolPanel_->refresh();
     if (app_.setup.refresh)
         app_.setup.refresh();
 }

@@ -87,6 +87,9 @@ public:
     void CopyNotes_Click();
     void CopyMelody_Click();
     void Cmdo_Click();
+    /// Picks the instrument of Single Note Effects.
+    void CmdInst_Click();
+    void ClearEffects();
 
     /// Silences everything that sounds.
     void Command32_Click();
@@ -130,6 +133,10 @@ private:
     void Form_Activate();
     void bindTableau();
     void bindEditing();
+    void bindEffects();
+    void doNotemod(int position);
+    void applyAlong(int x);
+    void noteInstrumentPicked(std::int16_t code);
     void setMouseMode(Mouse mode);
     void clearMarks();
     void showEdited();

@@ -6,6 +6,7 @@
 #include "shell/frminfo.h"
 #include "tableau/Application.h"
 #include "tableau/ChannelStrip.h"
+#include "tableau/EffectsPage.h"
 #include "tableau/ToolPanel.h"
 #include "tableau/Workspace.h"
 #include "tableau/form1.h"
@@ -88,6 +89,7 @@ void form1::bindViewCommands() {
         Lb1_.bind(17 + tab, [this, tab] {
             toolPanel_->showPage(static_cast<ToolPanel::Page>(tab));
             app_.workspace.view.NoteEffectsOn = tab == ToolPanel::Effects;
+            showModes();
         });
     Lb1_.bind(9, [this] { showPercussion(!parts_.percussion); });
     Lb1_.bind(10, [this] { setNotationStyle(0); });
@@ -260,6 +262,7 @@ void form1::showModes() {
     Lb1_[12].setEnabled(traditional);
     showMouseMode();
     Lb1_.setOn(21, workspace.view.Check4);
+    toolPanel_->effects().showOn(workspace.view.NoteEffectsOn);
     const RightClick mode = workspace.view.RightClickMode;
     Lb1_.setOn(13, mode == RightClick::Erase);
     Lb1_.setOn(14, mode == RightClick::Menu);

@@ -13,7 +13,6 @@
 namespace velmora {
 
 namespace {
-constexpr int kNoChord = 0;      ///< the list of chords for single notes is not there yet
 constexpr int kLeastSplit = 200; ///< the gap is dragged only where `Picmain` is at least so high
 constexpr const char* kDrawTip = "Draw Mode is in effect. \nDraw notes by clicking mouse";
 constexpr const char* kSelectTip =
@@ -82,6 +81,12 @@ void form1::bindBars() {
             showTip(Picmain::Surface::Pic2a);
         else if (button == MouseButton::Left)
             Pic2a_MouseDown(x);
+        else
+            applyAlong(x);
+    };
+    indicator.move = [this, isTips](MouseButton button, int /*shift*/, int x, int /*y*/) {
+        if (button == MouseButton::Right && !isTips())
+            applyAlong(x);
     };
     TableauBox::Mouse& chords = Picmain_->mouseOn(Picmain::Surface::Pic3);
     chords.down = [this, isTips](MouseButton button, int /*shift*/, int x, int /*y*/) {
@@ -107,7 +112,7 @@ void form1::Pic2a_MouseDown(int x) {
 void form1::Pic3_MouseMove(MouseButton button, int x) {
     if (app_.workspace.play.Playing)
         return;
-    const auto column = polynotes_.move(app_.workspace, button, x, kNoChord);
+    const auto column = polynotes_.move(app_.workspace, button, x, app_.workspace.effects.Combo3);
     if (!column)
         return;
     Picmain_->markPolynote(*column);

@@ -40,7 +40,11 @@ struct GoldenProgram {
                 .devices = devices,
                 .workspace = *workspace,
                 .openHelp = [](const QString& /*page*/) {},
-                .setup = {.open = [] {}, .channelChanged = {}, .refresh = {}, .showMapper = {}},
+                .setup = {.open = [] {},
+                          .channelChanged = {},
+                          .refresh = {},
+                          .pickInstrument = {},
+                          .showMapper = {}},
                 .quit = [] {}};
     }
 

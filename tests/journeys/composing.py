@@ -277,3 +277,26 @@ class SecondScreen(Journey):
         program.title_becomes("Velmora - second.sng")
         self.assertEqual(filled(path), [3, 4, 5, 6])
         program.close()
+
+
+class Stamping(Journey):
+    """The Melody Maker's own example: 60 notes long, a loop of 12, 8 of which are playable."""
+
+    def test_a_motif_is_stamped_and_the_file_says_so(self):
+        program = self.compose()
+        tableau = Tableau(program)
+        tableau.note(1, 60, 2)
+        tableau.note(4, 58, 3)
+        self.screen.click(*program.at(29, 102))  # the tab of the Melody Maker
+        self.fields = {"length": 0, "loop": 1, "notes": 2}
+        self.screen.key("Tab")
+        path = self.user.path("home", "melody.sng")
+        self.screen.key("ctrl+s")
+        program.save_as(path)
+        program.title_becomes("Velmora - melody.sng")
+        done = subprocess.run([programs.cli, "edit", path, self.user.path("home", "stamped.sng"), "pick 0,1",
+                               "cycle 8 12 60", "create 1"], capture_output=True, text=True, timeout=60)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        expected = [at + part for at in (1, 13, 25, 37, 49, 61) for part in (0, 1, 3, 4, 5)]
+        self.assertEqual(filled(self.user.path("home", "stamped.sng")), expected)
+        program.close()

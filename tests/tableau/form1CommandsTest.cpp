@@ -15,7 +15,7 @@ using form1CommandsTest = form1Fixture;
 const std::set<int> kBoundCmd2{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
 const std::set<int> kBoundLb1{
     0,  1,  6,  8,  9,  10, 11, 13, 14, 15, 16, 17,
-    18, 19, 21, 22, 24, 25, 26, 27, 28, 29, 30}; // 12 with style 11, 4 and 23 after an edit
+    18, 19, 20, 21, 22, 24, 25, 26, 27, 28, 29, 30}; // 12 with style 11, 4 and 23 after an edit
 
 /// Everything that a command may change or ask, in words.
 class Deed {

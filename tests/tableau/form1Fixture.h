@@ -96,6 +96,7 @@ protected:
                             .setup = {.open = [this] { ++setupOpened; },
                                       .channelChanged = [this] { ++channelChanges; },
                                       .refresh = [this] { ++refreshes; },
+                                      .pickInstrument = [this](auto picked) { onPick = std::move(picked); },
                                       .showMapper = [this] { ++mappersShown; }},
                             .quit = [this] { ++quits; }});
         return *application_;
@@ -137,6 +138,7 @@ protected:
     int channelChanges = 0;
     int refreshes = 0;
     int mappersShown = 0;
+    std::function<void()> onPick; ///< to be called once an instrument is picked
 
 private:
     Environment environment_;
