@@ -88,17 +88,16 @@ void EffectsPage::addInstrument() {
         if (onPickInstrument)
             onPickInstrument();
     };
-    const Tip tip{"Instrument", "Select Single note Instrument", "glyphs"};
     instrumentCaption_ = addCaption("Instrument");
     Text5 = new InstrumentField(this);
     Text5->setObjectName("Text5");
     Text5->onOpen = pick;
-    parts_.tips.SetToolTip(*Text5, tip);
+    Text5->setAccessibleName("Instrument");
     CmdInst = new CommandButton(parts_.look, ButtonForm::Text, this);
     CmdInst->setObjectName("CmdInst");
     CmdInst->setFace("glyphs");
     CmdInst->setAccessibleName("Pick the instrument");
-    parts_.tips.SetToolTip(*CmdInst, tip);
+    parts_.tips.SetToolTip(*CmdInst, {"Instrument", "Select Single note Instrument", "glyphs"});
     connect(CmdInst, &QAbstractButton::clicked, this, pick);
 }
 
@@ -199,8 +198,8 @@ void EffectsPage::layOut(FormWidth width) {
     static constexpr std::array<Form, 4> kForms{{
         {FormWidth::Full, 148, 136, 100, false, false},
         {FormWidth::Full, 148, 136, 96, false, false},
-        {FormWidth::Compact, 112, 112, 76, true, false},
-        {FormWidth::Small, 112, 112, 74, true, true},
+        {FormWidth::Compact, 112, 124, 76, true, false},
+        {FormWidth::Small, 112, 124, 74, true, true},
     }};
     placeInFirstForm(kForms, width, this->width(), [this](const Form& form) { return place(form); });
     showHint();
@@ -255,7 +254,10 @@ int EffectsPage::placeEffects(int x, const Form& form) {
 }
 
 void EffectsPage::refresh() {
-    Text5->showName(toQString(nameOfCode(workspace_.effects.NoteInstrumentPick)));
+    const QString name = toQString(nameOfCode(workspace_.effects.NoteInstrumentPick));
+    Text5->showName(name);
+    // The whole name, which the field may cut.
+    parts_.tips.SetToolTip(*Text5, {name, "Select Single note Instrument", "glyphs"});
     Combo3->setCurrentIndex(workspace_.effects.Combo3);
     showHint();
     for (std::size_t i = 0; i < kEffects; ++i) {

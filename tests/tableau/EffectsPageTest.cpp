@@ -135,6 +135,13 @@ TEST_F(EffectsPageTest, TheInstrumentIsAskedForInThreeWays) {
     EXPECT_TRUE(port.notes().empty()) << "nothing played";
 }
 
+TEST_F(EffectsPageTest, TheTipHasTheWholeNameOfTheInstrument) {
+    effects().NoteInstrumentPick = 0;
+    opened();
+    EXPECT_EQ(tips.toolTip(part("Text5"))->title, "Acoustic Grand Piano");
+    EXPECT_EQ(part("Text5").accessibleName(), "Instrument");
+}
+
 TEST_F(EffectsPageTest, ThePageComesUpSwitchedOn) {
     open(ToolPanel::Effects);
     EXPECT_TRUE(workspace().view.NoteEffectsOn);

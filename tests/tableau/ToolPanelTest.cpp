@@ -40,6 +40,15 @@ protected:
                 }
             if (const auto* label = qobject_cast<const QLabel*>(one)) {
                 EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width()) << where;
+            } else if (const auto* list = qobject_cast<const QComboBox*>(one)) {
+                QStyleOptionComboBox option;
+                option.initFrom(list);
+                const QRect text = list->style()->subControlRect(QStyle::CC_ComboBox, &option,
+                                                                 QStyle::SC_ComboBoxEditField, list);
+                for (int item = 0; item < list->count(); ++item)
+                    EXPECT_LE(list->fontMetrics().horizontalAdvance(list->itemText(item).trimmed()),
+                              text.width())
+                        << where;
             } else if (qobject_cast<const QAbstractButton*>(one) && one->objectName() != "CmdInst") {
                 EXPECT_GE(one->width(), std::min(one->sizeHint().width(), 14)) << where;
                 if (!static_cast<const QAbstractButton*>(one)->text().isEmpty()) {
