@@ -8,8 +8,6 @@
 namespace velmora {
 
 namespace {
-constexpr std::size_t kShortRun = 8; ///< cells for which a call takes longer than the copying
-
 int sizeOf(std::span<const std::int16_t> row) {
     return static_cast<int>(row.size());
 }
@@ -34,12 +32,7 @@ void copyCells(std::span<const std::int16_t> from, int first, std::span<std::int
     const auto source =
         from.subspan(static_cast<std::size_t>(first + begin), static_cast<std::size_t>(end - begin));
     const auto target = to.begin() + (at + begin);
-    if (source.size() > kShortRun) {
-        std::ranges::copy(source, target);
-        return;
-    }
-    for (std::size_t cell = 0; cell < source.size(); ++cell)
-        target[static_cast<std::ptrdiff_t>(cell)] = source[cell];
+    std::ranges::copy(source, target);
 }
 
 void pullCells(std::span<std::int16_t> row, int first, int last, int by) {

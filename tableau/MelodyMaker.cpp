@@ -8,6 +8,7 @@
 #include "tableau/Workspace.h"
 
 #include <algorithm>
+#include <span>
 #include <vector>
 
 namespace velmora {
@@ -56,6 +57,28 @@ std::vector<Stamp> stampsOf(const Workspace& workspace) {
     return stamps;
 }
 
+/// Repeats the first @p period cells of @p from in @p to, from @p first up to before @p end: with copies that
+/// double in length, since a loop may be a single cell long.
+void tile(std::span<const std::int16_t> from, int shift, std::span<std::int16_t> to, int first, int end,
+          int period) {
+    copyCells(from, shift, to, first, period);
+    for (int done = period; first + done < end; done *= 2)
+        copyCells(to, first, to, first + done, std::min(done, end - first - done));
+}
+
+void stampRow(std::span<const std::int16_t> from, std::span<std::int16_t> to, int shift,
+              const std::vector<Stamp>& stamps) {
+    // Where stamps overlap, all but the last leave the same cells.
+    const Stamp& first = stamps.front();
+    const Stamp& last = stamps.back();
+    const bool tiled =
+        first.overlapped && first.at >= 0 && static_cast<std::size_t>(first.count + shift) <= from.size();
+    if (tiled)
+        tile(from, shift, to, first.at + shift, last.at + shift, first.count);
+    for (const Stamp& stamp : std::span(stamps).last(tiled ? 1 : stamps.size()))
+        copyCells(from, shift, to, stamp.at + shift, stamp.count);
+}
+
 /// Stamps from `PlayMark` on. Of a stamp that the next one overlaps only what stays is written, so that the
 /// work is that of one walk over the score.
 void stampAlong(Workspace& workspace, const StampChannels& channels) {
@@ -69,12 +92,9 @@ void stampAlong(Workspace& workspace, const StampChannels& channels) {
     for (int channel = 0; channel < kUsedChannels; ++channel) {
         const bool stamped = channels.stamped[static_cast<std::size_t>(channel)];
         for (const ScoreLayer& layer : kScoreLayers) {
-            if (!stamped)
-                break;
-            const auto from = (score.*layer.clip).row(channel + layer.channelShift);
-            const auto to = (score.*layer.cells).row(channel + layer.channelShift);
-            for (const Stamp& stamp : stamps)
-                copyCells(from, layer.positionShift, to, stamp.at + layer.positionShift, stamp.count);
+            if (stamped && !stamps.empty())
+                stampRow((score.*layer.clip).row(channel + layer.channelShift),
+                         (score.*layer.cells).row(channel + layer.channelShift), layer.positionShift, stamps);
         }
         if (!channels.mended[static_cast<std::size_t>(channel)])
             continue;
