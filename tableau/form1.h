@@ -140,6 +140,7 @@ private:
     void setMouseMode(Mouse mode);
     void clearMarks();
     void showEdited();
+    void mentionBoxes();
     void showUndo();
     void bindBars();
     void showTip(Picmain::Surface surface);

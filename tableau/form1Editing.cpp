@@ -11,6 +11,9 @@
 
 #include <QAction>
 
+#include <algorithm>
+#include <functional>
+
 namespace velmora {
 
 namespace {
@@ -53,9 +56,18 @@ void form1::bindEditing() {
     Lb1_.bind(23, [this] { OpenforUndo(); });
 }
 
+/// Without a ticked channel copying, pasting and stamping move nothing, and nobody would know why.
+void form1::mentionBoxes() {
+    const Workspace& workspace = app_.workspace;
+    if (!workspace.CopyonlyOneTrack && std::ranges::none_of(workspace.edit.ChannelPicked, std::identity()))
+        screen_.setToolText({}, "No channel is ticked in the Melody Maker, so nothing was copied");
+}
+
 void form1::copyIt() {
-    if (velmora::copyIt(app_.workspace))
+    if (velmora::copyIt(app_.workspace)) {
         showEdited();
+        mentionBoxes();
+    }
 }
 
 void form1::CutBut_Click() {
@@ -66,11 +78,13 @@ void form1::CutBut_Click() {
 void form1::PasteBut_Click() {
     velmora::PasteBut_Click(app_.workspace, input_.stroke().ViewCol);
     showEdited();
+    mentionBoxes();
 }
 
 void form1::PasteIntoBut_Click() {
     velmora::PasteIntoBut_Click(app_.workspace, input_.stroke().ViewCol);
     showEdited();
+    mentionBoxes();
 }
 
 void form1::InsertColumnBut_Click() {
@@ -91,6 +105,7 @@ void form1::CopyMelody_Click() {
     setMouseMode(Mouse::Select);
     duplicateMelody(app_.workspace);
     showEdited();
+    mentionBoxes();
 }
 
 void form1::Cmdo_Click() {
@@ -98,6 +113,7 @@ void form1::Cmdo_Click() {
     createMelody(app_.workspace, app_.workspace.edit.txtStart);
     unsetCursor();
     showEdited();
+    mentionBoxes();
 }
 
 void form1::setMouseMode(Mouse mode) {

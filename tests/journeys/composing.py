@@ -282,21 +282,40 @@ class SecondScreen(Journey):
 class Stamping(Journey):
     """The Melody Maker's own example: 60 notes long, a loop of 12, 8 of which are playable."""
 
-    def test_a_motif_is_stamped_and_the_file_says_so(self):
+    MAKER, FIRST_BOX, CREATE = (29, 102), (728, 108), (1038, 122)
+    LENGTH, LOOP, PLAYABLE = (200, 122), (336, 122), (472, 122)
+
+    def type_into(self, program, place, number):
+        program.click(*place)
+        self.screen.key("ctrl+a")
+        self.screen.type(str(number))
+
+    def test_a_motif_is_stamped_by_the_window_as_by_the_companion(self):
         program = self.compose()
         tableau = Tableau(program)
         tableau.note(1, 60, 2)
         tableau.note(4, 58, 3)
-        self.screen.click(*program.at(29, 102))  # the tab of the Melody Maker
-        self.fields = {"length": 0, "loop": 1, "notes": 2}
-        self.screen.key("Tab")
-        path = self.user.path("home", "melody.sng")
+        path = self.user.path("home", "motif.sng")
         self.screen.key("ctrl+s")
         program.save_as(path)
-        program.title_becomes("Velmora - melody.sng")
-        done = subprocess.run([programs.cli, "edit", path, self.user.path("home", "stamped.sng"), "pick 0,1",
-                               "cycle 8 12 60", "create 1"], capture_output=True, text=True, timeout=60)
+        program.title_becomes("Velmora - motif.sng")
+
+        program.click(*self.MAKER)
+        self.type_into(program, self.LENGTH, 60)
+        self.type_into(program, self.LOOP, 12)
+        self.type_into(program, self.PLAYABLE, 8)
+        program.click(*self.FIRST_BOX)
+        program.click(*self.CREATE)
+        stamped = self.user.path("home", "stamped.sng")
+        self.screen.key("ctrl+s")
+        program.save_as(stamped)
+        program.title_becomes("Velmora - stamped.sng")
+        self.assertEqual(filled(stamped), [at + part for at in (1, 13, 25, 37, 49, 61) for part in (0, 1, 3, 4, 5)])
+
+        told = self.user.path("home", "told.sng")
+        done = subprocess.run([programs.cli, "edit", path, told, "pick 0", "cycle 8 12 60", "create 1"],
+                              capture_output=True, text=True, timeout=60)
         self.assertEqual(done.returncode, 0, done.stderr)
-        expected = [at + part for at in (1, 13, 25, 37, 49, 61) for part in (0, 1, 3, 4, 5)]
-        self.assertEqual(filled(self.user.path("home", "stamped.sng")), expected)
+        with open(stamped, "rb") as one, open(told, "rb") as other:
+            self.assertEqual(one.read(), other.read())
         program.close()

@@ -118,6 +118,14 @@ TEST_F(form1EditingTest, WithNothingSelectedCopyAndCutDoNothing) {
     EXPECT_FALSE(canUndo());
 }
 
+TEST_F(form1EditingTest, WithoutATickedChannelTheWindowSaysWhyNothingWasCopied) {
+    workspace().edit.ChannelPicked.fill(false);
+    shown();
+    select(0, 3);
+    window().Cmd2_Click(11);
+    EXPECT_NE(text("toolText").find("No channel is ticked"), std::string::npos);
+}
+
 TEST_F(form1EditingTest, AStrokeEnablesUndo) {
     shown();
     EXPECT_FALSE(canUndo());
