@@ -2,6 +2,7 @@
 #include "app/Program.h"
 
 #include "setup/FrmInst.h"
+#include "shell/FirstPaint.h"
 #include "shell/HelpLibrary.h"
 #include "shell/MessageBox.h"
 #include "shell/Settings.h"
@@ -52,7 +53,7 @@ void Program::start() {
         loadSound();
         prepareFirstPicture(skins_.look(), opener_.devicePixelRatioF());
     };
-    QTimer::singleShot(0, &opener_, [this, prepare] { QTimer::singleShot(0, &opener_, prepare); });
+    afterFirstPaint(opener_, prepare);
 }
 
 void Program::loadSound() {
@@ -87,7 +88,7 @@ void Program::startComposing() {
     form1_ = std::make_unique<form1>(*application_);
     dialogs_.setParent(form1_.get());
     form1_->show();
-    QTimer::singleShot(0, form1_.get(), [this] {
+    afterFirstPaint(*form1_, [this] {
         // Before anything takes the place of what a crash has left.
         const bool recovered = offerRecovery(skins_, *form1_, recovery_, score_);
         if (settings::read(settings_, settings::frmsetup))

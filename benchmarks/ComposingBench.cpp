@@ -19,10 +19,10 @@ public:
             return;
         setpgid(0, 0);
         setenv("DISPLAY", display.c_str(), 1);
+        // One process, so that the mouse alone is what disturbs.
         execlp("sh", "sh", "-c",
-               "x=0; while :; do x=$(( (x + 7) % 1200 )); xdotool mousemove $((20 + x)) $((60 + x % 90)); "
-               "sleep 0.01; "
-               "done",
+               "i=0; while [ $i -lt 9000 ]; do i=$((i + 1)); x=$((20 + i * 7 % 1200)); "
+               "echo \"mousemove $x $((60 + x % 90))\"; echo 'sleep 0.01'; done | xdotool -",
                static_cast<char*>(nullptr));
         _exit(127);
     }

@@ -23,6 +23,10 @@ namespace {
 /// A wake-up repeats until the wait it is for has seen it: an event loop inside may have taken the first one.
 constexpr timespec kRepeat{.tv_sec = 0, .tv_nsec = 5'000'000};
 
+/// No event is served so shortly before a moment: painting under the mouse, once begun, would make it late.
+/// Events wait for that time at most; a shorter wait serves what is there at its beginning.
+constexpr double kQuietSeconds = 0.002;
+
 /// A sleep ends this much early and the rest is polled: waking up is late by about half of it.
 constexpr double kPolledSeconds = 0.0001;
 
@@ -77,7 +81,7 @@ private:
 QtMessageLoop::QtMessageLoop() = default;
 QtMessageLoop::~QtMessageLoop() = default;
 
-void QtMessageLoop::serveEventsUntil(double moment) {
+void QtMessageLoop::serveEventsUntil(double moment, double due) {
     QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
     if (!dispatcher || moment <= now())
         return;
@@ -85,7 +89,7 @@ void QtMessageLoop::serveEventsUntil(double moment) {
         wakeUp_ = std::make_unique<WakeUp>(dispatcher);
     // The wait around this one may be about to sleep when this one returns: its wake-up is put back.
     const double outerMoment = std::exchange(moment_, moment);
-    const double outerDue = std::exchange(due_, due_ > 0 ? std::min(due_, moment) : moment);
+    const double outerDue = std::exchange(due_, due_ > 0 ? std::min(due_, due) : due);
     while (now() < moment && wakeUp_->setTo(moment))
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     moment_ = outerMoment;
@@ -103,7 +107,10 @@ void QtMessageLoop::YieldIfInput() {
 
 void QtMessageLoop::serveUntil(double moment) {
     const double wake = moment - kPolledSeconds;
-    serveEventsUntil(wake);
+    if (const double quiet = moment - kQuietSeconds; quiet > now())
+        serveEventsUntil(quiet, moment);
+    else if (wake > now())
+        YieldIfInput();
     if (wake > now())
         sleepUntil(wake);
     while (now() < moment) {

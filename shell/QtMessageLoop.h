@@ -24,7 +24,8 @@ public:
 private:
     class WakeUp;
 
-    void serveEventsUntil(double moment);
+    /// @param due what the wait is for, a little later
+    void serveEventsUntil(double moment, double due);
 
     std::unique_ptr<WakeUp> wakeUp_; // made by the first wait that needs it
     double moment_ = 0;              // what the innermost wait waits for, 0 if there is none

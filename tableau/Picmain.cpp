@@ -117,7 +117,6 @@ void Picmain::layOut(const FormLayout& layout, QPoint origin) {
     Label9_->layOut(layout.splitter.isEmpty() ? QRect() : here(layout.splitter));
     placeHint();
     musicBoxTop_ = layout.musicBox.top();
-    laidOut_ = true;
     followView();
     drawAll();
     update();
@@ -176,7 +175,7 @@ void Picmain::placeHint() {
 }
 
 void Picmain::DrawNoteArray() {
-    if (!laidOut_)
+    if (!isVisible())
         return;
     melody_.paint(MusicBox_->picture(), scene_);
     row_.forget();
@@ -185,7 +184,7 @@ void Picmain::DrawNoteArray() {
 }
 
 void Picmain::DrawBeatArray() {
-    if (!laidOut_ || Beatbox_->isHidden())
+    if (!isVisible() || Beatbox_->isHidden())
         return;
     beat_.paint(Beatbox_->picture(), scene_);
     row_.forget();
@@ -193,12 +192,17 @@ void Picmain::DrawBeatArray() {
     Beatbox_->update();
 }
 
+void Picmain::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    drawAll();
+}
+
 void Picmain::drawGuide() {
     PicX_->update();
 }
 
 void Picmain::drawPolynoteBar() {
-    if (!laidOut_)
+    if (!isVisible())
         return;
     paintPolynoteBar(Pic3_->picture(), scene_);
     Pic3_->update();
@@ -211,7 +215,7 @@ void Picmain::markPolynote(int column) {
 
 void Picmain::drawIndicatorBar(std::optional<int> clicked) {
     clicked_ = clicked;
-    if (!laidOut_)
+    if (!isVisible())
         return;
     paintIndicatorBar(Pic2a_->picture(), scene_, clicked);
     Pic2a_->update();
@@ -226,7 +230,7 @@ void Picmain::drawAll() {
 }
 
 void Picmain::clearMusicBox() {
-    if (!laidOut_)
+    if (!isVisible())
         return;
     MusicBox_->picture().fill(Qt::white);
     MusicBox_->update();

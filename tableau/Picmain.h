@@ -63,7 +63,7 @@ public:
     /// A quiet word on where to draw, over an empty Tableau.
     void showHint(bool shown);
 
-    // Painting. Nothing is painted before the first `layOut`.
+    // Painting. Nothing is painted while nobody sees it; coming up paints everything.
     void DrawNoteArray();
     void DrawBeatArray();
     void drawGuide();
@@ -102,6 +102,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -143,7 +144,6 @@ private:
     std::optional<int> clicked_; ///< marked in `Pic2a`
     QPoint wheel_;               ///< parts of a step that the wheel has turned
     int musicBoxTop_ = 0;
-    bool laidOut_ = false;
 };
 
 } // namespace velmora
