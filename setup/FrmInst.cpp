@@ -9,6 +9,7 @@
 #include "tableau/Application.h"
 #include "tableau/Workspace.h"
 
+#include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
@@ -162,6 +163,13 @@ void FrmInst::finish() {
     close();
     if (onPicked)
         onPicked();
+}
+
+/// The keys go on where the picker was asked for.
+void FrmInst::closeEvent(QCloseEvent* event) {
+    event->accept();
+    if (parentWidget())
+        parentWidget()->window()->activateWindow();
 }
 
 void FrmInst::keyPressEvent(QKeyEvent* event) {

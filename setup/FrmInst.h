@@ -40,6 +40,7 @@ public:
     void LstInstruments2_DblClick();
 
 protected:
+    void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

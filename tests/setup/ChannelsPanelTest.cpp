@@ -135,6 +135,16 @@ TEST_F(ChannelsPanelTest, OnPercussionOrWithoutANameNothingIsPlayed) {
     EXPECT_THAT(midi.words(), IsEmpty());
 }
 
+TEST_F(ChannelsPanelTest, AfterThePickerTheKeysGoOnInTheToolbar) {
+    opened(1);
+    control("LblInst2").setFocus();
+    toolbar().LblInst_DblClick();
+    QWidget* picker = QApplication::activeModalWidget();
+    ASSERT_TRUE(picker);
+    picker->close();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return control("LblInst2").hasFocus(); }));
+}
+
 TEST_F(ChannelsPanelTest, APickedInstrumentIsShownPlayedAndTheChannels) {
     opened(1);
     toolbar().LblInst_DblClick();
