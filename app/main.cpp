@@ -36,6 +36,9 @@ int main(int argc, char* argv[]) {
     QApplication::setApplicationName("velmora");
     QApplication::setDesktopFileName("velmora");
     const QApplication application(argc, argv);
+    // A quick drag over notes reaches each of them: no move of the mouse is left out for the next one. The
+    // platform asks for the contrary when the application is made.
+    QApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
     if (argc > 2) { // Qt has taken its own options out
         std::fputs("Usage: velmora [FILE.sng]\n", stderr);
         return kUsage;

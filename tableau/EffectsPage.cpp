@@ -6,6 +6,7 @@
 #include "shell/QtText.h"
 #include "shell/ReadOut.h"
 #include "shell/Slider.h"
+#include "tableau/EffectGraph.h"
 #include "tableau/InstrumentField.h"
 #include "tableau/MelodyMaker.h"
 #include "tableau/StepMark.h"
@@ -19,6 +20,7 @@ namespace velmora {
 namespace {
 constexpr int kMost = 127;
 constexpr int kStrip = 20;
+constexpr int kGraph = 3;
 constexpr int kValue = 44; ///< the width of a read-out
 constexpr int kListTop = 14;
 
@@ -132,6 +134,7 @@ void EffectsPage::addEffects() {
         if (*row.here) {
             effect.here = addCaption("");
             effect.here->setObjectName(row.here);
+            effect.graph = new EffectGraph(parts_.look, QStringLiteral("Picture6(%1)").arg(i - 1), this);
             effect.here->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
             parts_.tips.SetToolTip(*effect.here, {QString(row.caption) + " of the note",
                                                   "What the position that you looked at last has", ""});
@@ -181,6 +184,14 @@ void EffectsPage::showEffects(int mod, int pan, int reverb, int chorus) {
     for (const int value : {mod, pan, reverb, chorus}) {
         effects_[effect].here->setText(QString::number(value));
         effects_[effect].strip->setValue(value);
+        ++effect;
+    }
+}
+
+void EffectsPage::showGraph(int mod, int pan, int reverb, int chorus) {
+    std::size_t effect = 1;
+    for (const int value : {mod, pan, reverb, chorus}) {
+        effects_[effect].graph->showValue(value + kEffectRows[effect].middle);
         ++effect;
     }
 }
@@ -239,6 +250,8 @@ int EffectsPage::placeEffects(int x, const Form& form) {
         const int left = x + kStrip + 6;
         const int room = form.pitch - kStrip - 6 - 4;
         effect.strip->setGeometry(x, 0, kStrip, kHeight);
+        if (effect.graph)
+            effect.graph->setGeometry(x + kStrip, 2, kGraph, kHeight - 4);
         effect.caption->setText(form.shortCaptions ? kEffectRows[i].shortCaption : kEffectRows[i].caption);
         effect.caption->setGeometry(left, 2, form.shortCaptions ? kValue - kHere : room, 12);
         effect.value->setGeometry(left, 16, kValue, 20);

@@ -11,6 +11,7 @@ class QComboBox;
 
 namespace velmora {
 
+class EffectGraph;
 class InstrumentField;
 class ReadOut;
 class Slider;
@@ -43,6 +44,8 @@ public:
     /// Shows the values at a position, and moves the pointers there: `doNotemod`. The selectors keep their
     /// own values. Pan as shown, -64 to 63.
     void showEffects(int mod, int pan, int reverb, int chorus);
+    /// The graph boxes follow the position that plays: `domodgraph`.
+    void showGraph(int mod, int pan, int reverb, int chorus);
     /// `Check1` is the face of `NoteEffectsOn`.
     void showOn(bool on);
 
@@ -56,7 +59,8 @@ private:
         Slider* strip = nullptr;
         ReadOut* value = nullptr;
         StepMark* mark = nullptr;
-        QLabel* here = nullptr; ///< of the position; none for the volume
+        QLabel* here = nullptr;       ///< of the position; none for the volume
+        EffectGraph* graph = nullptr; ///< `Picture6`, likewise
     };
 
     void addInstrument();

@@ -71,6 +71,7 @@ public:
     void PlayAndStop_Click(bool stop);
     /// Plays what is selected.
     void PlaySelection_Click();
+    void setMouseMode(Mouse mode);
     /// From drawing to selecting, and back.
     void FunctionBut_Click();
     /// What stands in the column of a press on the bar.
@@ -137,7 +138,6 @@ private:
     void doNotemod(int position);
     void applyAlong(int x);
     void noteInstrumentPicked(std::int16_t code);
-    void setMouseMode(Mouse mode);
     void clearMarks();
     void showEdited();
     void mentionBoxes();

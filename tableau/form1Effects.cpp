@@ -23,9 +23,12 @@ void form1::bindEffects() {
         page.showEffects(modulation, pan, reverb, chorus);
     };
     screen_.onNotemod = [this](int position) { doNotemod(position); };
-    screen_.onModgraph = [this] {
-        if (app_.workspace.view.NoteEffectsOn)
-            doNotemod(app_.workspace.play.PlayPosition);
+    screen_.onModgraph = [this, &page] {
+        if (!app_.workspace.view.NoteEffectsOn)
+            return;
+        const EffectPlaces places =
+            domodgraph(app_.workspace.score, app_.workspace.play.PlayPosition, ToolPage::kHeight);
+        page.showGraph(places[0].shown, places[1].shown, places[2].shown, places[3].shown);
     };
     page.onPickInstrument = [this] { CmdInst_Click(); };
     page.onChord = [this](int /*type*/) {

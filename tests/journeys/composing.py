@@ -319,3 +319,55 @@ class Stamping(Journey):
         with open(stamped, "rb") as one, open(told, "rb") as other:
             self.assertEqual(one.read(), other.read())
         program.close()
+
+
+class Tools(Journey):
+    """Block editing and Single Note Effects, by the mouse."""
+
+    MAKER, EFFECTS = (29, 102), (29, 122)
+    FIRST_BOX, LOOP, PLAYABLE = (728, 108), (336, 122), (472, 122)
+    SELECT, COPY, OVERWRITE = ((x, 70) for x in (402, 478, 542))
+    CHORD = (342, 121)
+
+    def test_a_part_is_copied_and_pasted(self):
+        program = self.compose()
+        tableau = Tableau(program)
+        tableau.note(2, 60, 3)
+        program.click(*self.MAKER)
+        for place, number in ((self.LOOP, 12), (self.PLAYABLE, 4)):
+            program.click(*place)
+            self.screen.key("ctrl+a")
+            self.screen.type(str(number))
+        program.click(*self.FIRST_BOX)
+        program.click(*self.SELECT)
+        tableau.stroke(tableau.melody(2, 66), tableau.melody(6, 66))
+        program.click(*self.COPY)
+        self.screen.click(*tableau.melody(20, 66))
+        program.click(*self.OVERWRITE)
+        path = self.user.path("home", "pasted.sng")
+        self.screen.key("ctrl+s")
+        program.save_as(path)
+        program.title_becomes("Velmora - pasted.sng")
+        self.assertEqual(filled(path), [2, 3, 4, 20, 21, 22])
+        program.close()
+
+    def test_a_chord_is_dragged_over_three_notes(self):
+        program = self.compose()
+        tableau = Tableau(program)
+        for position in (2, 8, 14):
+            tableau.note(position, 60, 2)
+        program.click(*self.EFFECTS)
+        program.click(*self.CHORD)
+        program.popup()
+        self.screen.key("Down", "Return")
+        wait_for(lambda: not program.popups(), "the list's end")
+        tableau.stroke(tableau.melody(2, 60), tableau.melody(15, 60), button=3)
+        path = self.user.path("home", "chords.sng")
+        self.screen.key("ctrl+s")
+        program.save_as(path)
+        program.title_becomes("Velmora - chords.sng")
+        self.assertEqual(filled(path), [2, 3, 8, 9, 14, 15], "nothing is erased")
+        done = subprocess.run([programs.cli, "trace", path], capture_output=True, text=True, timeout=60)
+        ons = [int(line.split()[2][4:6], 16) for line in done.stdout.splitlines() if line.endswith("90")]
+        self.assertEqual(ons, [67, 71, 74, 79] * 3)
+        program.close()

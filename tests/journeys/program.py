@@ -158,7 +158,7 @@ class Program:
             r, g, b = self.screen.pixel(*self.at(-27, 8))
             return r > 140 and g < 100 and b < 90
         try:
-            wait_for(red, "the title at the window's new size", desktop.patience / 20)
+            wait_for(red, "the title at the window's new size", desktop.patience / 8)
         except desktop.NotInTime:
             pass
 
@@ -206,8 +206,15 @@ class Program:
 
     def close(self):
         """By its title button, with the answer No if it asks."""
-        self.click(-19, 14)
-        wait_for(lambda: not self.running() or self.question(), "the end or the question")
+        answered = lambda: not self.running() or self.question()
+        for _ in range(3):  # the window may still be changing its size, and its button its place
+            self.click(-19, 14)
+            try:
+                wait_for(answered, "", desktop.patience / 3)
+                break
+            except desktop.NotInTime:
+                pass
+        wait_for(answered, "the end or the question")
         if self.running():
             self.screen.key("alt+n")
         self.ends()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Single Note Effects on the Tableau of the composing window.
 #include "form1Fixture.h"
+#include "tableau/EffectGraph.h"
 #include "tableau/Picmain.h"
 
 #include <QLabel>
@@ -126,4 +127,19 @@ TEST_F(form1EffectsTest, AMelodyInstrumentIsRefusedOnAPercussionChannel) {
     onPick();
     EXPECT_EQ(workspace().effects.NoteInstrumentPick, 40);
     EXPECT_EQ(said, "This is a percussion instrument");
+}
+
+TEST_F(form1EffectsTest, WhileThePageIsOpenTheGraphBoxesFollowThePlayPosition) {
+    for (int position = 0; position <= 10; ++position) {
+        score().Modulation_Change.set(0, position, static_cast<std::int16_t>(position * 10));
+        score().Pan_Change.set(0, position, 64);
+    }
+    shown().Lb1_Click(18);
+    std::vector<int> seen;
+    loop.onWait = [&](int) { seen.push_back(child<EffectGraph>("Picture6(0)").value()); };
+    window().Cmd2_Click(3);
+    ASSERT_GE(seen.size(), 5U);
+    EXPECT_TRUE(std::ranges::is_sorted(seen));
+    EXPECT_GE(seen.back(), 40);
+    EXPECT_EQ(child<EffectGraph>("Picture6(1)").value(), 64);
 }
