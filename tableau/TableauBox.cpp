@@ -103,8 +103,10 @@ bool TableauBox::event(QEvent* event) {
     case QEvent::UngrabMouse:
     case QEvent::WindowDeactivate:
     case QEvent::Hide:
-    case QEvent::Leave: // comes with a button held only if the grab was broken
         lose();
+        break;
+    case QEvent::Leave: // a tip that comes up under the mouse sends one in the middle of a stroke
+        loseUnless(QGuiApplication::mouseButtons());
         break;
     default:
         break;
