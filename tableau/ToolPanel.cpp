@@ -52,6 +52,7 @@ void ToolPanel::setOrder() {
 
 void ToolPanel::showPage(Page page) {
     page_ = page;
+    pages_[page]->layOut(width_);
     effects_->showOn(page == Effects); // its tab switches them on, the others off
     for (std::size_t i = 0; i < pages_.size(); ++i) {
         pages_[i]->setVisible(static_cast<Page>(i) == page);
@@ -71,8 +72,9 @@ void ToolPanel::layOut(FormWidth width) {
         ToolPage& page = *pages_[static_cast<std::size_t>(i)];
         page.setGeometry(tabWidth_ + kPadding, 4, this->width() - tabWidth_ - kPadding - 32,
                          ToolPage::kHeight);
-        page.layOut(width);
     }
+    width_ = width;
+    pages_[page_]->layOut(width); // the others when they are shown
     Lb1_[kHidePanel].setGeometry(this->width() - 28, 20, 20, 20);
     update();
 }

@@ -50,6 +50,7 @@ private:
     EditorPage* editor_;
     std::array<ToolPage*, 3> pages_;
     Page page_ = Editor;
+    FormWidth width_ = FormWidth::Full;
     int tabWidth_ = 144;
 };
 
