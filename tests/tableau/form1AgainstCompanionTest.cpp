@@ -37,6 +37,11 @@ protected:
         const int height = channel < kMelodyChannels ? view.Line_Height : kBeatRowHeight;
         return {position * kColumnWidth + 6, (row - view.ViewTopRow) * height + height / 2};
     }
+    void pressOnIndicator(Qt::MouseButton button, int column) {
+        QWidget& bar = child("Pic2a");
+        QTest::mousePress(&bar, button, {}, QPoint(column * kColumnWidth + 6, 10));
+        QTest::mouseRelease(&bar, button, {}, QPoint(column * kColumnWidth + 6, 10));
+    }
     void drawMode() { workspace().view.MouseMode = Mouse::Draw; }
 
     /// One random edit, done in the window; what the companion is told comes back.
@@ -51,7 +56,7 @@ protected:
         const int row = channel < kMelodyChannels ? 43 + upTo(30) : 42 + upTo(3);
         const int first = upTo(90);
         const int last = std::min(97, first + upTo(7));
-        switch (upTo(13)) {
+        switch (upTo(17)) {
         case 0:
         case 1:
         case 2:
@@ -93,8 +98,36 @@ protected:
             window().Cmd2_Click(15);
             return words("insert", {workspace().edit.Txtspc});
         case 12:
+            if (workspace().undoStep() == "Open Score File") // the companion has opened over nothing
+                return words("channel", {score().ActiveChannel});
             window().OpenforUndo();
             return "undo";
+        case 13:
+            window().Cmd2_Click(16);
+            return "duplicate";
+        case 14:
+            if (channel >= kMelodyChannels)
+                return words("channel", {score().ActiveChannel});
+            window().TrackSel_Click(channel);
+            drawMode();
+            workspace().view.NoteEffectsOn = true;
+            press(channel, Qt::RightButton, cell(channel, first, row), cell(channel, first, row));
+            workspace().view.NoteEffectsOn = false;
+            return words("apply", {channel, first, row});
+        case 15: {
+            EffectSelectors& chosen = workspace().effects;
+            chosen.vol3 = static_cast<std::int16_t>(upTo(127));
+            chosen.T2 = static_cast<std::int16_t>(upTo(127) - 64);
+            chosen.T1 = chosen.T3 = chosen.T4 = static_cast<std::int16_t>(upTo(127));
+            window().TrackSel_Click(channel);
+            pressOnIndicator(Qt::RightButton, first);
+            return words("indicator",
+                         {channel, first, chosen.vol3, chosen.T1, chosen.T2, chosen.T3, chosen.T4});
+        }
+        case 16:
+            window().TrackSel_Click(channel);
+            pressOnIndicator(Qt::LeftButton, first);
+            return words("look", {channel, first});
         default:
             workspace().edit.txtStart = static_cast<std::int16_t>(1 + upTo(20));
             window().Cmdo_Click();
