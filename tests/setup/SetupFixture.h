@@ -31,19 +31,7 @@ class SetupFixture : public form1Fixture {
 protected:
     frmsetup& toolbar() {
         if (!toolbar_) {
-            app_ = std::make_unique<Application>(
-                Application{.settings = settings,
-                            .folders = folders,
-                            .skins = skins,
-                            .menu = menu,
-                            .tips = tips,
-                            .dialogs = dialogs,
-                            .loop = loop,
-                            .port = midi,
-                            .devices = midiDevices,
-                            .workspace = workspace(),
-                            .openHelp = [this](const QString& page) { pages.push_back(page.toStdString()); },
-                            .quit = {}});
+            app_ = std::make_unique<Application>(applicationOn(midi, midiDevices));
             toolbar_ = std::make_unique<frmsetup>(*app_, composing(), nullptr);
         }
         return *toolbar_;

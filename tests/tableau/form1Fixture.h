@@ -81,25 +81,28 @@ protected:
     }
     Application& application() {
         if (!application_)
-            application_ = std::make_unique<Application>(
-                Application{.settings = settings,
-                            .folders = folders,
-                            .skins = skins,
-                            .menu = menu,
-                            .tips = tips,
-                            .dialogs = dialogs,
-                            .loop = loop,
-                            .port = port,
-                            .devices = devices,
-                            .workspace = workspace(),
-                            .openHelp = [this](const QString& page) { pages.push_back(page.toStdString()); },
-                            .setup = {.open = [this] { ++setupOpened; },
-                                      .channelChanged = [this] { ++channelChanges; },
-                                      .refresh = [this] { ++refreshes; },
-                                      .pickInstrument = [this](auto picked) { onPick = std::move(picked); },
-                                      .showMapper = [this] { ++mappersShown; }},
-                            .quit = [this] { ++quits; }});
+            application_ = std::make_unique<Application>(applicationOn(port, devices));
         return *application_;
+    }
+    /// What windows are given, with that MIDI port and its chooser.
+    Application applicationOn(MidiPort& midi, DeviceChooser& chooser) {
+        return Application{.settings = settings,
+                           .folders = folders,
+                           .skins = skins,
+                           .menu = menu,
+                           .tips = tips,
+                           .dialogs = dialogs,
+                           .loop = loop,
+                           .port = midi,
+                           .devices = chooser,
+                           .workspace = workspace(),
+                           .openHelp = [this](const QString& page) { pages.push_back(page.toStdString()); },
+                           .setup = {.open = [this] { ++setupOpened; },
+                                     .channelChanged = [this] { ++channelChanges; },
+                                     .refresh = [this] { ++refreshes; },
+                                     .pickInstrument = [this](auto picked) { onPick = std::move(picked); },
+                                     .showMapper = [this] { ++mappersShown; }},
+                           .quit = [this] { ++quits; }};
     }
 
     template<class Part = QWidget>
