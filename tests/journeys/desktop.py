@@ -17,7 +17,9 @@ from xwindows import XWindows
 
 NEEDED = ("Xvfb", "openbox", "xdotool", "xprop", "xrandr")
 
-# No resistance at the edges and no animation: a drag ends where the mouse is let go.
+# No resistance at the edges and no animation: a drag ends where the mouse is let go. No click to focus: it holds the
+# mouse back until the manager has answered, and the server then gives all motions of a hand that was faster the last
+# one's place.
 MANAGER_SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
   <resistance><strength>0</strength><screen_edge_strength>0</screen_edge_strength></resistance>
@@ -27,9 +29,7 @@ MANAGER_SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>
   <desktops><number>1</number><popupTime>0</popupTime></desktops>
   <resize><drawContents>yes</drawContents><popupShow>Never</popupShow></resize>
   <keyboard><keybind key="A-F4"><action name="Close"/></keybind></keyboard>
-  <mouse><context name="Client">
-    <mousebind button="Left" action="Press"><action name="Focus"/><action name="Raise"/></mousebind>
-  </context></mouse>
+  <mouse/>
 </openbox_config>
 """
 
