@@ -167,8 +167,11 @@ void createMelody(Workspace& workspace, int txtStart) {
 
 void duplicateMelody(Workspace& workspace) {
     workspace.keepForUndo("Duplicate notes");
-    CopyMelody(workspace, workspace.view.SelectStart, workspace.edit.Check5 ? 0 : kFirstPercussion,
-               workspace.view.NoteEffectsOn ? kUsedChannels - 1 : kMelodyChannels - 1);
+    const EditState& edit = workspace.edit;
+    // Single Note Effects take percussion in without its box; that is meant.
+    const bool percussion = edit.Check3 || workspace.view.NoteEffectsOn;
+    CopyMelody(workspace, workspace.view.SelectStart, edit.Check5 ? 0 : kFirstPercussion,
+               percussion ? kUsedChannels - 1 : kMelodyChannels - 1);
 }
 
 void takeCycle(EditState& edit, int notesInLoop, int playableNotes) {

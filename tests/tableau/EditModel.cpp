@@ -174,7 +174,7 @@ void EditModel::duplicate(const std::function<void()>& pressCorner) {
 
 void EditModel::duplicateMelody() {
     keepWhole(false);
-    copyMelody(SelectStart, Check5 ? 0 : 8, NoteEffectsOn ? 12 : 7);
+    copyMelody(SelectStart, Check5 ? 0 : 8, NoteEffectsOn || Check3 ? 12 : 7);
 }
 
 void EditModel::create(int txtStart) {

@@ -27,7 +27,7 @@ struct EditModel {
     int ViewFirstColumn = 0, ViewColumns = 99;
     int SelectSpan = 0, ClipChannel = 0;
     int CycleNotes = 0, CycleBeats = 0, TotalNotes = 0, Txtspc = 0;
-    bool CopyonlyOneTrack = false, NoteEffectsOn = false, Check2 = false, Check5 = false;
+    bool CopyonlyOneTrack = false, NoteEffectsOn = false, Check2 = false, Check3 = false, Check5 = false;
     int ActiveChannel = 0, SongEnd = 0;
     std::array<bool, 13> picked{}, muted{}, inUse{}, shown{};
     std::array<int, 13> instrument{}; ///< of each channel

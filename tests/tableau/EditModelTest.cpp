@@ -125,6 +125,8 @@ void Walk::turnSwitches() {
     if (oneIn(4))
         edit.Check2 = model_.Check2 = oneIn(2);
     if (oneIn(4))
+        edit.Check3 = model_.Check3 = oneIn(2);
+    if (oneIn(4))
         edit.Check5 = model_.Check5 = oneIn(2);
     if (oneIn(2)) {
         view.SelectStart = model_.SelectStart = oneIn(8) ? -1 : pick(0, model_.NumNotes + 3);

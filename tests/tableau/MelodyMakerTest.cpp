@@ -182,6 +182,29 @@ TEST_F(MelodyMakerTest, TheEditorsDuplicateBeginsAtTheSelectionWhichGoes) {
     EXPECT_EQ(cell(12, 23), 60);
 }
 
+TEST_F(MelodyMakerTest, TheEditorsBoxesChooseWhatIsDuplicated) {
+    struct Case {
+        bool melody, percussion;
+        std::vector<int> duplicated;
+    };
+    for (const Case& boxes : {Case{false, false, {}}, Case{true, false, {0, 7}}, Case{false, true, {8, 12}},
+                              Case{true, true, {0, 7, 8, 12}}}) {
+        SCOPED_TRACE(testing::Message() << boxes.melody << boxes.percussion);
+        score().ClearNoteArrays();
+        for (const int channel : {0, 7, 8, 12})
+            put(channel, 3, 60);
+        cycle(1, 20, 20);
+        workspace().view.SelectStart = 3;
+        edit().Check5 = boxes.melody;
+        edit().Check3 = boxes.percussion;
+        duplicateMelody(workspace());
+        std::vector<int> duplicated;
+        std::ranges::copy_if(std::array{0, 7, 8, 12}, std::back_inserter(duplicated),
+                             [&](int channel) { return cell(channel, 23) == 60; });
+        EXPECT_EQ(duplicated, boxes.duplicated);
+    }
+}
+
 TEST_F(MelodyMakerTest, RepeatingAloneMendsByMuteAndNotByBox) {
     for (const int channel : {0, 1, 2})
         for (int position = 9; position < 20; ++position)
