@@ -230,9 +230,12 @@ class Desktop:
         the drag, so the hand follows what it sees, as anyone's does."""
         hand = [start[0] + by[0], start[1] + by[1]]
         left, top, width, height = expected
+        begun = self.geometry(window)
+        nudge = 1
         seen = []
 
         def there():
+            nonlocal nudge
             now = self.geometry(window)
             if now == tuple(expected):
                 return True
@@ -240,8 +243,12 @@ class Desktop:
             if len(seen) < 12 or seen[-12:] != [now] * 12:
                 return False
             seen.clear()
-            hand[0] += (left - now[0]) or (left + width - now[0] - now[2])
-            hand[1] += (top - now[1]) or (top + height - now[1] - now[3])
+            if now == begun:  # it may not have heard of the drag yet
+                hand[:] = hand[0] + nudge, hand[1] + nudge
+                nudge = -nudge
+            else:
+                hand[0] += (left - now[0]) or (left + width - now[0] - now[2])
+                hand[1] += (top - now[1]) or (top + height - now[1] - now[3])
             self.do("mousemove", *hand)
             return False
         try:
