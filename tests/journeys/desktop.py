@@ -227,15 +227,13 @@ class Desktop:
 
     def drag_window(self, window, start, by, expected):
         """Drags until the window stands as expected. A manager may count from where the mouse was when it heard of
-        the drag, so the hand follows what it sees, as anyone's does."""
-        hand = [start[0] + by[0], start[1] + by[1]]
-        left, top, width, height = expected
+        the drag, so the hand follows what it sees, as anyone's does, and takes hold again of what doesn't follow."""
         begun = self.geometry(window)
-        nudge = 1
-        seen = []
+        left, top, width, height = expected
+        hand, nudge, seen, idle = [], 1, [], 0
 
         def there():
-            nonlocal nudge
+            nonlocal nudge, idle
             now = self.geometry(window)
             if now == tuple(expected):
                 return True
@@ -244,17 +242,23 @@ class Desktop:
                 return False
             seen.clear()
             if now == begun:  # it may not have heard of the drag yet
+                idle += 1
                 hand[:] = hand[0] + nudge, hand[1] + nudge
                 nudge = -nudge
             else:
                 hand[0] += (left - now[0]) or (left + width - now[0] - now[2])
                 hand[1] += (top - now[1]) or (top + height - now[1] - now[3])
             self.do("mousemove", *hand)
-            return False
-        try:
-            self.drag(start, by, there)
-        except NotInTime:
-            raise AssertionError(f"the window stands at {self.geometry(window)}, not at {tuple(expected)}") from None
+            return idle == 16
+        for _ in range(3):
+            hand[:] = start[0] + by[0], start[1] + by[1]
+            idle = 0
+            try:
+                self.drag(start, by, there)
+            except NotInTime:
+                break
+            if idle < 16:
+                break
         self.geometry_becomes(window, expected)
 
     def key(self, *keys):

@@ -12,6 +12,7 @@ STEP = 30
 
 class Frames(Journey):
     def drag(self, program, start, by, expected):
+        program.laid_out()  # its edges are then where the server says
         self.screen.drag_window(program.window, program.at(*start), by, expected)
 
     def test_a_drag_of_the_title_moves_the_window_and_its_place_is_stored(self):
