@@ -399,6 +399,15 @@ class EditTest(unittest.TestCase):
         self.assertNotes(self.edit("mark 0", "insert 1"), 0, {})
         self.assertEqual(self.call("mark 3000").returncode, 2)
 
+    def test_the_last_position_of_a_long_score_keeps_its_effects(self):
+        self.score = Score(3001)
+        self.note(0, 2999, 60)
+        self.score.effects["Volume"][0][3000] = 50
+        self.assertEqual(self.edit("mark 5").effects["Volume"][0][3000], 50)
+        self.score.effects["Volume"][0][3000] = 127
+        self.score.chord[1][3000] = 3  # where the note indicator writes it
+        self.assertEqual(self.edit("mark 5").chord[1][3000], 3)
+
     def test_a_score_of_usual_length_has_1000_positions_after_the_first(self):
         self.note(0, 999, 60)
         self.assertNotes(self.edit("mark 0", "insert 1"), 0, {1000: 60})
