@@ -6,6 +6,7 @@
 #include "cli/ScoreText.h"
 #include "cli/Words.h"
 #include "score/SngFile.h"
+#include "score/SngText.h"
 #include "shell/ProgramFolders.h"
 #include "shell/SettingsStore.h"
 
@@ -72,27 +73,47 @@ EditJob jobOf(const QCommandLineParser& parser) {
     return job;
 }
 
-/// Long enough for every row of the file, so that nothing is lost that no one could bring back here.
-int numNotesFor(std::string_view text) {
-    const auto longest = std::min<std::size_t>(longestRow(text), kMostNotes + 1);
-    return std::max(kUsualNotes, static_cast<int>(longest) - 1);
+/// Long enough for every row of the file, so that nothing is lost that no one could bring back here: the
+/// effects of the last position stand one further.
+int numNotesFor(std::size_t longestRow) {
+    return static_cast<int>(std::clamp<std::size_t>(longestRow, kUsualNotes, kMostNotes));
+}
+
+bool hasEffectsAt(const Score& score, int index) {
+    const auto differs = [&](const ChannelGrid& grid, std::int16_t cleared) {
+        for (int row = 0; row < kUsedChannels; ++row) {
+            if (grid.valueOr(row, index, cleared) != cleared)
+                return true;
+        }
+        return false;
+    };
+    return differs(score.Polyphonics, 0) || std::ranges::any_of(kEffectSections, [&](const auto& section) {
+               return differs(score.*section.grid, section.cleared);
+           });
+}
+
+/// Ends the score with its last position, as in the window that saved it, if nothing stands behind that.
+void trimEnd(Score& score, std::size_t longestRow) {
+    const int last = score.NumNotes;
+    if (last > kUsualNotes && longestRow == static_cast<std::size_t>(last) && !hasEffectsAt(score, last))
+        score.resizeNotes(last - 1);
 }
 
 int run(const QCommandLineParser& parser) {
     const SngReader reader = readForm(parser);
     const EditJob job = jobOf(parser);
     const std::string text = readScoreText(job.in, reader);
-    const int numNotes = numNotesFor(text);
-    for (const StepCall& call : job.steps)
-        checkPositions(call, numNotes);
-
+    const std::size_t longest = longestRow(text);
     const QTemporaryDir home;
     if (!home.isValid())
         throw Failure("No folder can be made for the step to undo: " + home.errorString().toStdString());
-    HeadlessWindow window(FreshSettings(numNotes),
+    HeadlessWindow window(FreshSettings(numNotesFor(longest)),
                           ProgramFolders(fs::path(QFile::encodeName(home.path()).toStdString())));
     Workspace& workspace = window.workspace;
     parseSng(text, reader, workspace.score, workspace.setup);
+    trimEnd(workspace.score, longest);
+    for (const StepCall& call : job.steps)
+        checkPositions(call, workspace.score.NumNotes);
     for (const StepCall& call : job.steps)
         perform(call, window);
 

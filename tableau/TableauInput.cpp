@@ -277,7 +277,10 @@ void TableauInput::keepForUndo() {
     if (stroke_.keptForUndo || stroke_.box == Box::Beatbox)
         return;
     stroke_.keptForUndo = true;
-    workspace_.undo.SaveforUndo(workspace_.score, workspace_.setup);
+    if (stroke_.button == MouseButton::Left)
+        workspace_.undo.SaveforUndo(workspace_.score, workspace_.setup);
+    else // undoing the form of one channel would cost that channel its chords
+        workspace_.keepForUndo(UndoSnapshot::kNoteStep);
 }
 
 void TableauInput::markEdited() {

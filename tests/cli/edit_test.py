@@ -295,6 +295,18 @@ class EditTest(unittest.TestCase):
             self.assertNotEqual(changed.cell, was.cell, step)
             self.assertEqual((made.cell, made.instrument, made.effects), (was.cell, was.instrument, was.effects), step)
 
+    def test_undo_of_a_right_click_costs_the_channel_no_chord(self):
+        self.note(1, 5, 60, 3)
+        self.note(1, 20, 60)
+        self.score.chord[2][5] = 3
+        self.score.chord[2][20] = 4
+        self.score.effects["Pan_Change"][1][6] = 9
+        before = self.score.text()
+        for step in ("erase 1 7 60", "apply 1 7 60"):
+            self.edit("chord 6", step, "undo")
+            with open(self.out, newline="") as out:
+                self.assertEqual(out.read(), before, step)
+
     def test_undo_with_nothing_to_undo_changes_nothing(self):
         self.note(0, 0, 60, 4)
         before = self.score.text()
@@ -398,6 +410,15 @@ class EditTest(unittest.TestCase):
         self.assertNotes(self.edit("mark 5"), 0, {2999: 60})
         self.assertNotes(self.edit("mark 0", "insert 1"), 0, {})
         self.assertEqual(self.call("mark 3000").returncode, 2)
+
+    def test_the_last_position_of_a_long_score_keeps_its_effects(self):
+        self.score = Score(3001)
+        self.note(0, 2999, 60)
+        self.score.effects["Volume"][0][3000] = 50
+        self.assertEqual(self.edit("mark 5").effects["Volume"][0][3000], 50)
+        self.score.effects["Volume"][0][3000] = 127
+        self.score.chord[1][3000] = 3  # where the note indicator writes it
+        self.assertEqual(self.edit("mark 5").chord[1][3000], 3)
 
     def test_a_score_of_usual_length_has_1000_positions_after_the_first(self):
         self.note(0, 999, 60)
