@@ -252,14 +252,17 @@ void frmsetup::TrackHide_Click(int channel, bool hidden) {
 /// To the active channel, and to its notes within the selection, which "Undo Last note" brings back.
 void frmsetup::applyInstrument() {
     Workspace& workspace = app_.workspace;
-    if (workspace.view.SelectStart >= 0)
-        workspace.undo.SaveforUndo(workspace.score, workspace.setup);
+    const auto keep = [&workspace] {
+        workspace.undo.SaveforUndo(workspace.score, workspace.setup, "Instrument");
+    };
     if (workspace.score.ActiveChannel < kFirstPercussion)
         applyMelodyInstrument(workspace.score, workspace.instruments,
-                              settings::read(app_.settings, settings::Intrumentval), workspace.view);
+                              settings::read(app_.settings, settings::Intrumentval), workspace.view, keep);
     else
         applyPercussionInstrument(workspace.score, workspace.instruments,
-                                  settings::read(app_.settings, settings::Intrumentval2), workspace.view);
+                                  settings::read(app_.settings, settings::Intrumentval2), workspace.view,
+                                  keep);
+    ask(form_.showUndo);
 }
 
 void frmsetup::LblInst_DblClick() {

@@ -68,7 +68,8 @@ protected:
                 },
             .toggleMuted = [this](int channel) { workspace().toggleMuted(channel); },
             .showInstruments = note("instruments"),
-            .showChannels = note("channels")};
+            .showChannels = note("channels"),
+            .showUndo = note("undo")};
     }
 
     template<class Part = QWidget>
