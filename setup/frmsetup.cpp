@@ -66,7 +66,6 @@ frmsetup::frmsetup(Application& application, ComposingWindow form, QWidget* comp
     channels_->TrackHide_Click = [this](int channel, bool hidden) { TrackHide_Click(channel, hidden); };
     channels_->LblInst_DblClick = [this] { LblInst_DblClick(); };
     sound_->lblVolume_Change = [this](std::int16_t value) { lblVolume_Change(value); };
-    loadSettings();
     openAtStoredPlace();
     Lmnu_Click(kFirstPanel);
     refresh();
@@ -106,14 +105,6 @@ void frmsetup::addKeys() {
     bind(QKeySequence("Ctrl+Shift+Tab"), -1);
     bind(QKeySequence("Ctrl+PgDown"), 1);
     bind(QKeySequence("Ctrl+PgUp"), -1);
-}
-
-/// The meter and the two staffs are read with the workspace, so that a toolbar which comes up later changes
-/// no score that is open by then.
-void frmsetup::loadSettings() {
-    ViewState& view = app_.workspace.view;
-    view.Line_Height = lineHeightWithin(settings::read(app_.settings, settings::Line_Height));
-    view.Show_Sharp_guides = settings::read(app_.settings, settings::Show_Sharp_guides) != 0;
 }
 
 void frmsetup::saveSettings() {
