@@ -125,17 +125,20 @@ void frmsetup::saveSettings() {
     settings::save(app_.settings, settings::NumNotes, workspace.score.NumNotes);
 }
 
-/// At the stored place. At first beside the composing window, or else in its lower right, where its buttons
-/// stay free; on the screen in any case.
+/// At the stored place, on whichever screen that is. At first beside the composing window, or else in its
+/// lower right, where its buttons stay free; on the screen in any case.
 void frmsetup::openAtStoredPlace() {
-    const QRect screen = this->screen()->availableGeometry();
+    QRect screen = this->screen()->availableGeometry();
     const QRect around = parentWidget() ? parentWidget()->geometry() : screen;
     QPoint place(around.right() + kBeside, around.top());
     if (place.x() + width() > screen.right())
         place = around.bottomRight() - kInside - QPoint(width(), height());
-    if (!app_.settings.GetSetting("Settings", settings::frmsetup_left.key, "").empty())
+    if (!app_.settings.GetSetting("Settings", settings::frmsetup_left.key, "").empty()) {
         place = {pixelsOfTwips(settings::read(app_.settings, settings::frmsetup_left)),
                  pixelsOfTwips(settings::read(app_.settings, settings::frmsetup_top))};
+        if (const QScreen* there = QGuiApplication::screenAt(place + rect().center()))
+            screen = there->availableGeometry();
+    }
     place.setX(std::clamp(place.x(), screen.left(), std::max(screen.left(), screen.right() + 1 - width())));
     place.setY(std::clamp(place.y(), screen.top(), std::max(screen.top(), screen.bottom() + 1 - height())));
     move(place);
