@@ -135,7 +135,8 @@ ComposingWindow Program::composingWindow() {
             .setRightClickMode = [&form](RightClick mode) { form.setRightClickMode(mode); },
             .toggleMuted = [&form](int channel) { form.toggleMuted(channel); },
             .showInstruments = [&form] { form.showNextNote(); },
-            .showChannels = [&form] { form.showChannels(); }};
+            .showChannels = [&form] { form.showChannels(); },
+            .showUndo = [&form] { form.showUndo(); }};
 }
 
 void Program::pickInstrument(std::function<void()> picked) {

@@ -10,17 +10,24 @@
 namespace velmora {
 
 namespace {
-int applyToSelection(Score& score, std::int16_t code, const ViewState& view) {
+int applyToSelection(Score& score, std::int16_t code, const ViewState& view,
+                     const std::function<void()>& beforeChange) {
     if (view.SelectStart < 0)
         return 0;
-    int changed = 0;
+    const int channel = score.ActiveChannel;
+    bool asked = !beforeChange;
+    int taken = 0;
     const int last = std::min(view.SelectEnd, score.NumNotes);
     for (int position = view.SelectStart; position <= last; ++position) {
-        if (cellClass(score.NoteCell.valueOr(score.ActiveChannel, position, kEmptyCell)) == CellClass::Empty)
+        if (cellClass(score.NoteCell.valueOr(channel, position, kEmptyCell)) == CellClass::Empty)
             continue;
-        changed += score.NoteInstrument.set(score.ActiveChannel, position, code) ? 1 : 0;
+        if (!asked && score.NoteInstrument.valueOr(channel, position, code) != code) {
+            beforeChange();
+            asked = true;
+        }
+        taken += score.NoteInstrument.set(channel, position, code) ? 1 : 0;
     }
-    return changed;
+    return taken;
 }
 
 void applyToChannel(Score& score, std::int16_t code) {
@@ -30,21 +37,23 @@ void applyToChannel(Score& score, std::int16_t code) {
 } // namespace
 
 int applyMelodyInstrument(Score& score, InstrumentSelection& chosen, std::int16_t storedCode,
-                          const ViewState& view) {
+                          const ViewState& view, const std::function<void()>& beforeChange) {
     if (chosen.MelodyInstrumentName.empty())
         chosen.MelodyInstrument = storedCode;
+    const int taken = applyToSelection(score, chosen.MelodyInstrument, view, beforeChange);
     if (score.ActiveChannel < kFirstPercussion)
         applyToChannel(score, chosen.MelodyInstrument);
-    return applyToSelection(score, chosen.MelodyInstrument, view);
+    return taken;
 }
 
 int applyPercussionInstrument(Score& score, InstrumentSelection& chosen, std::int16_t storedCode,
-                              const ViewState& view) {
+                              const ViewState& view, const std::function<void()>& beforeChange) {
     if (chosen.PercussionInstrumentName.empty())
         chosen.PercussionInstrument = storedCode;
+    const int taken = applyToSelection(score, chosen.PercussionInstrument, view, beforeChange);
     if (score.ActiveChannel >= kFirstPercussion)
         applyToChannel(score, chosen.PercussionInstrument);
-    return applyToSelection(score, chosen.PercussionInstrument, view);
+    return taken;
 }
 
 } // namespace velmora

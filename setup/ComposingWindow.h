@@ -19,6 +19,7 @@ struct ComposingWindow {
     std::function<void(int channel)> toggleMuted;      ///< mutes the channel, and silences it, or the reverse
     std::function<void()> showInstruments;             ///< other instruments are picked
     std::function<void()> showChannels;                ///< other channels are active, in use or muted
+    std::function<void()> showUndo;                    ///< there may be another step to take back
 };
 
 template<class... Arguments, class... Values>

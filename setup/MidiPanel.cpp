@@ -132,6 +132,7 @@ void MidiPanel::setLength(std::int64_t numNotes) {
     settings::save(app_.settings, settings::NumNotes, app_.workspace.score.NumNotes);
     Text1->setText(QString::number(app_.workspace.score.NumNotes));
     ask(form_.NumNotesChanged);
+    ask(form_.showUndo);
 }
 
 void MidiPanel::refresh() {

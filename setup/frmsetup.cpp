@@ -66,7 +66,6 @@ frmsetup::frmsetup(Application& application, ComposingWindow form, QWidget* comp
     channels_->TrackHide_Click = [this](int channel, bool hidden) { TrackHide_Click(channel, hidden); };
     channels_->LblInst_DblClick = [this] { LblInst_DblClick(); };
     sound_->lblVolume_Change = [this](std::int16_t value) { lblVolume_Change(value); };
-    loadSettings();
     openAtStoredPlace();
     Lmnu_Click(kFirstPanel);
     refresh();
@@ -108,14 +107,6 @@ void frmsetup::addKeys() {
     bind(QKeySequence("Ctrl+PgUp"), -1);
 }
 
-/// The meter and the two staffs are read with the workspace, so that a toolbar which comes up later changes
-/// no score that is open by then.
-void frmsetup::loadSettings() {
-    ViewState& view = app_.workspace.view;
-    view.Line_Height = lineHeightWithin(settings::read(app_.settings, settings::Line_Height));
-    view.Show_Sharp_guides = settings::read(app_.settings, settings::Show_Sharp_guides) != 0;
-}
-
 void frmsetup::saveSettings() {
     const Workspace& workspace = app_.workspace;
     const auto saveFlag = [this](const settings::Int16& key, bool flag) {
@@ -134,17 +125,20 @@ void frmsetup::saveSettings() {
     settings::save(app_.settings, settings::NumNotes, workspace.score.NumNotes);
 }
 
-/// At the stored place. At first beside the composing window, or else in its lower right, where its buttons
-/// stay free; on the screen in any case.
+/// At the stored place, on whichever screen that is. At first beside the composing window, or else in its
+/// lower right, where its buttons stay free; on the screen in any case.
 void frmsetup::openAtStoredPlace() {
-    const QRect screen = this->screen()->availableGeometry();
+    QRect screen = this->screen()->availableGeometry();
     const QRect around = parentWidget() ? parentWidget()->geometry() : screen;
     QPoint place(around.right() + kBeside, around.top());
     if (place.x() + width() > screen.right())
         place = around.bottomRight() - kInside - QPoint(width(), height());
-    if (!app_.settings.GetSetting("Settings", settings::frmsetup_left.key, "").empty())
+    if (!app_.settings.GetSetting("Settings", settings::frmsetup_left.key, "").empty()) {
         place = {pixelsOfTwips(settings::read(app_.settings, settings::frmsetup_left)),
                  pixelsOfTwips(settings::read(app_.settings, settings::frmsetup_top))};
+        if (const QScreen* there = QGuiApplication::screenAt(place + rect().center()))
+            screen = there->availableGeometry();
+    }
     place.setX(std::clamp(place.x(), screen.left(), std::max(screen.left(), screen.right() + 1 - width())));
     place.setY(std::clamp(place.y(), screen.top(), std::max(screen.top(), screen.bottom() + 1 - height())));
     move(place);
@@ -252,14 +246,17 @@ void frmsetup::TrackHide_Click(int channel, bool hidden) {
 /// To the active channel, and to its notes within the selection, which "Undo Last note" brings back.
 void frmsetup::applyInstrument() {
     Workspace& workspace = app_.workspace;
-    if (workspace.view.SelectStart >= 0)
-        workspace.undo.SaveforUndo(workspace.score, workspace.setup);
+    const auto keep = [&workspace] {
+        workspace.undo.SaveforUndo(workspace.score, workspace.setup, "Instrument");
+    };
     if (workspace.score.ActiveChannel < kFirstPercussion)
         applyMelodyInstrument(workspace.score, workspace.instruments,
-                              settings::read(app_.settings, settings::Intrumentval), workspace.view);
+                              settings::read(app_.settings, settings::Intrumentval), workspace.view, keep);
     else
         applyPercussionInstrument(workspace.score, workspace.instruments,
-                                  settings::read(app_.settings, settings::Intrumentval2), workspace.view);
+                                  settings::read(app_.settings, settings::Intrumentval2), workspace.view,
+                                  keep);
+    ask(form_.showUndo);
 }
 
 void frmsetup::LblInst_DblClick() {

@@ -22,7 +22,8 @@ class TimingPanel;
 struct Application;
 
 /// The setup toolbar, titled "Editor": channels, instruments, sound, timing and the MIDI device. It floats
-/// over the composing window, and shows what the workspace holds.
+/// over the composing window, and shows what the workspace holds, which has read the settings: a toolbar that
+/// comes up later changes no score that is open by then.
 ///
 // clang-format off
 /// | Panel of `Lmnu`(i)        | Controls                           | What they set                            |
@@ -77,7 +78,6 @@ private:
 
     [[nodiscard]] std::array<QAbstractButton*, kPanels> addTabs();
     void addKeys();
-    void loadSettings();
     void saveSettings();
     void openAtStoredPlace();
     void applyInstrument();

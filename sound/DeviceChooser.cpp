@@ -3,15 +3,40 @@
 
 #include "sound/ShortMessage.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velmora {
 
 DeviceChooser::DeviceChooser(MidiPort& port, DevicesKey key) : port_(port), key_(std::move(key)) {}
 
+void DeviceChooser::openPort(int device) {
+    MidiResult = port_.open(device);
+    const bool asChosen = MidiResult == MidiPort::kOk && device == MidiDevice;
+    openName_ = asChosen && device != MidiPort::kMapper ? port_.deviceName(device) : std::string();
+}
+
+void DeviceChooser::closePort() {
+    MidiResult = port_.close();
+    openName_.clear();
+}
+
 void DeviceChooser::resetAndClose() {
     port_.reset();
     closePort();
+}
+
+/// The index of the open device; the mapper's if it has gone.
+int DeviceChooser::placeOfOpen(std::span<const std::string> devices) {
+    const auto found = std::ranges::find(devices, openName_);
+    if (found == devices.end())
+        return MidiPort::kMapper;
+    const auto place = static_cast<int>(found - devices.begin());
+    if (place != MidiDevice) {
+        MidiDevice = place;
+        key_.write(place);
+    }
+    return place;
 }
 
 void DeviceChooser::openAtActivation() {
@@ -72,6 +97,8 @@ DeviceChooser::List DeviceChooser::list() {
         chosen = count > 1 ? MidiPort::kMapper : count - 1;
         key_.write(*chosen);
     }
+    if (*chosen == MidiDevice && !openName_.empty())
+        chosen = placeOfOpen(std::span(shown.texts).subspan(1));
     if (*chosen >= MidiPort::kMapper && *chosen < count)
         shown.item = *chosen + 1;
     return shown;

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -51,7 +52,8 @@ public:
         int item;                       ///< the chosen one; 0 where the chosen device is not there
     };
     /// What `Combo2` shows. Where the key is missing it is written with the number of devices less one, which
-    /// is the only device's index, but with the mapper's where there are more.
+    /// is the only device's index, but with the mapper's where there are more. The key follows the open
+    /// device where others come or go before it.
     [[nodiscard]] List list();
 
     struct Message {
@@ -67,14 +69,16 @@ public:
 private:
     static constexpr int kRetriedBelow = 9;
 
-    void openPort(int device) { MidiResult = port_.open(device); }
-    void closePort() { MidiResult = port_.close(); }
+    void openPort(int device);
+    void closePort();
     void resetAndClose();
+    [[nodiscard]] int placeOfOpen(std::span<const std::string> devices);
 
     MidiPort& port_;
     DevicesKey key_;
     int MidiDevice = MidiPort::kMapper; ///< from the settings, also where another one was opened instead
     int MidiResult = MidiPort::kOk;     ///< of the last open or close
+    std::string openName_;              ///< of the chosen device while it is open; blank otherwise
 };
 
 } // namespace velmora

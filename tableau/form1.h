@@ -115,6 +115,8 @@ public:
     void showChannels();
     /// The read-outs say what the next note will sound like.
     void showNextNote();
+    /// The undo commands say what they would take back.
+    void showUndo();
 
 protected:
     void moveEnded() override;
@@ -141,7 +143,6 @@ private:
     void clearMarks();
     void showEdited();
     void mentionBoxes();
-    void showUndo();
     void bindBars();
     void showTip(Picmain::Surface surface);
     void rightPress(Picmain::Surface surface, QPoint at);

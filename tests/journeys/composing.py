@@ -258,11 +258,7 @@ class SecondScreen(Journey):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        width, height = cls.SIZE
-        for monitor in (("one", f"{cls.FIRST}/361x{height}/529+0+0", "screen"),
-                        ("two", f"{width - cls.FIRST}/375x{height}/265+{cls.FIRST}+0", "none")):
-            subprocess.run(["xrandr", "--setmonitor", *monitor], check=True, env=cls.screen.environment,
-                           timeout=60, capture_output=True)
+        cls.screen.split(cls.FIRST)
 
     def test_a_window_that_comes_there_is_drawn_on_as_before(self):
         program = self.compose(user=self.new_user(QT_SCREEN_SCALE_FACTORS="1;2"))

@@ -127,6 +127,14 @@ class Desktop:
         wait_for(lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
                  "a window manager", 30)
 
+    def split(self, first):
+        """Makes two screens of the one, side by side; the left one is so wide."""
+        width, height = self.size
+        for monitor in (("one", f"{first}/361x{height}/529+0+0", "screen"),
+                        ("two", f"{width - first}/375x{height}/265+{first}+0", "none")):
+            subprocess.run(["xrandr", "--setmonitor", *monitor], check=True, env=self.environment, timeout=60,
+                           capture_output=True)
+
     # What is on the screen.
 
     def run(self, *words):

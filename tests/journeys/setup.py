@@ -77,3 +77,18 @@ class SetupToolbar(Journey):
         self.screen.key("space")
         self.screen.key("space")
         program.close()
+
+
+class SetupOnTheSecondScreen(Journey):
+    SIZE = (2732, 768)
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.screen.split(1366)
+
+    def test_it_comes_up_where_it_was_left(self):
+        self.user.keep(frmsetup=1, frmsetup_left=1600 * 15, frmsetup_top=100 * 15)
+        program = self.compose()
+        self.screen.geometry_becomes(self.screen.window(EDITOR), (1600, 100, 520, 340))
+        program.close()

@@ -5,6 +5,7 @@
 #include "score/ViewState.h"
 #include "sound/Instruments.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace velmora;
@@ -45,6 +46,22 @@ TEST_F(ApplyInstrumentTest, HeadsAndContinuationsWithinTheMarksTakeTheCodeAndEmp
     EXPECT_EQ(score.NoteInstrument.at(0, 6), 0);
     EXPECT_EQ(score.NoteInstrument.at(0, 7), 0);
     EXPECT_EQ(score.NoteInstrument.at(1, 4), 0);
+}
+
+TEST_F(ApplyInstrumentTest, TheCallerHearsOnceBeforeACellChangesAndNeverWhereNoneDoes) {
+    score.NoteCell.set(0, 4, 60);
+    score.NoteCell.set(0, 6, 60);
+    chosen.MelodyInstrumentName = "Nylon Guitar";
+    std::vector<int> heard;
+    const auto before = [&] { heard.push_back(score.ChannelInstrument[0]); };
+    applyMelodyInstrument(score, chosen, 7, view, before);
+    EXPECT_THAT(heard, testing::IsEmpty()); // no selection
+    score.ChannelInstrument[0] = 5;
+    mark(0, 20);
+    applyMelodyInstrument(score, chosen, 7, view, before);
+    EXPECT_THAT(heard, testing::ElementsAre(5));
+    applyMelodyInstrument(score, chosen, 7, view, before);
+    EXPECT_EQ(heard.size(), 1U); // the notes have the instrument already
 }
 
 TEST_F(ApplyInstrumentTest, WithABlankNameTheStoredCodeIsTakenFirst) {

@@ -63,7 +63,21 @@ TEST_F(ChannelsPanelTest, SelectingAChannelGivesItsSelectedNotesTheInstrument) {
     click(control("TrackSel", 1));
     EXPECT_EQ(score().NoteInstrument.at(1, 1), 24);
     EXPECT_EQ(score().NoteInstrument.at(1, 2), 73);
-    EXPECT_EQ(workspace().undo.UndoChannel, 1);
+    EXPECT_EQ(workspace().undoStep(), "Instrument");
+    EXPECT_THAT(asked, Contains("undo"));
+    EXPECT_TRUE(workspace().undoLast());
+    EXPECT_EQ(score().NoteInstrument.at(1, 2), 24);
+}
+
+TEST_F(ChannelsPanelTest, AnInstrumentThatChangesNoNoteLeavesTheUndoStep) {
+    putNotes(score(), 1, 60, 3);
+    workspace().view.SelectStart = 2;
+    workspace().view.SelectEnd = 3;
+    workspace().keepForUndo("Cut Selection");
+    opened(1);
+    click(control("TrackSel", 1)); // whose notes have the instrument already
+    click(control("TrackSel", 2)); // which has none
+    EXPECT_EQ(workspace().undoStep(), "Cut Selection");
 }
 
 TEST_F(ChannelsPanelTest, AChannelThatIsRefusedKeepsTheOldOneMarked) {

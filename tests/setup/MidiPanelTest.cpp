@@ -80,7 +80,7 @@ TEST_F(MidiPanelTest, NotesAreAdded) {
     EXPECT_EQ(score().NumNotes, 1200);
     EXPECT_EQ(shownIn("Text1"), "1200");
     EXPECT_EQ(stored("NumNotes"), "1200");
-    EXPECT_THAT(asked, ElementsAre("length"));
+    EXPECT_THAT(asked, ElementsAre("length", "undo"));
 }
 
 TEST_F(MidiPanelTest, NotesAreSubtracted) {

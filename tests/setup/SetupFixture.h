@@ -15,7 +15,9 @@ class DevicesPort : public RecordingPort {
 public:
     using RecordingPort::RecordingPort;
     int deviceCount() override { return static_cast<int>(names.size()); }
-    std::string deviceName(int device) override { return names.at(static_cast<std::size_t>(device)); }
+    std::string deviceName(int device) override {
+        return device >= 0 && device < deviceCount() ? names[static_cast<std::size_t>(device)] : "";
+    }
     int open(int device) override {
         opened.push_back(device);
         return failing && device >= 0 ? 1 : kOk;
@@ -66,7 +68,8 @@ protected:
                 },
             .toggleMuted = [this](int channel) { workspace().toggleMuted(channel); },
             .showInstruments = note("instruments"),
-            .showChannels = note("channels")};
+            .showChannels = note("channels"),
+            .showUndo = note("undo")};
     }
 
     template<class Part = QWidget>

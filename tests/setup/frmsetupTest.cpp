@@ -110,6 +110,14 @@ TEST_F(frmsetupTest, LoadReadsTheSettings) {
     EXPECT_EQ(workspace().view.Line_Height, 12);
 }
 
+TEST_F(frmsetupTest, ComingUpItChangesNothingThatIsDrawn) {
+    store("Show_Sharp_guides", "2"); // rubbish: only 1 draws them
+    EXPECT_FALSE(workspace().view.Show_Sharp_guides);
+    opened(5);
+    EXPECT_FALSE(control<QCheckBox>("Check1").isChecked());
+    EXPECT_FALSE(workspace().view.Show_Sharp_guides);
+}
+
 TEST_F(frmsetupTest, AnEmptyStoreGivesTheDefaults) {
     EXPECT_EQ(shownIn("TxtMeter"), "4");
     EXPECT_EQ(shownIn("NoteX"), "4");

@@ -19,7 +19,9 @@ public:
     std::string calls;
 
     [[nodiscard]] int deviceCount() override { return static_cast<int>(names.size()); }
-    [[nodiscard]] std::string deviceName(int device) override { return names.at(device); }
+    [[nodiscard]] std::string deviceName(int device) override {
+        return device >= 0 && device < deviceCount() ? names[static_cast<std::size_t>(device)] : "";
+    }
     int open(int device) override {
         const bool works = !script.empty() && script.front();
         if (!script.empty())
@@ -191,6 +193,39 @@ TEST_F(DeviceChooserTest, AChosenDeviceThatIsNotThereShowsTheMapperAndStaysChose
         EXPECT_EQ(key, gone);
     }
     EXPECT_THAT(written, IsEmpty());
+}
+
+TEST_F(DeviceChooserTest, TheOpenDeviceStaysChosenWhenOneBeforeItComesOrGoes) {
+    port.names = {"Velmora Synthesizer", "a", "b"};
+    port.script = {true};
+    EXPECT_FALSE(chooser.choose(3));
+    port.calls.clear();
+    port.names = {"Velmora Synthesizer", "b", "c"};
+    EXPECT_EQ(chooser.list().item, 2);
+    EXPECT_EQ(key, 1);
+    port.names = {"Velmora Synthesizer", "0", "a", "b"};
+    EXPECT_EQ(chooser.list().item, 4);
+    EXPECT_EQ(key, 3);
+    EXPECT_EQ(chooser.reopenIfChanged(), DeviceChooser::Reopened::No);
+    EXPECT_EQ(port.calls, "");
+}
+
+TEST_F(DeviceChooserTest, AnotherDeviceInThePlaceOfTheOpenOneIsNotShownAsChosen) {
+    port.names = {"Velmora Synthesizer", "a", "b"};
+    port.script = {true};
+    EXPECT_FALSE(chooser.choose(2));
+    port.names = {"Velmora Synthesizer", "b"};
+    EXPECT_EQ(chooser.list().item, 0);
+    EXPECT_EQ(key, 1);
+}
+
+TEST_F(DeviceChooserTest, ADeviceOpenedInThePlaceOfTheChosenOneDoesNotBecomeTheChoice) {
+    port.names = {"Velmora Synthesizer", "a", "b"};
+    key = 1;
+    port.script = {false, true};
+    chooser.openAtActivation();
+    EXPECT_EQ(chooser.list().item, 2);
+    EXPECT_EQ(key, 1);
 }
 
 TEST_F(DeviceChooserTest, TheStartUpCheckComplainsOnlyWithoutAnyDevice) {
