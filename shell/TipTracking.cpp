@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // How the tips follow the mouse.
 #include "shell/ExToolTip.h"
-#include "shell/TipWindow.h"
 
-#include <QCursor>
 #include <QEnterEvent>
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QWidget>
 
@@ -63,14 +62,10 @@ void ExToolTip::controlEvent(QWidget& window, const QEvent& event) {
 void ExToolTip::windowEvent(QWidget& window, const QEvent& event) {
     switch (event.type()) {
     case QEvent::Enter:
-        mouseMoved(window, static_cast<const QEnterEvent&>(event).globalPosition().toPoint(), Qt::NoButton);
+        mouseMoved(window, static_cast<const QEnterEvent&>(event).globalPosition().toPoint(),
+                   QGuiApplication::mouseButtons());
         break;
     case QEvent::Leave:
-        // In a corner of the screen the tip's shadow may take the mouse: going for that, it would come again
-        // and again.
-        if (tip_->isVisible() && tip_->geometry().contains(QCursor::pos()))
-            break;
-        [[fallthrough]];
     case QEvent::Hide:
         mouseLeft(window);
         break;

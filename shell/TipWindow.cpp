@@ -21,8 +21,10 @@ QRect screenAt(QPoint mouse, const QWidget& owner) {
 } // namespace
 
 TipWindow::TipWindow()
-    : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus |
-                           Qt::WindowTransparentForInput) {
+    // Staying on top goes without saying for a tip. Said late, by the platform, it costs the window that was
+    // made first, and the next one takes the mouse.
+    : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                           Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput) {
     setObjectName(QStringLiteral("NQV-EXTOOLTIP"));
     setWindowTitle(objectName());
     setAttribute(Qt::WA_ShowWithoutActivating);

@@ -18,10 +18,10 @@ inline constexpr int kLongTipCount = 11;
 /// | Index | Control             | Index | Control                              |
 /// |-------|---------------------|-------|--------------------------------------|
 /// | 1     | `MusicBox`          | 7     | `CmdInst`, `Text5`                   |
-/// | 2     | `Beatbox`, `Label9` | 8     | `Combo3`                             |
+/// | 2     | `Beatbox`           | 8     | `Combo3`                             |
 /// | 3     | `PicX`, `SideBar`   | 9     | the strips from `lblVolume` to `LblChorus` |
-/// | 4     | `Pic2a`             | 10    | `CmdUndo`, `Lb1`(20)                 |
-/// | 5     | `Pic3`              | 11    | `Check4`, `Lb1`(21)                  |
+/// | 4     | `Pic2a`             | 10    | `Lb1`(20), `CmdUndo`                 |
+/// | 5     | `Pic3`              | 11    | `Lb1`(21), `Check4`                  |
 /// | 6     | `Label8`            |       |                                      |
 [[nodiscard]] const LongTip& dotips(int index);
 

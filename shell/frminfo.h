@@ -26,12 +26,13 @@ class ExToolTip;
 
 /// The tip window of a right click in Tips mode. It never takes the focus.
 ///
-/// | Control      | What the user sees | What it does                                     |
-/// |--------------|--------------------|--------------------------------------------------|
-/// | `Label1`     | the text           |                                                  |
-/// | closePicture | a cross            | "Don't show Tips": `onDontShow`, and it closes   |
-/// | `Timer1`     |                    | closes it when the text can have been read; waits while the mouse is
-/// on it |
+// clang-format off
+/// | Control      | What the user sees | What it does                                                               |
+/// |--------------|--------------------|----------------------------------------------------------------------------|
+/// | `Label1`     | the text           |                                                                            |
+/// | closePicture | a cross            | "Don't show Tips": `onDontShow`, and it closes                             |
+/// | `Timer1`     |                    | closes it when the text can have been read; waits while the mouse is on it |
+// clang-format on
 class frminfo : public QWidget {
 public:
     /// @p tips shows the tool text of the cross.

@@ -105,7 +105,7 @@ bool TableauBox::event(QEvent* event) {
     case QEvent::Hide:
         lose();
         break;
-    case QEvent::Leave: // a tip that comes up under the mouse sends one in the middle of a stroke
+    case QEvent::Leave: // a window that comes up under the mouse sends one in the middle of a stroke
         loseUnless(QGuiApplication::mouseButtons());
         break;
     default:

@@ -33,15 +33,17 @@ struct LeftScore;
 
 /// The composing window: an assembly of strips. It hands every press on to the room that works it out.
 ///
-/// | Control                | What the user sees                        | Routine                     |
-/// |------------------------|-------------------------------------------|-----------------------------|
-/// | `toolbMenu`, `Lmnu`    | "File", "Edit", "Tools", "Help"           | popups of `Frmmenu`         |
-/// | `Cmd2`, `Lb1`          | the command buttons, see Commands.h       | `Cmd2_Click`, `Lb1_Click`   |
-/// | `toolPanel`            | Melody Maker, Single Note Effects, Score Editor |                       |
-/// | `Label8`               | the squares of the channels               | `Label8_Click`; a right press mutes
-/// | | `TopBarOverlay`        | read-outs of the note and the score       |                             | |
-/// `Picmain`              | the Tableau                               | right press: see RightClick | |
-/// `textLine`             | tool text; what a right click does        | `Lb1_Click`(13 to 15)       |
+// clang-format off
+/// | Control             | What the user sees                              | Routine                               |
+/// |---------------------|-------------------------------------------------|---------------------------------------|
+/// | `toolbMenu`, `Lmnu` | "File", "Edit", "Tools", "Help"                 | popups of `Frmmenu`                   |
+/// | `Cmd2`, `Lb1`       | the command buttons, see Commands.h             | `Cmd2_Click`, `Lb1_Click`             |
+/// | `toolPanel`         | Melody Maker, Single Note Effects, Score Editor |                                       |
+/// | `Label8`            | the squares of the channels                     | `Label8_Click`; a right press mutes   |
+/// | `TopBarOverlay`     | read-outs of the note and the score             |                                       |
+/// | `Picmain`           | the Tableau                                     | right press: see RightClick           |
+/// | `textLine`          | tool text; what a right click does              | `Lb1_Click`(13 to 15)                 |
+// clang-format on
 class form1 : public SkinnedWindow {
 public:
     explicit form1(Application& application);

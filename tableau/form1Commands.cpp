@@ -30,6 +30,24 @@ constexpr std::array<SurfaceTip, 5> kSurfaceTips{{
     {Picmain::Surface::Pic3, 5},
 }};
 constexpr int kSquareTip = 6;
+
+/// The same on the controls of the effects.
+struct ControlTip {
+    const char* control;
+    int tip;
+};
+constexpr std::array<ControlTip, 10> kControlTips{{
+    {"CmdInst", 7},
+    {"Text5", 7},
+    {"Combo3", 8},
+    {"lblVolume", 9},
+    {"LblMod", 9},
+    {"LblPan", 9},
+    {"LblReverb", 9},
+    {"LblChorus", 9},
+    {"Lb1(20)", 10},
+    {"Lb1(21)", 11},
+}};
 } // namespace
 
 void form1::bindItem(std::string_view item, std::function<void()> routine) {
@@ -118,7 +136,10 @@ void form1::bindLooks() {
 }
 
 void form1::bindRightClick() {
-    Lb1_.bind(13, [this] { setRightClickMode(RightClick::Erase); });
+    Lb1_.bind(13, [this] {
+        app_.workspace.view.NoteEffectsOn = false;
+        setRightClickMode(RightClick::Erase);
+    });
     Lb1_.bind(14, [this] { setRightClickMode(RightClick::Menu); });
     Lb1_.bind(15, [this] {
         const bool on = app_.workspace.view.RightClickMode == RightClick::Tips;
@@ -133,6 +154,14 @@ void form1::bindRightClick() {
     };
     screen_.onMenu = [this](std::string_view popup) { app_.menu.popup(popup).exec(QCursor::pos()); };
     channelStrip_->onRightPress = [this](int channel) { rightPressOnSquare(channel); };
+    for (const ControlTip& row : kControlTips) {
+        auto* control = toolPanel_->findChild<QWidget*>(QLatin1String(row.control));
+        control->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(control, &QWidget::customContextMenuRequested, this, [this, control, tip = row.tip] {
+            if (app_.workspace.view.RightClickMode == RightClick::Tips)
+                frminfo_->showBeside(*control, tip);
+        });
+    }
     toolbMenu_->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(toolbMenu_, &QWidget::customContextMenuRequested, this,
             [this](QPoint at) { app_.menu.popup("mnupopup6").popup(toolbMenu_->mapToGlobal(at)); });
@@ -169,8 +198,6 @@ void form1::bindKeys() {
 
 void form1::setRightClickMode(RightClick mode) {
     app_.workspace.view.RightClickMode = mode;
-    if (mode == RightClick::Erase)
-        app_.workspace.view.NoteEffectsOn = false;
     if (mode != RightClick::Tips)
         frminfo_->hide();
     showModes();
@@ -188,10 +215,10 @@ void form1::showTip(Picmain::Surface surface) {
 }
 
 void form1::rightPress(Picmain::Surface surface, QPoint at) {
-    if (app_.workspace.view.RightClickMode == RightClick::Tips)
-        showTip(surface);
-    else if (surface == Picmain::Surface::None)
+    if (surface == Picmain::Surface::None)
         app_.menu.popup("mnupopup6").popup(at);
+    else if (app_.workspace.view.RightClickMode == RightClick::Tips)
+        showTip(surface);
 }
 
 void form1::rightPressOnSquare(int channel) {

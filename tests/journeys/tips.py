@@ -6,6 +6,8 @@ from journey import Journey
 from program import EDIT_HEIGHT, FILE_HEIGHT, TIP
 
 CLEAR, ACCIDENTALS = (26, 70), (778, 70)  # a command, and one that needs traditional notation
+MAKER_TAB, FIFTH_SQUARE = (26, 108), (126, 170)  # the tip of the one lies over the other
+TRACK = (893, 164)  # in the colour of the active channel
 PAPER = (600, 450)
 LONG_TIP = "^Melody Tableau$"
 
@@ -34,6 +36,17 @@ class Tips(Journey):
         self.screen.window(TIP)
         self.screen.move(self.SIZE[0] - 1, self.SIZE[1] - 1)  # outside the window
         self.screen.gone(TIP)
+        program.close()
+
+    def test_a_click_goes_through_a_tip_to_what_lies_under_it(self):
+        program = self.compose()
+        self.screen.move(*program.at(*MAKER_TAB))
+        left, top, width, height = self.screen.geometry(self.screen.window(TIP))
+        x, y = program.at(*FIFTH_SQUARE)
+        self.assertTrue(left < x < left + width and top < y < top + height, (left, top, width, height))
+        before = self.screen.pixel(*program.at(*TRACK))
+        self.screen.click(x, y)
+        wait_for(lambda: self.screen.pixel(*program.at(*TRACK)) != before, "another channel")
         program.close()
 
     def test_a_tip_in_the_corner_of_the_screen_stays_on_it(self):

@@ -104,6 +104,37 @@ TEST_F(form1RightClickTest, InTipsModeASquareTellsAboutItselfAndIsNotMuted) {
     EXPECT_FALSE(score().ChannelMuted[1]);
 }
 
+TEST_F(form1RightClickTest, InTipsModeBareGroundOpensTheFilePopupAsEver) {
+    shown().Lb1_Click(15);
+    rightPressOnBareGround();
+    EXPECT_EQ(opened(), "File");
+}
+
+TEST_F(form1RightClickTest, InTipsModeTheControlsOfTheEffectsTellAboutThemselves) {
+    struct Row {
+        const char* control;
+        int tip;
+    };
+    constexpr Row kRows[]{{"CmdInst", 7},  {"Text5", 7},   {"Combo3", 8},    {"lblVolume", 9},
+                          {"LblMod", 9},   {"LblPan", 9},  {"LblReverb", 9}, {"LblChorus", 9},
+                          {"Lb1(20)", 10}, {"Lb1(21)", 11}};
+    shown().Lb1_Click(18);
+    const auto ask = [this](const char* name) {
+        QWidget& control = child(name);
+        QTest::mouseClick(&control, Qt::RightButton);
+        const QPoint at = control.rect().center();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, control.mapToGlobal(at));
+        QApplication::sendEvent(&control, &event);
+        return infoText();
+    };
+    for (const Row& row : kRows)
+        EXPECT_EQ(ask(row.control), "") << row.control << " outside the mode";
+    window().Lb1_Click(15);
+    for (const Row& row : kRows)
+        EXPECT_EQ(ask(row.control), dotips(row.tip).text) << row.control;
+    EXPECT_FALSE(workspace().view.Check4) << "nothing is pressed by that";
+}
+
 TEST_F(form1RightClickTest, TheCrossOfTheTipEndsTheMode) {
     shown().Lb1_Click(15);
     rightPress("Pic3");
@@ -163,6 +194,19 @@ TEST_F(form1RightClickTest, EraseEndsTheSingleNoteEffects) {
     EXPECT_TRUE(workspace().view.NoteEffectsOn);
     window().Lb1_Click(13);
     EXPECT_FALSE(workspace().view.NoteEffectsOn);
+}
+
+TEST_F(form1RightClickTest, TipsComeAndGoWithoutEndingTheSingleNoteEffects) {
+    shown().Lb1_Click(18);
+    window().Lb1_Click(15);
+    window().Lb1_Click(15);
+    EXPECT_EQ(mode(), RightClick::Erase);
+    EXPECT_TRUE(workspace().view.NoteEffectsOn);
+    window().Lb1_Click(15);
+    rightPress("Pic3");
+    QTest::mouseClick(&child("closePicture"), Qt::LeftButton);
+    EXPECT_EQ(mode(), RightClick::Erase);
+    EXPECT_TRUE(workspace().view.NoteEffectsOn);
 }
 
 TEST_F(form1RightClickTest, ARightPressOnASquareMutesItsChannelAndTheNextUnmutesIt) {
