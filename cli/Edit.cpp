@@ -2,6 +2,7 @@
 #include "cli/Commands.h"
 #include "cli/EditSteps.h"
 #include "cli/HeadlessWindow.h"
+#include "cli/Interrupt.h"
 #include "cli/ScoreOptions.h"
 #include "cli/ScoreText.h"
 #include "cli/Words.h"
@@ -99,11 +100,23 @@ void trimEnd(Score& score, std::size_t longestRow) {
         score.resizeNotes(last - 1);
 }
 
+void performAll(const EditJob& job, HeadlessWindow& window) {
+    for (const StepCall& call : job.steps)
+        checkPositions(call, window.workspace.score.NumNotes);
+    for (const StepCall& call : job.steps) {
+        if (interrupted())
+            throw Failure("Writing \"" + job.out.string() +
+                          "\" was cancelled; what was there before still is.");
+        perform(call, window);
+    }
+}
+
 int run(const QCommandLineParser& parser) {
     const SngReader reader = readForm(parser);
     const EditJob job = jobOf(parser);
     const std::string text = readScoreText(job.in, reader);
     const std::size_t longest = longestRow(text);
+    catchInterrupts(); // so that the folder does not stay
     const QTemporaryDir home;
     if (!home.isValid())
         throw Failure("No folder can be made for the step to undo: " + home.errorString().toStdString());
@@ -112,10 +125,7 @@ int run(const QCommandLineParser& parser) {
     Workspace& workspace = window.workspace;
     parseSng(text, reader, workspace.score, workspace.setup);
     trimEnd(workspace.score, longest);
-    for (const StepCall& call : job.steps)
-        checkPositions(call, workspace.score.NumNotes);
-    for (const StepCall& call : job.steps)
-        perform(call, window);
+    performAll(job, window);
 
     workspace.score.currentFile = job.out.string();
     if (const std::string problem = SavePoliFile(workspace.score, workspace.setup); !problem.empty())

@@ -20,8 +20,8 @@ enum class StepScope : std::uint8_t {
     Score, ///< another score takes its place: name and active channel, too
 };
 
-/// The one undo step, kept as a file of its own in one of two forms: the channel that a stroke is about to
-/// change, or the whole Score before a command that reaches further. A new step takes the old one's place.
+/// The one undo step, kept as a file of its own in one of two forms: the channel that is about to be drawn
+/// on, or the whole Score before anything that reaches further. A new step takes the old one's place.
 class UndoSnapshot {
 public:
     static constexpr std::string_view kNoteStep = "Last note";

@@ -98,7 +98,7 @@ bool copyIt(Workspace& workspace) {
 bool CutBut_Click(Workspace& workspace) {
     ViewState& view = workspace.view;
     Score& score = workspace.score;
-    if (view.SelectStart < 0)
+    if (view.SelectStart < 0 || view.SelectEnd < 0) // a start that was typed alone selects nothing yet
         return false;
     workspace.keepForUndo("Cut Selection");
     CopySelectedArea(workspace, BlockCommand::Cut);
@@ -137,7 +137,7 @@ void InsertSpaces(Workspace& workspace, int n, int ViewCol) {
 
 void InsertColumnBut_Click(Workspace& workspace, int ViewCol) {
     workspace.keepForUndo("Insert Space(s)");
-    InsertSpaces(workspace, workspace.edit.Txtspc, ViewCol);
+    InsertSpaces(workspace, std::max<int>(workspace.edit.Txtspc, 0), ViewCol);
 }
 
 void CopyNotes(Workspace& workspace, int firstChannel, int lastChannel,

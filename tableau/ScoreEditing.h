@@ -30,7 +30,7 @@ void PasteIntoBut_Click(Workspace& workspace, int ViewCol);
 /// Moves what stands from `PlayMark` on right by @p n positions, and clears those. What falls off the right
 /// end is lost without a word. Keeps nothing for undo.
 void InsertSpaces(Workspace& workspace, int n, int ViewCol);
-/// `InsertSpaces` of `Txtspc` positions.
+/// `InsertSpaces` of `Txtspc` positions, none for a number below 0.
 void InsertColumnBut_Click(Workspace& workspace, int ViewCol);
 
 /// Stamps the first `CycleNotes` + 1 positions of the score from `PlayMark` on.

@@ -6,6 +6,7 @@
 #include "tableau/EffectsPage.h"
 #include "tableau/MakerPage.h"
 #include "tableau/NoteEffects.h"
+#include "tableau/Picmain.h"
 #include "tableau/ToolPanel.h"
 #include "tableau/TopBarOverlay.h"
 #include "tableau/Workspace.h"
@@ -50,8 +51,11 @@ void form1::doNotemod(int position) {
     toolPanel_->effects().showEffects(places[0].shown, places[1].shown, places[2].shown, places[3].shown);
 }
 
-/// The note under the mouse, or along a drag, takes what the selectors say.
+/// The note under the mouse, or along a drag, takes what the selectors say; one that is not to be seen
+/// doesn't.
 void form1::applyAlong(int x) {
+    if (x < 0 || x >= Picmain_->width(Box::MusicBox))
+        return;
     const int column = x / kColumnWidth;
     const auto note = applyAlongIndicator(app_.workspace, app_.workspace.view.ViewFirstColumn + column);
     if (!note)

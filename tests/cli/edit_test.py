@@ -4,6 +4,7 @@
 import os
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -403,6 +404,23 @@ class EditTest(unittest.TestCase):
         self.assertEqual((made.cell[0][50], made.instrument[0][50]), (60, GUITAR))
         self.assertEqual(os.listdir(home), ["velmora"])
         self.assertEqual(os.listdir(self.path("tmp")), [])
+
+    def test_an_interrupt_leaves_nothing_behind(self):
+        temporary = self.path("tmp")
+        os.mkdir(temporary)
+        self.note(0, 0, 60)
+        steps = self.path("steps")
+        with open(steps, "w") as file:
+            file.write("insert 1\n" * 1000000)
+        with open(steps) as lines:
+            process = subprocess.Popen([CLI, "edit", self.save(), self.out, "-"], stdin=lines, stderr=subprocess.PIPE,
+                                       text=True, env={**os.environ, "TMPDIR": temporary})
+        while not os.listdir(temporary) and process.poll() is None:
+            pass
+        process.send_signal(signal.SIGINT)
+        self.assertIn("cancelled", process.communicate(timeout=120)[1])
+        self.assertEqual((process.returncode, os.listdir(temporary)), (1, []))
+        self.assertFalse(os.path.exists(self.out))
 
     def test_a_long_score_loses_nothing_and_ends_where_it_ended(self):
         self.score = Score(3000)

@@ -76,7 +76,7 @@ void EditModel::copy() {
 }
 
 void EditModel::cut() {
-    if (SelectStart < 0)
+    if (SelectStart < 0 || SelectEnd == -1)
         return;
     keepWhole(false);
     copySelectedArea(true);
@@ -119,7 +119,7 @@ void EditModel::insertSpaces(int n, int viewCol) {
 
 void EditModel::insert(int n, int viewCol) {
     keepWhole(false);
-    insertSpaces(n, std::max(0, std::min(viewCol, ViewColumns)));
+    insertSpaces(n < 0 ? 0 : n, std::max(0, std::min(viewCol, ViewColumns)));
 }
 
 void EditModel::pasteCells(int viewCol) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/ScoreEditing.h"
 
+#include "tableau/MelodyMaker.h"
 #include "tableau/ScoreLayers.h"
 #include "tests/tableau/WorkspaceFixture.h"
 
@@ -265,6 +266,23 @@ TEST_F(ScoreEditingTest, WhatFallsOffTheRightEndIsLost) {
     notes(0, 28, {60, 61, 62});
     InsertSpaces(workspace(), 2, 0);
     EXPECT_THAT(cells(0, 28, 3), ElementsAre(-1, -1, 60));
+}
+
+TEST_F(ScoreEditingTest, FewerSpacesThanNoneInsertNothing) {
+    notes(0, 0, {60, 61, 62, 63});
+    workspace().edit.Txtspc = -2;
+    mark(1);
+    InsertColumnBut_Click(workspace(), 0);
+    EXPECT_THAT(cells(0, 0, 5), ElementsAre(60, 61, 62, 63, -1));
+}
+
+TEST_F(ScoreEditingTest, AStartThatWasTypedAloneIsNotCut) {
+    notes(0, 0, {60, 61, 62, 63});
+    takeStart(workspace().edit, workspace().view, 3);
+    EXPECT_FALSE(CutBut_Click(workspace()));
+    EXPECT_THAT(cells(0, 0, 5), ElementsAre(60, 61, 62, 63, -1));
+    EXPECT_EQ(workspace().view.SelectStart, 2);
+    EXPECT_EQ(workspace().undoStep(), "");
 }
 
 TEST_F(ScoreEditingTest, NoSpacesInsertNothing) {

@@ -154,6 +154,23 @@ TEST_F(UndoStepsTest, APercussionStrokeTakesNoStep) {
     EXPECT_EQ(workspace().undoStep(), "Cut Selection");
 }
 
+TEST_F(UndoStepsTest, ARightClickComesBackWithTheChordsOfItsChannel) {
+    for (const RightClick mode : {RightClick::Erase, RightClick::Polyphonic}) {
+        makeScore(13);
+        view().MouseMode = Mouse::Draw;
+        view().NoteEffectsOn = false;
+        view().RightClickMode = mode;
+        workspace().setup.Combo3 = 6;
+        draw(20, 23, 30);
+        const Score before = score();
+        rightClick(22);
+        EXPECT_FALSE(score().NoteCell == before.NoteCell && score().Polyphonics == before.Polyphonics);
+        EXPECT_EQ(workspace().undoStep(), "Last note");
+        ASSERT_TRUE(workspace().undoLast());
+        expectSameScore(score(), before);
+    }
+}
+
 TEST_F(UndoStepsTest, ThePressThatEndsADuplicateLeavesItsStep) {
     makeScore(11);
     const Score before = score();

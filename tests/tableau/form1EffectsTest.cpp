@@ -7,6 +7,8 @@
 #include <QLabel>
 #include <QMouseEvent>
 
+#include <algorithm>
+
 using namespace velmora;
 using testing::ElementsAre;
 
@@ -90,6 +92,20 @@ TEST_F(form1EffectsTest, ADragAlongTheIndicatorGivesThePositionTheSelectorsValue
     }
     EXPECT_EQ(text("LblNote"), "5");
     EXPECT_EQ(text("LblVol"), "90");
+}
+
+TEST_F(form1EffectsTest, ADragThatLeavesTheIndicatorChangesNothingOutOfSight) {
+    workspace().effects.vol3 = 90;
+    shown().Lb1_Click(18);
+    workspace().view.ViewFirstColumn = 50;
+    const int width = child("Pic2a").width();
+    send("Pic2a", QEvent::MouseButtonPress, {5, 10}, Qt::RightButton);
+    for (const int x : {-1, -30, width, width + 30})
+        send("Pic2a", QEvent::MouseMove, {x, 10}, Qt::RightButton);
+    send("Pic2a", QEvent::MouseButtonRelease, {5, 10}, Qt::RightButton);
+    const auto volumes = score().Volume.row(0);
+    EXPECT_EQ(volumes[50 + 1], 90);
+    EXPECT_EQ(std::ranges::count(volumes, 90), 1);
 }
 
 TEST_F(form1EffectsTest, UndoAllEffectsClearsThem) {
