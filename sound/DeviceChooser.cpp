@@ -26,7 +26,8 @@ void DeviceChooser::resetAndClose() {
     closePort();
 }
 
-/// The index of the open device; the mapper's if it has gone.
+/// The index of the open device, which stays the chosen one wherever it stands now; the mapper's if it has
+/// gone.
 int DeviceChooser::placeOfOpen(std::span<const std::string> devices) {
     const auto found = std::ranges::find(devices, openName_);
     if (found == devices.end())
