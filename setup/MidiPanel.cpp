@@ -99,19 +99,17 @@ void MidiPanel::listDevices() {
         for (const std::string& text : list.texts)
             Combo2->addItem(toQString(text));
     }
-    app_.workspace.setup.Combo2 = onMapper_ ? 0 : list.item;
+    app_.workspace.setup.Combo2 = list.item;
     Combo2->setCurrentIndex(app_.workspace.setup.Combo2);
 }
 
 void MidiPanel::Combo2_Click(int item) {
     app_.workspace.setup.Combo2 = item;
-    onMapper_ = false;
     if (app_.devices.choose(item))
         showMapper();
 }
 
 void MidiPanel::showMapper() {
-    onMapper_ = true;
     app_.workspace.setup.Combo2 = 0;
     Combo2->setCurrentIndex(0);
 }

@@ -23,7 +23,7 @@ public:
     MidiPanel(Application& application, const ComposingWindow& form, const Appearance& look, QWidget* parent);
 
     void refresh();
-    /// The chosen device could not be opened: the list shows item 0, "MIDI Mapper", until one is chosen.
+    /// The chosen device could not be opened: the list shows item 0, "MIDI Mapper".
     void showMapper();
 
 protected:
@@ -46,7 +46,6 @@ private:
     QLineEdit* Text2 = nullptr;
     QTimer relist_;
     std::vector<std::string> listed_;
-    bool onMapper_ = false;
 };
 
 } // namespace velmora

@@ -21,6 +21,8 @@
 #include "tableau/Workspace.h"
 
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QShortcut>
@@ -168,6 +170,33 @@ void frmsetup::closeEvent(QCloseEvent* event) {
     app_.workspace.setup.SetupOpen = false;
     settings::save(app_.settings, settings::frmsetup, false);
     saveSettings();
+}
+
+/// Keys that mean something here, though they are shortcuts of the composing window: F1, and what presses or
+/// moves within the control that the keyboard has reached. After a click Space still plays.
+bool frmsetup::keeps(const QKeyEvent& event) const {
+    if (event.modifiers() & ~Qt::KeypadModifier)
+        return false;
+    const bool reached = testAttribute(Qt::WA_KeyboardFocusChange);
+    const bool isList = qobject_cast<QComboBox*>(focusWidget()) != nullptr;
+    switch (event.key()) {
+    case Qt::Key_F1:
+        return true;
+    case Qt::Key_Space:
+        return reached && (isList || qobject_cast<QAbstractButton*>(focusWidget()));
+    case Qt::Key_Home:
+        return reached && isList;
+    default:
+        return false;
+    }
+}
+
+bool frmsetup::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && keeps(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return SkinnedWindow::event(event);
 }
 
 void frmsetup::keyPressEvent(QKeyEvent* event) {

@@ -70,6 +70,7 @@ public:
     void LblInst_DblClick();
 
 protected:
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
@@ -80,6 +81,7 @@ private:
     void addKeys();
     void saveSettings();
     void openAtStoredPlace();
+    [[nodiscard]] bool keeps(const QKeyEvent& event) const;
     void applyInstrument();
     void instrumentPicked();
     void previewInstrument();

@@ -26,7 +26,8 @@ void DeviceChooser::resetAndClose() {
     closePort();
 }
 
-/// The index of the open device; the mapper's if it has gone.
+/// The index of the open device, which stays the chosen one wherever it stands now; the mapper's if it has
+/// gone.
 int DeviceChooser::placeOfOpen(std::span<const std::string> devices) {
     const auto found = std::ranges::find(devices, openName_);
     if (found == devices.end())
@@ -41,6 +42,7 @@ int DeviceChooser::placeOfOpen(std::span<const std::string> devices) {
 
 void DeviceChooser::openAtActivation() {
     MidiDevice = key_.read().value_or(MidiPort::kMapper);
+    onMapper_ = false;
     openPort(MidiDevice);
     if (MidiResult == MidiPort::kOk) {
         port_.send(shortmessage::kDrumBank);
@@ -48,6 +50,14 @@ void DeviceChooser::openAtActivation() {
     }
     closePort();
     openPort(MidiDevice + 1);
+    if (MidiResult != MidiPort::kOk && MidiDevice != MidiPort::kMapper)
+        fallBack();
+}
+
+void DeviceChooser::fallBack() {
+    resetAndClose();
+    openPort(MidiPort::kMapper);
+    onMapper_ = true;
 }
 
 DeviceChooser::Reopened DeviceChooser::reopenIfChanged() {
@@ -59,6 +69,7 @@ DeviceChooser::Reopened DeviceChooser::reopenIfChanged() {
 bool DeviceChooser::Device_Click() {
     // Its own default: the first device, where an activation takes the mapper.
     MidiDevice = key_.read().value_or(0);
+    onMapper_ = false;
     resetAndClose();
     openPort(MidiDevice);
     if (MidiResult != MidiPort::kOk && MidiDevice < kRetriedBelow) {
@@ -67,8 +78,7 @@ bool DeviceChooser::Device_Click() {
         resetAndClose();
         openPort(MidiDevice);
         if (MidiResult != MidiPort::kOk) {
-            resetAndClose();
-            openPort(MidiPort::kMapper);
+            fallBack();
             return true;
         }
     }
@@ -99,6 +109,8 @@ DeviceChooser::List DeviceChooser::list() {
     }
     if (*chosen == MidiDevice && !openName_.empty())
         chosen = placeOfOpen(std::span(shown.texts).subspan(1));
+    if (*chosen == MidiDevice && onMapper_)
+        chosen = MidiPort::kMapper;
     if (*chosen >= MidiPort::kMapper && *chosen < count)
         shown.item = *chosen + 1;
     return shown;

@@ -28,7 +28,7 @@ public:
 
     /// Opens the device of the settings (the mapper where there is none) when the composing window is first
     /// activated, and sends the drum bank. Where that device fails the one after it is opened instead, and
-    /// nothing is sent.
+    /// nothing is sent; where that fails, too, the mapper, or a device that has gone would leave silence.
     void openAtActivation();
 
     /// At a later activation: presses `Device_Click` if the settings name another device than is open.
@@ -49,7 +49,7 @@ public:
 
     struct List {
         std::vector<std::string> texts; ///< "MIDI Mapper", then each device's name
-        int item;                       ///< the chosen one; 0 where the chosen device is not there
+        int item;                       ///< the chosen one; 0 where that is not there or the mapper stands in
     };
     /// What `Combo2` shows. Where the key is missing it is written with the number of devices less one, which
     /// is the only device's index, but with the mapper's where there are more. The key follows the open
@@ -72,6 +72,7 @@ private:
     void openPort(int device);
     void closePort();
     void resetAndClose();
+    void fallBack();
     [[nodiscard]] int placeOfOpen(std::span<const std::string> devices);
 
     MidiPort& port_;
@@ -79,6 +80,7 @@ private:
     int MidiDevice = MidiPort::kMapper; ///< from the settings, also where another one was opened instead
     int MidiResult = MidiPort::kOk;     ///< of the last open or close
     std::string openName_;              ///< of the chosen device while it is open; blank otherwise
+    bool onMapper_ = false;             ///< the mapper stands in for the chosen device
 };
 
 } // namespace velmora

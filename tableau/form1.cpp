@@ -246,8 +246,6 @@ void form1::showSongEnd() {
 }
 
 void form1::showLength() {
-    Workspace& workspace = app_.workspace;
-    workspace.score.FindEndOfSong();
     layOut();
     showChannels();
 }

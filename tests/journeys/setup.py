@@ -45,6 +45,40 @@ class SetupToolbar(Journey):
         self.assertEqual(filled(path), [])
         program.close()
 
+    def test_what_it_cuts_off_can_be_brought_back(self):
+        program = self.compose()
+        tableau = Tableau(program)
+        self.screen.window(EDITOR)
+        self.activate(program.window)
+        tableau.note(30, 50, 3)
+        tableau.note(40, 50, 3)
+        self.screen.key("ctrl+z")  # nothing is left to undo
+        self.activate(self.screen.window(EDITOR))
+        self.screen.click(*self.at(320, 52))  # Midi
+        self.screen.click(*self.at(292, 254))  # how many
+        self.screen.type("980")
+        self.screen.click(*self.at(230, 292))  # Subtract notes
+        self.user.setting_becomes("NumNotes", "20")
+        self.activate(program.window)
+        self.screen.key("ctrl+z")
+        path = self.user.path("home", "whole.sng")
+        self.screen.key("ctrl+s")
+        program.save_as(path)
+        program.title_becomes("Velmora - whole.sng")
+        self.assertEqual(filled(path), [30, 31, 32])
+        program.close()
+
+    def test_space_ticks_the_box_that_the_keyboard_has_reached(self):
+        program = self.compose()
+        self.activate(self.screen.window(EDITOR))
+        self.screen.key("Tab", "Tab")  # the active channel's button, and its box
+        box = self.at(58, 151)
+        empty = self.screen.pixel(*box)
+        self.screen.key("space")
+        wait_for(lambda: self.screen.pixel(*box) != empty, "the tick")
+        self.activate(program.window)
+        program.close()
+
     def test_closed_it_stays_away_until_it_is_asked_for(self):
         program = self.compose()
         self.screen.click(*self.at(501, 14))  # its close button

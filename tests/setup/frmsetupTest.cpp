@@ -5,6 +5,7 @@
 
 #include <QAbstractSpinBox>
 #include <QAccessible>
+#include <QShortcut>
 
 using namespace velmora;
 using testing::ElementsAre;
@@ -38,6 +39,49 @@ TEST_F(frmsetupTest, KeysGoFromTabToTab) {
     EXPECT_TRUE(control<QAbstractButton>("Lmnu", 0).isChecked());
     QTest::keyClick(&toolbar(), Qt::Key_PageUp, Qt::ControlModifier);
     EXPECT_TRUE(control<QAbstractButton>("Lmnu", 5).isChecked());
+}
+
+namespace {
+/// A shortcut as the composing window has it.
+struct Shortcut {
+    Shortcut(Qt::Key key, QWidget& of) : shortcut(QKeySequence(key), &of) {
+        QObject::connect(&shortcut, &QShortcut::activated, [this] { ++pressed; });
+    }
+    QShortcut shortcut;
+    int pressed = 0;
+};
+} // namespace
+
+TEST_F(frmsetupTest, SpacePressesWhatTheKeyboardHasReached) {
+    opened(1);
+    const Shortcut play(Qt::Key_Space, toolbar());
+    for (int i = 0; i < 2; ++i) // to the active channel's button, and to its box
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    EXPECT_TRUE(score().ChannelMuted[0]);
+    EXPECT_EQ(play.pressed, 0);
+}
+
+TEST_F(frmsetupTest, AfterAClickSpaceStillPlays) {
+    opened(1);
+    const Shortcut play(Qt::Key_Space, toolbar());
+    auto& box = control<QCheckBox>("TrackHide", 4);
+    click(box);
+    QTest::keyClick(&box, Qt::Key_Space);
+    EXPECT_TRUE(score().ChannelMuted[4]);
+    EXPECT_EQ(play.pressed, 1);
+}
+
+TEST_F(frmsetupTest, HomeGoesToTheFirstItemOfAList) {
+    opened(0);
+    const Shortcut rewind(Qt::Key_Home, toolbar());
+    auto& list = control<QComboBox>("Combo3");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_TRUE(list.hasFocus());
+    choose("Combo3", 5);
+    QTest::keyClick(&list, Qt::Key_Home);
+    EXPECT_EQ(workspace().setup.Combo3, 0);
+    EXPECT_EQ(rewind.pressed, 0);
 }
 
 TEST_F(frmsetupTest, OpenItComesUpAtTheNextStartToo) {
@@ -142,8 +186,10 @@ TEST_F(frmsetupTest, AtFirstItStandsOnTheScreen) {
 
 TEST_F(frmsetupTest, F1ShowsItsPageOfTheHelp) {
     opened(2);
+    const Shortcut help(Qt::Key_F1, toolbar());
     QTest::keyClick(&control("LblPan"), Qt::Key_F1);
     EXPECT_THAT(pages, ElementsAre("setup-toolbar"));
+    EXPECT_EQ(help.pressed, 0);
 }
 
 TEST_F(frmsetupTest, TheShownTabHasTheFocus) {

@@ -377,6 +377,8 @@ TEST_F(AudioOutputTest, SdlsStreamRunsEndsAndLeavesSignalsAlone) {
         AudioDriverRow{"sdl",
                        [](const StreamSettings& settings) { return makeSdlDriver("dummy", settings); }},
         kNullRow};
+    for (const int signal : {SIGINT, SIGTERM}) // a shell has jobs in the background ignore the first
+        std::signal(signal, SIG_DFL);
     {
         AudioOutput output(with(kRows));
         ASSERT_TRUE(runs(output, "sdl"));

@@ -66,8 +66,9 @@ const std::vector<Row> kActivations{
     {std::nullopt, {true}, "open -1, send 201", false, -1, 0},
     {3, {true}, "open 3, send 201", false, 3, 0},
     {3, {false, true}, "open 3!, close, open 4", false, 3, 0},
-    {3, {false, false}, "open 3!, close, open 4!", false, 3, 4},
+    {3, {false, false, true}, "open 3!, close, open 4!, reset, close, open -1", false, 3, 0},
     {std::nullopt, {false, true}, "open -1!, close, open 0", false, -1, 0},
+    {std::nullopt, {false, false}, "open -1!, close, open 0!", false, -1, 4},
     {12, {false, true}, "open 12!, close, open 13", false, 12, 0},
 };
 
@@ -226,6 +227,18 @@ TEST_F(DeviceChooserTest, ADeviceOpenedInThePlaceOfTheChosenOneDoesNotBecomeTheC
     chooser.openAtActivation();
     EXPECT_EQ(chooser.list().item, 2);
     EXPECT_EQ(key, 1);
+}
+
+TEST_F(DeviceChooserTest, TheMapperIsShownWhileItStandsInForTheChosenDevice) {
+    port.names = {"Velmora Synthesizer", "busy"};
+    key = 1;
+    port.script = {false, false, true};
+    chooser.openAtActivation();
+    EXPECT_EQ(chooser.list().item, 0);
+    EXPECT_EQ(key, 1);
+    port.script = {true};
+    EXPECT_FALSE(chooser.choose(2));
+    EXPECT_EQ(chooser.list().item, 2);
 }
 
 TEST_F(DeviceChooserTest, TheStartUpCheckComplainsOnlyWithoutAnyDevice) {
