@@ -370,7 +370,7 @@ bool SkinnedWindow::dragEvent(QEvent* event) {
         return true;
     case QEvent::MouseButtonDblClick:
         pressed_ = false;
-        if (imgTitleMaxRestore_ && mouse->button() == Qt::LeftButton)
+        if (imgTitleMaxRestore_ && mouse->button() == Qt::LeftButton && mapFromGlobal(at).y() < kTitleHeight)
             imgTitleMaxRestore_Click();
         return true;
     default:
