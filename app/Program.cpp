@@ -50,27 +50,29 @@ void Program::start() {
     opener_.show();
     // The first picture waits for nothing that makes sound, nor for what another window shows.
     const auto prepare = [this] {
-        loadSound();
+        prepareComposing();
         prepareFirstPicture(skins_.look(), opener_.devicePixelRatioF());
     };
     afterFirstPaint(opener_, prepare);
 }
 
-void Program::loadSound() {
-    if (!sound_)
-        sound_ = std::make_unique<LiveSound>(std::move(backends_),
-                                             findSoundFont().value_or(std::filesystem::path()));
+/// What the composing window needs and can be had before it; the user may be quicker than the first picture.
+void Program::prepareComposing() {
+    if (sound_)
+        return;
+    sound_ =
+        std::make_unique<LiveSound>(std::move(backends_), findSoundFont().value_or(std::filesystem::path()));
+    menu_ = std::make_unique<Frmmenu>();
 }
 
 void Program::startComposing() {
-    loadSound();
+    prepareComposing();
     devices_ = std::make_unique<DeviceChooser>(sound_->devices, devicesKey(settings_));
     if (const auto message = devices_->startUpCheck()) {
         tell(skins_, &opener_, QString::fromStdString(message->text), QString::fromStdString(message->title));
         QApplication::quit();
         return;
     }
-    menu_ = std::make_unique<Frmmenu>();
     workspace_ = std::make_unique<Workspace>(settings_, folders_);
     application_.emplace(Application{.settings = settings_,
                                      .folders = folders_,

@@ -41,7 +41,7 @@ public:
     void start();
 
 private:
-    void loadSound();
+    void prepareComposing();
     void startComposing();
     void openHelp(const QString& page);
     void openSetup(frmsetup::Focus focus);

@@ -57,7 +57,7 @@ QIcon programIcon() {
 }
 } // namespace
 
-/// A named piece of the frame. All of them show their part of one picture.
+/// A named piece of the frame. All of them show their part of one picture, or stand on it.
 class SkinnedWindow::FramePart : public QWidget {
 public:
     FramePart(SkinnedWindow& window, const QString& name) : QWidget(&window), window_(window) {
@@ -65,20 +65,20 @@ public:
         window.moveBy(*this);
     }
 
-    std::function<void(QPainter&, const Skin&)>
-        onTop; ///< paints what stands on the frame, in the part's own place
+    /// Paints what stands on the frame, in the part's own place. The frame is that of the parts below.
+    std::function<void(QPainter&, const Skin&)> onTop;
 
 protected:
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
+        if (onTop) {
+            onTop(painter, window_.look().skin());
+            return;
+        }
         if (!window_.testAttribute(Qt::WA_TranslucentBackground)) // where the outline only touches a pixel
             painter.fillRect(rect(), toQColor(window_.look().skin().edgeOuter));
-        painter.save();
         painter.translate(-pos());
         paintFrame(painter, window_.look().skin(), window_.size(), window_.isSquare());
-        painter.restore();
-        if (onTop)
-            onTop(painter, window_.look().skin());
     }
 
 private:
@@ -370,7 +370,7 @@ bool SkinnedWindow::dragEvent(QEvent* event) {
         return true;
     case QEvent::MouseButtonDblClick:
         pressed_ = false;
-        if (imgTitleMaxRestore_ && mouse->button() == Qt::LeftButton)
+        if (imgTitleMaxRestore_ && mouse->button() == Qt::LeftButton && mapFromGlobal(at).y() < kTitleHeight)
             imgTitleMaxRestore_Click();
         return true;
     default:

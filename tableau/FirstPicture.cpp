@@ -21,9 +21,11 @@ void prepareCharacters(qreal scale) {
     QPixmap scrap(QSizeF(scale, scale).toSize());
     scrap.setDevicePixelRatio(scale);
     QPainter painter(&scrap);
-    for (const QFont& font : {textFont(10), textFont(12, true)}) { // the start window has used the others
+    for (const QFont& font : {textFont(8), textFont(10), textFont(12), textFont(12, true)}) {
         painter.setFont(font);
-        painter.drawText(0, 0, characters);
+        // A character is kept once for each quarter of a pixel that it may begin at.
+        for (const double begin : {0.0, 0.25, 0.5, 0.75})
+            painter.drawText(QPointF(begin, 0), characters);
     }
 }
 

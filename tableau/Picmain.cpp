@@ -408,10 +408,14 @@ void Picmain::keyPressEvent(QKeyEvent* event) {
 
 void Picmain::mousePressEvent(QMouseEvent* event) {
     setFocus(Qt::MouseFocusReason);
-    if (event->button() != Qt::RightButton || !onRightPress)
+    const QPoint at = event->position().toPoint();
+    const bool onGuide = PicX_->geometry().contains(at);
+    if (!onGuide && childAt(at)) // of the papers that are disabled while it plays
         return;
-    const bool onGuide = PicX_->geometry().contains(event->position().toPoint());
-    onRightPress(onGuide ? Surface::Guide : Surface::None, event->globalPosition().toPoint());
+    if (event->button() == Qt::RightButton && onRightPress)
+        onRightPress(onGuide ? Surface::Guide : Surface::None, event->globalPosition().toPoint());
+    else if (event->button() == Qt::LeftButton && !onGuide)
+        event->ignore(); // the bare ground moves the window
 }
 
 void Picmain::paintEvent(QPaintEvent* /*event*/) {

@@ -167,6 +167,15 @@ TEST_F(SkinnedWindowTest, ADoubleClickOnTheTitleMaximizesAndRestores) {
     EXPECT_EQ(tips.toolTip(button)->title, "Maximize");
 }
 
+TEST_F(SkinnedWindowTest, ADoubleClickBelowTheTitleDoesNotMaximize) {
+    QWidget& ground = *window.Ibak5();
+    window.moveBy(ground);
+    for (QWidget* met : {&ground, &part(window, "Winedge(0)")}) {
+        mouse(*met, QEvent::MouseButtonDblClick, met->mapToGlobal(met->rect().center()));
+        EXPECT_FALSE(window.isMaximized()) << qPrintable(met->objectName());
+    }
+}
+
 TEST_F(SkinnedWindowTest, TitleButtonsDoWhatTheySay) {
     int helped = 0;
     QAbstractButton& help = part<QAbstractButton>(window, "imgTitleHelp");

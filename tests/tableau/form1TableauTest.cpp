@@ -360,6 +360,40 @@ TEST_F(form1TableauTest, HoweverPlayingEndsNoNoteIsLeftOn) {
     }
 }
 
+TEST_F(form1TableauTest, ALeftDragOfTheBareGroundMovesTheWindowAndOneOfTheGuideDoesNot) {
+    const QPoint place = shown().pos();
+    const QPoint guide = child("PicX").geometry().center();
+    press("Picmain", guide);
+    drag("Picmain", guide + QPoint(40, 30));
+    release("Picmain", guide);
+    EXPECT_EQ(window().pos(), place);
+    press("Picmain", {20, 10});
+    drag("Picmain", {60, 40});
+    release("Picmain", {20, 10});
+    EXPECT_EQ(window().pos(), place + QPoint(40, 30));
+}
+
+TEST_F(form1TableauTest, WhileItPlaysAPressOnATableauMovesNothingAndOpensNothing) {
+    putNotes(score(), 0, 60, 4);
+    const QPoint place = shown().pos();
+    bool pressed = false;
+    loop.onWait = [&](int waits) {
+        if (waits != 2)
+            return;
+        pressed = true;
+        press("MusicBox", melody(5, 60));
+        drag("MusicBox", melody(15, 60));
+        release("MusicBox", melody(15, 60));
+        press("MusicBox", melody(5, 60), Qt::RightButton);
+        EXPECT_FALSE(isOpen("mnupopup6"));
+        release("MusicBox", melody(5, 60), Qt::RightButton);
+    };
+    window().Cmd2_Click(3);
+    EXPECT_TRUE(pressed);
+    EXPECT_EQ(window().pos(), place);
+    menu.popup("mnupopup6").close();
+}
+
 TEST_F(form1TableauTest, AtTempoZeroNothingPlaysAndEverythingWorksAfterwards) {
     putNotes(score(), 0, 60, 2);
     score().Tempo = 0;
