@@ -11,8 +11,6 @@ class QCommandLineParser;
 
 namespace velmora::cli {
 
-inline constexpr int kMostNotes = 200000; ///< the longest score that is read, in positions
-
 /// How a score is opened and performed: the options that several commands share.
 struct ScoreOptions {
     struct Segment {

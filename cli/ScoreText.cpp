@@ -3,6 +3,7 @@
 
 #include "cli/Commands.h"
 #include "cli/ScoreOptions.h"
+#include "score/Score.h"
 #include "shell/Files.h"
 
 #include <cstdio>

@@ -29,6 +29,7 @@ enum class CellClass : std::uint8_t { Empty, Head, Continuation };
 inline constexpr int kUsedChannels = 13;   ///< channels 0 to 12 hold music, 13 to 15 are spare
 inline constexpr int kMelodyChannels = 8;  ///< channels 0 to 7
 inline constexpr int kFirstPercussion = 8; ///< 8 and 10 to 12; index 9 stays empty, see `Score`
+inline constexpr int kMostNotes = 200'000; ///< positions: more than seven hours of music, 128 MB
 inline constexpr std::int16_t kEmptyCell = -1;
 
 /// A reset value of one effect array.

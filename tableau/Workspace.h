@@ -18,9 +18,6 @@ namespace velmora {
 class ProgramFolders;
 class SettingsStore;
 
-/// The most positions of a score: more than seven hours of music, 128 MB.
-inline constexpr int kMostNotes = 200'000;
-
 /// The one Score of the program and the records about it: what the composing window, and through it every
 /// other room, works on. Made when that window loads, alive until the program ends.
 struct Workspace {
