@@ -144,7 +144,7 @@ ComposingWindow Program::composingWindow() {
 void Program::pickInstrument(std::function<void()> picked) {
     auto* picker = new FrmInst(*application_, form1_.get());
     picker->setAttribute(Qt::WA_DeleteOnClose);
-    picker->onPicked = [this, picked = std::move(picked)] {
+    picker->onPicked = [this, picked = std::move(picked)](FrmInst::Picked) {
         if (frmsetup_)
             frmsetup_->showInstrumentNames();
         picked();

@@ -123,16 +123,20 @@ void FrmInst::CmdOk_Click() {
         return;
     }
     InstrumentSelection& chosen = app_.workspace.instruments;
+    Picked picked;
     if (chosen.PickSecond) {
         chosen.SecondInstrumentName = nameOfIdentifier(kFirstInstrumentIdentifier + row);
         chosen.SecondInstrument = static_cast<std::int16_t>(row);
     } else {
         takeMelody(row);
-        if (const int beat = selectedRow(*LstInstruments2);
-            beat >= 0 && LstInstruments2->item(beat)->text() != toQString(chosen.PercussionInstrumentName))
+        picked.melody = true;
+        const int beat = selectedRow(*LstInstruments2);
+        picked.percussion =
+            beat >= 0 && LstInstruments2->item(beat)->text() != toQString(chosen.PercussionInstrumentName);
+        if (picked.percussion)
             takePercussion(beat);
     }
-    finish();
+    finish(picked);
 }
 
 void FrmInst::LstInstruments2_DblClick() {
@@ -142,7 +146,7 @@ void FrmInst::LstInstruments2_DblClick() {
         return;
     }
     takePercussion(row);
-    finish();
+    finish({.percussion = true});
 }
 
 void FrmInst::takeMelody(int row) {
@@ -159,10 +163,10 @@ void FrmInst::takePercussion(int row) {
     settings::save(app_.settings, settings::Intrumentval2, chosen.PercussionInstrument);
 }
 
-void FrmInst::finish() {
+void FrmInst::finish(Picked picked) {
     close();
     if (onPicked)
-        onPicked();
+        onPicked(picked);
 }
 
 /// The keys go on where the picker was asked for.

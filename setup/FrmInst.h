@@ -27,8 +27,13 @@ public:
     /// @param owner the window over which it stands, in the middle
     FrmInst(Application& application, QWidget* owner);
 
-    /// Something has been picked, is kept, and the window is gone.
-    std::function<void()> onPicked;
+    /// What was picked for new notes; neither, if it was the keyboard's second voice.
+    struct Picked {
+        bool melody = false;
+        bool percussion = false;
+    };
+    /// It is kept, and the window is gone.
+    std::function<void(Picked)> onPicked;
 
     /// Comes up with the current instruments selected. Other windows wait until it is closed.
     void open();
@@ -49,7 +54,7 @@ private:
     void selectCurrent();
     void takeMelody(int row);
     void takePercussion(int row);
-    void finish();
+    void finish(Picked picked);
 
     Application& app_;
     QListWidget* LstInstruments;

@@ -294,15 +294,20 @@ void frmsetup::LblInst_DblClick() {
     previewInstrument();
     picker_ = new FrmInst(app_, this);
     picker_->setAttribute(Qt::WA_DeleteOnClose);
-    picker_->onPicked = [this] { instrumentPicked(); };
+    picker_->onPicked = [this](FrmInst::Picked picked) {
+        const bool melody = app_.workspace.score.ActiveChannel < kFirstPercussion;
+        instrumentPicked(melody ? picked.melody : picked.percussion);
+    };
     picker_->open();
 }
 
-/// New notes of the active channel are to have it.
-void frmsetup::instrumentPicked() {
+/// New notes of the active channel are to have it, if it is of the channel's group.
+void frmsetup::instrumentPicked(bool forActiveChannel) {
     showInstrumentNames();
-    applyInstrument();
-    previewInstrument();
+    if (forActiveChannel) {
+        applyInstrument();
+        previewInstrument();
+    }
     ask(form_.showInstruments);
     ask(form_.DrawNoteArray);
 }

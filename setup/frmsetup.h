@@ -83,7 +83,7 @@ private:
     void openAtStoredPlace();
     [[nodiscard]] bool keeps(const QKeyEvent& event) const;
     void applyInstrument();
-    void instrumentPicked();
+    void instrumentPicked(bool forActiveChannel);
     void previewInstrument();
     void lblVolume_Change(std::int16_t value);
 

@@ -32,7 +32,7 @@ static_assert(kPercussionCount == 47 && kInstrumentCount == 128);
 struct InstrumentSelection {
     std::int16_t MelodyInstrument = 24;      ///< settings key `Intrumentval`
     std::int16_t PercussionInstrument = 128; ///< settings key `Intrumentval2`
-    std::string MelodyInstrumentName;        ///< shown in `LblInst1`; blank until something is picked
+    std::string MelodyInstrumentName;        ///< shown in `LblInst1`; blank for a code without a name
     std::string PercussionInstrumentName;    ///< shown in `LblInst2`
     std::int16_t SecondInstrument = 0;       ///< the keyboard's second voice
     std::string SecondInstrumentName;

@@ -2,6 +2,7 @@
 #include "setup/ChannelsPanel.h"
 
 #include "SetupFixture.h"
+#include "setup/FrmInst.h"
 #include "sound/ShortMessage.h"
 
 using namespace velmora;
@@ -157,6 +158,22 @@ TEST_F(ChannelsPanelTest, AfterThePickerTheKeysGoOnInTheToolbar) {
     ASSERT_TRUE(picker);
     picker->close();
     EXPECT_TRUE(QTest::qWaitFor([this] { return control("LblInst2").hasFocus(); }));
+}
+
+TEST_F(ChannelsPanelTest, APercussionSoundIsNothingForAMelodyChannel) {
+    putNotes(score(), 0, 60, 3);
+    score().NoteInstrument.set(0, 2, 73); // a note with an instrument of its own
+    workspace().view.SelectStart = 0;
+    workspace().view.SelectEnd = 5;
+    opened(1);
+    toolbar().LblInst_DblClick();
+    auto* picker = dynamic_cast<FrmInst*>(QApplication::activeModalWidget());
+    ASSERT_TRUE(picker);
+    midi.sent.clear();
+    picker->LstInstruments2_DblClick();
+    EXPECT_EQ(shownIn("LblInst2"), "Acoustic Bass Drum");
+    EXPECT_EQ(score().NoteInstrument.at(0, 2), 73);
+    EXPECT_THAT(midi.words(), IsEmpty());
 }
 
 TEST_F(ChannelsPanelTest, APickedInstrumentIsShownPlayedAndTheChannels) {

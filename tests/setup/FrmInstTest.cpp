@@ -14,7 +14,10 @@ protected:
     FrmInst& picker() {
         if (!picker_) {
             picker_ = std::make_unique<FrmInst>(application(), nullptr);
-            picker_->onPicked = [this] { ++picks; };
+            picker_->onPicked = [this](FrmInst::Picked what) {
+                ++picks;
+                picked = what;
+            };
         }
         return *picker_;
     }
@@ -35,6 +38,7 @@ protected:
     void key(QWidget& on, Qt::Key which) { QTest::keyClick(&on, which); }
 
     int picks = 0;
+    FrmInst::Picked picked;
 
 private:
     std::unique_ptr<FrmInst> picker_;
@@ -77,6 +81,8 @@ TEST_F(FrmInstTest, OkTakesTheInstrumentAndKeepsIt) {
     EXPECT_EQ(stored("Intrumentval"), "73");
     EXPECT_EQ(stored("Intrumentval2"), "none");
     EXPECT_EQ(picks, 1);
+    EXPECT_TRUE(picked.melody);
+    EXPECT_FALSE(picked.percussion);
     EXPECT_FALSE(picker().isVisible());
 }
 
@@ -96,6 +102,8 @@ TEST_F(FrmInstTest, ADoubleClickOnAPercussionSoundTakesItAndCloses) {
     EXPECT_EQ(stored("Intrumentval"), "none");
     EXPECT_FALSE(picker().isVisible());
     EXPECT_EQ(picks, 1);
+    EXPECT_FALSE(picked.melody);
+    EXPECT_TRUE(picked.percussion);
 }
 
 TEST_F(FrmInstTest, OkTakesAnotherPercussionSoundToo) {
@@ -105,6 +113,8 @@ TEST_F(FrmInstTest, OkTakesAnotherPercussionSoundToo) {
     EXPECT_EQ(chosen().PercussionInstrumentName, "Hand Clap");
     EXPECT_EQ(chosen().PercussionInstrument, 132);
     EXPECT_EQ(chosen().MelodyInstrument, 24);
+    EXPECT_TRUE(picked.melody);
+    EXPECT_TRUE(picked.percussion);
 }
 
 TEST_F(FrmInstTest, WithoutASelectionItAsksForOne) {
