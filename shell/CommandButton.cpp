@@ -12,6 +12,7 @@ namespace velmora {
 namespace {
 constexpr int kIcon = 16;
 constexpr int kSmallText = 10;
+constexpr int kLabelFoot = 8; ///< under the line that a label stands on
 
 int wholeFours(int width) {
     return (width + 3) / 4 * 4;
@@ -128,7 +129,8 @@ void CommandButton::paintWords(QPainter& painter, const QRectF& all) const {
         break;
     case ButtonForm::IconOverText:
         icon(left, 8);
-        painter.drawText(all.adjusted(2, 28, -2, -4), Qt::AlignHCenter | Qt::AlignVCenter, text());
+        painter.drawText(all.adjusted(2, 28, -2, painter.fontMetrics().descent() - kLabelFoot),
+                         Qt::AlignHCenter | Qt::AlignBottom, text());
         break;
     case ButtonForm::Text:
         if (text().isEmpty())

@@ -104,6 +104,13 @@ TEST_F(form1Test, HelpHasThePageOfTheWindowAndTheMenusTheIndex) {
     EXPECT_THAT(pages, testing::ElementsAre("composing-window", "composing-window", "index"));
 }
 
+TEST_F(form1Test, NoSquareIsCutByItsStrip) {
+    shown();
+    const QRect strip = child("channelStrip").rect();
+    for (const int channel : {0, 1, 12})
+        EXPECT_TRUE(strip.contains(square(channel).geometry())) << channel;
+}
+
 TEST_F(form1Test, SpacePressesTheButtonThatTabHasReached) {
     putNotes(score(), 0, 60, 2);
     shown();
