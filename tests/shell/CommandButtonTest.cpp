@@ -174,6 +174,24 @@ TEST_F(CommandButtonTest, SpaceGoesToTheButtonThatTheKeyboardHasReachedBeforeAny
     EXPECT_EQ(shortcuts, 2);
 }
 
+TEST_F(CommandButtonTest, EnterPressesTheButtonThatTabHasReached) {
+    TestWindow window(*skins);
+    CommandButton inside(skins->look(), ButtonForm::Text, window.Ibak5());
+    int clicks = 0;
+    QObject::connect(&inside, &QAbstractButton::clicked, &inside, [&] { ++clicks; });
+    open(window);
+    inside.setFocus();
+    QTest::keyClick(&inside, Qt::Key_Return);
+    EXPECT_EQ(clicks, 0) << "it has the focus by chance";
+    window.setAttribute(Qt::WA_KeyboardFocusChange); // as Tab leaves it
+    QTest::keyClick(&inside, Qt::Key_Return);
+    QTest::keyClick(&inside, Qt::Key_Enter);
+    EXPECT_EQ(clicks, 2);
+    inside.setEnabled(false);
+    QTest::keyClick(&inside, Qt::Key_Return);
+    EXPECT_EQ(clicks, 2);
+}
+
 TEST_F(CommandButtonTest, APressOutsideGoesBack) {
     button.resize(28, 28);
     ground.show();
