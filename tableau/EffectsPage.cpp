@@ -110,6 +110,8 @@ void EffectsPage::addChord() {
     Combo3->setFocusPolicy(Qt::TabFocus);
     for (const ChordType& type : kChordTypes)
         Combo3->addItem(toQString(type.name));
+    chordCaption_->setBuddy(
+        Combo3); // without one, a screen reader takes what is chosen for the name of the list
     keepKeys(*Combo3);
     parts_.tips.SetToolTip(*Combo3, {"Chord", "Select Single note Chord Type", ""});
     connect(Combo3, &QComboBox::activated, this, [this](int type) { Combo3_Click(type); });
