@@ -12,6 +12,11 @@ namespace velmora {
 namespace {
 constexpr int kIcon = 16;
 constexpr int kSmallText = 10;
+constexpr int kLabelFoot = 8; ///< under the line that a label stands on
+
+bool isEnter(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
 
 int wholeFours(int width) {
     return (width + 3) / 4 * 4;
@@ -63,6 +68,7 @@ QSize CommandButton::sizeHint() const {
 }
 
 bool CommandButton::event(QEvent* event) {
+    const bool reached = hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange);
     switch (event->type()) {
     case QEvent::HoverEnter:
     case QEvent::HoverLeave:
@@ -70,9 +76,15 @@ bool CommandButton::event(QEvent* event) {
         break;
     case QEvent::ShortcutOverride:
         // Space presses the button that the keyboard has reached, whatever else it is a shortcut of.
-        if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange) &&
-            static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space)
+        if (reached && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space)
             event->accept();
+        break;
+    case QEvent::KeyPress: // Enter does the same on every desktop, and not in some themes alone
+        if (const auto* key = static_cast<QKeyEvent*>(event); reached && isEnter(*key)) {
+            if (!key->isAutoRepeat())
+                click();
+            return true;
+        }
         break;
     default:
         break;
@@ -128,7 +140,8 @@ void CommandButton::paintWords(QPainter& painter, const QRectF& all) const {
         break;
     case ButtonForm::IconOverText:
         icon(left, 8);
-        painter.drawText(all.adjusted(2, 28, -2, -4), Qt::AlignHCenter | Qt::AlignVCenter, text());
+        painter.drawText(all.adjusted(2, 28, -2, painter.fontMetrics().descent() - kLabelFoot),
+                         Qt::AlignHCenter | Qt::AlignBottom, text());
         break;
     case ButtonForm::Text:
         if (text().isEmpty())

@@ -10,6 +10,7 @@
 namespace velmora {
 
 namespace {
+constexpr qreal kRoundest = 16;         ///< half of the highest button without an icon
 constexpr double kDisabledShare = 0.62; ///< of the way from the ink to the panel
 
 const RgbPair& faceOf(const Skin& skin, const ControlState& state) {
@@ -80,8 +81,8 @@ qreal angleOf(Direction direction) {
 
 qreal faceRadius(const Appearance& look, const QRectF& rect) {
     const int radius = look.buttons().radius;
-    if (radius == kHalfHeight)
-        return std::min(rect.height(), rect.width()) / 2;
+    if (radius == kHalfHeight) // of a higher face the ends would cut the label that stands at its foot
+        return std::min({rect.height() / 2, rect.width() / 2, kRoundest});
     return isBevelled(look.skin()) ? 0 : radius;
 }
 

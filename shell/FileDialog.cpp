@@ -6,10 +6,12 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
 #include <QPointer>
+#include <QTreeView>
 
 #include <algorithm>
 
@@ -25,6 +27,7 @@ constexpr QSize kFirstSize(720, 480);
 /// The parts of Qt's dialog by their names there; a platform's dialog has none.
 constexpr const char* kNameEdit = "fileNameEdit";
 constexpr const char* kList = "listView";
+constexpr const char* kTree = "treeView";
 constexpr const char* kTypeCombo = "fileTypeCombo";
 
 /// On a change of type Qt exchanges whatever follows the last point of the name, even in "opus.1", by what
@@ -60,6 +63,7 @@ FileDialog::FileDialog(QWidget* parent, DialogSource source, FileRequest request
         setWindowTitle(QString::fromStdString(request_.title));
     setAcceptMode(request_.mode);
     setFileMode(saves() ? AnyFile : ExistingFile);
+    showWholeColumns();
     setMinimumSize(kLeastSize);
     resize(kFirstSize);
     setHistory({});
@@ -122,6 +126,16 @@ void FileDialog::done(int result) {
             QFileDialog::done(Accepted);
     });
     box->open();
+}
+
+/// Qt's columns cut sizes and dates in fonts as wide as ours; only names may need more than there is.
+void FileDialog::showWholeColumns() {
+    const auto* tree = findChild<QTreeView*>(kTree);
+    if (!tree)
+        return;
+    tree->header()->setStretchLastSection(false);
+    tree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    tree->header()->setSectionResizeMode(0, QHeaderView::Stretch);
 }
 
 void FileDialog::showTypes(int selected) {

@@ -50,6 +50,7 @@ protected:
     void done(int result) override;
 
 private:
+    void showWholeColumns();
     void showTypes(int selected);
     void followType();
     [[nodiscard]] bool saves() const { return request_.mode == AcceptSave; }

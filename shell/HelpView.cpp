@@ -89,11 +89,13 @@ void HelpView::build() {
         clear->setAccessibleName("Clear search");
     list_->setObjectName("lstHelpPages");
     list_->setAccessibleName("Help pages");
+    list_->setAccessibleDescription("All pages, or those that were found; Enter shows one");
     list_->setItemDelegate(new HelpListDelegate(list_));
     list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     text_->setObjectName("txtHelpPage");
     text_->setAccessibleName("Help page");
+    text_->setAccessibleDescription("Arrows scroll, Tab goes from link to link");
     text_->setOpenLinks(false); // links are ours to follow; none of them starts another program
 
     auto* const left = new QVBoxLayout;

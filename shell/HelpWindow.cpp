@@ -16,6 +16,15 @@ namespace {
 constexpr QSize kLeast(560, 360);
 constexpr QSize kWanted(880, 640);
 constexpr int kMargin = 12;
+
+/// Tips look alike in all windows: what the view would have the platform say, the program's own tips say.
+void takeOverTips(const QWidget& view, ExToolTip& tips) {
+    for (auto* control : view.findChildren<QWidget*>())
+        if (const QString words = control->toolTip(); !words.isEmpty()) {
+            control->setToolTip({});
+            tips.SetToolTip(*control, {control->accessibleName(), words, ""});
+        }
+}
 } // namespace
 
 HelpWindow::HelpWindow(frmskins& skins, ExToolTip& tips, HelpLibrary library)
@@ -26,6 +35,7 @@ HelpWindow::HelpWindow(frmskins& skins, ExToolTip& tips, HelpLibrary library)
     setMinimumSize(kLeast);
     resize(kWanted.boundedTo(screen()->availableSize() - QSize(40, 40)).expandedTo(kLeast));
     attachTips(tips);
+    takeOverTips(*view_, tips);
 }
 
 void HelpWindow::open(const QString& page) {

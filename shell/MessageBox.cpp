@@ -26,6 +26,18 @@ struct Choice {
     Answer answer;
 };
 
+/// The name of a file may have no blank in all the width of a message: such a word may break anywhere.
+QString breakable(const QString& text, const QFontMetrics& font) {
+    constexpr QChar kMayBreak(0x200b);
+    QStringList words = text.split(' ');
+    for (QString& word : words)
+        if (font.horizontalAdvance(word) > kTextWidth)
+            for (qsizetype i = word.size() - 1; i > 0; --i)
+                if (!word[i].isLowSurrogate() && !word[i].isMark())
+                    word.insert(i, kMayBreak);
+    return words.join(' ');
+}
+
 /// A disc in the accent with a letter: what kind of message it is.
 class Sign : public QWidget {
 public:
@@ -61,10 +73,11 @@ public:
         , choices_(choices) {
         setObjectName("message");
         setWindowModality(Qt::ApplicationModal);
-        auto* words = new QLabel(text, Ibak5());
+        auto* words = new QLabel(Ibak5());
         words->setObjectName("words");
         words->setTextFormat(Qt::PlainText);
         words->setWordWrap(true);
+        words->setText(breakable(text, words->fontMetrics()));
         const int one = words->fontMetrics().size(0, text).width() + 4;
         words->setFixedWidth(std::min(one, kTextWidth));
         const int height = std::max(words->heightForWidth(words->width()), kSign);
@@ -75,7 +88,7 @@ public:
         (new Sign(look(), sign, Ibak5()))->move(kMargin, kMargin);
         words->setGeometry(kMargin + kSign + 12, kMargin, words->width(), height);
         words->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-        addButtons(this->height() - kTitleHeight - kMargin - kButtonHeight);
+        addButtons(this->height() - kTitleHeight - kMargin - kButtonHeight, text);
     }
 
     Answer run() {
@@ -118,12 +131,14 @@ protected:
     }
 
 private:
-    void addButtons(int top) {
+    /// A screen reader says with the button what it answers.
+    void addButtons(int top, const QString& text) {
         int x = width() - kMargin - static_cast<int>(choices_.size()) * (kButtonWidth + kGap) + kGap;
         for (const Choice& choice : choices_) {
             auto* button = new CommandButton(look(), ButtonForm::Text, Ibak5());
             button->setObjectName(choice.name);
             button->setFace("", choice.caption);
+            button->setAccessibleDescription(text);
             button->setGeometry(x, top, kButtonWidth, kButtonHeight);
             connect(button, &QAbstractButton::clicked, this, [this, answer = choice.answer] { end(answer); });
             x += kButtonWidth + kGap;

@@ -147,7 +147,7 @@ void SkinnedWindow::buildTitle(TitleButtons buttons) {
         painter.setFont(font);
         painter.setPen(toQColor(skin.titleText));
         const QString text = QFontMetrics(font).elidedText(windowTitle(), Qt::ElideRight, lblTitle_->width());
-        painter.drawText(lblTitle_->rect(), Qt::AlignLeft | Qt::AlignVCenter, text);
+        painter.drawText(lblTitle_->rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
     };
     fpic_->onTop = [this](QPainter& painter, const Skin& /*skin*/) {
         paintProgramIcon(painter, fpic_->rect());

@@ -46,15 +46,27 @@ ButtonBar::ButtonBar(const Appearance& look, const CommandBank& Cmd2, const Comm
     more_->setFace("more");
     tips.SetToolTip(*more_, {"More", "Percussion and note styles", "more"});
     connect(more_, &QAbstractButton::clicked, this, [this] { showMore(); });
-    // The order in which Tab reaches them is that from left to right.
-    for (const auto& group : groups_)
-        for (CommandButton* button : group)
+    for (CommandButton* button : fromLeftToRight())
+        if (button != more_)
             button->setParent(this);
-    more_->raise();
-    for (auto button = windows_.rbegin(); button != windows_.rend(); ++button)
-        (*button)->setParent(this);
-    for (auto button = help_.rbegin(); button != help_.rend(); ++button)
-        (*button)->setParent(this);
+    setOrder();
+}
+
+std::vector<CommandButton*> ButtonBar::fromLeftToRight() const {
+    std::vector<CommandButton*> buttons;
+    for (const auto& group : groups_)
+        buttons.insert(buttons.end(), group.begin(), group.end());
+    buttons.push_back(more_);
+    buttons.insert(buttons.end(), windows_.rbegin(), windows_.rend());
+    buttons.insert(buttons.end(), help_.rbegin(), help_.rend());
+    return buttons;
+}
+
+/// Tab goes along the bar, although some indices stand behind later ones.
+void ButtonBar::setOrder() {
+    const std::vector<CommandButton*> buttons = fromLeftToRight();
+    for (std::size_t i = 1; i < buttons.size(); ++i)
+        setTabOrder(buttons[i - 1], buttons[i]);
 }
 
 void ButtonBar::layOut(FormWidth width) {

@@ -30,6 +30,8 @@ protected:
 
 private:
     void showMore();
+    [[nodiscard]] std::vector<CommandButton*> fromLeftToRight() const;
+    void setOrder();
 
     const Appearance& look_;
     const CommandBank& Lb1_;

@@ -19,6 +19,10 @@ constexpr int kRing = 2;
 constexpr const char* kSquareTip =
     "Left Click to activate Channel \nRight click to Activate/Deactivate Channel ";
 
+bool isEnter(int key) {
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
 /// A muted channel is pale and struck out.
 void paintSquare(QPainter& painter, const QRectF& rect, int channel, bool muted) {
     const ChannelColours& colours = kChannelColours[static_cast<std::size_t>(channel)];
@@ -63,10 +67,14 @@ public:
 
 protected:
     bool event(QEvent* event) override {
-        // As with the command buttons, Space presses what the keyboard has reached.
+        // As with the command buttons, Space and Enter press what the keyboard has reached.
         if (event->type() == QEvent::ShortcutOverride && hasFocus() &&
             static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space)
             event->accept();
+        if (event->type() == QEvent::KeyPress && isEnter(static_cast<QKeyEvent*>(event)->key())) {
+            click();
+            return true;
+        }
         return QAbstractButton::event(event);
     }
     void paintEvent(QPaintEvent* /*event*/) override {

@@ -110,6 +110,8 @@ void EffectsPage::addChord() {
     Combo3->setFocusPolicy(Qt::TabFocus);
     for (const ChordType& type : kChordTypes)
         Combo3->addItem(toQString(type.name));
+    // Without a label a screen reader takes what is chosen for the name of the list.
+    chordCaption_->setBuddy(Combo3);
     keepKeys(*Combo3);
     parts_.tips.SetToolTip(*Combo3, {"Chord", "Select Single note Chord Type", ""});
     connect(Combo3, &QComboBox::activated, this, [this](int type) { Combo3_Click(type); });

@@ -39,7 +39,7 @@ FormLayout formLayout(QSize window, const FormParts& parts) {
         y += kPanelAndGap;
     }
     const int readOutsLeft = formWidth(width) == FormWidth::Full ? 384 : 324;
-    layout.channelStrip = {kMargin, y, readOutsLeft - kMargin, 28};
+    layout.channelStrip = {kMargin, y, readOutsLeft - kMargin, 30};
     layout.readOuts = {readOutsLeft, y + 2, width - 22 - readOutsLeft, 24};
     layout.pic3 = {kGuide, y + 31, inner, 18};
     layout.pic2a = {kGuide, y + 50, inner, 26};

@@ -97,6 +97,7 @@ void MakerPage::addNumbers() {
 void MakerPage::addPicture(Number& number, const char* name, const FieldRow& row) {
     number.picture = new Slider(parts_.look, Qt::Horizontal, this);
     number.picture->setObjectName(name);
+    number.picture->setAccessibleName(row.caption);
     number.picture->onDrag = [&number](int value) { number.value.set(static_cast<std::int16_t>(value)); };
     number.mark = new StepMark(QString(name) + "Steps", this);
     const auto half = [&number](int direction) { number.value.stepHalf(direction); };

@@ -70,6 +70,7 @@ Picmain::Picmain(const Appearance& look, ExToolTip& tips, Workspace& workspace, 
     , Label9_(new Splitter(look, this)) {
     setObjectName("Picmain");
     setAccessibleName("Tableau");
+    setAccessibleDescription("The notes of the score. Arrows and Page keys scroll; the mouse draws");
     setFocusPolicy(Qt::StrongFocus);
     tips.SetToolTip(*HScroll1_, {"Score position", kBarTip, ""});
     tips.SetToolTip(*VScroll1_, {"Pitch", kBarTip, ""});

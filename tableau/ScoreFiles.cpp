@@ -17,6 +17,16 @@ namespace {
 constexpr std::string_view kOpenFilter = "Score Files (*.sng) |*.sng|";
 constexpr std::string_view kSaveFilter = "Velmora Score(*.sng)|*.sng|Midi(*.mid)|*.mid";
 constexpr int kMidiFilter = 2;
+
+/// A writer's words say which file and why; whoever saves wants to know what became of it, and what to do.
+ScoreFiles::Outcome outcomeOfWriting(const std::string& words) {
+    ScoreFiles::Outcome outcome;
+    outcome.done = words.empty();
+    if (!outcome.done)
+        outcome.words =
+            words + " Nothing is lost and nothing was replaced. Try another folder or another name.";
+    return outcome;
+}
 } // namespace
 
 ScoreFiles::ScoreFiles(Workspace& workspace, clsDialog& dialogs, SettingsStore& settings, fs::path songs)
@@ -69,9 +79,7 @@ ScoreFiles::Outcome ScoreFiles::saveAs() {
 ScoreFiles::Outcome ScoreFiles::saveScore(const std::string& path) {
     Score& score = workspace_.score;
     const std::string before = std::exchange(score.currentFile, path);
-    Outcome outcome;
-    outcome.words = SavePoliFile(score, workspace_.setup);
-    outcome.done = outcome.words.empty();
+    Outcome outcome = outcomeOfWriting(SavePoliFile(score, workspace_.setup));
     if (!outcome.done)
         score.currentFile = before;
     return outcome;
@@ -83,9 +91,7 @@ ScoreFiles::Outcome ScoreFiles::exportMidi(const std::string& path) {
     ChordSteps steps = workspace_.chords;
     std::int32_t size = settings::read(settings_, settings::NumBytes);
     const std::int32_t before = size;
-    Outcome outcome;
-    outcome.words = MidiFile(path, copy, steps, size);
-    outcome.done = outcome.words.empty();
+    Outcome outcome = outcomeOfWriting(MidiFile(path, copy, steps, size));
     if (size != before)
         settings::save(settings_, settings::NumBytes, size);
     return outcome;

@@ -21,6 +21,8 @@ public:
     /// @p caption says what the text tells; nothing is shown for a blank text.
     void setText(const QString& caption, const QString& text);
     void layOut();
+    /// From left to right.
+    [[nodiscard]] const std::array<QWidget*, 3>& parts() const { return parts_; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

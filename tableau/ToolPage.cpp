@@ -50,8 +50,13 @@ ToolPage::Field ToolPage::addField(const FieldRow& row, const Value& value) {
     field.number->number = value.get;
     field.number->onNumber = value.set;
     field.number->onStep = [value](int steps) { value.move(steps * value.step()); };
+    // Who listens knows it by the word that the others see.
+    field.caption->setBuddy(field.number);
+    field.number->setAccessibleName(row.caption);
     parts_.tips.SetToolTip(*field.number, {row.title, row.tip, ""});
-    field.number->findChild<QLineEdit*>()->setAccessibleName(QString(row.title).trimmed());
+    auto* edit = field.number->findChild<QLineEdit*>();
+    edit->setAccessibleName(row.caption);
+    edit->setAccessibleDescription(row.tip);
     return field;
 }
 

@@ -29,6 +29,12 @@ constexpr std::array<FieldRow, 7> kFieldRows{{
     {"LblTrk", "Trk", "Track", "The active channel", 16, 16},
     {"LblNumnotes", "", "Notes", "Length of the score", 80, 80},
 }};
+constexpr int kBetween = 12; ///< from a value to the next caption
+constexpr int kMostNotes = 96;
+
+int captionRoom(const FieldRow& row) {
+    return QFontMetrics(textFont(10)).horizontalAdvance(QLatin1String(row.caption)) + 8;
+}
 } // namespace
 
 /// A value, with an ellipsis where it has no room.
@@ -90,25 +96,40 @@ void TopBarOverlay::showTrack(int channel) {
 void TopBarOverlay::layOut(FormWidth width) {
     width_ = width;
     const bool captions = width != FormWidth::Small;
-    const QFontMetrics small(textFont(10));
+    const auto rooms = roomsOfValues();
     rules_.clear();
-    int x = 12;
+    int x = kMargin;
     for (std::size_t i = 0; i < LblNumnotes; ++i) {
         captionAt_[i] = x;
         if (captions)
-            x += small.horizontalAdvance(QLatin1String(kFieldRows[i].caption)) + 8;
-        const int room = width == FormWidth::Full ? kFieldRows[i].full : kFieldRows[i].compact;
-        values_[i]->setGeometry(x, 2, room, height() - 4);
-        x += room + 8;
+            x += captionRoom(kFieldRows[i]);
+        values_[i]->setGeometry(x, 2, rooms[i], height() - 4);
+        x += rooms[i] + kBetween;
         if (i < LblTrk)
-            rules_.push_back(x - 4);
-        x += 4;
+            rules_.push_back(x - 8);
     }
-    const int room = std::max(0, std::min(this->width() - 12 - x, 96));
-    values_[LblNumnotes]->setGeometry(this->width() - 12 - room, 2, room, height() - 4);
+    const int room = std::max(0, std::min(this->width() - kMargin - x, kMostNotes));
+    values_[LblNumnotes]->setGeometry(this->width() - kMargin - room, 2, room, height() - 4);
     for (int i = 0; i < kFields; ++i) // what is cut has changed
         setField(static_cast<Field>(i), values_[static_cast<std::size_t>(i)]->text());
     update();
+}
+
+/// What the compact form leaves free goes to the instrument and then to the chord, whose words are long.
+std::array<int, TopBarOverlay::LblNumnotes> TopBarOverlay::roomsOfValues() const {
+    std::array<int, LblNumnotes> rooms{};
+    int spare = width() - 2 * kMargin - kMostNotes;
+    for (std::size_t i = 0; i < rooms.size(); ++i) {
+        const FieldRow& row = kFieldRows[i];
+        rooms[i] = width_ == FormWidth::Full ? row.full : row.compact;
+        spare -= rooms[i] + kBetween + (width_ == FormWidth::Small ? 0 : captionRoom(row));
+    }
+    for (const Field field : {LblInst, Label7}) {
+        const int more = std::clamp(kFieldRows[field].full - rooms[field], 0, std::max(0, spare));
+        rooms[field] += more;
+        spare -= more;
+    }
+    return rooms;
 }
 
 void TopBarOverlay::paintEvent(QPaintEvent* /*event*/) {

@@ -34,6 +34,8 @@ private:
     class ReadOut;
     static constexpr int kFields = 7;
 
+    [[nodiscard]] std::array<int, LblNumnotes> roomsOfValues() const;
+
     const Appearance& look_;
     ExToolTip& tips_;
     std::array<ReadOut*, kFields> values_{};

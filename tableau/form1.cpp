@@ -96,11 +96,21 @@ form1::form1(Application& application)
     layOut();
     showAll();
     screen_.setPointer(Box::MusicBox, Pointer::Arrow);
+    setOrder();
     // Otherwise the first button, which empties the score, would have the focus, and Space would press it.
     Picmain_->setFocus();
 }
 
 form1::~form1() = default;
+
+/// Tab leaves the Tableau for the text line, which stands under it.
+void form1::setOrder() {
+    QWidget* before = Picmain_;
+    for (QWidget* part : textLine_->parts()) {
+        setTabOrder(before, part);
+        before = part;
+    }
+}
 
 /// The sizes in the settings are twips, of which fifteen make a pixel.
 void form1::openAtStoredPlace() {

@@ -135,6 +135,7 @@ private:
     void bindKeys();
     void bindItem(std::string_view item, std::function<void()> routine);
     void openAtStoredPlace();
+    void setOrder();
     void Form_Activate();
     void bindTableau();
     void bindEditing();

@@ -2,6 +2,7 @@
 #include "shell/CommandButton.h"
 
 #include "WindowFixture.h"
+#include "shell/ControlPainter.h"
 #include "shell/SkinPainter.h"
 
 #include <QtWidgets>
@@ -43,6 +44,35 @@ TEST_F(CommandButtonTest, FormsHaveTheirSizes) {
     EXPECT_EQ(button.sizeHint(), QSize(144, 20));
     button.setForm(ButtonForm::Text);
     EXPECT_EQ(button.sizeHint(), QSize(64, 24));
+}
+
+TEST_F(CommandButtonTest, ALabelUnderAnIconStandsEightFromTheFoot) {
+    button.setForm(ButtonForm::IconOverText);
+    button.setFace("loop", "Cut"); // nothing of it hangs under the line
+    button.resize(button.sizeHint());
+    const QImage image = picture();
+    const auto isBare = [&](int y) {
+        for (int x = 0; x < image.width(); ++x)
+            if (qAlpha(image.pixel(x, y)) > 64)
+                return false;
+        return true;
+    };
+    EXPECT_FALSE(isBare(52 - 8 - 1));
+    for (int y = 52 - 8; y < 52; ++y)
+        EXPECT_TRUE(isBare(y)) << y;
+}
+
+TEST_F(CommandButtonTest, ARoundFaceKeepsItsLabelInside) {
+    skins->Btnstyle_Click(6);
+    button.setForm(ButtonForm::IconOverText);
+    for (const char* label : {"Cut", "Overwrite", "Duplicate", "Insert Spaces", "Undo Effects"}) {
+        button.setFace("loop", label);
+        const QSizeF size = button.sizeHint();
+        const qreal radius = faceRadius(skins->look(), QRectF(QPointF(), size));
+        const qreal rise = std::max(0.0, radius - 8); // from the label's line to where the sides begin
+        const qreal inset = radius - std::sqrt(radius * radius - rise * rise);
+        EXPECT_LE(QFontMetrics(textFont(10)).horizontalAdvance(label), size.width() - 2 * inset) << label;
+    }
 }
 
 TEST_F(CommandButtonTest, LongerWordsWidenItInStepsOfFour) {
@@ -142,6 +172,24 @@ TEST_F(CommandButtonTest, SpaceGoesToTheButtonThatTheKeyboardHasReachedBeforeAny
     QTest::keyClick(&inside, Qt::Key_Space);
     EXPECT_EQ(clicks, 1);
     EXPECT_EQ(shortcuts, 2);
+}
+
+TEST_F(CommandButtonTest, EnterPressesTheButtonThatTabHasReached) {
+    TestWindow window(*skins);
+    CommandButton inside(skins->look(), ButtonForm::Text, window.Ibak5());
+    int clicks = 0;
+    QObject::connect(&inside, &QAbstractButton::clicked, &inside, [&] { ++clicks; });
+    open(window);
+    inside.setFocus();
+    QTest::keyClick(&inside, Qt::Key_Return);
+    EXPECT_EQ(clicks, 0) << "it has the focus by chance";
+    window.setAttribute(Qt::WA_KeyboardFocusChange); // as Tab leaves it
+    QTest::keyClick(&inside, Qt::Key_Return);
+    QTest::keyClick(&inside, Qt::Key_Enter);
+    EXPECT_EQ(clicks, 2);
+    inside.setEnabled(false);
+    QTest::keyClick(&inside, Qt::Key_Return);
+    EXPECT_EQ(clicks, 2);
 }
 
 TEST_F(CommandButtonTest, APressOutsideGoesBack) {

@@ -36,6 +36,16 @@ TEST_F(MessageBoxTest, AMessageMayHaveATitleOfItsOwnAndEscConfirmsIt) {
     tell(*skins, nullptr, "Unable to detect any midi output devices.\nTerminating...", "Velmora - Error");
 }
 
+TEST_F(MessageBoxTest, AScreenReaderSaysTheMessageWithItsButtons) {
+    hand.in<QWidget>([](QWidget& box) {
+        for (const char* name : {"yes", "no"})
+            EXPECT_EQ(part<QWidget>(box, name).accessibleDescription(),
+                      "Do you want to save your composition?");
+        pressIn(box, "no");
+    });
+    EXPECT_EQ(asked(), Answer::No);
+}
+
 TEST_F(MessageBoxTest, MarksInATextAreShownAsTheyAre) {
     hand.in<QWidget>([](QWidget& box) {
         EXPECT_EQ(part<QLabel>(box, "words").textFormat(), Qt::PlainText);
@@ -53,6 +63,17 @@ TEST_F(MessageBoxTest, ALongTextWrapsAndIsShownWhole) {
         pressIn(box, "ok");
     });
     tells(QString("The score \"/home/me/a long way down/tune.sng\" can't be read. ").repeated(12));
+}
+
+TEST_F(MessageBoxTest, ANameWithoutABlankIsShownWhole) {
+    const QString name(250, 'y');
+    hand.in<QWidget>([&](QWidget& box) {
+        const auto& words = part<QLabel>(box, "words");
+        const QFontMetrics font = words.fontMetrics();
+        EXPECT_GE(words.height(), font.horizontalAdvance(name) / words.width() * font.lineSpacing());
+        pressIn(box, "ok");
+    });
+    tells("The score \"" + name + ".sng\" can't be read.");
 }
 
 TEST_F(MessageBoxTest, YesAndNoAreAnswersByMouseAndByLetter) {

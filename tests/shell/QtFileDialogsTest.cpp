@@ -8,6 +8,7 @@
 #include <QListView>
 #include <QMessageBox>
 #include <QTemporaryDir>
+#include <QTreeView>
 
 #include <array>
 #include <filesystem>
@@ -133,6 +134,20 @@ TEST_F(QtFileDialogsTest, CapitalsAreListedAndOtherTypesAreNot) {
     });
     EXPECT_EQ(dialogs_.OpenDialog("Open Score File", kOpenTypes, folder()).path, in("TUNE.SNG"));
     EXPECT_THAT(names, testing::UnorderedElementsAre("TUNE.SNG", "Tune.SnG", "tune.sng"));
+}
+
+TEST_F(QtFileDialogsTest, SizesAndDatesAreShownWhole) {
+    std::ofstream(folder_ / "tune.sng") << std::string(123'456, '1');
+    driver_.in<QFileDialog>([&](QFileDialog& dialog) {
+        driver_.waitUntil([&] { return listed(dialog).size() == 1; });
+        const auto& list = part<QTreeView>(dialog, "treeView");
+        for (int column = 1; column < list.model()->columnCount(); ++column)
+            EXPECT_GE(list.columnWidth(column),
+                      static_cast<const QAbstractItemView&>(list).sizeHintForColumn(column))
+                << column;
+        dialog.reject();
+    });
+    EXPECT_EQ(dialogs_.OpenDialog("Open Score File", kOpenTypes, folder()).path, "");
 }
 
 TEST_F(QtFileDialogsTest, AFilePickedFromTheListByKeyboardIsOpened) {

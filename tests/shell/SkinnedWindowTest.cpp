@@ -42,6 +42,14 @@ TEST_F(SkinnedWindowTest, HasAllNamedParts) {
             EXPECT_NE(window.findChild<QWidget*>(numbered(name, i)), nullptr) << name << i;
 }
 
+TEST_F(SkinnedWindowTest, ATitleStandsInOneLineWhateverTheNameOfTheFile) {
+    const auto titled = [&](const char* title) {
+        window.setWindowTitle(title);
+        return part<QWidget>(window, "lblTitle").grab().toImage();
+    };
+    EXPECT_EQ(titled("Velmora - two\nlines.sng"), titled("Velmora - two lines.sng"));
+}
+
 TEST_F(SkinnedWindowTest, PartsTellWhatTheyDo) {
     struct Row {
         const char* name;

@@ -26,7 +26,7 @@ class ChannelStripTest : public testing::Test {
 protected:
     ChannelStripTest() {
         ground.resize(384, 40);
-        strip.setGeometry(0, 0, 372, 28);
+        strip.setGeometry(0, 0, 372, 30);
         strip.layOut(FormWidth::Full);
         strip.Label8_Click = [this](int channel) { left.push_back(channel); };
         strip.onRightPress = [this](int channel) { right.push_back(channel); };
@@ -186,13 +186,25 @@ TEST_F(TopBarOverlayTest, TheTrackHasTheChannelsNumberAndColour) {
     }
 }
 
+TEST_F(TopBarOverlayTest, ALongInstrumentIsCutOnlyWhereThereIsNoRoom) {
+    const QString name = "Acoustic Guitar (nylon)";
+    bar.setField(TopBarOverlay::LblInst, name);
+    const auto isCut = [&](int window) {
+        bar.resize(window - 22 - 324, 24);
+        bar.layOut(FormWidth::Compact);
+        return tips.toolTip(label("LblInst"))->text.contains(name);
+    };
+    EXPECT_FALSE(isCut(1233)) << "as it opens on a screen of 1366";
+    EXPECT_TRUE(isCut(1000));
+}
+
 TEST_F(TopBarOverlayTest, FieldsStandSideBySideInEveryForm) {
     struct Row {
         FormWidth form;
         int width;
     };
     for (const Row& row : {Row{FormWidth::Full, 1280 - 22 - 384}, Row{FormWidth::Compact, 1000 - 22 - 324},
-                           Row{FormWidth::Small, 880 - 22 - 324}}) {
+                           Row{FormWidth::Compact, 1233 - 22 - 324}, Row{FormWidth::Small, 880 - 22 - 324}}) {
         bar.resize(row.width, 24);
         bar.layOut(row.form);
         int right = 0;

@@ -61,7 +61,7 @@ TEST(FormLayoutRowsTest, StandAsDrawnOnAWideScreen) {
              Row{"menuStrip", layout.menuStrip, 28, 24},
              Row{"buttonBar", layout.buttonBar, 52, 40},
              Row{"toolPanel", layout.toolPanel, 92, 60},
-             Row{"channelStrip", layout.channelStrip, 156, 28},
+             Row{"channelStrip", layout.channelStrip, 156, 30},
              Row{"readOuts", layout.readOuts, 158, 24},
              Row{"pic3", layout.pic3, 187, 18},
              Row{"pic2a", layout.pic2a, 206, 26},

@@ -173,6 +173,7 @@ TEST_F(ScoreFilesTest, AFailedSaveKeepsTheOldFileAndItsName) {
     const auto outcome = files.saveAs();
     EXPECT_FALSE(outcome.done);
     EXPECT_THAT(outcome.words, HasSubstr("inTheWay.sng"));
+    EXPECT_THAT(outcome.words, HasSubstr("Try another folder or another name."));
     EXPECT_EQ(score().currentFile, file.string());
     EXPECT_EQ(contentOf(file), before);
     EXPECT_TRUE(fs::is_directory(other / "inTheWay.sng"));
@@ -185,6 +186,7 @@ TEST_F(ScoreFilesTest, AFailedExportIsSaid) {
     const auto outcome = files.saveAs();
     EXPECT_FALSE(outcome.done);
     EXPECT_THAT(outcome.words, HasSubstr("inTheWay.mid"));
+    EXPECT_THAT(outcome.words, HasSubstr("Try another folder or another name."));
 }
 
 TEST_F(ScoreFilesTest, AnExportLeavesTheScoreInMemoryAsItWas) {

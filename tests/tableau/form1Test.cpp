@@ -104,6 +104,49 @@ TEST_F(form1Test, HelpHasThePageOfTheWindowAndTheMenusTheIndex) {
     EXPECT_THAT(pages, testing::ElementsAre("composing-window", "composing-window", "index"));
 }
 
+TEST_F(form1Test, TabGoesThroughTheStripsFromTopToBottomAndFromLeftToRight) {
+    putNotes(score(), 0, 60, 2);
+    for (const int width : {1366, 1024, 900}) {
+        shown().resize(width, 768);
+        const std::vector<const QWidget*> strips{&child("buttonBar"), &child("toolPanel"),
+                                                 &child("channelStrip"), &child("Picmain"),
+                                                 &child("textLine")};
+        const auto stripOf = [&](const QWidget* part) {
+            while (part && std::find(strips.begin(), strips.end(), part) == strips.end())
+                part = part->parentWidget();
+            return std::find(strips.begin(), strips.end(), part) - strips.begin();
+        };
+        child("Picmain").setFocus();
+        std::ptrdiff_t strip = stripOf(&child("Picmain"));
+        int x = -1;
+        std::set<const QWidget*> met;
+        // From the Tableau through the text line, and round to the Tableau.
+        do {
+            QTest::keyClick(&window(), Qt::Key_Tab);
+            const QWidget* now = QApplication::focusWidget();
+            const std::string name = now->objectName().toStdString() + " at " + std::to_string(width);
+            ASSERT_TRUE(met.insert(now).second) << name;
+            if (stripOf(now) != strip) {
+                EXPECT_EQ(stripOf(now), (strip + 1) % std::ssize(strips)) << name;
+                strip = stripOf(now);
+                x = -1;
+            }
+            const int left = now->mapTo(&window(), QPoint()).x();
+            if (strip == 0 || strip == 4) {
+                EXPECT_GT(left, x) << name;
+            }
+            x = left;
+        } while (QApplication::focusWidget() != &child("Picmain"));
+    }
+}
+
+TEST_F(form1Test, NoSquareIsCutByItsStrip) {
+    shown();
+    const QRect strip = child("channelStrip").rect();
+    for (const int channel : {0, 1, 12})
+        EXPECT_TRUE(strip.contains(square(channel).geometry())) << channel;
+}
+
 TEST_F(form1Test, SpacePressesTheButtonThatTabHasReached) {
     putNotes(score(), 0, 60, 2);
     shown();
@@ -127,6 +170,9 @@ TEST_F(form1Test, SpacePressesASquareThatTabHasReached) {
     QTest::keyClick(&square(3), Qt::Key_Space);
     EXPECT_EQ(score().ActiveChannel, 3);
     EXPECT_TRUE(port.notes().empty()) << "nothing played";
+    square(4).setFocus(Qt::TabFocusReason);
+    QTest::keyClick(&square(4), Qt::Key_Return);
+    EXPECT_EQ(score().ActiveChannel, 4);
 }
 
 TEST_F(form1Test, EveryButtonHasATipAndAName) {
