@@ -76,7 +76,7 @@ void PlaybackEngine::RewindBut_Click() {
     view_.ViewLastColumn = std::min(view_.ViewColumns, score_.NumNotes);
     view_.PlayMark = 0;
     window_.DrawNoteArray();
-    window_.followView();
+    showMovedView();
     loop_.YieldIfInput();
 }
 
@@ -151,11 +151,18 @@ void PlaybackEngine::showPlayMark(int rightLimit) {
         return;
     view_.ViewFirstColumn = std::min(view_.PlayMark, score_.NumNotes - 1);
     view_.ViewLastColumn = std::min(view_.ViewFirstColumn + view_.ViewColumns, rightLimit);
+    showMovedView();
+}
+
+/// All but `MusicBox`, which is painted at any rate.
+void PlaybackEngine::showMovedView() {
+    window_.followView();
+    window_.DrawBeatArray();
+    window_.drawBars();
 }
 
 bool PlaybackEngine::prepare(float step) {
-    linePosition_ = -1;
-    window_.resetPlayLine();
+    takeLineAway();
     window_.followView();
     window_.DrawNoteArray();
     for (int channel = 0; channel < kUsedChannels; ++channel) {
@@ -195,6 +202,7 @@ PlaybackEngine::WalkEnd PlaybackEngine::walk() {
 
 void PlaybackEngine::pause() {
     port_.reset();
+    takeLineAway();
     window_.EnableControls();
     state_.Playing = false;
     view_.PlayMark = state_.PlayPosition;
@@ -203,6 +211,7 @@ void PlaybackEngine::pause() {
 
 void PlaybackEngine::finish() {
     watches_.WaitSeconds(PlayStopwatch, state_.StepSeconds); // the last position gets its time
+    takeLineAway();
     for (int channel = 0; channel < kUsedChannels; ++channel) {
         const auto c = static_cast<std::size_t>(channel);
         if (score_.ChannelMuted[c])
@@ -254,6 +263,8 @@ void PlaybackEngine::playChannel(int channel) {
 void PlaybackEngine::AdvancePlayLine() {
     if (state_.ShowPlayLine)
         moveLine();
+    else
+        takeLineAway();
     ++state_.PlayPosition;
     if (state_.PlayPosition > score_.SongEnd) {
         if (!state_.LoopOn) {
@@ -270,21 +281,25 @@ void PlaybackEngine::AdvancePlayLine() {
 }
 
 void PlaybackEngine::moveLine() {
-    const auto columnOf = [this](int position) { return position - view_.ViewFirstColumn; };
-    if (linePosition_ >= 0 && columnOf(linePosition_) >= 0 && columnOf(linePosition_) <= view_.ViewColumns)
-        window_.PutColumn();
-    int column = columnOf(state_.PlayPosition);
+    takeLineAway();
+    int column = state_.PlayPosition - view_.ViewFirstColumn;
     if (column > view_.ViewColumns) {
         column = 0;
         view_.ViewFirstColumn = std::min(state_.PlayPosition, score_.NumNotes - 1);
         view_.ViewLastColumn = std::min(view_.ViewFirstColumn + view_.ViewColumns, score_.NumNotes - 1);
-        window_.followView();
         window_.DrawNoteArray();
-        window_.DrawBeatArray();
+        showMovedView();
     }
     linePosition_ = state_.PlayPosition;
     window_.GetColumn(column);
     window_.drawPlayLine(column);
+}
+
+void PlaybackEngine::takeLineAway() {
+    const int column = linePosition_ - view_.ViewFirstColumn;
+    if (linePosition_ >= 0 && column >= 0 && column <= view_.ViewColumns)
+        window_.PutColumn();
+    linePosition_ = -1;
 }
 
 void PlaybackEngine::showRecordingProgress() {

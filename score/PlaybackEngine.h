@@ -51,11 +51,13 @@ private:
     [[nodiscard]] bool beginSelection();
     [[nodiscard]] bool segmentIsMarked() const;
     void showPlayMark(int rightLimit);
+    void showMovedView();
     [[nodiscard]] bool prepare(float step);
     [[nodiscard]] WalkEnd walk();
     void pause();
     void playChannel(int channel);
     void moveLine();
+    void takeLineAway();
     void showRecordingProgress();
     void finish();
 

@@ -273,11 +273,6 @@ void Picmain::PutBox() {
     drawOver(Box::MusicBox, MusicBox_->rect(), [this](QImage& picture) { whole_.restore(picture); });
 }
 
-void Picmain::resetPlayLine() {
-    line_.forget();
-    beatLine_.forget();
-}
-
 void Picmain::GetColumn(int column) {
     lineColumn_ = column;
     line_.save(MusicBox_->picture(), columnStrip(Box::MusicBox, column));

@@ -79,7 +79,6 @@ public:
     void PutRow(Box box, int row);
     void GetBox();
     void PutBox();
-    void resetPlayLine();
     void GetColumn(int column);
     void PutColumn();
     void drawPlayLine(int column);

@@ -60,7 +60,8 @@ protected:
         }
         return sounding.empty();
     }
-    QColor pixel(QPoint at) { return static_cast<TableauBox&>(child("MusicBox")).picture().pixelColor(at); }
+    QImage picture(const char* box) { return static_cast<TableauBox&>(child(box)).picture().copy(); }
+    QColor pixel(QPoint at) { return picture("MusicBox").pixelColor(at); }
 };
 } // namespace
 
@@ -269,6 +270,69 @@ TEST_F(form1TableauTest, ThePlayLineRunsAndLeavesThePictureAsItWas) {
     EXPECT_EQ(columns.front(), 0);
     EXPECT_TRUE(std::ranges::is_sorted(columns));
     EXPECT_EQ(static_cast<TableauBox&>(child("MusicBox")).picture(), before);
+}
+
+TEST_F(form1TableauTest, HoweverPlayingEndsNoPlayLineIsLeftBehind) {
+    putNotes(score(), 0, 60, 6);
+    shown();
+    const QImage beat = picture("Beatbox");
+    const std::vector<std::pair<const char*, std::function<void(int)>>> ends{
+        {"the end", [](int) {}},
+        {"stop", [this](int waits) { waits == 5 ? window().Cmd2_Click(6) : void(); }},
+        {"pause", [this](int waits) { waits == 5 ? window().Cmd2_Click(5) : void(); }},
+        {"the second round", [this](int waits) { waits == 20 ? window().Cmd2_Click(6) : void(); }},
+        {"no line any more", [this](int waits) { waits == 5 ? window().Cmd2_Click(8) : void(); }},
+    };
+    for (const auto& [name, hand] : ends) {
+        workspace().play.LoopOn = std::string_view(name) == "the second round";
+        loop.waits = 0;
+        loop.onWait = hand;
+        window().Cmd2_Click(3);
+        EXPECT_EQ(picture("Beatbox"), beat) << name;
+    }
+}
+
+TEST_F(form1TableauTest, AViewThatPlayingMovesIsShownOnEveryPaper) {
+    putNotes(score(), 0, 60, 80);
+    putNotes(score(), 8, 44, 3);
+    score().Polyphonics.set(1, 0, 2);
+    score().ChannelInUse[8] = score().ChannelShown[8] = true;
+    shown();
+    const std::array papers{"MusicBox", "Beatbox", "Pic3", "Pic2a"};
+    std::vector<QImage> beginning;
+    for (const char* paper : papers)
+        beginning.push_back(picture(paper));
+    const std::vector<std::pair<const char*, std::function<void()>>> ways{
+        {"return to start", [this] { window().Cmd2_Click(7); }},
+        {"play and stop",
+         [this] {
+             loop.onWait = [this](int) { window().Cmd2_Click(6); };
+             window().Cmd2_Click(3);
+         }},
+    };
+    for (const auto& [name, way] : ways) {
+        child<ViewScroll>("HScroll1").setValue(120);
+        ASSERT_NE(workspace().view.ViewFirstColumn, 0);
+        way();
+        EXPECT_EQ(workspace().view.ViewFirstColumn, 0);
+        for (std::size_t i = 0; i < papers.size(); ++i)
+            EXPECT_EQ(picture(papers[i]), beginning[i]) << papers[i] << " after " << name;
+    }
+}
+
+TEST_F(form1TableauTest, APageTurnIsShownByTheBarsToo) {
+    putNotes(score(), 0, 60, 80);
+    shown();
+    const int page = workspace().view.ViewColumns + 1;
+    child<ViewScroll>("HScroll1").setValue(page + workspace().view.ViewHalfColumns());
+    const QImage chords = picture("Pic3");
+    const QImage notes = picture("Pic2a");
+    child<ViewScroll>("HScroll1").setValue(workspace().view.ViewHalfColumns());
+    ASSERT_NE(picture("Pic2a"), notes);
+    window().Cmd2_Click(3);
+    ASSERT_EQ(workspace().view.ViewFirstColumn, page);
+    EXPECT_EQ(picture("Pic3"), chords);
+    EXPECT_EQ(picture("Pic2a"), notes);
 }
 
 TEST_F(form1TableauTest, WithoutThePlayLineNothingIsPainted) {
