@@ -66,6 +66,8 @@ void PlaybackEngine::playSegment() {
     state_.Playing = true;
     PlaySelection();
     state_.Playing = false;
+    score_.FindEndOfSong(); // the segment had an end of its own
+    window_.showSongEnd();
 }
 
 void PlaybackEngine::RewindBut_Click() {

@@ -132,6 +132,17 @@ TEST_F(form1TableauTest, UndoTakesTheLastNoteBackAndOnlyThat) {
     EXPECT_THAT(cells(0, 6), ElementsAre(60, 1060, -1, -1, -1, -1)) << "there is one step";
 }
 
+TEST_F(form1TableauTest, UndoBringsBackAllOfTheScoreAfterASegmentHasPlayed) {
+    putNotes(score(), 0, 60, 100);
+    shown();
+    workspace().play.SegmentEnd = 5;
+    window().Cmd2_Click(4);
+    const auto before = cells(0, 250);
+    draw(20, 70, 2);
+    window().OpenforUndo();
+    EXPECT_EQ(cells(0, 250), before);
+}
+
 TEST_F(form1TableauTest, APressOnBeatboxGoesToPercussionAndBackAgain) {
     shown();
     QTest::mouseClick(&square(3), Qt::LeftButton);
