@@ -371,6 +371,41 @@ TEST_F(PlaybackEngineTest, ALoopThatComesRoundLeavesNoLineAtTheEnd) {
     EXPECT_EQ(waits, 5);
 }
 
+TEST_F(PlaybackEngineTest, APlayThatBeginsWhileAnOlderOneEndsSilencesIt) {
+    note(0, 0, 60, 50);
+    for (const int playAt : {3, 4}) { // in the last step, or in the time that the last position gets
+        int waits = 0;
+        loop.onWait = [&](double) {
+            ++waits;
+            if (waits == 3)
+                engine.PlayAndStop_Click(true);
+            if (waits == playAt)
+                engine.PlayAndStop_Click(false);
+        };
+        EXPECT_THAT(play(), ElementsAre(on(0, 60), kReset, on(0, 60), off(0, 60), kReset, kReset)) << playAt;
+        EXPECT_EQ(view.PlayMark, 0);
+        EXPECT_FALSE(state.Playing);
+    }
+}
+
+TEST_F(PlaybackEngineTest, APauseOutlastsAnOlderPlayThatStillEnds) {
+    note(0, 0, 60, 50);
+    int waits = 0;
+    loop.onWait = [&](double) {
+        ++waits;
+        if (waits == 3)
+            engine.PlayAndStop_Click(true);
+        if (waits == 4)
+            engine.PlayAndStop_Click(false);
+        if (waits == 8)
+            state.PausePending = true;
+    };
+    play();
+    EXPECT_EQ(view.PlayMark, 3);
+    EXPECT_TRUE(state.PausePending);
+    EXPECT_FALSE(state.Playing);
+}
+
 TEST_F(PlaybackEngineTest, AMarkOutsideTheViewIsScrolledTo) {
     note(0, 0, 60, 90);
     view.ViewColumns = 9;
