@@ -257,6 +257,39 @@ TEST_F(form1TableauTest, ADragOverTheChordBarGivesTheSetupToolbarsChordInItsMode
     EXPECT_EQ(score().NoteCell.valueOr(0, 2, -1), 60) << "the note stays";
 }
 
+TEST_F(form1TableauTest, ARightPressThatAsksForATipChangesNoChord) {
+    putNotes(score(), 0, 60, 4);
+    shown();
+    window().setRightClickMode(RightClick::Tips);
+    workspace().effects.Combo3 = 3;
+    press("Pic3", {5, 8}, Qt::RightButton);
+    drag("Pic3", {29, 8}, Qt::RightButton);
+    release("Pic3", {29, 8}, Qt::RightButton);
+    EXPECT_EQ(score().Polyphonics.valueOr(1, 0, -1), 0);
+    EXPECT_EQ(score().Polyphonics.valueOr(1, 2, -1), 0);
+}
+
+TEST_F(form1TableauTest, ADragThatLeavesABarChangesNothingOutOfView) {
+    putNotes(score(), 0, 60, 150);
+    shown();
+    child<ViewScroll>("HScroll1").setValue(20 + workspace().view.ViewHalfColumns());
+    ASSERT_EQ(workspace().view.ViewFirstColumn, 20);
+    workspace().effects.Combo3 = 3;
+    workspace().effects.vol3 = 50;
+    for (const char* bar : {"Pic3", "Pic2a"})
+        for (const int x : {-5, -30, child(bar).width() + 15}) {
+            press(bar, {5, 8}, Qt::RightButton);
+            const auto chords = score().Polyphonics;
+            const auto volumes = score().Volume;
+            drag(bar, {x, 8}, Qt::RightButton);
+            release(bar, {x, 8}, Qt::RightButton);
+            EXPECT_EQ(score().Polyphonics, chords) << bar << " " << x;
+            EXPECT_EQ(score().Volume, volumes) << bar << " " << x;
+            score().Polyphonics.fillRow(1, 0);
+            score().Volume.fillRow(0, kClearedVolume);
+        }
+}
+
 TEST_F(form1TableauTest, TheMouseOverANoteTellsItsName) {
     putNotes(score(), 0, 60, 2);
     shown();
