@@ -268,7 +268,7 @@ void TableauInput::clearMarks() {
     const bool shown = view.SelectStart >= 0 || view.PlayMark != 0;
     view.SelectStart = view.SelectEnd = -1;
     view.PlayMark = 0;
-    if (shown && stroke_.box == Box::Beatbox) // whose strokes paint nothing else of `MusicBox`
+    if (shown)
         screen_.DrawNoteArray();
 }
 

@@ -63,6 +63,25 @@ TEST_F(MouseModesTest, AHandThatOnlyPointsAtTheEdgeScrollsNothing) {
 
 // Cursor and Select
 
+TEST_F(MouseModesTest, AMarkThatAPressClearsIsNoLongerSeen) {
+    for (const RightClick mode : {RightClick::Menu, RightClick::Erase})
+        for (const MouseButton button : {MouseButton::Left, kRight}) {
+            view().RightClickMode = mode;
+            view().SelectStart = 3;
+            view().SelectEnd = 9;
+            bool seen = true;
+            screen().inMenu = [&] { seen = screen().count("DrawNoteArray") == 0; };
+            screen().calls.clear();
+            press(40, 10, button);
+            EXPECT_EQ(view().SelectStart, -1);
+            EXPECT_EQ(screen().calls.front(), "DrawNoteArray");
+            if (mode == RightClick::Menu && button == kRight) {
+                EXPECT_FALSE(seen) << "a menu that asks for a selection would belie it";
+            }
+            release(40, 10, button);
+        }
+}
+
 TEST_F(MouseModesTest, InCursorModeALeftPressSetsThePlayMark) {
     view().MouseMode = Mouse::Cursor;
     view().ViewFirstColumn = 20;
