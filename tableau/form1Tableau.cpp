@@ -134,11 +134,8 @@ void form1::FunctionBut_Click() {
 /// Pointer and button show what the left mouse button does.
 void form1::showMouseMode() {
     const bool selects = app_.workspace.view.MouseMode == Mouse::Select;
-    const Pointer pointer = selects                                          ? Pointer::Select
-                            : app_.workspace.view.MouseMode == Mouse::Cursor ? Pointer::Cursor
-                                                                             : Pointer::Arrow;
-    screen_.setPointer(Box::MusicBox, pointer);
-    screen_.setPointer(Box::Beatbox, pointer);
+    for (const Box box : {Box::MusicBox, Box::Beatbox})
+        screen_.setPointer(box, pointerAtRest(app_.workspace.view.MouseMode));
     Lb1_[24].setFace(kLb1[24].icon, selects ? QStringLiteral("Select") : QStringLiteral("Draw"));
     Lb1_.setOn(24, !selects);
     Cmd2_.setOn(10, selects);

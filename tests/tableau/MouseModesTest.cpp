@@ -217,6 +217,14 @@ TEST_F(MouseModesTest, TheStaticTestPlaysANoteWithItsOwnInstrumentIfNoteEffectsA
     EXPECT_EQ(words.back(), shortmessage::programChange(0, score().ChannelInstrument[0]));
 }
 
+TEST_F(MouseModesTest, AfterAStaticTestThePointerIsThatOfTheMode) {
+    view().Check4 = true;
+    view().MouseMode = Mouse::Select;
+    press(2, 10);
+    release(2, 10);
+    EXPECT_EQ(screen().pointer(Box::MusicBox), Pointer::Select);
+}
+
 TEST_F(MouseModesTest, TheStaticTestErasesNothing) {
     putNotes(score(), 0, 70, 1, 3);
     view().Check4 = true;
