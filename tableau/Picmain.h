@@ -110,6 +110,7 @@ private:
     class Guide;
 
     [[nodiscard]] TableauBox& box(Box which) const;
+    [[nodiscard]] QImage& painted(Box which);
     /// Has @p draw write into the picture of a box within @p part, and shows that.
     template<class Draw>
     void drawOver(Box which, const QRect& part, Draw draw);
