@@ -32,8 +32,6 @@ public:
     void showPart(const QRect& part) { update(part); }
     /// Whether the picture has to be painted anew before anything can be drawn over it.
     [[nodiscard]] bool isStale() const;
-    /// The picture stays away until it is painted again.
-    void drop() { picture_ = {}; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
