@@ -240,7 +240,7 @@ void PlaybackEngine::pause() {
 
 /// False if a newer play has taken its place: then marks and window are that one's.
 bool PlaybackEngine::finish(const Turn& turn) {
-    if (!turn.isDisplaced())
+    if (!turn.isDisplaced() && isPlayable(state_.StepSeconds))
         watches_.WaitSeconds(PlayStopwatch, state_.StepSeconds); // the last position gets its time
     if (turn.isDisplaced()) {
         port_.reset();

@@ -276,6 +276,19 @@ TEST_F(PlaybackEngineTest, ALoopWithoutTheLineGoesOnInTheSameWalk) {
     EXPECT_THAT(window.columns, IsEmpty());
 }
 
+TEST_F(PlaybackEngineTest, ALoopWhoseTempoCannotBePlayedAnyMoreEndsWithItsRound) {
+    note(0, 0, 60, 2);
+    state.LoopOn = true;
+    int waits = 0;
+    loop.onWait = [&](double) {
+        if (++waits == 2)
+            score.Tempo = 1;
+    };
+    EXPECT_THAT(play(), ElementsAre(on(0, 60), off(0, 60), kReset));
+    EXPECT_FALSE(state.Playing);
+    EXPECT_NEAR(loop.now(), 3 * 0.138, 1e-6) << "a position of that tempo lasts fourteen seconds";
+}
+
 TEST_F(PlaybackEngineTest, AWeekOfLoopingNeedsNoMoreStackThanOneRound) {
     note(0, 0, 60);
     state.LoopOn = true;
