@@ -25,6 +25,26 @@ float stepOf(int tempo, double factor) {
 }
 } // namespace
 
+/// One play. Events are served while it ends, so a newer one may begin before: that takes its place.
+class PlaybackEngine::Turn {
+public:
+    explicit Turn(PlaybackEngine& engine) : engine_(engine), number_(++engine.turns_) {
+        if (engine.underWay_++ == 0)
+            return;
+        engine.port_.reset(); // what the older play left on
+        engine.state_.PlayStepCount = 0;
+    }
+    ~Turn() { --engine_.underWay_; }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+    [[nodiscard]] bool isDisplaced() const { return number_ != engine_.turns_; }
+
+private:
+    PlaybackEngine& engine_;
+    int number_;
+};
+
 PlaybackEngine::PlaybackEngine(Score& score, ViewState& view, PlayState& state, NotePlayer& player,
                                MidiPort& port, MessageLoop& loop, PlaybackView& window,
                                RecordingProgress& recording)
@@ -66,6 +86,8 @@ void PlaybackEngine::playSegment() {
     state_.Playing = true;
     PlaySelection();
     state_.Playing = false;
+    score_.FindEndOfSong(); // the segment had an end of its own
+    window_.showSongEnd();
 }
 
 void PlaybackEngine::RewindBut_Click() {
@@ -76,20 +98,20 @@ void PlaybackEngine::RewindBut_Click() {
     view_.ViewLastColumn = std::min(view_.ViewColumns, score_.NumNotes);
     view_.PlayMark = 0;
     window_.DrawNoteArray();
-    window_.followView();
+    showMovedView();
     loop_.YieldIfInput();
 }
 
 void PlaybackEngine::PlaySong2() {
+    const Turn turn(*this);
     if (!beginSong())
         return;
-    WalkEnd end = walk();
+    WalkEnd end = walk(turn);
     // Coming round is a fresh start each time; a loop, so that a week of it costs no stack.
     while (end == WalkEnd::ComesRound)
-        end = beginSong() ? walk() : WalkEnd::Stopped;
-    if (end == WalkEnd::Paused)
+        end = beginSong() ? walk(turn) : WalkEnd::Stopped;
+    if (end == WalkEnd::Paused || !finish(turn))
         return;
-    finish();
     view_.SelectStart = view_.SelectEnd = -1;
     view_.PlayMark = 0;
     state_.SegmentBase = state_.SegmentEnd = 0;
@@ -103,16 +125,18 @@ void PlaybackEngine::PlaySong2() {
 }
 
 void PlaybackEngine::PlaySelection() {
-    if (!segmentIsMarked() || !beginSelection())
+    if (!segmentIsMarked())
         return;
-    WalkEnd end = walk();
+    const Turn turn(*this);
+    if (!beginSelection())
+        return;
+    WalkEnd end = walk(turn);
     while (end == WalkEnd::ComesRound)
-        end = segmentIsMarked() && beginSelection() ? walk() : WalkEnd::Stopped;
-    if (end == WalkEnd::Paused) {
+        end = segmentIsMarked() && beginSelection() ? walk(turn) : WalkEnd::Stopped;
+    if (end == WalkEnd::Paused || !finish(turn)) {
         state_.PlayingSegment = false;
         return;
     }
-    finish();
     if (state_.RecordAtEnd) {
         state_.RecordAtEnd = false;
         recording_.stopRecording();
@@ -128,6 +152,7 @@ bool PlaybackEngine::segmentIsMarked() const {
 }
 
 bool PlaybackEngine::beginSong() {
+    state_.PlayingSegment = false;
     showPlayMark(score_.NumNotes - 1);
     state_.PlayPosition = state_.PausePending ? view_.PlayMark : 0;
     state_.PausePending = false;
@@ -151,11 +176,18 @@ void PlaybackEngine::showPlayMark(int rightLimit) {
         return;
     view_.ViewFirstColumn = std::min(view_.PlayMark, score_.NumNotes - 1);
     view_.ViewLastColumn = std::min(view_.ViewFirstColumn + view_.ViewColumns, rightLimit);
+    showMovedView();
+}
+
+/// All but `MusicBox`, which is painted at any rate.
+void PlaybackEngine::showMovedView() {
+    window_.followView();
+    window_.DrawBeatArray();
+    window_.drawBars();
 }
 
 bool PlaybackEngine::prepare(float step) {
-    linePosition_ = -1;
-    window_.resetPlayLine();
+    takeLineAway();
     window_.followView();
     window_.DrawNoteArray();
     for (int channel = 0; channel < kUsedChannels; ++channel) {
@@ -169,14 +201,18 @@ bool PlaybackEngine::prepare(float step) {
     return isPlayable(step);
 }
 
-PlaybackEngine::WalkEnd PlaybackEngine::walk() {
+PlaybackEngine::WalkEnd PlaybackEngine::walk(const Turn& turn) {
     while (state_.Playing) {
         watches_.WaitSeconds(PlayStopwatch, state_.StepSeconds);
+        if (turn.isDisplaced())
+            break;
         if (state_.PausePending) {
             pause();
             return WalkEnd::Paused;
         }
         PlayNotes();
+        if (turn.isDisplaced()) // ending a chord serves events
+            break;
         AdvancePlayLine();
         if (std::exchange(comesRound_, false)) {
             if (!state_.PausePending)
@@ -195,14 +231,22 @@ PlaybackEngine::WalkEnd PlaybackEngine::walk() {
 
 void PlaybackEngine::pause() {
     port_.reset();
+    takeLineAway();
     window_.EnableControls();
     state_.Playing = false;
     view_.PlayMark = state_.PlayPosition;
     window_.DrawNoteArray();
 }
 
-void PlaybackEngine::finish() {
-    watches_.WaitSeconds(PlayStopwatch, state_.StepSeconds); // the last position gets its time
+/// False if a newer play has taken its place: then marks and window are that one's.
+bool PlaybackEngine::finish(const Turn& turn) {
+    if (!turn.isDisplaced() && isPlayable(state_.StepSeconds))
+        watches_.WaitSeconds(PlayStopwatch, state_.StepSeconds); // the last position gets its time
+    if (turn.isDisplaced()) {
+        port_.reset();
+        return false;
+    }
+    takeLineAway();
     for (int channel = 0; channel < kUsedChannels; ++channel) {
         const auto c = static_cast<std::size_t>(channel);
         if (score_.ChannelMuted[c])
@@ -214,6 +258,7 @@ void PlaybackEngine::finish() {
     port_.reset();
     if (recording_.showing())
         recording_.clearProgress();
+    return true;
 }
 
 void PlaybackEngine::PlayNotes() {
@@ -254,6 +299,8 @@ void PlaybackEngine::playChannel(int channel) {
 void PlaybackEngine::AdvancePlayLine() {
     if (state_.ShowPlayLine)
         moveLine();
+    else
+        takeLineAway();
     ++state_.PlayPosition;
     if (state_.PlayPosition > score_.SongEnd) {
         if (!state_.LoopOn) {
@@ -270,21 +317,25 @@ void PlaybackEngine::AdvancePlayLine() {
 }
 
 void PlaybackEngine::moveLine() {
-    const auto columnOf = [this](int position) { return position - view_.ViewFirstColumn; };
-    if (linePosition_ >= 0 && columnOf(linePosition_) >= 0 && columnOf(linePosition_) <= view_.ViewColumns)
-        window_.PutColumn();
-    int column = columnOf(state_.PlayPosition);
+    takeLineAway();
+    int column = state_.PlayPosition - view_.ViewFirstColumn;
     if (column > view_.ViewColumns) {
         column = 0;
         view_.ViewFirstColumn = std::min(state_.PlayPosition, score_.NumNotes - 1);
         view_.ViewLastColumn = std::min(view_.ViewFirstColumn + view_.ViewColumns, score_.NumNotes - 1);
-        window_.followView();
         window_.DrawNoteArray();
-        window_.DrawBeatArray();
+        showMovedView();
     }
     linePosition_ = state_.PlayPosition;
     window_.GetColumn(column);
     window_.drawPlayLine(column);
+}
+
+void PlaybackEngine::takeLineAway() {
+    const int column = linePosition_ - view_.ViewFirstColumn;
+    if (linePosition_ >= 0 && column >= 0 && column <= view_.ViewColumns)
+        window_.PutColumn();
+    linePosition_ = -1;
 }
 
 void PlaybackEngine::showRecordingProgress() {

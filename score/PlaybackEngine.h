@@ -46,18 +46,21 @@ public:
 private:
     /// How a walk over the positions ended.
     enum class WalkEnd { Paused, Stopped, ComesRound };
+    class Turn;
 
     [[nodiscard]] bool beginSong();
     [[nodiscard]] bool beginSelection();
     [[nodiscard]] bool segmentIsMarked() const;
     void showPlayMark(int rightLimit);
+    void showMovedView();
     [[nodiscard]] bool prepare(float step);
-    [[nodiscard]] WalkEnd walk();
+    [[nodiscard]] WalkEnd walk(const Turn& turn);
     void pause();
     void playChannel(int channel);
     void moveLine();
+    void takeLineAway();
     void showRecordingProgress();
-    void finish();
+    [[nodiscard]] bool finish(const Turn& turn);
 
     Score& score_;
     ViewState& view_;
@@ -72,6 +75,8 @@ private:
     int PlayStopwatch;
     int linePosition_ = -1;   ///< where the play line stands; -1 for nowhere
     bool comesRound_ = false; ///< the loop starts afresh
+    int turns_ = 0;           ///< plays begun so far
+    int underWay_ = 0;        ///< plays not yet at their end
 };
 
 } // namespace velmora

@@ -15,13 +15,12 @@ public:
     virtual void clearMusicBox() {}
     virtual void DrawNoteArray() {}
     virtual void DrawBeatArray() {}
+    virtual void drawBars() {} ///< `Pic2a` and `Pic3`
     /// `HScroll1` follows `ViewFirstColumn` without acting on it.
     virtual void followView() {}
     /// `FindEndOfSong` has run: `LblNumnotes` and the channel markers follow the Score.
     virtual void showSongEnd() {}
 
-    /// Forgets the play line that an earlier play left, and saves the pixels of its column anew.
-    virtual void resetPlayLine() {}
     /// Saves the pixels of a column of the view, on both boxes.
     virtual void GetColumn(int /*column*/) {}
     /// Puts the saved pixels back, which takes the play line away.

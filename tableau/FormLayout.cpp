@@ -16,8 +16,17 @@ constexpr int kGuideAndBar = 70; ///< both sides of `MusicBox`: guide, scroll ba
 constexpr int kBeatbox = 72;
 constexpr int kLowBeatbox = 48;
 constexpr int kLowWindow = 700;
+constexpr int kLeastMusicBox = 60;
 constexpr int kGap = 3;   ///< the splitter
 constexpr int kFoot = 52; ///< scroll bar, text line and edge under `MusicBox`
+constexpr int kBeatRow = 12;
+
+/// Whole rows: as many as the user wants, or as suit the window, where it has room for them.
+int beatboxHeight(int wanted, int windowHeight, int top) {
+    const int suits = windowHeight < kLowWindow ? kLowBeatbox : kBeatbox;
+    const int room = windowHeight - kFoot - kLeastMusicBox - kGap - top;
+    return std::min(wanted > 0 ? wanted : suits, std::max(1, room / kBeatRow) * kBeatRow);
+}
 } // namespace
 
 FormWidth formWidth(int width) {
@@ -45,8 +54,7 @@ FormLayout formLayout(QSize window, const FormParts& parts) {
     layout.pic2a = {kGuide, y + 50, inner, 26};
     y += 80;
     if (parts.percussion) {
-        const int suits = height < kLowWindow ? kLowBeatbox : kBeatbox;
-        layout.beatbox = {kGuide, y, inner, parts.beatboxHeight > 0 ? parts.beatboxHeight : suits};
+        layout.beatbox = {kGuide, y, inner, beatboxHeight(parts.beatboxHeight, height, y)};
         layout.splitter = {kGuide, layout.beatbox.bottom() + 1, inner, kGap};
         y = layout.splitter.bottom() + 1;
     }

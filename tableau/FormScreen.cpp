@@ -136,11 +136,12 @@ void FormScreen::EnableControls() {
 void FormScreen::clearMusicBox() {
     picmain_.clearMusicBox();
 }
+void FormScreen::drawBars() {
+    picmain_.drawIndicatorBar();
+    picmain_.drawPolynoteBar();
+}
 void FormScreen::followView() {
     picmain_.followView();
-}
-void FormScreen::resetPlayLine() {
-    picmain_.resetPlayLine();
 }
 void FormScreen::GetColumn(int column) {
     picmain_.GetColumn(column);

@@ -66,8 +66,8 @@ public:
     void DisableControls() override;
     void EnableControls() override;
     void clearMusicBox() override;
+    void drawBars() override;
     void followView() override;
-    void resetPlayLine() override;
     void GetColumn(int column) override;
     void PutColumn() override;
     void drawPlayLine(int column) override;

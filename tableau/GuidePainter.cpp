@@ -40,18 +40,6 @@ double staffLineY(int row, int topRow, int lineHeight) {
     return (static_cast<double>(row) - topRow) * lineHeight + kTextToLine;
 }
 
-StaffLines staffLines(const ViewState& view) {
-    StaffLines lines;
-    const auto record = [&](const std::array<int, 5>& rows, std::array<std::optional<int>, 5>& found) {
-        for (std::size_t line = 0; line < rows.size(); ++line)
-            if (rows[line] >= view.ViewTopRow && rows[line] <= view.ViewBottomRow())
-                found[line] = static_cast<int>(staffLineY(rows[line], view));
-    };
-    record(kTrebleRows, lines.treble);
-    record(kBassRows, lines.bass);
-    return lines;
-}
-
 bool isSharpRow(int row) {
     return row >= 0 && row <= kLastRow && NoteNames()[static_cast<std::size_t>(row)].back() == '#';
 }

@@ -6,18 +6,11 @@
 #include <QString>
 
 #include <array>
-#include <optional>
 
 class QPainter;
 class QRect;
 
 namespace velmora {
-
-/// Where the staff lines stand on `MusicBox`, from the top; none for a line whose row is not in view.
-struct StaffLines {
-    std::array<std::optional<int>, 5> treble, bass;
-};
-[[nodiscard]] StaffLines staffLines(const ViewState& view);
 
 /// Rows of the staff lines, from the top: "6F" to "5E" and "4A" to "3G".
 inline constexpr std::array<int, 5> kTrebleRows{50, 53, 56, 60, 63};

@@ -247,9 +247,20 @@ QRect Picmain::columnStrip(Box which, int column) const {
     return {column * kColumnWidth - 1, 0, 3, box(which).height()};
 }
 
+/// A picture to draw over. It is another one where the window has come to stand on another screen.
+QImage& Picmain::painted(Box which) {
+    if (!box(which).isStale())
+        return box(which).picture();
+    if (which == Box::MusicBox)
+        DrawNoteArray();
+    else
+        DrawBeatArray();
+    return box(which).picture();
+}
+
 template<class Draw>
 void Picmain::drawOver(Box which, const QRect& part, Draw draw) {
-    QImage& picture = box(which).picture();
+    QImage& picture = painted(which);
     const auto drawHere = [&] { draw(picture); };
     if (which == Box::MusicBox)
         melody_.drawOver(picture, part, drawHere);
@@ -259,7 +270,7 @@ void Picmain::drawOver(Box which, const QRect& part, Draw draw) {
 }
 
 void Picmain::GetRow(Box which, int row) {
-    row_.save(box(which).picture(), rowStrip(which, row));
+    row_.save(painted(which), rowStrip(which, row));
 }
 
 void Picmain::PutRow(Box which, int row) {
@@ -267,25 +278,20 @@ void Picmain::PutRow(Box which, int row) {
 }
 
 void Picmain::GetBox() {
-    whole_.save(MusicBox_->picture(), MusicBox_->rect());
+    whole_.save(painted(Box::MusicBox), MusicBox_->rect());
 }
 
 void Picmain::PutBox() {
     drawOver(Box::MusicBox, MusicBox_->rect(), [this](QImage& picture) { whole_.restore(picture); });
 }
 
-void Picmain::resetPlayLine() {
-    line_.forget();
-    beatLine_.forget();
-}
-
 void Picmain::GetColumn(int column) {
     lineColumn_ = column;
-    line_.save(MusicBox_->picture(), columnStrip(Box::MusicBox, column));
+    line_.save(painted(Box::MusicBox), columnStrip(Box::MusicBox, column));
     if (Beatbox_->isHidden())
         beatLine_.forget();
     else
-        beatLine_.save(Beatbox_->picture(), columnStrip(Box::Beatbox, column));
+        beatLine_.save(painted(Box::Beatbox), columnStrip(Box::Beatbox, column));
 }
 
 void Picmain::PutColumn() {

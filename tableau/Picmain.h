@@ -79,7 +79,6 @@ public:
     void PutRow(Box box, int row);
     void GetBox();
     void PutBox();
-    void resetPlayLine();
     void GetColumn(int column);
     void PutColumn();
     void drawPlayLine(int column);
@@ -111,6 +110,7 @@ private:
     class Guide;
 
     [[nodiscard]] TableauBox& box(Box which) const;
+    [[nodiscard]] QImage& painted(Box which);
     /// Has @p draw write into the picture of a box within @p part, and shows that.
     template<class Draw>
     void drawOver(Box which, const QRect& part, Draw draw);

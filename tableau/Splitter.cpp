@@ -31,6 +31,10 @@ Splitter::Splitter(const Appearance& look, QWidget* area)
 }
 
 void Splitter::layOut(const QRect& gap) {
+    if (gap.isEmpty()) { // a drag ends without its release
+        held_ = Qt::NoButton;
+        P1_->hide();
+    }
     setVisible(!gap.isEmpty());
     setGeometry(gap.x(), gap.center().y() - kGrab / 2, gap.width(), kGrab);
     gap_ = QRect(0, gap.y() - y(), gap.width(), gap.height());

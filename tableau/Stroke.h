@@ -13,6 +13,11 @@ namespace velmora {
     return x < 0 ? -1 : x / kColumnWidth;
 }
 
+/// The pointer while no button is down.
+[[nodiscard]] constexpr Pointer pointerAtRest(Mouse mode) {
+    return mode == Mouse::Cursor ? Pointer::Cursor : mode == Mouse::Select ? Pointer::Select : Pointer::Arrow;
+}
+
 /// From a press on a Tableau to its release. Columns and rows are those of the view; they follow when the
 /// view is scrolled in between.
 struct Stroke {

@@ -30,8 +30,8 @@ public:
     [[nodiscard]] QImage& picture();
     /// Shows what has changed in the picture.
     void showPart(const QRect& part) { update(part); }
-    /// The picture stays away until it is painted again.
-    void drop() { picture_ = {}; }
+    /// Whether the picture has to be painted anew before anything can be drawn over it.
+    [[nodiscard]] bool isStale() const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -42,7 +42,6 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    [[nodiscard]] bool isStale() const;
     void loseUnless(Qt::MouseButtons down);
     void lose();
 

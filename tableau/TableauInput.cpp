@@ -180,7 +180,7 @@ void TableauInput::release(Box box, MouseButton button, int x) {
 void TableauInput::finish() {
     if (workspace_.play.Playing) { // which has the Score to itself
         sound_.release();
-        return screen_.setPointer(stroke_.box, Pointer::Arrow);
+        return screen_.setPointer(stroke_.box, pointerAtRest(workspace_.view.MouseMode));
     }
     screen_.doNotemod(pressPosition());
     switch (stroke_.kind) {
@@ -203,7 +203,7 @@ void TableauInput::finish() {
     default:
         return;
     }
-    screen_.setPointer(stroke_.box, Pointer::Arrow);
+    screen_.setPointer(stroke_.box, pointerAtRest(workspace_.view.MouseMode));
 }
 
 void TableauInput::leaveView() {
@@ -268,7 +268,7 @@ void TableauInput::clearMarks() {
     const bool shown = view.SelectStart >= 0 || view.PlayMark != 0;
     view.SelectStart = view.SelectEnd = -1;
     view.PlayMark = 0;
-    if (shown && stroke_.box == Box::Beatbox) // whose strokes paint nothing else of `MusicBox`
+    if (shown)
         screen_.DrawNoteArray();
 }
 

@@ -173,8 +173,7 @@ void TableauInput::pressRight() {
         return openMenu();
     case Stroke::Kind::Select:
         openMenu();
-        clearMarks();
-        return repaintMarks();
+        return clearMarks();
     case Stroke::Kind::Erase:
         clearMarks();
         return eraseAt(stroke_.lastX);

@@ -70,6 +70,13 @@ void ViewScroll::mouseReleaseEvent(QMouseEvent* event) {
     update();
 }
 
+/// Nobody gets the release of a drag that greying interrupts.
+void ViewScroll::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::EnabledChange && !isEnabled())
+        dragging_ = false;
+    QScrollBar::changeEvent(event);
+}
+
 void ViewScroll::dragTo(const QPoint& at) {
     const QRect rail = part(QStyle::SC_ScrollBarGroove);
     const int length = orientation() == Qt::Horizontal ? rail.width() : rail.height();

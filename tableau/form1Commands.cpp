@@ -78,7 +78,7 @@ void form1::bindPlayCommands() {
     PlayState& play = app_.workspace.play;
     Cmd2_.bind(3, [this] { PlayAndStop_Click(false); });
     Cmd2_.bind(4, [this] { PlaySelection_Click(); });
-    Cmd2_.bind(5, [&play] { play.PausePending = play.Playing; });
+    Cmd2_.bind(5, [&play] { play.PausePending = true; }); // with nothing playing, Play starts at the mark
     Cmd2_.bind(6, [this] { PlayAndStop_Click(true); });
     Cmd2_.bind(7, [this] { engine_.RewindBut_Click(); });
     Cmd2_.bind(8, [this, &play] {

@@ -75,6 +75,10 @@ void form1::bindTableau() {
 
 void form1::bindBars() {
     const auto isTips = [this] { return app_.workspace.view.RightClickMode == RightClick::Tips; };
+    // A drag that leaves its bar changes nothing that is out of view.
+    const auto isOn = [this](Picmain::Surface bar, int x) {
+        return x >= 0 && x < Picmain_->surface(bar)->width();
+    };
     TableauBox::Mouse& indicator = Picmain_->mouseOn(Picmain::Surface::Pic2a);
     indicator.down = [this, isTips](MouseButton button, int /*shift*/, int x, int /*y*/) {
         if (button == MouseButton::Right && isTips())
@@ -84,8 +88,8 @@ void form1::bindBars() {
         else
             applyAlong(x);
     };
-    indicator.move = [this, isTips](MouseButton button, int /*shift*/, int x, int /*y*/) {
-        if (button == MouseButton::Right && !isTips())
+    indicator.move = [this, isTips, isOn](MouseButton button, int /*shift*/, int x, int /*y*/) {
+        if (button == MouseButton::Right && !isTips() && isOn(Picmain::Surface::Pic2a, x))
             applyAlong(x);
     };
     TableauBox::Mouse& chords = Picmain_->mouseOn(Picmain::Surface::Pic3);
@@ -95,7 +99,11 @@ void form1::bindBars() {
         else
             Pic3_MouseMove(button, x);
     };
-    chords.move = [this](MouseButton button, int /*shift*/, int x, int /*y*/) { Pic3_MouseMove(button, x); };
+    chords.move = [this, isTips, isOn](MouseButton button, int /*shift*/, int x, int /*y*/) {
+        const bool asksForTip = button == MouseButton::Right && isTips();
+        if (button == MouseButton::None || (!asksForTip && isOn(Picmain::Surface::Pic3, x)))
+            Pic3_MouseMove(button, x);
+    };
     chords.up = [this](MouseButton /*button*/, int /*shift*/, int x, int /*y*/) {
         Pic3_MouseMove(MouseButton::None, x);
     };
@@ -126,11 +134,8 @@ void form1::FunctionBut_Click() {
 /// Pointer and button show what the left mouse button does.
 void form1::showMouseMode() {
     const bool selects = app_.workspace.view.MouseMode == Mouse::Select;
-    const Pointer pointer = selects                                          ? Pointer::Select
-                            : app_.workspace.view.MouseMode == Mouse::Cursor ? Pointer::Cursor
-                                                                             : Pointer::Arrow;
-    screen_.setPointer(Box::MusicBox, pointer);
-    screen_.setPointer(Box::Beatbox, pointer);
+    for (const Box box : {Box::MusicBox, Box::Beatbox})
+        screen_.setPointer(box, pointerAtRest(app_.workspace.view.MouseMode));
     Lb1_[24].setFace(kLb1[24].icon, selects ? QStringLiteral("Select") : QStringLiteral("Draw"));
     Lb1_.setOn(24, !selects);
     Cmd2_.setOn(10, selects);

@@ -15,6 +15,7 @@
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <optional>
 
 using namespace velmora;
 using testing::ElementsAre;
@@ -36,13 +37,18 @@ struct CountingView : PlaybackView {
     void EnableControls() override { log += "E"; }
     void DrawNoteArray() override { ++draws; }
     void GetColumn(int column) override { columns.push_back(column); }
-    void PutColumn() override { ++puts; }
+    void PutColumn() override {
+        ++puts;
+        line.reset();
+    }
+    void drawPlayLine(int column) override { line = column; }
     void domodgraph() override { ++graphs; }
     std::string log;
     int draws = 0;
     int puts = 0;
     int graphs = 0;
     std::vector<int> columns;
+    std::optional<int> line; ///< where the play line stands
 };
 
 struct Studio : RecordingProgress {
@@ -228,7 +234,7 @@ TEST_F(PlaybackEngineTest, APlayedSegmentIsFasterThanTheSameNotesInTheScore) {
     EXPECT_EQ(view.SelectStart, 5);
     EXPECT_EQ(view.PlayMark, 5);
     EXPECT_EQ(state.SegmentEnd, 9);
-    EXPECT_EQ(score.SongEnd, 9);
+    EXPECT_EQ(score.SongEnd, 30) << "a segment has an end of its own only while it plays";
     EXPECT_FALSE(state.PlayingSegment);
     EXPECT_EQ(window.graphs, 0);
 }
@@ -268,6 +274,19 @@ TEST_F(PlaybackEngineTest, ALoopWithoutTheLineGoesOnInTheSameWalk) {
     EXPECT_THAT(play(),
                 ElementsAre(on(0, 60), off(0, 60), on(0, 60), off(0, 60), on(0, 60), off(0, 60), kReset));
     EXPECT_THAT(window.columns, IsEmpty());
+}
+
+TEST_F(PlaybackEngineTest, ALoopWhoseTempoCannotBePlayedAnyMoreEndsWithItsRound) {
+    note(0, 0, 60, 2);
+    state.LoopOn = true;
+    int waits = 0;
+    loop.onWait = [&](double) {
+        if (++waits == 2)
+            score.Tempo = 1;
+    };
+    EXPECT_THAT(play(), ElementsAre(on(0, 60), off(0, 60), kReset));
+    EXPECT_FALSE(state.Playing);
+    EXPECT_NEAR(loop.now(), 3 * 0.138, 1e-6) << "a position of that tempo lasts fourteen seconds";
 }
 
 TEST_F(PlaybackEngineTest, AWeekOfLoopingNeedsNoMoreStackThanOneRound) {
@@ -325,8 +344,79 @@ TEST_F(PlaybackEngineTest, TheLineGoesColumnByColumnAndTheViewPages) {
     EXPECT_EQ(window.columns[20], 0);
     EXPECT_EQ(view.ViewFirstColumn, 20);
     EXPECT_EQ(view.ViewLastColumn, 29);
-    EXPECT_EQ(window.puts, 25); // every line but the last is taken away
+    EXPECT_EQ(window.puts, 26); // every line is taken away
     EXPECT_EQ(window.graphs, 26);
+}
+
+TEST_F(PlaybackEngineTest, HoweverItEndsTheLineIsTakenAway) {
+    note(0, 0, 60, 5);
+    const std::vector<std::function<void()>> ends{
+        [] {},
+        [this] { engine.PlayAndStop_Click(true); },
+        [this] { state.PausePending = true; },
+        [this] { state.ShowPlayLine = false; },
+    };
+    for (std::size_t end = 0; end < ends.size(); ++end) {
+        int waits = 0;
+        state.PausePending = false;
+        loop.onWait = [&](double) {
+            if (++waits == 3) {
+                EXPECT_EQ(window.line, 1);
+                ends[end]();
+            }
+        };
+        play();
+        EXPECT_EQ(window.line, std::nullopt) << end;
+    }
+}
+
+TEST_F(PlaybackEngineTest, ALoopThatComesRoundLeavesNoLineAtTheEnd) {
+    note(0, 0, 60, 2);
+    state.LoopOn = true;
+    int waits = 0;
+    loop.onWait = [&](double) {
+        if (++waits == 4) { // three positions a round
+            EXPECT_EQ(window.line, std::nullopt);
+            state.Playing = false;
+        }
+    };
+    play();
+    EXPECT_EQ(waits, 5);
+}
+
+TEST_F(PlaybackEngineTest, APlayThatBeginsWhileAnOlderOneEndsSilencesIt) {
+    note(0, 0, 60, 50);
+    for (const int playAt : {3, 4}) { // in the last step, or in the time that the last position gets
+        int waits = 0;
+        loop.onWait = [&](double) {
+            ++waits;
+            if (waits == 3)
+                engine.PlayAndStop_Click(true);
+            if (waits == playAt)
+                engine.PlayAndStop_Click(false);
+        };
+        EXPECT_THAT(play(), ElementsAre(on(0, 60), kReset, on(0, 60), off(0, 60), kReset, kReset)) << playAt;
+        EXPECT_EQ(view.PlayMark, 0);
+        EXPECT_FALSE(state.Playing);
+    }
+}
+
+TEST_F(PlaybackEngineTest, APauseOutlastsAnOlderPlayThatStillEnds) {
+    note(0, 0, 60, 50);
+    int waits = 0;
+    loop.onWait = [&](double) {
+        ++waits;
+        if (waits == 3)
+            engine.PlayAndStop_Click(true);
+        if (waits == 4)
+            engine.PlayAndStop_Click(false);
+        if (waits == 8)
+            state.PausePending = true;
+    };
+    play();
+    EXPECT_EQ(view.PlayMark, 3);
+    EXPECT_TRUE(state.PausePending);
+    EXPECT_FALSE(state.Playing);
 }
 
 TEST_F(PlaybackEngineTest, AMarkOutsideTheViewIsScrolledTo) {

@@ -92,10 +92,17 @@ TEST(FormLayoutRowsTest, BeatboxIsLowerInALowWindowAndAsHighAsTheUserMadeIt) {
     EXPECT_EQ(formLayout({1366, 699}, {.beatboxHeight = 96}).beatbox.height(), 96);
 }
 
+TEST(FormLayoutRowsTest, ABeatboxOfAHighWindowIsLowerInALowOne) {
+    const FormLayout layout = formLayout({1366, 700}, {.beatboxHeight = 600});
+    EXPECT_EQ(layout.beatbox.height() % 12, 0);
+    EXPECT_GE(layout.musicBox.height(), 60);
+    EXPECT_LT(layout.musicBox.height(), 60 + 12);
+}
+
 TEST_P(FormLayoutTest, NothingOverlapsAndNothingIsCut) {
     for (const FormParts& shown :
-         {FormParts{}, FormParts{.percussion = false}, FormParts{.editingToolbar = false},
-          FormParts{.percussion = false, .editingToolbar = false}}) {
+         {FormParts{}, FormParts{.beatboxHeight = 1200}, FormParts{.percussion = false},
+          FormParts{.editingToolbar = false}, FormParts{.percussion = false, .editingToolbar = false}}) {
         const auto parts = shownParts(formLayout(window, shown));
         EXPECT_EQ(parts.size(), 14U - (shown.percussion ? 0 : 2) - (shown.editingToolbar ? 0 : 1));
         for (const NamedRect& part : parts) {

@@ -42,18 +42,14 @@ TEST(GuidePainterTest, StaffLinesBelongToTheRowsOfTheirNames) {
 }
 
 TEST(GuidePainterTest, AStaffLineStandsFivePixelsBelowTheTopOfItsRow) {
-    const StaffLines lines = staffLines(ViewState{});
-    EXPECT_THAT(lines.treble, ElementsAre(69, 93, 117, 149, 173));
-    EXPECT_THAT(lines.bass, ElementsAre(229, 261, 285, 309, 341));
-}
-
-TEST(GuidePainterTest, AStaffLineOutOfViewIsNotRecorded) {
-    ViewState view;
-    view.ViewTopRow = 53;
-    view.ViewRows = 21; // down to "4F"
-    const StaffLines lines = staffLines(view);
-    EXPECT_THAT(lines.treble, ElementsAre(std::nullopt, 5, 29, 61, 85));
-    EXPECT_THAT(lines.bass, ElementsAre(141, 173, std::nullopt, std::nullopt, std::nullopt));
+    const auto linesOf = [](const std::array<int, 5>& rows) {
+        std::vector<double> lines;
+        for (const int row : rows)
+            lines.push_back(staffLineY(row, ViewState{}));
+        return lines;
+    };
+    EXPECT_THAT(linesOf(kTrebleRows), ElementsAre(69, 93, 117, 149, 173));
+    EXPECT_THAT(linesOf(kBassRows), ElementsAre(229, 261, 285, 309, 341));
 }
 
 TEST(GuidePainterTest, ARowIsSharpExactlyIfItsNameEndsSo) {

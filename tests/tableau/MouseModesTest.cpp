@@ -63,6 +63,25 @@ TEST_F(MouseModesTest, AHandThatOnlyPointsAtTheEdgeScrollsNothing) {
 
 // Cursor and Select
 
+TEST_F(MouseModesTest, AMarkThatAPressClearsIsNoLongerSeen) {
+    for (const RightClick mode : {RightClick::Menu, RightClick::Erase})
+        for (const MouseButton button : {MouseButton::Left, kRight}) {
+            view().RightClickMode = mode;
+            view().SelectStart = 3;
+            view().SelectEnd = 9;
+            bool seen = true;
+            screen().inMenu = [&] { seen = screen().count("DrawNoteArray") == 0; };
+            screen().calls.clear();
+            press(40, 10, button);
+            EXPECT_EQ(view().SelectStart, -1);
+            EXPECT_EQ(screen().calls.front(), "DrawNoteArray");
+            if (mode == RightClick::Menu && button == kRight) {
+                EXPECT_FALSE(seen) << "a menu that asks for a selection would belie it";
+            }
+            release(40, 10, button);
+        }
+}
+
 TEST_F(MouseModesTest, InCursorModeALeftPressSetsThePlayMark) {
     view().MouseMode = Mouse::Cursor;
     view().ViewFirstColumn = 20;
@@ -196,6 +215,14 @@ TEST_F(MouseModesTest, TheStaticTestPlaysANoteWithItsOwnInstrumentIfNoteEffectsA
     ASSERT_NE(own, words.end());
     EXPECT_NE(std::find(own, words.end(), shortmessage::noteOn(0, 57, 127)), words.end());
     EXPECT_EQ(words.back(), shortmessage::programChange(0, score().ChannelInstrument[0]));
+}
+
+TEST_F(MouseModesTest, AfterAStaticTestThePointerIsThatOfTheMode) {
+    view().Check4 = true;
+    view().MouseMode = Mouse::Select;
+    press(2, 10);
+    release(2, 10);
+    EXPECT_EQ(screen().pointer(Box::MusicBox), Pointer::Select);
 }
 
 TEST_F(MouseModesTest, TheStaticTestErasesNothing) {

@@ -199,6 +199,20 @@ TEST_F(PicmainTest, ThePlayLineStandsOnBothBoxesAndLeavesThemAsTheyWere) {
     EXPECT_EQ(box(Surface::Beatbox).picture(), beat);
 }
 
+TEST_F(PicmainTest, ThePlayLineStandsOnAPaintedPictureThoughTheScreenIsAnother) {
+    for (const Surface which : {Surface::MusicBox, Surface::Beatbox})
+        box(which).resize(box(which).size() - QSize(1, 1)); // as unfit as one of another scale
+    area.GetColumn(5);
+    area.drawPlayLine(5);
+    for (const Surface which : {Surface::MusicBox, Surface::Beatbox}) {
+        EXPECT_EQ(pixel(which, 60, 30), kLine);
+        EXPECT_EQ(pixel(which, 36, 2), kCell);
+    }
+    area.PutColumn();
+    for (const Surface which : {Surface::MusicBox, Surface::Beatbox})
+        EXPECT_EQ(pixel(which, 60, 2), kCell);
+}
+
 TEST_F(PicmainTest, APaintingForgetsTheLineThatStoodThere) {
     area.GetColumn(4);
     area.drawPlayLine(4);

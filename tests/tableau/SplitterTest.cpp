@@ -63,6 +63,17 @@ TEST_F(SplitterTest, TheBarStaysInTheWindow) {
     EXPECT_THAT(released, ElementsAre(0, 400)) << "a hundred above the foot";
 }
 
+TEST_F(SplitterTest, ADragWhoseReleaseIsLostIsOver) {
+    QTest::mousePress(splitter, Qt::RightButton, {}, {10, 4});
+    splitter->layOut({}); // `Beatbox` is hidden meanwhile
+    QTest::mouseRelease(&area, Qt::RightButton);
+    splitter->layOut({48, 122, 500, 3});
+    EXPECT_FALSE(bar().isVisible());
+    drag(Qt::LeftButton, 60);
+    EXPECT_TRUE(shown);
+    EXPECT_THAT(released, ElementsAre(splitter->y() + 64));
+}
+
 TEST_F(SplitterTest, WhereThereIsNoGapThereIsNothingToDrag) {
     splitter->layOut({});
     EXPECT_FALSE(splitter->isVisible());

@@ -14,6 +14,12 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
+class Bar : public ViewScroll {
+public:
+    using ViewScroll::repeatAction;
+    using ViewScroll::ViewScroll;
+};
+
 /// A bar of 440 pixels: a rail of 400 between its arrows.
 class ViewScrollTest : public testing::Test {
 protected:
@@ -34,7 +40,7 @@ protected:
 
     Appearance look;
     SkinStyle style{look};
-    ViewScroll bar{Qt::Horizontal, "HScroll1", nullptr};
+    Bar bar{Qt::Horizontal, "HScroll1", nullptr};
     std::vector<int> scrolled;
 };
 } // namespace
@@ -68,6 +74,17 @@ TEST_F(ViewScrollTest, TheRailsOwnRuleComesFirst) {
     QTest::mouseClick(&bar, Qt::LeftButton, {}, {20 + 300, 8});
     EXPECT_THAT(asked, ElementsAre(std::pair(300, 400)));
     EXPECT_EQ(bar.value(), 77);
+}
+
+TEST_F(ViewScrollTest, ADragWhoseReleaseIsLostEndsAndTheArrowsDoNotRunAway) {
+    QTest::mousePress(&bar, Qt::LeftButton, {}, {20 + 60, 8});
+    bar.setEnabled(false); // playing has begun, and the release goes to nobody
+    QTest::mouseRelease(&bar, Qt::LeftButton, {}, {20 + 60, 8});
+    bar.setEnabled(true);
+    const int value = bar.value();
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, {430, 8});
+    EXPECT_EQ(bar.value(), value + 1);
+    EXPECT_EQ(bar.repeatAction(), QAbstractSlider::SliderNoAction) << "it would go on by itself";
 }
 
 TEST_F(ViewScrollTest, TheArrowsStepByOne) {

@@ -115,10 +115,20 @@ TEST_F(form1PlayTest, PauseKeepsThePlaceForTheNextPlay) {
     window().Cmd2_Click(3);
 }
 
-TEST_F(form1PlayTest, PauseWhileNothingPlaysIsNothing) {
+TEST_F(form1PlayTest, PauseWhileNothingPlaysHasTheNextPlayStartAtTheMark) {
+    putNotes(score(), 0, 60, 50);
     shown();
+    workspace().view.PlayMark = 7;
     window().Cmd2_Click(5);
-    EXPECT_FALSE(workspace().play.PausePending);
+    window().Cmd2_Click(5);
+    std::vector<int> positions;
+    loop.onWait = [&](int) {
+        positions.push_back(workspace().play.PlayPosition);
+        window().Cmd2_Click(6);
+    };
+    window().Cmd2_Click(3);
+    ASSERT_FALSE(positions.empty());
+    EXPECT_EQ(positions.front(), 7);
 }
 
 TEST_F(form1PlayTest, TheLoopPlaysOnUntilItIsStopped) {

@@ -60,7 +60,8 @@ protected:
         }
         return sounding.empty();
     }
-    QColor pixel(QPoint at) { return static_cast<TableauBox&>(child("MusicBox")).picture().pixelColor(at); }
+    QImage picture(const char* box) { return static_cast<TableauBox&>(child(box)).picture().copy(); }
+    QColor pixel(QPoint at) { return picture("MusicBox").pixelColor(at); }
 };
 } // namespace
 
@@ -129,6 +130,17 @@ TEST_F(form1TableauTest, UndoTakesTheLastNoteBackAndOnlyThat) {
     EXPECT_THAT(cells(0, 6), ElementsAre(60, 1060, -1, -1, -1, -1));
     window().OpenforUndo();
     EXPECT_THAT(cells(0, 6), ElementsAre(60, 1060, -1, -1, -1, -1)) << "there is one step";
+}
+
+TEST_F(form1TableauTest, UndoBringsBackAllOfTheScoreAfterASegmentHasPlayed) {
+    putNotes(score(), 0, 60, 100);
+    shown();
+    workspace().play.SegmentEnd = 5;
+    window().Cmd2_Click(4);
+    const auto before = cells(0, 250);
+    draw(20, 70, 2);
+    window().OpenforUndo();
+    EXPECT_EQ(cells(0, 250), before);
 }
 
 TEST_F(form1TableauTest, APressOnBeatboxGoesToPercussionAndBackAgain) {
@@ -245,6 +257,39 @@ TEST_F(form1TableauTest, ADragOverTheChordBarGivesTheSetupToolbarsChordInItsMode
     EXPECT_EQ(score().NoteCell.valueOr(0, 2, -1), 60) << "the note stays";
 }
 
+TEST_F(form1TableauTest, ARightPressThatAsksForATipChangesNoChord) {
+    putNotes(score(), 0, 60, 4);
+    shown();
+    window().setRightClickMode(RightClick::Tips);
+    workspace().effects.Combo3 = 3;
+    press("Pic3", {5, 8}, Qt::RightButton);
+    drag("Pic3", {29, 8}, Qt::RightButton);
+    release("Pic3", {29, 8}, Qt::RightButton);
+    EXPECT_EQ(score().Polyphonics.valueOr(1, 0, -1), 0);
+    EXPECT_EQ(score().Polyphonics.valueOr(1, 2, -1), 0);
+}
+
+TEST_F(form1TableauTest, ADragThatLeavesABarChangesNothingOutOfView) {
+    putNotes(score(), 0, 60, 150);
+    shown();
+    child<ViewScroll>("HScroll1").setValue(20 + workspace().view.ViewHalfColumns());
+    ASSERT_EQ(workspace().view.ViewFirstColumn, 20);
+    workspace().effects.Combo3 = 3;
+    workspace().effects.vol3 = 50;
+    for (const char* bar : {"Pic3", "Pic2a"})
+        for (const int x : {-5, -30, child(bar).width() + 15}) {
+            press(bar, {5, 8}, Qt::RightButton);
+            const auto chords = score().Polyphonics;
+            const auto volumes = score().Volume;
+            drag(bar, {x, 8}, Qt::RightButton);
+            release(bar, {x, 8}, Qt::RightButton);
+            EXPECT_EQ(score().Polyphonics, chords) << bar << " " << x;
+            EXPECT_EQ(score().Volume, volumes) << bar << " " << x;
+            score().Polyphonics.fillRow(1, 0);
+            score().Volume.fillRow(0, kClearedVolume);
+        }
+}
+
 TEST_F(form1TableauTest, TheMouseOverANoteTellsItsName) {
     putNotes(score(), 0, 60, 2);
     shown();
@@ -269,6 +314,69 @@ TEST_F(form1TableauTest, ThePlayLineRunsAndLeavesThePictureAsItWas) {
     EXPECT_EQ(columns.front(), 0);
     EXPECT_TRUE(std::ranges::is_sorted(columns));
     EXPECT_EQ(static_cast<TableauBox&>(child("MusicBox")).picture(), before);
+}
+
+TEST_F(form1TableauTest, HoweverPlayingEndsNoPlayLineIsLeftBehind) {
+    putNotes(score(), 0, 60, 6);
+    shown();
+    const QImage beat = picture("Beatbox");
+    const std::vector<std::pair<const char*, std::function<void(int)>>> ends{
+        {"the end", [](int) {}},
+        {"stop", [this](int waits) { waits == 5 ? window().Cmd2_Click(6) : void(); }},
+        {"pause", [this](int waits) { waits == 5 ? window().Cmd2_Click(5) : void(); }},
+        {"the second round", [this](int waits) { waits == 20 ? window().Cmd2_Click(6) : void(); }},
+        {"no line any more", [this](int waits) { waits == 5 ? window().Cmd2_Click(8) : void(); }},
+    };
+    for (const auto& [name, hand] : ends) {
+        workspace().play.LoopOn = std::string_view(name) == "the second round";
+        loop.waits = 0;
+        loop.onWait = hand;
+        window().Cmd2_Click(3);
+        EXPECT_EQ(picture("Beatbox"), beat) << name;
+    }
+}
+
+TEST_F(form1TableauTest, AViewThatPlayingMovesIsShownOnEveryPaper) {
+    putNotes(score(), 0, 60, 80);
+    putNotes(score(), 8, 44, 3);
+    score().Polyphonics.set(1, 0, 2);
+    score().ChannelInUse[8] = score().ChannelShown[8] = true;
+    shown();
+    const std::array papers{"MusicBox", "Beatbox", "Pic3", "Pic2a"};
+    std::vector<QImage> beginning;
+    for (const char* paper : papers)
+        beginning.push_back(picture(paper));
+    const std::vector<std::pair<const char*, std::function<void()>>> ways{
+        {"return to start", [this] { window().Cmd2_Click(7); }},
+        {"play and stop",
+         [this] {
+             loop.onWait = [this](int) { window().Cmd2_Click(6); };
+             window().Cmd2_Click(3);
+         }},
+    };
+    for (const auto& [name, way] : ways) {
+        child<ViewScroll>("HScroll1").setValue(120);
+        ASSERT_NE(workspace().view.ViewFirstColumn, 0);
+        way();
+        EXPECT_EQ(workspace().view.ViewFirstColumn, 0);
+        for (std::size_t i = 0; i < papers.size(); ++i)
+            EXPECT_EQ(picture(papers[i]), beginning[i]) << papers[i] << " after " << name;
+    }
+}
+
+TEST_F(form1TableauTest, APageTurnIsShownByTheBarsToo) {
+    putNotes(score(), 0, 60, 80);
+    shown();
+    const int page = workspace().view.ViewColumns + 1;
+    child<ViewScroll>("HScroll1").setValue(page + workspace().view.ViewHalfColumns());
+    const QImage chords = picture("Pic3");
+    const QImage notes = picture("Pic2a");
+    child<ViewScroll>("HScroll1").setValue(workspace().view.ViewHalfColumns());
+    ASSERT_NE(picture("Pic2a"), notes);
+    window().Cmd2_Click(3);
+    ASSERT_EQ(workspace().view.ViewFirstColumn, page);
+    EXPECT_EQ(picture("Pic3"), chords);
+    EXPECT_EQ(picture("Pic2a"), notes);
 }
 
 TEST_F(form1TableauTest, WithoutThePlayLineNothingIsPainted) {
