@@ -4,6 +4,7 @@
 #include "shell/CommandButton.h"
 #include "shell/SkinPainter.h"
 #include "shell/SkinnedWindow.h"
+#include "shell/TipPainter.h"
 
 #include <QtWidgets>
 
@@ -25,6 +26,16 @@ struct Choice {
     Qt::Key key; ///< answers without a press of the button
     Answer answer;
 };
+
+/// Words that are wider than a line, as names of files may be, broken where they must.
+QString withinLines(const QString& text, const QFont& font) {
+    constexpr int kLine = kTextWidth - 4;
+    QStringList words = text.split(u' ');
+    for (QString& word : words)
+        if (QFontMetrics(font).horizontalAdvance(word) > kLine)
+            word = tipLines(word, font, kLine).join(u'\n');
+    return words.join(u' ');
+}
 
 /// A disc in the accent with a letter: what kind of message it is.
 class Sign : public QWidget {
@@ -61,11 +72,12 @@ public:
         , choices_(choices) {
         setObjectName("message");
         setWindowModality(Qt::ApplicationModal);
-        auto* words = new QLabel(text, Ibak5());
+        auto* words = new QLabel(Ibak5());
         words->setObjectName("words");
+        words->setText(withinLines(text, words->font()));
         words->setTextFormat(Qt::PlainText);
         words->setWordWrap(true);
-        const int one = words->fontMetrics().size(0, text).width() + 4;
+        const int one = words->fontMetrics().size(0, words->text()).width() + 4;
         words->setFixedWidth(std::min(one, kTextWidth));
         const int height = std::max(words->heightForWidth(words->width()), kSign);
         const int buttons = static_cast<int>(choices.size()) * (kButtonWidth + kGap) - kGap;
