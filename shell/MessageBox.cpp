@@ -4,6 +4,7 @@
 #include "shell/CommandButton.h"
 #include "shell/SkinPainter.h"
 #include "shell/SkinnedWindow.h"
+#include "shell/TipPainter.h"
 
 #include <QtWidgets>
 
@@ -26,16 +27,14 @@ struct Choice {
     Answer answer;
 };
 
-/// The name of a file may have no blank in all the width of a message: such a word may break anywhere.
-QString breakable(const QString& text, const QFontMetrics& font) {
-    constexpr QChar kMayBreak(0x200b);
-    QStringList words = text.split(' ');
+/// Words that are wider than a line, as names of files may be, broken where they must.
+QString withinLines(const QString& text, const QFont& font) {
+    constexpr int kLine = kTextWidth - 4;
+    QStringList words = text.split(u' ');
     for (QString& word : words)
-        if (font.horizontalAdvance(word) > kTextWidth)
-            for (qsizetype i = word.size() - 1; i > 0; --i)
-                if (!word[i].isLowSurrogate() && !word[i].isMark())
-                    word.insert(i, kMayBreak);
-    return words.join(' ');
+        if (QFontMetrics(font).horizontalAdvance(word) > kLine)
+            word = tipLines(word, font, kLine).join(u'\n');
+    return words.join(u' ');
 }
 
 /// A disc in the accent with a letter: what kind of message it is.
@@ -75,10 +74,10 @@ public:
         setWindowModality(Qt::ApplicationModal);
         auto* words = new QLabel(Ibak5());
         words->setObjectName("words");
+        words->setText(withinLines(text, words->font()));
         words->setTextFormat(Qt::PlainText);
         words->setWordWrap(true);
-        words->setText(breakable(text, words->fontMetrics()));
-        const int one = words->fontMetrics().size(0, text).width() + 4;
+        const int one = words->fontMetrics().size(0, words->text()).width() + 4;
         words->setFixedWidth(std::min(one, kTextWidth));
         const int height = std::max(words->heightForWidth(words->width()), kSign);
         const int buttons = static_cast<int>(choices.size()) * (kButtonWidth + kGap) - kGap;

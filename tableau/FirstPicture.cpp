@@ -23,9 +23,9 @@ void prepareCharacters(qreal scale) {
     QPainter painter(&scrap);
     for (const QFont& font : {textFont(8), textFont(10), textFont(12), textFont(12, true)}) {
         painter.setFont(font);
-        // A character is kept once for each quarter of a pixel that it may begin at.
+        // A character is kept once for each quarter of a pixel of the device that it may begin at.
         for (const double begin : {0.0, 0.25, 0.5, 0.75})
-            painter.drawText(QPointF(begin, 0), characters);
+            painter.drawText(QPointF(begin / scale, 0), characters);
     }
 }
 

@@ -65,15 +65,18 @@ TEST_F(MessageBoxTest, ALongTextWrapsAndIsShownWhole) {
     tells(QString("The score \"/home/me/a long way down/tune.sng\" can't be read. ").repeated(12));
 }
 
-TEST_F(MessageBoxTest, ANameWithoutABlankIsShownWhole) {
-    const QString name(250, 'y');
-    hand.in<QWidget>([&](QWidget& box) {
+TEST_F(MessageBoxTest, ANameThatIsLongerThanALineIsShownWhole) {
+    const QString text = "The score \"" + QString(90, 'm') + "\" can't be read.";
+    hand.in<QWidget>([&text](QWidget& box) {
         const auto& words = part<QLabel>(box, "words");
-        const QFontMetrics font = words.fontMetrics();
-        EXPECT_GE(words.height(), font.horizontalAdvance(name) / words.width() * font.lineSpacing());
+        const QRect room(0, 0, words.width(), 1000);
+        const QRect taken = words.fontMetrics().boundingRect(room, Qt::TextWordWrap, words.text());
+        EXPECT_LE(taken.width(), words.width());
+        EXPECT_LE(taken.height(), words.height());
+        EXPECT_EQ(QString(words.text()).remove('\n'), text);
         pressIn(box, "ok");
     });
-    tells("The score \"" + name + ".sng\" can't be read.");
+    tells(text);
 }
 
 TEST_F(MessageBoxTest, YesAndNoAreAnswersByMouseAndByLetter) {
