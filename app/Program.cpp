@@ -120,7 +120,7 @@ SetupToolbar Program::setupToolbar() {
     return {.open = [this] { openSetup(frmsetup::Focus::Take); },
             .channelChanged = ofToolbar(&frmsetup::channelChanged),
             .refresh = ofToolbar(&frmsetup::refresh),
-            .pickInstrument = [this](std::function<void()> picked) { pickInstrument(std::move(picked)); },
+            .pickInstrument = [this](auto picked) { pickInstrument(std::move(picked)); },
             .showMapper = ofToolbar(&frmsetup::showMapper)};
 }
 
@@ -141,13 +141,14 @@ ComposingWindow Program::composingWindow() {
             .showUndo = [&form] { form.showUndo(); }};
 }
 
-void Program::pickInstrument(std::function<void()> picked) {
+void Program::pickInstrument(std::function<void(std::int16_t code)> picked) {
     auto* picker = new FrmInst(*application_, form1_.get());
     picker->setAttribute(Qt::WA_DeleteOnClose);
-    picker->onPicked = [this, picked = std::move(picked)](FrmInst::Picked) {
+    picker->onPicked = [this, picked = std::move(picked)](FrmInst::Picked which) {
         if (frmsetup_)
             frmsetup_->showInstrumentNames();
-        picked();
+        if (which.melody || which.percussion)
+            picked(FrmInst::codeFor(which, workspace_->score.ActiveChannel, workspace_->instruments));
     };
     picker->open();
 }

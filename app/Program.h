@@ -45,7 +45,7 @@ private:
     void startComposing();
     void openHelp(const QString& page);
     void openSetup(frmsetup::Focus focus);
-    void pickInstrument(std::function<void()> picked);
+    void pickInstrument(std::function<void(std::int16_t code)> picked);
     [[nodiscard]] SetupToolbar setupToolbar();
     [[nodiscard]] ComposingWindow composingWindow();
     void watchScoreIn(double seconds);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "setup/FrmInst.h"
 
+#include "score/Score.h"
 #include "shell/ExToolTip.h"
 #include "shell/MessageBox.h"
 #include "shell/QtText.h"
@@ -114,6 +115,11 @@ void FrmInst::open() {
     move(around.center() - rect().center());
     show();
     activateWindow();
+}
+
+std::int16_t FrmInst::codeFor(Picked picked, int channel, const InstrumentSelection& chosen) {
+    const bool melody = picked.melody && (!picked.percussion || channel < kMelodyChannels);
+    return melody ? chosen.MelodyInstrument : chosen.PercussionInstrument;
 }
 
 void FrmInst::CmdOk_Click() {

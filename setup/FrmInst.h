@@ -3,6 +3,7 @@
 
 #include "shell/SkinnedWindow.h"
 
+#include <cstdint>
 #include <functional>
 
 class QListWidget;
@@ -11,6 +12,7 @@ class QPushButton;
 namespace velmora {
 
 struct Application;
+struct InstrumentSelection;
 
 /// The instrument picker.
 ///
@@ -32,6 +34,8 @@ public:
         bool melody = false;
         bool percussion = false;
     };
+    /// What a note of that channel takes: an instrument of the channel's own group, if both were picked.
+    [[nodiscard]] static std::int16_t codeFor(Picked picked, int channel, const InstrumentSelection& chosen);
     /// It is kept, and the window is gone.
     std::function<void(Picked)> onPicked;
 

@@ -24,8 +24,8 @@ struct SetupToolbar {
     std::function<void()> open;
     std::function<void()> channelChanged; ///< the active channel is another one
     std::function<void()> refresh;        ///< the score, and with it every field, may be another one
-    /// Opens the instrument picker, which says when something has been picked.
-    std::function<void(std::function<void()> picked)> pickInstrument;
+    /// Opens the instrument picker, which says what has been picked for the notes of the active channel.
+    std::function<void(std::function<void(std::int16_t code)> picked)> pickInstrument;
     std::function<void()> showMapper; ///< the chosen device failed, and the mapper is open in its place
 };
 

@@ -51,11 +51,8 @@ void form1::doNotemod(int position) {
     toolPanel_->effects().showEffects(places[0].shown, places[1].shown, places[2].shown, places[3].shown);
 }
 
-/// The note under the mouse, or along a drag, takes what the selectors say; one that is not to be seen
-/// doesn't.
+/// The note under the mouse, or along a drag, takes what the selectors say.
 void form1::applyAlong(int x) {
-    if (x < 0 || x >= Picmain_->width(Box::MusicBox))
-        return;
     const int column = x / kColumnWidth;
     const auto note = applyAlongIndicator(app_.workspace, app_.workspace.view.ViewFirstColumn + column);
     if (!note)
@@ -68,15 +65,8 @@ void form1::applyAlong(int x) {
 }
 
 void form1::CmdInst_Click() {
-    if (!app_.setup.pickInstrument)
-        return;
-    const auto before = app_.workspace.instruments.MelodyInstrument;
-    app_.setup.pickInstrument([this, before] {
-        const InstrumentSelection& chosen = app_.workspace.instruments;
-        const bool melody =
-            chosen.MelodyInstrument != before || app_.workspace.score.ActiveChannel < kMelodyChannels;
-        noteInstrumentPicked(melody ? chosen.MelodyInstrument : chosen.PercussionInstrument);
-    });
+    if (app_.setup.pickInstrument)
+        app_.setup.pickInstrument([this](std::int16_t code) { noteInstrumentPicked(code); });
 }
 
 /// For the notes of a selection at once, and for those that take effects from now on.

@@ -158,6 +158,21 @@ TEST_F(FrmInstTest, EnterInThePercussionListTakesItsSound) {
     EXPECT_FALSE(picker().isVisible());
 }
 
+TEST_F(FrmInstTest, ANoteTakesWhatWasPickedAndOfTwoWhatIsOfItsChannelsGroup) {
+    struct Row {
+        FrmInst::Picked picked;
+        int channel;
+        std::int16_t code;
+    };
+    InstrumentSelection selection;
+    selection.MelodyInstrument = 40;
+    selection.PercussionInstrument = 149;
+    for (const Row& row : {Row{{true, false}, 0, 40}, Row{{false, true}, 0, 149}, Row{{true, true}, 0, 40},
+                           Row{{true, false}, 8, 40}, Row{{false, true}, 8, 149}, Row{{true, true}, 8, 149}})
+        EXPECT_EQ(FrmInst::codeFor(row.picked, row.channel, selection), row.code)
+            << row.picked.melody << row.picked.percussion << row.channel;
+}
+
 TEST_F(FrmInstTest, EscAndCancelChangeNothing) {
     opened();
     melody().setCurrentRow(3);

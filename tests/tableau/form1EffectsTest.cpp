@@ -124,8 +124,7 @@ TEST_F(form1EffectsTest, APickedInstrumentGoesToTheSelection) {
     workspace().view.SelectEnd = 3;
     window().CmdInst_Click();
     ASSERT_TRUE(onPick);
-    workspace().instruments.MelodyInstrument = 56;
-    onPick();
+    onPick(56);
     EXPECT_EQ(score().NoteInstrument.valueOr(0, 2, -1), 56);
     EXPECT_EQ(score().NoteInstrument.valueOr(0, 4, -1), 24);
     EXPECT_EQ(workspace().effects.NoteInstrumentPick, 56);
@@ -134,13 +133,12 @@ TEST_F(form1EffectsTest, APickedInstrumentGoesToTheSelection) {
 TEST_F(form1EffectsTest, AMelodyInstrumentIsRefusedOnAPercussionChannel) {
     shown().TrackSel_Click(8);
     window().CmdInst_Click();
-    workspace().instruments.MelodyInstrument = 56;
     QString said;
     driver.in<QWidget>([&](QWidget& message) {
         said = wordsOf(message);
         pressIn(message, "ok");
     });
-    onPick();
+    onPick(56);
     EXPECT_EQ(workspace().effects.NoteInstrumentPick, 40);
     EXPECT_EQ(said, "This is a percussion instrument");
 }

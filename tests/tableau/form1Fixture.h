@@ -141,7 +141,7 @@ protected:
     int channelChanges = 0;
     int refreshes = 0;
     int mappersShown = 0;
-    std::function<void()> onPick; ///< to be called once an instrument is picked
+    std::function<void(std::int16_t)> onPick; ///< to be called with the instrument that is picked
 
 private:
     Environment environment_;
