@@ -12,15 +12,16 @@ struct EditState;
 
 /// `TB4` "Score Editor".
 ///
-/// | Control                              | The user sees                     | What it sets              |
-/// |--------------------------------------|-----------------------------------|---------------------------|
-/// | `Lb1`(0), (24)                       | "Clear", "Draw" or "Select"       |                           |
-/// | `Lb1`(25), (26), (27), (28)          | "Copy", "Cut", "Insert", "Overwrite" |                        |
-/// | `Txtspc`, `Lb1`(29)                  | "Spaces", "Insert Spaces"         | `Txtspc`                  |
-/// | `Txtnotes`, `Txtbeats`, `Txtrepeat`  | "Total Length", "Cycle Length", "Notes in cycle" | `TotalNotes`,
-/// |                                      |                                   | `CycleBeats`, `CycleNotes`|
-/// | `Check5`, `Check3`, `Check2`         | "Melody", "Percussion", "Edit All Tracks" | the boxes of that
-/// name | | `Lb1`(30)                            | "Duplicate"                       | |
+// clang-format off
+/// | Control                             | The user sees                                    | What it sets                             |
+/// |-------------------------------------|--------------------------------------------------|------------------------------------------|
+/// | `Lb1`(0), (24)                      | "Clear", "Draw" or "Select"                      |                                          |
+/// | `Lb1`(25), (26), (27), (28)         | "Copy", "Cut", "Insert", "Overwrite"             |                                          |
+/// | `Txtspc`, `Lb1`(29)                 | "Spaces", "Insert Spaces"                        | `Txtspc`                                 |
+/// | `Txtnotes`, `Txtbeats`, `Txtrepeat` | "Total Length", "Cycle Length", "Notes in cycle" | `TotalNotes`, `CycleBeats`, `CycleNotes` |
+/// | `Check5`, `Check3`, `Check2`        | "Melody", "Percussion", "Edit All Tracks"        | the boxes of that name                   |
+/// | `Lb1`(30)                           | "Duplicate"                                      |                                          |
+// clang-format on
 class EditorPage : public ToolPage {
 public:
     EditorPage(const ToolPageParts& parts, EditState& edit, QWidget* parent);

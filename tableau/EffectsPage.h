@@ -20,16 +20,18 @@ struct Workspace;
 
 /// `TB2` "Single Note Effects".
 ///
-/// | Control                      | The user sees                       | What it sets |
-/// |------------------------------|-------------------------------------|------------------------------------|
-/// | `Check1`                     | "Single Note", pressed while it is on | `NoteEffectsOn` | | `Text5`,
-/// `CmdInst`           | "Instrument", and the picker        | `onPickInstrument`                 | |
-/// `Combo3`, `chordHint`        | "Chord", and its notes              | `Combo3`, the steps of the chord   |
-/// | `lblVolume`, `vol3`          | "Volume"                            | `vol3` | | `LblMod` to `LblChorus`,
-/// `T1` to `T4` | "Modulation", "Pan", "Reverb", "Chorus" | `T1` to `T4`          | | `Isld` to `Isld3` |
-/// "[-<<|>>+]" under a read-out: in tens | the same                         | | `L1a` to `L4a` | beside a
-/// caption, the value at the position that was looked at |         | | `Lb1`(20), (21)              | "Undo
-/// Effects", "Static Test"       |                                    |
+// clang-format off
+/// | Control                      | The user sees                                             | What it sets                     |
+/// |------------------------------|-----------------------------------------------------------|----------------------------------|
+/// | `Check1`                     | "Single Note", pressed while it is on                     | `NoteEffectsOn`                  |
+/// | `Text5`, `CmdInst`           | "Instrument", and the picker                              | `onPickInstrument`               |
+/// | `Combo3`, `chordHint`        | "Chord", and its notes                                    | `Combo3`, the steps of the chord |
+/// | `lblVolume`, `vol3`          | "Volume"                                                  | `vol3`                           |
+/// | `LblMod` to `LblChorus`      | "Modulation", "Pan", "Reverb", "Chorus"                   | `T1` to `T4`                     |
+/// | `Isld` to `Isld3`            | "[-<<|>>+]" under a read-out: in tens                     | the same                         |
+/// | `L1a` to `L4a`               | beside a caption, the value where one looked              |                                  |
+/// | `Lb1`(20), (21)              | "Undo Effects", "Static Test"                             |                                  |
+// clang-format on
 class EffectsPage : public ToolPage {
 public:
     EffectsPage(const ToolPageParts& parts, Workspace& workspace, QWidget* parent);

@@ -15,15 +15,17 @@ struct Workspace;
 
 /// `TB1` "Melody Maker". A field, its arrows and its slider picture are three ways to one number.
 ///
-/// | Control                         | The user sees           | What it sets                       |
-/// |---------------------------------|-------------------------|------------------------------------|
-/// | `txtStart`, `vcrStart`, `IStart1` | "Start at X"          | `txtStart`, `SelectStart`          |
-/// | `Txtlen`, `VSLen`, `ILength`    | "Total Length"          | `TotalNotes`                       |
-/// | `TxtRep`, `VSrep`, `IRepeat`    | "Cycle Length"          | `CycleBeats`                       |
-/// | `TxtNt`, `VSnt`, `INotes`       | "Notes in cycle"        | `CycleNotes`                       |
-/// | `Chkmelody`, `Chkperc`          | "Melody", "Percussion"  | all boxes of the melody, or the percussion
-/// channels | | `chkChannel`(0 to 11)           | a box by each channel   | `ChannelPicked` | | `Lb1`(22),
-/// (23)                 | "Create Melody", "Undo Melody" |                             |
+// clang-format off
+/// | Control                           | The user sees                  | What it sets                                    |
+/// |-----------------------------------|--------------------------------|-------------------------------------------------|
+/// | `txtStart`, `vcrStart`, `IStart1` | "Start at X"                   | `txtStart`, `SelectStart`                       |
+/// | `Txtlen`, `VSLen`, `ILength`      | "Total Length"                 | `TotalNotes`                                    |
+/// | `TxtRep`, `VSrep`, `IRepeat`      | "Cycle Length"                 | `CycleBeats`                                    |
+/// | `TxtNt`, `VSnt`, `INotes`         | "Notes in cycle"               | `CycleNotes`                                    |
+/// | `Chkmelody`, `Chkperc`            | "Melody", "Percussion"         | all boxes of the melody, or percussion channels |
+/// | `chkChannel`(0 to 11)             | a box by each channel          | `ChannelPicked`                                 |
+/// | `Lb1`(22), (23)                   | "Create Melody", "Undo Melody" |                                                 |
+// clang-format on
 class MakerPage : public ToolPage {
 public:
     MakerPage(const ToolPageParts& parts, Workspace& workspace, QWidget* parent);
