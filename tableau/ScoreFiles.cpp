@@ -7,6 +7,7 @@
 #include "shell/Settings.h"
 #include "tableau/Workspace.h"
 
+#include <string_view>
 #include <utility>
 
 namespace velmora {
@@ -27,6 +28,26 @@ ScoreFiles::Outcome outcomeOfWriting(const std::string& words) {
             words + " Nothing is lost and nothing was replaced. Try another folder or another name.";
     return outcome;
 }
+
+/// As the scores of all forms do. One that doesn't is opened all the same, since a part of it may be sound.
+bool beginsWithANumber(std::string_view text) {
+    return !text.empty() && (text.front() == '-' || (text.front() >= '0' && text.front() <= '9'));
+}
+
+class Busy {
+public:
+    explicit Busy(const std::function<void(bool)>& onBusy) : onBusy_(onBusy) { say(true); }
+    ~Busy() { say(false); }
+    Busy(const Busy&) = delete;
+    Busy& operator=(const Busy&) = delete;
+
+private:
+    void say(bool busy) const {
+        if (onBusy_)
+            onBusy_(busy);
+    }
+    const std::function<void(bool)>& onBusy_;
+};
 } // namespace
 
 ScoreFiles::ScoreFiles(Workspace& workspace, clsDialog& dialogs, SettingsStore& settings, fs::path songs)
@@ -43,6 +64,7 @@ ScoreFiles::Outcome ScoreFiles::open() {
 }
 
 ScoreFiles::Outcome ScoreFiles::open(const fs::path& file) {
+    const Busy busy(onBusy);
     const auto bytes = readWholeFile(file);
     if (!bytes)
         return {false,
@@ -54,6 +76,10 @@ ScoreFiles::Outcome ScoreFiles::open(const fs::path& file) {
     Outcome outcome{true, {}, parseSng(*bytes, SngReader::OpenPoliFile, workspace_.score, workspace_.setup)};
     workspace_.score.currentFile = file.string();
     folder_ = file.parent_path();
+    if (!beginsWithANumber(*bytes))
+        outcome.words = "The file \"" + file.string() +
+                        "\" doesn't look like a score. If it is the wrong one, Undo brings back what was "
+                        "open before.";
     if (const auto longest = longestRow(*bytes);
         longest > static_cast<std::size_t>(workspace_.score.NumNotes) + 1)
         outcome.words = "The score \"" + file.string() + "\" is " + std::to_string(longest) +
@@ -77,6 +103,7 @@ ScoreFiles::Outcome ScoreFiles::saveAs() {
 }
 
 ScoreFiles::Outcome ScoreFiles::saveScore(const std::string& path) {
+    const Busy busy(onBusy);
     Score& score = workspace_.score;
     const std::string before = std::exchange(score.currentFile, path);
     Outcome outcome = outcomeOfWriting(SavePoliFile(score, workspace_.setup));
@@ -86,6 +113,7 @@ ScoreFiles::Outcome ScoreFiles::saveScore(const std::string& path) {
 }
 
 ScoreFiles::Outcome ScoreFiles::exportMidi(const std::string& path) {
+    const Busy busy(onBusy);
     // Building the file empties the channels that it spreads chords over; the user's own stay whole.
     Score copy = workspace_.score;
     ChordSteps steps = workspace_.chords;

@@ -4,6 +4,7 @@
 #include "score/SngFile.h"
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -26,6 +27,8 @@ public:
         std::string words;
         std::optional<SngOpened> opened; ///< what a window does with the score that was read
     };
+
+    std::function<void(bool busy)> onBusy; ///< a file is being read or written, and no longer
 
     /// Asks for a score and opens it.
     Outcome open();

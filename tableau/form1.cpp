@@ -316,6 +316,8 @@ void form1::bringBack(const LeftScore& left) {
 }
 
 bool form1::mSaveAs_Click() {
+    if (!app_.workspace.holdsNotes())
+        screen_.setToolText({}, "There are no notes yet that could be saved");
     const ScoreFiles::Outcome outcome = files_.saveAs();
     showOutcome(outcome);
     return outcome.done;

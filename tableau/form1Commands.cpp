@@ -12,6 +12,7 @@
 #include "tableau/form1.h"
 
 #include <QAction>
+#include <QGuiApplication>
 #include <QShortcut>
 
 namespace velmora {
@@ -58,6 +59,12 @@ void form1::bindFileCommands() {
     Cmd2_.bind(0, [this] { ClearAll(); });
     Cmd2_.bind(1, [this] { Command33_Click(); });
     Cmd2_.bind(2, [this] { mSaveAs_Click(); });
+    files_.onBusy = [](bool busy) {
+        if (busy)
+            QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+        else
+            QGuiApplication::restoreOverrideCursor();
+    };
     Lb1_.bind(0, [this] { ClearAll(); });
     Lb1_.bind(4, [this] { OpenforUndo(); });
     Lb1_.bind(8, [this] { imgTitleHelp_Click(); });

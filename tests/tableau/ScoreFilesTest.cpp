@@ -133,6 +133,33 @@ TEST_F(ScoreFilesTest, AScoreThatIsTooLongIsOpenedAndSaid) {
     EXPECT_EQ(score().SongEnd, 1001);
 }
 
+TEST_F(ScoreFilesTest, WhatDoesntLookLikeAScoreIsOpenedAndSaid) {
+    putNotes(score(), 0, 60, 2);
+    for (const char* text : {"", "a letter to a friend\n"}) {
+        const fs::path file = other / "letter.sng";
+        write(file, text);
+        const auto outcome = files.open(file);
+        EXPECT_TRUE(outcome.done);
+        EXPECT_THAT(outcome.words, HasSubstr(file.string() + "\" doesn't look like a score"));
+        workspace().undoLast();
+        EXPECT_EQ(score().NoteCell.valueOr(0, 1, -1), 1060);
+    }
+}
+
+TEST_F(ScoreFilesTest, ReadingAndWritingAreBusyAndAskingIsNot) {
+    std::vector<bool> busy;
+    files.onBusy = [&](bool now) { busy.push_back(now); };
+    files.open();
+    EXPECT_THAT(busy, ElementsAre()) << "cancelled";
+    files.open(aScore(3));
+    EXPECT_THAT(busy, ElementsAre(true, false));
+    dialogs.answers = {{(other / "saved").string(), 1}, {(other / "exported").string(), 2}};
+    files.saveAs();
+    EXPECT_THAT(busy, ElementsAre(true, false, true, false));
+    files.saveAs();
+    EXPECT_THAT(busy, ElementsAre(true, false, true, false, true, false));
+}
+
 TEST_F(ScoreFilesTest, TheFilterDecidesFormatAndExtension) {
     struct Row {
         const char* typed;

@@ -87,6 +87,12 @@ TEST_F(form1Test, AScoreThatCantBeOpenedIsSaid) {
     EXPECT_THAT(said, testing::HasSubstr("missing.sng"));
 }
 
+TEST_F(form1Test, WithoutNotesSavingAsksNothingAndSaysWhy) {
+    shown().Cmd2_Click(2);
+    EXPECT_TRUE(dialogs.asked.empty());
+    EXPECT_NE(text("toolText").find("no notes yet"), std::string::npos);
+}
+
 TEST_F(form1Test, ClearingAndUndoAreSeen) {
     putNotes(score(), 4, 60, 5);
     shown();
