@@ -26,23 +26,44 @@ void DeviceChooser::resetAndClose() {
     closePort();
 }
 
-/// The index of the open device, which stays the chosen one wherever it stands now; the mapper's if it has
-/// gone.
-int DeviceChooser::placeOfOpen(std::span<const std::string> devices) {
-    const auto found = std::ranges::find(devices, openName_);
+std::vector<std::string> DeviceChooser::deviceNames() {
+    std::vector<std::string> names;
+    const int count = port_.deviceCount();
+    for (int device = 0; device < count; ++device)
+        names.push_back(port_.deviceName(device));
+    return names;
+}
+
+/// False if there is no device of that name. Otherwise it is the chosen one, wherever it stands now.
+bool DeviceChooser::followTo(const std::string& name, std::span<const std::string> devices) {
+    const auto found = std::ranges::find(devices, name);
     if (found == devices.end())
-        return MidiPort::kMapper;
+        return false;
     const auto place = static_cast<int>(found - devices.begin());
     if (place != MidiDevice) {
         MidiDevice = place;
         key_.write(place);
     }
-    return place;
+    return true;
+}
+
+/// False if the open device has gone, and the mapper now stands in for it.
+bool DeviceChooser::followOpen(std::span<const std::string> devices) {
+    if (openName_.empty() || followTo(openName_, devices))
+        return true;
+    lostName_ = openName_;
+    fallBack();
+    return false;
+}
+
+void DeviceChooser::takeFromSettings(int otherwise) {
+    MidiDevice = key_.read().value_or(otherwise);
+    onMapper_ = false;
+    lostName_.clear();
 }
 
 void DeviceChooser::openAtActivation() {
-    MidiDevice = key_.read().value_or(MidiPort::kMapper);
-    onMapper_ = false;
+    takeFromSettings(MidiPort::kMapper);
     openPort(MidiDevice);
     if (MidiResult == MidiPort::kOk) {
         port_.send(shortmessage::kDrumBank);
@@ -61,15 +82,19 @@ void DeviceChooser::fallBack() {
 }
 
 DeviceChooser::Reopened DeviceChooser::reopenIfChanged() {
-    if (key_.read().value_or(MidiPort::kMapper) == MidiDevice)
-        return Reopened::No;
+    if (key_.read().value_or(MidiPort::kMapper) == MidiDevice) {
+        const std::vector<std::string> devices = deviceNames();
+        if (!followOpen(devices))
+            return Reopened::ByMapper;
+        if (lostName_.empty() || !followTo(lostName_, devices))
+            return Reopened::No;
+    }
     return Device_Click() ? Reopened::ByMapper : Reopened::AsChosen;
 }
 
 bool DeviceChooser::Device_Click() {
     // Its own default: the first device, where an activation takes the mapper.
-    MidiDevice = key_.read().value_or(0);
-    onMapper_ = false;
+    takeFromSettings(0);
     resetAndClose();
     openPort(MidiDevice);
     if (MidiResult != MidiPort::kOk && MidiDevice < kRetriedBelow) {
@@ -97,20 +122,18 @@ void DeviceChooser::close() {
 }
 
 DeviceChooser::List DeviceChooser::list() {
+    const std::vector<std::string> devices = deviceNames();
+    const int count = static_cast<int>(devices.size());
     List shown{{kMapperName}, 0};
-    const int count = port_.deviceCount();
-    for (int device = 0; device < count; ++device)
-        shown.texts.push_back(port_.deviceName(device));
+    shown.texts.insert(shown.texts.end(), devices.begin(), devices.end());
     auto chosen = key_.read();
     if (!chosen) {
         // Another device may be one that makes no sound. Until the user chooses it, the mapper sounds.
         chosen = count > 1 ? MidiPort::kMapper : count - 1;
         key_.write(*chosen);
     }
-    if (*chosen == MidiDevice && !openName_.empty())
-        chosen = placeOfOpen(std::span(shown.texts).subspan(1));
-    if (*chosen == MidiDevice && onMapper_)
-        chosen = MidiPort::kMapper;
+    if (*chosen == MidiDevice)
+        chosen = followOpen(devices) && !onMapper_ ? MidiDevice : MidiPort::kMapper;
     if (*chosen >= MidiPort::kMapper && *chosen < count)
         shown.item = *chosen + 1;
     return shown;

@@ -31,7 +31,8 @@ public:
     /// nothing is sent; where that fails, too, the mapper, or a device that has gone would leave silence.
     void openAtActivation();
 
-    /// At a later activation: presses `Device_Click` if the settings name another device than is open.
+    /// At a later activation: presses `Device_Click` if the settings name another device than is open, or if
+    /// the chosen one had gone and is back. If it has gone by now, the mapper is opened in its place.
     enum class Reopened { No, AsChosen, ByMapper };
     Reopened reopenIfChanged();
 
@@ -53,7 +54,8 @@ public:
     };
     /// What `Combo2` shows. Where the key is missing it is written with the number of devices less one, which
     /// is the only device's index, but with the mapper's where there are more. The key follows the open
-    /// device where others come or go before it.
+    /// device where others come or go before it. If that has gone, the mapper is opened in its place. One
+    /// that is back waits for an activation: what plays through the mapper is not torn from it.
     [[nodiscard]] List list();
 
     struct Message {
@@ -73,13 +75,17 @@ private:
     void closePort();
     void resetAndClose();
     void fallBack();
-    [[nodiscard]] int placeOfOpen(std::span<const std::string> devices);
+    void takeFromSettings(int otherwise);
+    [[nodiscard]] std::vector<std::string> deviceNames();
+    [[nodiscard]] bool followTo(const std::string& name, std::span<const std::string> devices);
+    [[nodiscard]] bool followOpen(std::span<const std::string> devices);
 
     MidiPort& port_;
     DevicesKey key_;
     int MidiDevice = MidiPort::kMapper; ///< from the settings, also where another one was opened instead
     int MidiResult = MidiPort::kOk;     ///< of the last open or close
     std::string openName_;              ///< of the chosen device while it is open; blank otherwise
+    std::string lostName_;              ///< of the chosen device where it went while it was open
     bool onMapper_ = false;             ///< the mapper stands in for the chosen device
 };
 

@@ -28,6 +28,7 @@
 
 #include <QAbstractButton>
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QScreen>
 
@@ -112,15 +113,19 @@ void form1::setOrder() {
     }
 }
 
+/// On the screen of the stored place, judged by the least size: the width that was saved is not read back.
 /// The sizes in the settings are twips, of which fifteen make a pixel.
 void form1::openAtStoredPlace() {
-    const QRect screen = this->screen()->availableGeometry();
     const auto twips = [](int length) { return static_cast<float>(length * kTwips); };
     const auto stored = [this](const settings::Float& key) { return settings::read(app_.settings, key); };
-    const QRect frame(
-        pixelsOfTwips(stored(settings::form1_left)), pixelsOfTwips(stored(settings::form1_top)),
+    const QPoint corner(pixelsOfTwips(stored(settings::form1_left)),
+                        pixelsOfTwips(stored(settings::form1_top)));
+    const QScreen* there = QGuiApplication::screenAt(QRect(corner, kLeastForm).center());
+    const QRect screen = (there ? there : this->screen())->availableGeometry();
+    const QSize size(
         pixelsOfTwips(settings::read(app_.settings, settings::form1_width, twips(screen.width()) - 200)),
         pixelsOfTwips(settings::read(app_.settings, settings::form1_Height, twips(screen.height()) - 400)));
+    const QRect frame(corner, size);
     setGeometry(openingFrame(frame, screen, kLeastForm));
     SettingsBatch place(app_.settings);
     settings::save(place, settings::form1_left, twips(x()));

@@ -122,3 +122,32 @@ class Places(Journey):
         program = self.compose()
         self.assertEqual(program.place(), (1100, 0, 900, 530))
         program.close()
+
+
+class PlacesOnTheSecondScreen(Journey):
+    """Beside the first one, and of another size."""
+
+    SIZE = (3366, 1400)
+    FIRST = 1366
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.screen.split(cls.FIRST)
+
+    def test_a_stored_place_is_taken_up_there(self):
+        left = self.FIRST + 300
+        self.user.keep(form1_left=left * 15, form1_top=200 * 15, form1_width=900 * 15, form1_Height=530 * 15)
+        program = self.compose()
+        self.assertEqual(program.place(), (left, 200, 900, 530))
+        program.close()
+
+    def test_the_size_rule_measures_that_screen(self):
+        self.user.keep(form1_left=(self.FIRST + 33) * 15, form1_top=33 * 15)
+        program = self.compose()
+        placed = (self.FIRST + 33, 33, 2000 - 133, 1400 - 67)
+        self.assertEqual(program.place(), placed)
+        program.close()
+        program = self.compose()  # and with what it has saved itself
+        self.assertEqual(program.place(), placed)
+        program.close()

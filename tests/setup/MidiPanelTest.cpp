@@ -73,6 +73,16 @@ TEST_F(MidiPanelTest, TheListIsUpToDateWhenItOpens) {
     EXPECT_EQ(list.count(), 3);
 }
 
+TEST_F(MidiPanelTest, TheMapperSoundsWhereTheOpenDeviceGoesWhileThePanelIsShown) {
+    store("Devices", "0");
+    opened(4);
+    choose("Combo2", 2);
+    midi.names = {"first"};
+    EXPECT_TRUE(QTest::qWaitFor([&] { return midi.opened.back() == MidiPort::kMapper; }, 10000));
+    EXPECT_EQ(control<QComboBox>("Combo2").currentText(), "MIDI Mapper");
+    EXPECT_EQ(stored("Devices"), "1");
+}
+
 TEST_F(MidiPanelTest, NotesAreAdded) {
     opened(4);
     type("Text2", "200");

@@ -220,6 +220,62 @@ TEST_F(DeviceChooserTest, AnotherDeviceInThePlaceOfTheOpenOneIsNotShownAsChosen)
     EXPECT_EQ(key, 1);
 }
 
+TEST_F(DeviceChooserTest, TheListOpensTheMapperOnceInThePlaceOfADeviceThatHasGone) {
+    port.names = {"Velmora Synthesizer", "a"};
+    port.script = {true, true};
+    EXPECT_FALSE(chooser.choose(2));
+    port.calls.clear();
+    port.names = {"Velmora Synthesizer"};
+    EXPECT_EQ(chooser.list().item, 0);
+    EXPECT_EQ(chooser.list().item, 0);
+    EXPECT_EQ(chooser.reopenIfChanged(), DeviceChooser::Reopened::No);
+    EXPECT_EQ(port.calls, "reset, close, open -1");
+    EXPECT_EQ(key, 1);
+}
+
+TEST_F(DeviceChooserTest, AnActivationOpensTheMapperInThePlaceOfADeviceThatHasGone) {
+    port.names = {"Velmora Synthesizer", "a"};
+    port.script = {true, true};
+    EXPECT_FALSE(chooser.choose(2));
+    port.calls.clear();
+    port.names = {"Velmora Synthesizer"};
+    EXPECT_EQ(chooser.reopenIfChanged(), DeviceChooser::Reopened::ByMapper);
+    EXPECT_EQ(chooser.reopenIfChanged(), DeviceChooser::Reopened::No);
+    EXPECT_EQ(port.calls, "reset, close, open -1");
+    EXPECT_EQ(key, 1);
+}
+
+TEST_F(DeviceChooserTest, ADeviceThatIsBackIsOpenedAtTheNextActivationWhereverItStands) {
+    port.names = {"Velmora Synthesizer", "a"};
+    port.script = {true, true};
+    EXPECT_FALSE(chooser.choose(2));
+    port.names = {"Velmora Synthesizer"};
+    EXPECT_EQ(chooser.list().item, 0);
+    port.calls.clear();
+    port.names = {"Velmora Synthesizer", "0", "a"};
+    EXPECT_EQ(chooser.list().item, 0) << "the mapper still sounds";
+    EXPECT_EQ(port.calls, "");
+    port.script = {true};
+    EXPECT_EQ(chooser.reopenIfChanged(), DeviceChooser::Reopened::AsChosen);
+    EXPECT_EQ(port.calls, "reset, close, open 2, send 201");
+    EXPECT_EQ(key, 2);
+    EXPECT_EQ(chooser.list().item, 3);
+}
+
+TEST_F(DeviceChooserTest, AnotherChoiceForgetsTheDeviceThatHasGone) {
+    port.names = {"Velmora Synthesizer", "a"};
+    port.script = {true, true, true};
+    EXPECT_FALSE(chooser.choose(2));
+    port.names = {"Velmora Synthesizer"};
+    EXPECT_EQ(chooser.list().item, 0);
+    EXPECT_FALSE(chooser.choose(1));
+    port.calls.clear();
+    port.names = {"Velmora Synthesizer", "a"};
+    EXPECT_EQ(chooser.reopenIfChanged(), DeviceChooser::Reopened::No);
+    EXPECT_EQ(port.calls, "");
+    EXPECT_EQ(key, 0);
+}
+
 TEST_F(DeviceChooserTest, ADeviceOpenedInThePlaceOfTheChosenOneDoesNotBecomeTheChoice) {
     port.names = {"Velmora Synthesizer", "a", "b"};
     key = 1;
