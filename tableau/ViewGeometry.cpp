@@ -2,9 +2,12 @@
 #include "tableau/ViewGeometry.h"
 
 #include "score/Numbers.h"
+#include "score/Score.h"
 #include "score/ViewState.h"
+#include "tableau/TableauScene.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace velmora {
 
@@ -13,6 +16,22 @@ constexpr int kSides = 70;       ///< what stands left and right of `MusicBox`
 constexpr int kUnseenEnd = 10;   ///< the last positions are not scrolled to
 constexpr int kRailEnd = 10;     ///< the end of a rail, which a drag does not reach
 constexpr int kMostRows = 32767; ///< of a window that no screen holds
+
+int rowsSeen(const ViewState& view, int musicBoxHeight) {
+    return std::clamp(musicBoxHeight / std::max(1, view.Line_Height), 1, kLastRow + 1);
+}
+
+/// Where painted notes of melody begin within these positions, the earliest first.
+std::vector<int> headRows(const Score& score, int firstColumn, int lastColumn) {
+    std::vector<int> rows;
+    for (int position = firstColumn; position <= std::min(lastColumn, score.NumNotes); ++position)
+        for (int channel = 0; channel < kMelodyChannels; ++channel) {
+            const int cell = score.NoteCell.valueOr(channel, position, kEmptyCell);
+            if (isPainted(score, channel) && cellClass(cell) == CellClass::Head)
+                rows.push_back(std::min(cellRow(cell), kLastRow));
+        }
+    return rows;
+}
 } // namespace
 
 void resizeView(ViewState& view, int windowWidth, int picmainHeight, int numNotes) {
@@ -31,7 +50,7 @@ ScrollRange columnRange(const ViewState& view, int songEnd) {
 }
 
 ScrollRange rowRange(const ViewState& view, int musicBoxHeight) {
-    const int seen = std::clamp(musicBoxHeight / std::max(1, view.Line_Height), 1, kLastRow + 1);
+    const int seen = rowsSeen(view, musicBoxHeight);
     const int least = view.ViewHalfRows() - 1;
     return {least, least + kLastRow + 1 - seen, seen};
 }
@@ -51,6 +70,20 @@ void scrollToColumn(ViewState& view, int value, int numNotes) {
 
 void scrollToRow(ViewState& view, int value) {
     view.ViewTopRow = std::max(0, value - view.ViewHalfRows() + 1);
+}
+
+int topRowForNotes(const ViewState& view, const Score& score, int musicBoxHeight) {
+    const int seen = rowsSeen(view, musicBoxHeight);
+    const int top = view.ViewTopRow;
+    std::vector<int> rows = headRows(score, view.ViewFirstColumn, view.ViewLastColumn);
+    if (rows.empty())
+        rows = headRows(score, 0, score.NumNotes);
+    if (rows.empty() || std::ranges::any_of(rows, [&](int row) { return row >= top && row < top + seen; }))
+        return top;
+    const int around = seen / 4; // others will be near
+    const int first = rows.front();
+    const int moved = first < top ? first - around : first + around - seen + 1;
+    return std::clamp(moved, 0, kLastRow + 1 - seen);
 }
 
 int railValue(const ViewState& view, int songEnd, int place, int length) {
