@@ -21,11 +21,17 @@ int rowsSeen(const ViewState& view, int musicBoxHeight) {
     return std::clamp(musicBoxHeight / std::max(1, view.Line_Height), 1, kLastRow + 1);
 }
 
-/// Where painted notes of melody begin within these positions, the earliest first.
-std::vector<int> headRows(const Score& score, int firstColumn, int lastColumn) {
+struct Channels {
+    int first, end;
+};
+constexpr Channels kMelody{0, kMelodyChannels};
+constexpr Channels kPercussion{kFirstPercussion, kUsedChannels};
+
+/// Where painted notes begin within these positions, the earliest first.
+std::vector<int> headRows(const Score& score, Channels channels, int firstColumn, int lastColumn) {
     std::vector<int> rows;
     for (int position = firstColumn; position <= std::min(lastColumn, score.NumNotes); ++position)
-        for (int channel = 0; channel < kMelodyChannels; ++channel) {
+        for (int channel = channels.first; channel < channels.end; ++channel) {
             const int cell = score.NoteCell.valueOr(channel, position, kEmptyCell);
             if (isPainted(score, channel) && cellClass(cell) == CellClass::Head)
                 rows.push_back(std::min(cellRow(cell), kLastRow));
@@ -75,15 +81,21 @@ void scrollToRow(ViewState& view, int value) {
 int topRowForNotes(const ViewState& view, const Score& score, int musicBoxHeight) {
     const int seen = rowsSeen(view, musicBoxHeight);
     const int top = view.ViewTopRow;
-    std::vector<int> rows = headRows(score, view.ViewFirstColumn, view.ViewLastColumn);
+    std::vector<int> rows = headRows(score, kMelody, view.ViewFirstColumn, view.ViewLastColumn);
     if (rows.empty())
-        rows = headRows(score, 0, score.NumNotes);
+        rows = headRows(score, kMelody, 0, score.NumNotes);
     if (rows.empty() || std::ranges::any_of(rows, [&](int row) { return row >= top && row < top + seen; }))
         return top;
     const int around = seen / 4; // others will be near
     const int first = rows.front();
-    const int moved = first < top ? first - around : first + around - seen + 1;
-    return std::clamp(moved, 0, kLastRow + 1 - seen);
+    const int lowest = kLastRow + 1 - seen;
+    if (first < top)
+        return std::clamp(first - around, 0, lowest);
+    // Beats above the highest row would be out of sight: they may cost the rows around, but not the note.
+    const std::vector<int> beats = headRows(score, kPercussion, view.ViewFirstColumn, view.ViewLastColumn);
+    const int highestBeat = beats.empty() ? kLastRow : std::ranges::min(beats);
+    const int least = first - seen + 1;
+    return std::clamp(highestBeat, least, std::min(least + around, lowest));
 }
 
 int railValue(const ViewState& view, int songEnd, int place, int length) {

@@ -142,11 +142,23 @@ TEST(ViewGeometryTest, OtherwiseTheRowsMoveJustToItsFirstNote) {
     EXPECT_EQ(topRowFor(scoreOf({{500, 90}, {600, 100}})), 90 + 10 - 39) << "or else what comes at all";
 }
 
+TEST(ViewGeometryTest, BeatsStayInSightIfTheFirstNoteLetsThem) {
+    Score score = scoreOf({{1, 90}});
+    const auto withBeatOn = [&](std::int16_t row) {
+        score.NoteCell.set(8, 30, row);
+        score.FindEndOfSong();
+        return topRowFor(score);
+    };
+    EXPECT_EQ(withBeatOn(70), 90 + 10 - 39);
+    EXPECT_EQ(withBeatOn(54), 54);
+    EXPECT_EQ(withBeatOn(42), 90 - 39) << "the note is seen, at the foot";
+}
+
 TEST(ViewGeometryTest, OnlyNotesThatArePaintedAreInSight) {
     Score score = scoreOf({{1, 90}});
     score.NoteCell.set(1, 3, 60);
     score.NoteCell.set(2, 0, 1060);
-    score.NoteCell.set(8, 3, 60);
+    score.NoteCell.set(8, 3, 70);
     score.FindEndOfSong();
     EXPECT_EQ(topRowFor(score), 42);
     score.ChannelMuted[1] = true;
