@@ -163,6 +163,7 @@ void Program::end() {
     if (frmsetup_)
         frmsetup_->unload();
     recovery_.remove();
+    loop_.leave(); // a play that still waits its step out would keep the process alive
     QApplication::quit();
 }
 

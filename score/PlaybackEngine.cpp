@@ -165,7 +165,8 @@ bool PlaybackEngine::beginSelection() {
     showPlayMark(score_.NumNotes - 10);
     state_.PlayPosition = view_.PlayMark;
     const bool ready = prepare(segmentStep(score_.Tempo));
-    score_.SongEnd = state_.SegmentEnd;
+    segmentEnd_ = state_.SegmentEnd;
+    keepSegmentEnd();
     if (!ready)
         state_.PlayingSegment = false;
     return ready;
@@ -302,6 +303,7 @@ void PlaybackEngine::AdvancePlayLine() {
     else
         takeLineAway();
     ++state_.PlayPosition;
+    keepSegmentEnd();
     if (state_.PlayPosition > score_.SongEnd) {
         if (!state_.LoopOn) {
             state_.Playing = false;
@@ -314,6 +316,12 @@ void PlaybackEngine::AdvancePlayLine() {
         }
     }
     loop_.YieldIfInput();
+}
+
+/// A segment ends where it was marked, though commands look for the song's end meanwhile.
+void PlaybackEngine::keepSegmentEnd() {
+    if (state_.PlayingSegment)
+        score_.SongEnd = segmentEnd_;
 }
 
 void PlaybackEngine::moveLine() {

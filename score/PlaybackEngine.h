@@ -57,6 +57,7 @@ private:
     [[nodiscard]] WalkEnd walk(const Turn& turn);
     void pause();
     void playChannel(int channel);
+    void keepSegmentEnd();
     void moveLine();
     void takeLineAway();
     void showRecordingProgress();
@@ -73,6 +74,7 @@ private:
 
     mStopWatch watches_;
     int PlayStopwatch;
+    int segmentEnd_ = 0;      ///< the last position of the segment that plays
     int linePosition_ = -1;   ///< where the play line stands; -1 for nowhere
     bool comesRound_ = false; ///< the loop starts afresh
     int turns_ = 0;           ///< plays begun so far

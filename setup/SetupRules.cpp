@@ -156,8 +156,7 @@ bool setScoreLength(Workspace& workspace, std::int64_t numNotes) {
         view.SelectStart = view.SelectEnd = -1;
     view.SelectEnd = std::min(view.SelectEnd, last);
     view.PlayMark = std::min(view.PlayMark, last);
-    if (!workspace.play.PlayingSegment) // which has an end of its own
-        score.FindEndOfSong();
+    score.FindEndOfSong();
     return true;
 }
 

@@ -90,11 +90,11 @@ void QtMessageLoop::serveEventsUntil(double moment, double due) {
     // The wait around this one may be about to sleep when this one returns: its wake-up is put back.
     const double outerMoment = std::exchange(moment_, moment);
     const double outerDue = std::exchange(due_, due_ > 0 ? std::min(due_, due) : due);
-    while (now() < moment && wakeUp_->setTo(moment))
+    while (!left_ && now() < moment && wakeUp_->setTo(moment))
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     moment_ = outerMoment;
     due_ = outerDue;
-    wakeUp_->setTo(outerMoment);
+    wakeUp_->setTo(left_ ? std::min(outerMoment, now()) : outerMoment);
 }
 
 double QtMessageLoop::now() const {
@@ -111,6 +111,8 @@ void QtMessageLoop::serveUntil(double moment) {
         serveEventsUntil(quiet, moment);
     else if (wake > now())
         YieldIfInput();
+    if (left_)
+        return;
     if (wake > now())
         sleepUntil(wake);
     while (now() < moment) {
@@ -119,6 +121,12 @@ void QtMessageLoop::serveUntil(double moment) {
 
 std::optional<double> QtMessageLoop::nextDue() const {
     return due_ > 0 ? std::optional(due_) : std::nullopt;
+}
+
+void QtMessageLoop::leave() {
+    left_ = true;
+    if (moment_ > 0) // the innermost wait may be about to sleep, too
+        wakeUp_->setTo(now());
 }
 
 void QtMessageLoop::block(double seconds) {

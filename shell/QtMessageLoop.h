@@ -20,6 +20,8 @@ public:
     void serveUntil(double moment) override;
     void block(double seconds) override;
     [[nodiscard]] std::optional<double> nextDue() const override;
+    /// The program is quitting: no serveUntil() lasts any longer, whatever it still waits for.
+    void leave();
 
 private:
     class WakeUp;
@@ -30,6 +32,7 @@ private:
     std::unique_ptr<WakeUp> wakeUp_; // made by the first wait that needs it
     double moment_ = 0;              // what the innermost wait waits for, 0 if there is none
     double due_ = 0;                 // the earliest of all waits, likewise
+    bool left_ = false;
 };
 
 } // namespace velmora

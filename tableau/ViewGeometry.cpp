@@ -2,9 +2,12 @@
 #include "tableau/ViewGeometry.h"
 
 #include "score/Numbers.h"
+#include "score/Score.h"
 #include "score/ViewState.h"
+#include "tableau/TableauScene.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace velmora {
 
@@ -13,6 +16,28 @@ constexpr int kSides = 70;       ///< what stands left and right of `MusicBox`
 constexpr int kUnseenEnd = 10;   ///< the last positions are not scrolled to
 constexpr int kRailEnd = 10;     ///< the end of a rail, which a drag does not reach
 constexpr int kMostRows = 32767; ///< of a window that no screen holds
+
+int rowsSeen(const ViewState& view, int musicBoxHeight) {
+    return std::clamp(musicBoxHeight / std::max(1, view.Line_Height), 1, kLastRow + 1);
+}
+
+struct Channels {
+    int first, end;
+};
+constexpr Channels kMelody{0, kMelodyChannels};
+constexpr Channels kPercussion{kFirstPercussion, kUsedChannels};
+
+/// Where painted notes begin within these positions, the earliest first.
+std::vector<int> headRows(const Score& score, Channels channels, int firstColumn, int lastColumn) {
+    std::vector<int> rows;
+    for (int position = firstColumn; position <= std::min(lastColumn, score.NumNotes); ++position)
+        for (int channel = channels.first; channel < channels.end; ++channel) {
+            const int cell = score.NoteCell.valueOr(channel, position, kEmptyCell);
+            if (isPainted(score, channel) && cellClass(cell) == CellClass::Head)
+                rows.push_back(std::min(cellRow(cell), kLastRow));
+        }
+    return rows;
+}
 } // namespace
 
 void resizeView(ViewState& view, int windowWidth, int picmainHeight, int numNotes) {
@@ -31,7 +56,7 @@ ScrollRange columnRange(const ViewState& view, int songEnd) {
 }
 
 ScrollRange rowRange(const ViewState& view, int musicBoxHeight) {
-    const int seen = std::clamp(musicBoxHeight / std::max(1, view.Line_Height), 1, kLastRow + 1);
+    const int seen = rowsSeen(view, musicBoxHeight);
     const int least = view.ViewHalfRows() - 1;
     return {least, least + kLastRow + 1 - seen, seen};
 }
@@ -51,6 +76,26 @@ void scrollToColumn(ViewState& view, int value, int numNotes) {
 
 void scrollToRow(ViewState& view, int value) {
     view.ViewTopRow = std::max(0, value - view.ViewHalfRows() + 1);
+}
+
+int topRowForNotes(const ViewState& view, const Score& score, int musicBoxHeight) {
+    const int seen = rowsSeen(view, musicBoxHeight);
+    const int top = view.ViewTopRow;
+    std::vector<int> rows = headRows(score, kMelody, view.ViewFirstColumn, view.ViewLastColumn);
+    if (rows.empty())
+        rows = headRows(score, kMelody, 0, score.NumNotes);
+    if (rows.empty() || std::ranges::any_of(rows, [&](int row) { return row >= top && row < top + seen; }))
+        return top;
+    const int around = seen / 4; // others will be near
+    const int first = rows.front();
+    const int lowest = kLastRow + 1 - seen;
+    if (first < top)
+        return std::clamp(first - around, 0, lowest);
+    // Beats above the highest row would be out of sight: they may cost the rows around, but not the note.
+    const std::vector<int> beats = headRows(score, kPercussion, view.ViewFirstColumn, view.ViewLastColumn);
+    const int highestBeat = beats.empty() ? kLastRow : std::ranges::min(beats);
+    const int least = first - seen + 1;
+    return std::clamp(highestBeat, least, std::min(least + around, lowest));
 }
 
 int railValue(const ViewState& view, int songEnd, int place, int length) {

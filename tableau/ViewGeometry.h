@@ -3,6 +3,7 @@
 
 namespace velmora {
 
+struct Score;
 struct ViewState;
 
 // How much of the Score the Tableau shows, and where scrolling takes it. Lengths are pixels.
@@ -29,6 +30,11 @@ struct ScrollRange {
 void scrollToColumn(ViewState& view, int value, int numNotes);
 /// `VScroll1` changed to @p value.
 void scrollToRow(ViewState& view, int value);
+
+/// `ViewTopRow` for a score that has been opened: where it is, if a note begins within what is seen of the
+/// view; otherwise just so far away that the first one does. A score whose notes all begin further on is seen
+/// likewise.
+[[nodiscard]] int topRowForNotes(const ViewState& view, const Score& score, int musicBoxHeight);
 
 /// The value of `HScroll1` for a press or drag at @p place along the rail `Label10`.
 [[nodiscard]] int railValue(const ViewState& view, int songEnd, int place, int length);

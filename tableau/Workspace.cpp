@@ -71,8 +71,7 @@ void Workspace::toggleMuted(int channel) {
         return;
     bool& muted = score.ChannelMuted[static_cast<std::size_t>(channel)];
     muted = !muted;
-    if (!play.PlayingSegment) // which has an end of its own
-        score.FindEndOfSong();
+    score.FindEndOfSong();
 }
 
 bool Workspace::holdsNotes() {

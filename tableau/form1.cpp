@@ -234,6 +234,16 @@ void form1::showScore() {
     showAll();
 }
 
+/// One that was opened has its first notes in sight, however low or high they lie.
+void form1::showOpenedScore() {
+    showScore();
+    Workspace& workspace = app_.workspace;
+    const int height = Picmain_->surface(Picmain::Surface::MusicBox)->height();
+    workspace.view.ViewTopRow = topRowForNotes(workspace.view, workspace.score, height);
+    Picmain_->followView();
+    Picmain_->drawAll();
+}
+
 void form1::showChannels() {
     const Score& score = app_.workspace.score;
     channelStrip_->show(score);
@@ -293,7 +303,7 @@ void form1::imgTitleHelp_Click() {
 
 void form1::showOpened(const ScoreFiles::Outcome& outcome) {
     if (outcome.opened)
-        showScore();
+        showOpenedScore();
     showOutcome(outcome);
 }
 
@@ -317,7 +327,7 @@ void form1::bringBack(const LeftScore& left) {
     PlayAndStop_Click(true);
     restore(left, app_.workspace);
     layOut(); // it may have made the score longer
-    showScore();
+    showOpenedScore();
 }
 
 bool form1::mSaveAs_Click() {

@@ -155,6 +155,7 @@ private:
     void showAll();
     void showModes();
     void showScore();
+    void showOpenedScore();
     void showHint();
     void showMouseMode();
     void showSongEnd();

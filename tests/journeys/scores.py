@@ -68,6 +68,20 @@ class Scores(Journey):
         self.screen.key("alt+n")
         program.ends()
 
+    def test_it_ends_at_once_even_in_the_middle_of_a_very_long_step(self):
+        path = self.user.path("slow.sng")
+        with open(MARCH, encoding="utf-8") as march, open(path, "w", encoding="utf-8") as slow:
+            slow.write(march.read().replace("Tempo=107", "Tempo=2"))  # a position lasts seven seconds
+        program = self.compose(path)
+        program.title_becomes("Velmora - slow.sng")
+        self.screen.key("space")
+        self.ask(program)
+        self.screen.key("alt+n")
+        wait_for(lambda: not program.question(), "the answer")
+        begin = time.monotonic()
+        program.ends()
+        self.assertLess(time.monotonic() - begin, 5)
+
     def test_escape_in_the_question_keeps_the_program_and_no_ends_it(self):
         program = self.open_march()
         self.ask(program)

@@ -239,6 +239,25 @@ TEST_F(PlaybackEngineTest, APlayedSegmentIsFasterThanTheSameNotesInTheScore) {
     EXPECT_EQ(window.graphs, 0);
 }
 
+TEST_F(PlaybackEngineTest, ASegmentEndsWhereItWasMarkedWhateverIsEditedMeanwhile) {
+    note(0, 0, 60, 30);
+    for (const bool lineShown : {true, false}) {
+        state.ShowPlayLine = lineShown;
+        view.PlayMark = 5;
+        state.SegmentEnd = 9;
+        int waits = 0;
+        loop.onWait = [&](double) {
+            ++waits;
+            note(0, 30 + waits, 50);
+            score.FindEndOfSong();
+            state.SegmentEnd = 40; // another selection
+        };
+        engine.playSegment();
+        EXPECT_EQ(waits, 6) << "positions 5 to 9 and the last one's time";
+        EXPECT_EQ(score.SongEnd, 37) << "the edited song's";
+    }
+}
+
 TEST_F(PlaybackEngineTest, ASegmentThatIsNotMarkedPlaysNothing) {
     note(0, 0, 60, 30);
     state.SegmentEnd = 0;

@@ -101,18 +101,6 @@ TEST_F(MidiPanelTest, NotesAreSubtracted) {
     EXPECT_EQ(shownIn("Text1"), "100");
 }
 
-TEST_F(MidiPanelTest, ASegmentThatPlaysKeepsItsEnd) {
-    putNotes(score(), 0, 60, 10);
-    opened(4);
-    workspace().play.PlayingSegment = true;
-    score().SongEnd = 7;
-    type("Text2", "200");
-    click(control("Command1"));
-    window().showLength(); // as the composing window is asked to
-    EXPECT_EQ(score().NumNotes, 1200);
-    EXPECT_EQ(score().SongEnd, 7);
-}
-
 TEST_F(MidiPanelTest, MoreThanThereAreIsNotSubtracted) {
     opened(4);
     type("Text2", "1000");

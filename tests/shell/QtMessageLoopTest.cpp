@@ -152,6 +152,17 @@ TEST_P(QtMessageLoopTest, AfterAWaitNothingWakesTheEventLoopAnyMore) {
     EXPECT_LT(processorSeconds() - before, 0.02);
 }
 
+TEST_P(QtMessageLoopTest, AfterTheLoopIsLeftNoWaitLasts) {
+    const double begin = loop.now();
+    QTimer::singleShot(0, [&] {
+        QTimer::singleShot(0, [&] { loop.leave(); });
+        loop.serveUntil(begin + 3);
+    });
+    loop.serveUntil(begin + 4);
+    loop.serveUntil(begin + 5);
+    EXPECT_LT(loop.now(), begin + kSlack);
+}
+
 TEST_P(QtMessageLoopTest, YieldingServesWhatIsPendingAndReturns) {
     bool served = false;
     QTimer::singleShot(0, [&] { served = true; });

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/ViewGeometry.h"
 
+#include "score/Score.h"
 #include "score/ViewState.h"
 
 #include <gmock/gmock.h>
@@ -105,6 +106,63 @@ TEST(ViewGeometryTest, VScroll1ReachesFromTheHighestToTheLowestRow) {
     scrollToRow(view, range.maximum);
     EXPECT_EQ(view.ViewTopRow, 128 - 50) << "of which 50 fit";
     EXPECT_EQ(rowRange(view, 5000).maximum, rowRange(view, 5000).minimum) << "all rows are seen";
+}
+
+namespace {
+/// Heads on channel 2, and where a view of 40 rows from row 42 on goes for them.
+struct Head {
+    int position;
+    std::int16_t row;
+};
+Score scoreOf(std::initializer_list<Head> heads) {
+    Score score;
+    for (const Head& head : heads)
+        score.NoteCell.set(2, head.position, head.row);
+    score.FindEndOfSong();
+    return score;
+}
+int topRowFor(const Score& score) {
+    return topRowForNotes(resized(1366, 554), score, 40 * 8 + 5);
+}
+} // namespace
+
+TEST(ViewGeometryTest, AnOpenedScoreWithANoteInSightLeavesTheRows) {
+    EXPECT_EQ(topRowFor(scoreOf({})), 42);
+    EXPECT_EQ(topRowFor(scoreOf({{1, 100}, {50, 42}})), 42);
+    EXPECT_EQ(topRowFor(scoreOf({{1, 0}, {50, 81}})), 42);
+    EXPECT_EQ(topRowFor(scoreOf({{500, 60}, {600, 100}})), 42) << "to be scrolled to";
+}
+
+TEST(ViewGeometryTest, OtherwiseTheRowsMoveJustToItsFirstNote) {
+    EXPECT_EQ(topRowFor(scoreOf({{1, 82}, {3, 100}})), 82 + 10 - 39) << "ten rows are seen below it";
+    EXPECT_EQ(topRowFor(scoreOf({{1, 41}})), 41 - 10);
+    EXPECT_EQ(topRowFor(scoreOf({{1, 3}})), 0);
+    EXPECT_EQ(topRowFor(scoreOf({{1, 127}})), 128 - 40);
+    EXPECT_EQ(topRowFor(scoreOf({{1, 90}, {500, 60}})), 90 + 10 - 39) << "first comes what is seen first";
+    EXPECT_EQ(topRowFor(scoreOf({{500, 90}, {600, 100}})), 90 + 10 - 39) << "or else what comes at all";
+}
+
+TEST(ViewGeometryTest, BeatsStayInSightIfTheFirstNoteLetsThem) {
+    Score score = scoreOf({{1, 90}});
+    const auto withBeatOn = [&](std::int16_t row) {
+        score.NoteCell.set(8, 30, row);
+        score.FindEndOfSong();
+        return topRowFor(score);
+    };
+    EXPECT_EQ(withBeatOn(70), 90 + 10 - 39);
+    EXPECT_EQ(withBeatOn(54), 54);
+    EXPECT_EQ(withBeatOn(42), 90 - 39) << "the note is seen, at the foot";
+}
+
+TEST(ViewGeometryTest, OnlyNotesThatArePaintedAreInSight) {
+    Score score = scoreOf({{1, 90}});
+    score.NoteCell.set(1, 3, 60);
+    score.NoteCell.set(2, 0, 1060);
+    score.NoteCell.set(8, 3, 70);
+    score.FindEndOfSong();
+    EXPECT_EQ(topRowFor(score), 42);
+    score.ChannelMuted[1] = true;
+    EXPECT_EQ(topRowFor(score), 90 + 10 - 39);
 }
 
 TEST(ViewGeometryTest, APlaceOnTheRailIsAShareOfFourViewsAndTheSong) {

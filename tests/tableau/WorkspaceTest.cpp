@@ -184,14 +184,6 @@ TEST_F(WorkspaceTest, AMutedChannelDoesNotCountForTheSongsEnd) {
     EXPECT_EQ(score().SongEnd, 16);
 }
 
-TEST_F(WorkspaceTest, MutingLeavesTheEndOfASegmentThatPlays) {
-    putNotes(score(), 0, 60, 8);
-    workspace().play.PlayingSegment = true;
-    score().SongEnd = 5;
-    workspace().toggleMuted(1);
-    EXPECT_EQ(score().SongEnd, 5);
-}
-
 TEST_F(WorkspaceTest, AfterAClearingNothingIsLeft) {
     fill(workspace());
     workspace().clear();

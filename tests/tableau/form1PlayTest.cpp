@@ -147,6 +147,31 @@ TEST_F(form1PlayTest, TheLoopPlaysOnUntilItIsStopped) {
     EXPECT_FALSE(button("Cmd2", 9).isChecked());
 }
 
+TEST_F(form1PlayTest, NoCommandHasASegmentPlayOnToTheSongsEnd) {
+    putNotes(score(), 0, 60, 50);
+    shown();
+    workspace().edit.ChannelPicked.fill(true);
+    const std::vector<std::function<void()>> commands{
+        [this] { window().copyIt(); },
+        [this] { window().OpenforUndo(); },
+        [this] { window().toggleMuted(3); },
+    };
+    for (const auto& command : commands) {
+        ViewState& view = workspace().view;
+        view.SelectStart = view.PlayMark = 4;
+        view.SelectEnd = workspace().play.SegmentEnd = 9;
+        workspace().keepForUndo("a step");
+        loop.waits = 0;
+        loop.onWait = [&](int waits) {
+            if (waits == 2)
+                command();
+        };
+        window().PlaySelection_Click();
+        EXPECT_EQ(loop.waits, 7) << "positions 4 to 9 and the last one's time";
+        EXPECT_EQ(score().SongEnd, 100);
+    }
+}
+
 TEST_F(form1PlayTest, ClosingWhileItPlaysEndsBoth) {
     putNotes(score(), 0, 60, 50);
     shown();

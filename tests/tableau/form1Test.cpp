@@ -4,8 +4,13 @@
 
 #include "form1Fixture.h"
 #include "shell/SkinPainter.h"
+#include "tableau/RecoveryFile.h"
+#include "tableau/ViewGeometry.h"
 
 #include <QLabel>
+#include <QScrollBar>
+
+#include <fstream>
 
 using namespace velmora;
 
@@ -74,6 +79,31 @@ TEST_F(form1Test, AnOpenedScoreIsNamedAndCounted) {
     window().OpenforUndo();
     EXPECT_EQ(window().windowTitle(), "Velmora");
     EXPECT_EQ(text("LblNumnotes"), "0 Notes");
+}
+
+TEST_F(form1Test, AnOpenedScoreShowsItsFirstNotesHoweverLowTheyLie) {
+    putNotes(score(), 2, 120, 5);
+    const auto file = folders.home() / "deep.sng";
+    const std::string text = serializePoliFile(score(), workspace().setup);
+    std::ofstream(file) << text;
+    score().ClearAll();
+    shown();
+    const std::vector<std::function<void()>> ways{
+        [&] { window().openScore(file); },
+        [&] { window().bringBack({.file = {}, .score = text, .currentFile = {}}); },
+    };
+    for (const auto& open : ways) {
+        ViewState& view = workspace().view;
+        view.ViewTopRow = 10;
+        open();
+        EXPECT_LT((121 - view.ViewTopRow) * view.Line_Height, child("MusicBox").height());
+        EXPECT_EQ(child<QScrollBar>("VScroll1").value(), rowValue(view));
+        view.ViewTopRow = 10;
+        window().ClearAll();
+        window().OpenforUndo();
+        EXPECT_EQ(score().SongEnd, 10);
+        EXPECT_EQ(view.ViewTopRow, 10) << "clearing and undo keep what the user looks at";
+    }
 }
 
 TEST_F(form1Test, AScoreThatCantBeOpenedIsSaid) {
