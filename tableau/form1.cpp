@@ -239,7 +239,9 @@ void form1::showOpenedScore() {
     showScore();
     Workspace& workspace = app_.workspace;
     const int height = Picmain_->surface(Picmain::Surface::MusicBox)->height();
-    workspace.view.ViewTopRow = topRowForNotes(workspace.view, workspace.score, height);
+    const int top = topRowForNotes(workspace.view, workspace.score, height);
+    if (std::exchange(workspace.view.ViewTopRow, top) == top)
+        return;
     Picmain_->followView();
     Picmain_->drawAll();
 }

@@ -7,7 +7,7 @@ from program import EDIT_HEIGHT, FILE_HEIGHT, TIP
 
 CLEAR, ACCIDENTALS = (26, 70), (778, 70)  # a command, and one that needs traditional notation
 MAKER_TAB, FIFTH_SQUARE = (26, 108), (126, 170)  # the tip of the one lies over the other
-TRACK = (893, 164)  # in the colour of the active channel
+TRACK = (1014, 164)  # in the colour of the active channel
 PAPER = (600, 450)
 LONG_TIP = "^Melody Tableau$"
 
