@@ -128,11 +128,16 @@ class Program:
         wait_for(lambda: self.screen.name(self.window) == title, "the title " + title)
 
     def save_as(self, path):
-        """Types the name into the dialog that asks for it."""
+        """Types the name into the dialog that asks for it. Under load Qt's dialog may only go to the file's folder, and
+        Enter has to be pressed once more."""
         self.focus(self.screen.window(SAVE_DIALOG))
         self.screen.key("ctrl+a")
         self.screen.type(path)
         self.screen.key("Return")
+        try:  # a question has the same title
+            wait_for(lambda: len(self.screen.windows(SAVE_DIALOG)) != 1, "an answer to Enter", desktop.patience / 8)
+        except desktop.NotInTime:
+            self.screen.key("Return")
 
     def _composing_window(self):
         if not self.running():
