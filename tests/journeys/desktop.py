@@ -234,14 +234,21 @@ class Desktop:
             self.do("mouseup", 1)
 
     def drag_window(self, window, start, by, expected):
-        """Drags until the window stands as expected. A manager may count from where the mouse was when it heard of
-        the drag, so the hand follows what it sees, as anyone's does, and takes hold again of what doesn't follow."""
+        """Drags until the window stands as expected, and takes hold of it again if it doesn't follow."""
+        for _ in range(3):
+            if self._drag_once(window, start, by, expected):
+                break
+        self.geometry_becomes(window, expected)
+
+    def _drag_once(self, window, start, by, expected):
+        """False if the window hasn't moved in the time of 16 nudges. A manager may count from where the mouse was when
+        it heard of the drag, so the hand follows what it sees, as anyone's does."""
         begun = self.geometry(window)
         left, top, width, height = expected
-        hand, nudge, seen, idle = [], 1, [], 0
+        hand, seen, nudges = [start[0] + by[0], start[1] + by[1]], [], 0
 
-        def there():
-            nonlocal nudge, idle
+        def over():
+            nonlocal nudges
             now = self.geometry(window)
             if now == tuple(expected):
                 return True
@@ -249,25 +256,20 @@ class Desktop:
             if len(seen) < 12 or seen[-12:] != [now] * 12:
                 return False
             seen.clear()
-            if now == begun:  # it may not have heard of the drag yet
-                idle += 1
-                hand[:] = hand[0] + nudge, hand[1] + nudge
-                nudge = -nudge
+            if now == begun:  # the manager may not have heard of the drag yet
+                step = -1 if nudges % 2 else 1
+                hand[:] = hand[0] + step, hand[1] + step
+                nudges += 1
             else:
                 hand[0] += (left - now[0]) or (left + width - now[0] - now[2])
                 hand[1] += (top - now[1]) or (top + height - now[1] - now[3])
             self.do("mousemove", *hand)
-            return idle == 16
-        for _ in range(3):
-            hand[:] = start[0] + by[0], start[1] + by[1]
-            idle = 0
-            try:
-                self.drag(start, by, there)
-            except NotInTime:
-                break
-            if idle < 16:
-                break
-        self.geometry_becomes(window, expected)
+            return nudges == 16
+        try:
+            self.drag(start, by, over)
+        except NotInTime:
+            pass
+        return nudges < 16
 
     def key(self, *keys):
         self.do("key", *keys)
