@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "app/Program.h"
 
-#include "setup/FrmInst.h"
+#include "base/Settings.h"
+#include "parts/FrmInst.h"
 #include "shell/FirstPaint.h"
 #include "shell/HelpLibrary.h"
 #include "shell/MessageBox.h"
-#include "shell/Settings.h"
 #include "tableau/FirstPicture.h"
 #include "tableau/RecoveryOffer.h"
 

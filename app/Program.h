@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "base/ProgramFolders.h"
+#include "base/QtMessageLoop.h"
+#include "base/SettingsStore.h"
+#include "composition/RecoveryFile.h"
+#include "composition/RecoveryWatch.h"
+#include "composition/Workspace.h"
+#include "parts/Application.h"
 #include "setup/frmsetup.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
 #include "shell/HelpWindow.h"
-#include "shell/ProgramFolders.h"
 #include "shell/QtFileDialogs.h"
-#include "shell/QtMessageLoop.h"
-#include "shell/SettingsStore.h"
 #include "shell/frmskins.h"
 #include "shell/openerF.h"
 #include "sound/DeviceChooser.h"
 #include "sound/LiveSound.h"
-#include "tableau/Application.h"
-#include "tableau/RecoveryFile.h"
-#include "tableau/RecoveryWatch.h"
-#include "tableau/Workspace.h"
 #include "tableau/form1.h"
 
 #include <filesystem>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "app/Program.h"
+#include "base/SingleInstance.h"
 #include "shell/MessageBox.h"
-#include "shell/SingleInstance.h"
 #include "sound/MidiBackends.h"
 
 #include <QApplication>

@@ -8,19 +8,19 @@
 //   0 scroll  milliseconds of a step of the thumb to the screen, at the median, at worst; steps a second play
 //   how late steps begin at tempo 500 with the play line on, in microseconds, at the median and at the
 //           99th of a hundred; per cent of a core
+#include "base/ProgramFolders.h"
+#include "base/QtMessageLoop.h"
+#include "base/Settings.h"
+#include "base/SteadyClock.h"
+#include "composition/Workspace.h"
+#include "parts/Application.h"
 #include "score/SngFile.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
-#include "shell/ProgramFolders.h"
 #include "shell/QtFileDialogs.h"
-#include "shell/QtMessageLoop.h"
-#include "shell/Settings.h"
-#include "shell/SteadyClock.h"
 #include "shell/frmskins.h"
 #include "sound/DeviceChooser.h"
 #include "sound/ShortMessage.h"
-#include "tableau/Application.h"
-#include "tableau/Workspace.h"
 #include "tableau/form1.h"
 
 #include <QtWidgets>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Each editing command on a full score, its undo step included.
-#include "shell/ProgramFolders.h"
-#include "tableau/MelodyMaker.h"
-#include "tableau/ScoreEditing.h"
-#include "tableau/Workspace.h"
-#include "tests/shell/MemorySettings.h"
+#include "base/ProgramFolders.h"
+#include "composition/MelodyMaker.h"
+#include "composition/ScoreEditing.h"
+#include "composition/Workspace.h"
+#include "tests/support/MemorySettings.h"
 
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>

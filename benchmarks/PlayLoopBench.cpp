@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // How late a step of playing begins, and what waiting for it costs. A step of the fastest usual score is 27.6
 // ms.
+#include "base/QtMessageLoop.h"
+#include "base/SteadyClock.h"
 #include "score/StopWatch.h"
-#include "shell/QtMessageLoop.h"
-#include "shell/SteadyClock.h"
 
 #include <QCoreApplication>
 #include <benchmark/benchmark.h>

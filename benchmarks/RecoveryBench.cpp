@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // What the recovery file costs the thread that composes: a look at a full score that is as it was, and one at
 // a score in which everything is different. The floor is the copy alone.
+#include "composition/ScoreImage.h"
 #include "score/Score.h"
 #include "sound/SetupState.h"
-#include "tableau/ScoreImage.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Reading and writing the largest score file, each beside its floor.
+#include "base/Files.h"
 #include "score/Score.h"
 #include "score/SngFile.h"
 #include "score/UndoSnapshot.h"
-#include "shell/Files.h"
 #include "sound/SetupState.h"
 
 #include <QTemporaryDir>

@@ -7,7 +7,7 @@
 //   Qt's with CHILDREN children, from MOMENT plain-later  the same, from its construction while another
 //   window is open
 #include "app/Program.h"
-#include "shell/SteadyClock.h"
+#include "base/SteadyClock.h"
 #include "sound/MidiBackends.h"
 
 #include <QtWidgets>

@@ -2,7 +2,7 @@
 // How long until a window stands painted on a bare X server, beside a plain window of Qt's with as many
 // children.
 #include "BareServer.h"
-#include "shell/SteadyClock.h"
+#include "base/SteadyClock.h"
 
 #include <benchmark/benchmark.h>
 

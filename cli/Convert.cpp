@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "base/Files.h"
+#include "base/Text.h"
 #include "cli/Commands.h"
 #include "cli/Interrupt.h"
 #include "cli/ProgressBar.h"
@@ -8,8 +10,6 @@
 #include "cli/Words.h"
 #include "score/MidiFile.h"
 #include "score/SngFile.h"
-#include "shell/Files.h"
-#include "shell/Text.h"
 #include "studio/Mp3File.h"
 #include "studio/OfflineRender.h"
 #include "studio/WavFile.h"

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "base/ProgramFolders.h"
+#include "base/SettingsStore.h"
 #include "cli/Commands.h"
 #include "cli/EditSteps.h"
 #include "cli/HeadlessWindow.h"
@@ -8,8 +10,6 @@
 #include "cli/Words.h"
 #include "score/SngFile.h"
 #include "score/SngText.h"
-#include "shell/ProgramFolders.h"
-#include "shell/SettingsStore.h"
 
 #include <QCommandLineParser>
 #include <QFile>

@@ -4,10 +4,10 @@
 #include "cli/Commands.h"
 #include "cli/HeadlessWindow.h"
 #include "cli/StepWords.h"
-#include "tableau/MelodyMaker.h"
-#include "tableau/NoteEffects.h"
-#include "tableau/NoteReadout.h"
-#include "tableau/ScoreEditing.h"
+#include "composition/MelodyMaker.h"
+#include "composition/NoteEffects.h"
+#include "composition/NoteReadout.h"
+#include "composition/ScoreEditing.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "cli/HeadlessWindow.h"
 
-#include "tableau/NoteEffects.h"
+#include "composition/NoteEffects.h"
 
 #include <algorithm>
 #include <cstdio>

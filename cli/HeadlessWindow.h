@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "base/VirtualLoop.h"
+#include "composition/Workspace.h"
 #include "score/NotePlayer.h"
-#include "shell/VirtualLoop.h"
 #include "sound/MidiPort.h"
 #include "tableau/TableauInput.h"
 #include "tableau/TableauScreen.h"
-#include "tableau/Workspace.h"
 
 #include <string_view>
 

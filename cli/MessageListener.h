@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "shell/MessageLoop.h"
+#include "base/MessageLoop.h"
 #include "sound/MidiPort.h"
 #include "sound/TimedMessage.h"
 

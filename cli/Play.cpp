@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "base/QtMessageLoop.h"
 #include "cli/Commands.h"
 #include "cli/Interrupt.h"
 #include "cli/ProgressBar.h"
@@ -7,7 +8,6 @@
 #include "cli/SoundFont.h"
 #include "cli/Words.h"
 #include "score/PlaybackView.h"
-#include "shell/QtMessageLoop.h"
 #include "sound/DeviceChooser.h"
 #include "sound/LiveSound.h"
 #include "sound/ShortMessage.h"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "cli/ScoreText.h"
 
+#include "base/Files.h"
 #include "cli/Commands.h"
 #include "cli/ScoreOptions.h"
 #include "score/Score.h"
-#include "shell/Files.h"
 
 #include <cstdio>
 #include <utility>

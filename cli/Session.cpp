@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "cli/Session.h"
 
+#include "base/VirtualLoop.h"
 #include "cli/MessageListener.h"
 #include "cli/ScoreText.h"
 #include "score/NotePlayer.h"
 #include "score/PlaybackEngine.h"
 #include "score/PlaybackView.h"
-#include "shell/VirtualLoop.h"
 #include "sound/MidiPort.h"
 
 #include <algorithm>

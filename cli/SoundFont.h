@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "base/ProgramFolders.h"
 #include "cli/Commands.h"
 #include "cli/ScoreOptions.h"
-#include "shell/ProgramFolders.h"
 
 namespace velmora::cli {
 

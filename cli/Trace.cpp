@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "base/VirtualLoop.h"
 #include "cli/Commands.h"
 #include "cli/MessageListener.h"
 #include "cli/ScoreOptions.h"
 #include "cli/Session.h"
 #include "score/PlaybackView.h"
-#include "shell/VirtualLoop.h"
 
 #include <QCommandLineParser>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "score/MidiFile.h"
 
+#include "base/Files.h"
 #include "score/Numbers.h"
 #include "score/Score.h"
-#include "shell/Files.h"
 #include "sound/Chords.h"
 #include "sound/Instruments.h"
 #include "sound/ShortMessage.h"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "score/NotePlayer.h"
 
+#include "base/MessageLoop.h"
 #include "score/Numbers.h"
 #include "score/PlayState.h"
 #include "score/Score.h"
-#include "shell/MessageLoop.h"
 #include "sound/Chords.h"
 #include "sound/Instruments.h"
 #include "sound/MidiPort.h"

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "score/PlaybackEngine.h"
 
+#include "base/MessageLoop.h"
 #include "score/NotePlayer.h"
 #include "score/PlayState.h"
 #include "score/PlaybackView.h"
 #include "score/Score.h"
 #include "score/ViewState.h"
-#include "shell/MessageLoop.h"
 #include "sound/MidiPort.h"
 
 #include <algorithm>

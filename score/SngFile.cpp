@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "score/SngFile.h"
 
+#include "base/Files.h"
 #include "score/Numbers.h"
 #include "score/Score.h"
 #include "score/SngText.h"
-#include "shell/Files.h"
 #include "sound/SetupState.h"
 
 #include <algorithm>

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "setup/ChannelsPanel.h"
 
+#include "base/QtText.h"
+#include "composition/Workspace.h"
+#include "parts/Application.h"
+#include "parts/ChannelColours.h"
+#include "parts/ChannelSquare.h"
+#include "parts/InstrumentField.h"
 #include "setup/SetupParts.h"
 #include "shell/ControlPainter.h"
 #include "shell/ExToolTip.h"
-#include "shell/QtText.h"
 #include "shell/ReadOut.h"
 #include "shell/SkinPainter.h"
-#include "tableau/Application.h"
-#include "tableau/ChannelColours.h"
-#include "tableau/ChannelSquare.h"
-#include "tableau/InstrumentField.h"
-#include "tableau/Workspace.h"
 
 #include <QAbstractButton>
 #include <QButtonGroup>

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "setup/MidiPanel.h"
 
+#include "base/QtText.h"
+#include "base/Settings.h"
+#include "composition/SetupRules.h"
+#include "composition/Workspace.h"
+#include "parts/Application.h"
 #include "setup/ComposingWindow.h"
 #include "setup/SetupParts.h"
-#include "setup/SetupRules.h"
 #include "shell/CommandButton.h"
 #include "shell/ExToolTip.h"
-#include "shell/QtText.h"
-#include "shell/Settings.h"
 #include "sound/DeviceChooser.h"
-#include "tableau/Application.h"
-#include "tableau/Workspace.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "setup/PolyphonicsPanel.h"
 
+#include "base/QtText.h"
+#include "composition/SetupRules.h"
+#include "composition/Workspace.h"
+#include "parts/Application.h"
+#include "parts/ChannelSquare.h"
 #include "setup/ComposingWindow.h"
 #include "setup/SetupParts.h"
-#include "setup/SetupRules.h"
 #include "shell/ExToolTip.h"
-#include "shell/QtText.h"
 #include "sound/Chords.h"
-#include "tableau/Application.h"
-#include "tableau/ChannelSquare.h"
-#include "tableau/Workspace.h"
 
 #include <QCheckBox>
 #include <QComboBox>

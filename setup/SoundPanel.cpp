@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "setup/SoundPanel.h"
 
+#include "composition/SetupRules.h"
+#include "composition/Workspace.h"
+#include "parts/Application.h"
+#include "parts/ChannelSquare.h"
 #include "setup/SetupParts.h"
-#include "setup/SetupRules.h"
 #include "shell/ExToolTip.h"
 #include "shell/ReadOut.h"
 #include "shell/Slider.h"
 #include "sound/Midimod.h"
-#include "tableau/Application.h"
-#include "tableau/ChannelSquare.h"
-#include "tableau/Workspace.h"
 
 #include <QGroupBox>
 

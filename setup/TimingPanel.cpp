@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "setup/TimingPanel.h"
 
+#include "composition/SetupRules.h"
+#include "composition/Workspace.h"
+#include "parts/Application.h"
+#include "parts/NumberField.h"
 #include "setup/ComposingWindow.h"
 #include "setup/SetupParts.h"
-#include "setup/SetupRules.h"
 #include "shell/ExToolTip.h"
 #include "shell/Slider.h"
-#include "tableau/Application.h"
-#include "tableau/NumberField.h"
-#include "tableau/Workspace.h"
 
 #include <QGroupBox>
 #include <QLineEdit>

@@ -1,24 +1,24 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "setup/frmsetup.h"
 
+#include "base/Settings.h"
+#include "composition/SetupRules.h"
+#include "composition/Workspace.h"
+#include "parts/Application.h"
+#include "parts/FrmInst.h"
+#include "parts/SetupTab.h"
 #include "score/ApplyInstrument.h"
 #include "setup/ChannelsPanel.h"
-#include "setup/FrmInst.h"
 #include "setup/MidiPanel.h"
 #include "setup/PolyphonicsPanel.h"
 #include "setup/SetupParts.h"
-#include "setup/SetupRules.h"
-#include "setup/SetupTab.h"
 #include "setup/SoundPanel.h"
 #include "setup/StaffPanel.h"
 #include "setup/TimingPanel.h"
 #include "shell/ExToolTip.h"
-#include "shell/Settings.h"
 #include "shell/WindowGeometry.h"
 #include "sound/MidiPort.h"
 #include "sound/ShortMessage.h"
-#include "tableau/Application.h"
-#include "tableau/Workspace.h"
 
 #include <QCloseEvent>
 #include <QComboBox>

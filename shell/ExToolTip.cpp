@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/ExToolTip.h"
 
-#include "shell/Settings.h"
+#include "base/Settings.h"
 #include "shell/TipWindow.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/FileDialog.h"
 
-#include "shell/Text.h"
+#include "base/Text.h"
 
 #include <QComboBox>
 #include <QDir>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "shell/DialogNames.h"
+#include "base/DialogNames.h"
 #include "shell/ModalDialog.h"
 
 #include <QFileDialog>

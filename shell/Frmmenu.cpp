@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/Frmmenu.h"
 
-#include "shell/QtText.h"
-#include "shell/Settings.h"
+#include "base/QtText.h"
+#include "base/Settings.h"
 
 #include <QAction>
 

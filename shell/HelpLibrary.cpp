@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/HelpLibrary.h"
 
-#include "shell/Files.h"
-#include "shell/Text.h"
+#include "base/Files.h"
+#include "base/Text.h"
 
 #include <algorithm>
 #include <optional>

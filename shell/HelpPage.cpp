@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/HelpPage.h"
 
-#include "shell/Text.h"
+#include "base/Text.h"
 
 #include <algorithm>
 #include <optional>

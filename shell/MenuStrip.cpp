@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/MenuStrip.h"
 
+#include "base/QtText.h"
 #include "shell/Frmmenu.h"
-#include "shell/QtText.h"
 
 #include <QKeyEvent>
 #include <QShortcut>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/PrinterFields.h"
 
-#include "shell/DialogNames.h"
+#include "base/DialogNames.h"
 
 #include <QPrinter>
 #include <QPrinterInfo>

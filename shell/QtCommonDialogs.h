@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "shell/Dialogs.h"
+#include "base/Dialogs.h"
 #include "shell/ModalDialog.h"
 
 #include <QPointer>

@@ -41,9 +41,10 @@ void shapeWindow(QWidget& window, const QPainterPath& outline) {
     std::vector<xcb_rectangle_t> rectangles;
     for (const QRect& rect : pixelsOf(outline, window.size(), window.devicePixelRatioF()))
         rectangles.push_back({static_cast<std::int16_t>(rect.x()), static_cast<std::int16_t>(rect.y()),
-                              static_cast<std::uint16_t>(rect.width()), static_cast<std::uint16_t>(rect.height())});
-    xcb_shape_rectangles(x11->connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_UNSORTED,
-                         static_cast<xcb_window_t>(window.winId()), 0, 0,
+                              static_cast<std::uint16_t>(rect.width()),
+                              static_cast<std::uint16_t>(rect.height())});
+    xcb_shape_rectangles(x11->connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+                         XCB_CLIP_ORDERING_UNSORTED, static_cast<xcb_window_t>(window.winId()), 0, 0,
                          static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
 }
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/frminfo.h"
 
+#include "base/QtText.h"
 #include "shell/ExToolTip.h"
 #include "shell/IconSet.h"
-#include "shell/QtText.h"
 #include "shell/dotips.h"
 
 #include <QAbstractButton>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/frmskins.h"
 
-#include "shell/Settings.h"
+#include "base/Settings.h"
 #include "shell/SkinPainter.h"
 #include "shell/SkinStyle.h"
 

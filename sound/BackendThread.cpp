@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "sound/BackendThread.h"
 
-#include "shell/SteadyClock.h"
+#include "base/SteadyClock.h"
 
 #include <condition_variable>
 #include <deque>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-#include "shell/SteadyClock.h"
+#include "base/SteadyClock.h"
 #include "sound/MessageBytes.h"
 #include "sound/MidiBackends.h"
 #include "sound/SpscRing.h"

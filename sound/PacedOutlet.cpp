@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "sound/PacedOutlet.h"
 
-#include "shell/SteadyClock.h"
+#include "base/SteadyClock.h"
 #include "sound/MessageBytes.h"
 
 #include <algorithm>

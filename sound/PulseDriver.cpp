@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-#include "shell/SteadyClock.h"
+#include "base/SteadyClock.h"
 #include "sound/AudioDriver.h"
 
 #include <pulse/pulseaudio.h>

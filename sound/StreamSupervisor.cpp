@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "sound/StreamSupervisor.h"
 
-#include "shell/SteadyClock.h"
+#include "base/SteadyClock.h"
 #include "sound/AudioMixer.h"
 
 #include <algorithm>

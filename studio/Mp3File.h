@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "shell/PendingFile.h"
+#include "base/PendingFile.h"
 #include "studio/SampleSink.h"
 
 #include <array>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "tableau/Stamp.h"
+#include "parts/Stamp.h"
 
 namespace velmora {
 

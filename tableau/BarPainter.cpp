@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/BarPainter.h"
 
+#include "parts/PixelSurface.h"
 #include "tableau/ColumnLines.h"
 #include "tableau/NoteSpans.h"
-#include "tableau/PixelSurface.h"
 
 #include <cstring>
 

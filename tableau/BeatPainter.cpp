@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/BeatPainter.h"
 
+#include "parts/PixelSurface.h"
 #include "tableau/ColumnLines.h"
 #include "tableau/NoteSpans.h"
-#include "tableau/PixelSurface.h"
 
 #include <cstring>
 #include <vector>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/ButtonBar.h"
 
+#include "base/QtText.h"
+#include "parts/CommandBank.h"
 #include "shell/ControlPainter.h"
 #include "shell/ExToolTip.h"
-#include "shell/QtText.h"
-#include "tableau/CommandBank.h"
 
 #include <QMenu>
 #include <QPainter>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/ChannelStrip.h"
 
+#include "parts/ChannelColours.h"
 #include "score/Score.h"
 #include "shell/ControlPainter.h"
 #include "shell/ExToolTip.h"
 #include "shell/SkinPainter.h"
-#include "tableau/ChannelColours.h"
 
 #include <QAbstractButton>
 #include <QMouseEvent>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/ColumnLines.h"
 
+#include "parts/PixelSurface.h"
 #include "score/ViewState.h"
-#include "tableau/PixelSurface.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/EditorPage.h"
 
+#include "composition/CycleFields.h"
+#include "parts/NumberField.h"
 #include "shell/CommandButton.h"
-#include "tableau/CycleFields.h"
-#include "tableau/NumberField.h"
 
 #include <QCheckBox>
 

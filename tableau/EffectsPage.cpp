@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/EffectsPage.h"
 
+#include "base/QtText.h"
+#include "composition/MelodyMaker.h"
+#include "composition/Workspace.h"
+#include "parts/InstrumentField.h"
 #include "shell/CommandButton.h"
 #include "shell/ExToolTip.h"
-#include "shell/QtText.h"
 #include "shell/ReadOut.h"
 #include "shell/Slider.h"
 #include "tableau/EffectGraph.h"
-#include "tableau/InstrumentField.h"
-#include "tableau/MelodyMaker.h"
 #include "tableau/StepMark.h"
-#include "tableau/Workspace.h"
 
 #include <QComboBox>
 #include <QLabel>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/FormScreen.h"
 
-#include "shell/QtText.h"
-#include "tableau/NoteReadout.h"
+#include "base/QtText.h"
+#include "composition/NoteReadout.h"
 #include "tableau/Picmain.h"
 #include "tableau/Pointers.h"
 #include "tableau/TextLine.h"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/GridRows.h"
 
+#include "parts/PixelSurface.h"
+#include "parts/Stamp.h"
 #include "tableau/ClefPainter.h"
 #include "tableau/GuidePainter.h"
-#include "tableau/PixelSurface.h"
-#include "tableau/Stamp.h"
 
 #include <QPainter>
 

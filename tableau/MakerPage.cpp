@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/MakerPage.h"
 
+#include "composition/CycleFields.h"
+#include "composition/MelodyMaker.h"
+#include "composition/Workspace.h"
+#include "parts/ChannelSquare.h"
+#include "parts/NumberField.h"
 #include "shell/CommandButton.h"
 #include "shell/ExToolTip.h"
 #include "shell/Slider.h"
-#include "tableau/ChannelSquare.h"
-#include "tableau/CycleFields.h"
-#include "tableau/MelodyMaker.h"
-#include "tableau/NumberField.h"
 #include "tableau/StepMark.h"
-#include "tableau/Workspace.h"
 
 #include <QCheckBox>
 #include <QLabel>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/MelodyPainter.h"
 
+#include "parts/PixelSurface.h"
 #include "tableau/BallStamps.h"
 #include "tableau/GuidePainter.h"
 #include "tableau/NoteSpans.h"
-#include "tableau/PixelSurface.h"
 #include "tableau/TraditionalNote.h"
 
 #include <algorithm>

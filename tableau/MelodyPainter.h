@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "parts/NoteGlyphs.h"
+#include "parts/Stamp.h"
 #include "tableau/GridRows.h"
-#include "tableau/NoteGlyphs.h"
-#include "tableau/Stamp.h"
 #include "tableau/TableauScene.h"
 
 #include <QImage>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/Picmain.h"
 
+#include "composition/Workspace.h"
 #include "score/Score.h"
 #include "shell/Appearance.h"
 #include "shell/ExToolTip.h"
@@ -11,7 +12,6 @@
 #include "tableau/StrokePainter.h"
 #include "tableau/ViewGeometry.h"
 #include "tableau/ViewScroll.h"
-#include "tableau/Workspace.h"
 
 #include <QKeyEvent>
 #include <QLabel>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/PolynoteDrag.h"
 
+#include "composition/Workspace.h"
 #include "tableau/Stroke.h"
-#include "tableau/Workspace.h"
 
 #include <cstdlib>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/RecoveryOffer.h"
 
+#include "base/QtText.h"
+#include "composition/RecoveryFile.h"
 #include "shell/MessageBox.h"
-#include "shell/QtText.h"
-#include "tableau/RecoveryFile.h"
 #include "tableau/form1.h"
 
 #include <QFileInfo>

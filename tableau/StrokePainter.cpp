@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/StrokePainter.h"
 
+#include "parts/PixelSurface.h"
 #include "tableau/BallStamps.h"
-#include "tableau/PixelSurface.h"
 
 #include <algorithm>
 

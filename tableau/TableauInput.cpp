@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/TableauInput.h"
 
+#include "composition/NoteReadout.h"
+#include "composition/StrokeWriting.h"
+#include "composition/Workspace.h"
 #include "score/NotePlayer.h"
-#include "tableau/NoteReadout.h"
-#include "tableau/StrokeWriting.h"
-#include "tableau/Workspace.h"
 
 #include <algorithm>
 #include <cstddef>

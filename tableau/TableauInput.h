@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "tableau/PressSound.h"
+#include "composition/PressSound.h"
 #include "tableau/Stroke.h"
 #include "tableau/TableauScreen.h"
 

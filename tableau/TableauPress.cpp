@@ -2,9 +2,9 @@
 // What a press on a Tableau begins, and what the right button does to the notes it meets.
 #include "tableau/TableauInput.h"
 
+#include "composition/StrokeWriting.h"
+#include "composition/Workspace.h"
 #include "score/NotePlayer.h"
-#include "tableau/StrokeWriting.h"
-#include "tableau/Workspace.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "parts/ChannelColours.h"
 #include "score/Score.h"
 #include "score/ViewState.h"
 #include "sound/SetupState.h"
-#include "tableau/ChannelColours.h"
 
 namespace velmora {
 

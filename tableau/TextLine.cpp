@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/TextLine.h"
 
+#include "parts/CommandBank.h"
 #include "shell/Appearance.h"
 #include "shell/SkinPainter.h"
-#include "tableau/CommandBank.h"
 
 #include <QLabel>
 #include <QPainter>

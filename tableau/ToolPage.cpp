@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/ToolPage.h"
 
+#include "composition/MelodyMaker.h"
+#include "parts/CommandBank.h"
+#include "parts/NumberField.h"
 #include "shell/ControlPainter.h"
 #include "shell/ExToolTip.h"
 #include "shell/SkinPainter.h"
-#include "tableau/CommandBank.h"
-#include "tableau/MelodyMaker.h"
-#include "tableau/NumberField.h"
 
 #include <QCheckBox>
 #include <QKeyEvent>

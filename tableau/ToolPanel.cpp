@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/ToolPanel.h"
 
+#include "composition/Workspace.h"
+#include "parts/CommandBank.h"
 #include "shell/ControlPainter.h"
 #include "shell/SkinPainter.h"
-#include "tableau/CommandBank.h"
 #include "tableau/EditorPage.h"
 #include "tableau/EffectsPage.h"
 #include "tableau/MakerPage.h"
-#include "tableau/Workspace.h"
 
 #include <QPainter>
 

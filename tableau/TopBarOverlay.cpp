@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/TopBarOverlay.h"
 
+#include "parts/ChannelColours.h"
 #include "shell/ControlPainter.h"
 #include "shell/ExToolTip.h"
 #include "shell/SkinPainter.h"
-#include "tableau/ChannelColours.h"
 
 #include <QLabel>
 #include <QPainter>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "parts/NoteGlyphs.h"
 #include "score/ViewState.h"
-#include "tableau/NoteGlyphs.h"
 
 #include <optional>
 

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "composition/ScoreFiles.h"
+#include "parts/CommandBank.h"
 #include "score/NotePlayer.h"
 #include "score/PlaybackEngine.h"
 #include "score/PlaybackView.h"
 #include "score/ViewState.h"
 #include "shell/SkinnedWindow.h"
-#include "tableau/CommandBank.h"
 #include "tableau/FormLayout.h"
 #include "tableau/FormScreen.h"
 #include "tableau/Picmain.h"
 #include "tableau/PolynoteDrag.h"
-#include "tableau/ScoreFiles.h"
 #include "tableau/TableauInput.h"
 
 #include <filesystem>

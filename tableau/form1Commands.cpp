@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Which routine each command of the composing window presses: by button, menu and key alike.
+#include "base/Settings.h"
+#include "composition/Workspace.h"
+#include "parts/Application.h"
 #include "shell/Frmmenu.h"
 #include "shell/MenuStrip.h"
-#include "shell/Settings.h"
 #include "shell/frminfo.h"
-#include "tableau/Application.h"
 #include "tableau/ChannelStrip.h"
 #include "tableau/EffectsPage.h"
 #include "tableau/ToolPanel.h"
-#include "tableau/Workspace.h"
 #include "tableau/form1.h"
 
 #include <QAction>

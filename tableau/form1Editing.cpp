@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // The editing commands of the composing window: by button, tool panel, menu and key.
+#include "base/QtText.h"
+#include "composition/MelodyMaker.h"
+#include "composition/ScoreEditing.h"
+#include "composition/Workspace.h"
+#include "parts/Application.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
-#include "shell/QtText.h"
-#include "tableau/Application.h"
-#include "tableau/MelodyMaker.h"
-#include "tableau/ScoreEditing.h"
-#include "tableau/Workspace.h"
+#include "tableau/Commands.h"
 #include "tableau/form1.h"
 
 #include <QAction>

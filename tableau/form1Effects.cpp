@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Single Note Effects in the composing window.
+#include "base/QtText.h"
+#include "composition/NoteEffects.h"
+#include "composition/Workspace.h"
+#include "parts/Application.h"
 #include "shell/MessageBox.h"
-#include "shell/QtText.h"
-#include "tableau/Application.h"
 #include "tableau/EffectsPage.h"
 #include "tableau/MakerPage.h"
-#include "tableau/NoteEffects.h"
 #include "tableau/Picmain.h"
 #include "tableau/ToolPanel.h"
 #include "tableau/TopBarOverlay.h"
-#include "tableau/Workspace.h"
 #include "tableau/form1.h"
 
 namespace velmora {

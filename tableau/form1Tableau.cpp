@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // How the Tableau of the composing window is wired: the mouse to the gestures, and those to the strips.
+#include "base/QtText.h"
+#include "composition/NoteReadout.h"
+#include "composition/Workspace.h"
+#include "parts/Application.h"
 #include "shell/ExToolTip.h"
-#include "shell/QtText.h"
 #include "shell/frminfo.h"
-#include "tableau/Application.h"
 #include "tableau/ChannelStrip.h"
-#include "tableau/NoteReadout.h"
+#include "tableau/Commands.h"
 #include "tableau/ToolPanel.h"
-#include "tableau/Workspace.h"
 #include "tableau/form1.h"
 
 namespace velmora {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Any text is read without harm, what was read is written so that it is read back alike, and every setting
 // can be read from any text.
-#include "shell/Settings.h"
+#include "base/Settings.h"
 
 #include <cstdlib>
 

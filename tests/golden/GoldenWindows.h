@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "base/ProgramFolders.h"
+#include "base/Settings.h"
+#include "base/VirtualLoop.h"
+#include "composition/Workspace.h"
+#include "parts/Application.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
-#include "shell/MemorySettings.h"
-#include "shell/ProgramFolders.h"
 #include "shell/QtFileDialogs.h"
-#include "shell/Settings.h"
-#include "shell/VirtualLoop.h"
 #include "shell/frmskins.h"
 #include "sound/DeviceChooser.h"
 #include "support/RecordingPort.h"
-#include "tableau/Application.h"
-#include "tableau/Workspace.h"
+#include "tests/support/MemorySettings.h"
 
 #include <QImage>
 #include <QTemporaryDir>

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "golden/GoldenPicture.h"
 #include "golden/GoldenWindows.h"
+#include "parts/CommandBank.h"
 #include "shell/SkinPainter.h"
-#include "tableau/CommandBank.h"
+#include "tableau/Commands.h"
 #include "tableau/EffectsPage.h"
 #include "tableau/ToolPanel.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "golden/GoldenPicture.h"
 #include "golden/GoldenWindows.h"
-#include "setup/FrmInst.h"
+#include "parts/FrmInst.h"
 #include "setup/frmsetup.h"
 
 #include <QCoreApplication>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "golden/GoldenPicture.h"
+#include "parts/NoteGlyphs.h"
 #include "tableau/BarPainter.h"
 #include "tableau/BeatPainter.h"
 #include "tableau/GuidePainter.h"
 #include "tableau/MelodyPainter.h"
-#include "tableau/NoteGlyphs.h"
 #include "tableau/StrokePainter.h"
 #include "tableau/TableauFixture.h"
 

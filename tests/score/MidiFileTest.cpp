@@ -3,7 +3,7 @@
 
 #include "MidiFileModel.h"
 #include "RandomScore.h"
-#include "shell/Files.h"
+#include "base/Files.h"
 #include "sound/Chords.h"
 
 #include <QTemporaryDir>

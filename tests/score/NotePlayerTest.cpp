@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "score/NotePlayer.h"
 
+#include "base/VirtualLoop.h"
 #include "score/PlayState.h"
 #include "score/Score.h"
-#include "shell/VirtualLoop.h"
 #include "sound/Chords.h"
 #include "sound/SetupState.h"
 #include "sound/ShortMessage.h"

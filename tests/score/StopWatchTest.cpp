@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "score/StopWatch.h"
-#include "shell/VirtualLoop.h"
+#include "base/VirtualLoop.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 #include "score/UndoSnapshot.h"
 
 #include "RandomScore.h"
-#include "shell/Files.h"
+#include "base/Files.h"
 
 #include <QTemporaryDir>
 

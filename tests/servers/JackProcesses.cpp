@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tests/servers/JackProcesses.h"
 
-#include "shell/SteadyClock.h"
+#include "base/SteadyClock.h"
 
 #include <RtMidi.h>
 #include <jack/jack.h>

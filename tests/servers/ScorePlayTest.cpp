@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "base/QtMessageLoop.h"
 #include "score/NotePlayer.h"
 #include "score/PlayState.h"
 #include "score/PlaybackEngine.h"
 #include "score/PlaybackView.h"
 #include "score/Score.h"
 #include "score/ViewState.h"
-#include "shell/QtMessageLoop.h"
 #include "sound/Chords.h"
 #include "sound/LiveSound.h"
 #include "sound/SetupState.h"

@@ -2,7 +2,7 @@
 #include "setup/ChannelsPanel.h"
 
 #include "SetupFixture.h"
-#include "setup/FrmInst.h"
+#include "parts/FrmInst.h"
 #include "sound/ShortMessage.h"
 
 using namespace velmora;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/Frmmenu.h"
 
-#include "MemorySettings.h"
-#include "shell/Settings.h"
+#include "base/Settings.h"
+#include "tests/support/MemorySettings.h"
 
 #include <QMenu>
 

@@ -2,7 +2,7 @@
 #include "shell/QtFileDialogs.h"
 
 #include "tests/shell/DialogDriver.h"
-#include "tests/shell/Environment.h"
+#include "tests/support/Environment.h"
 
 #include <QFileSystemModel>
 #include <QListView>

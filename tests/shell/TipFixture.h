@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "MemorySettings.h"
 #include "shell/ExToolTip.h"
+#include "tests/support/MemorySettings.h"
 
 #include <QPushButton>
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "MemorySettings.h"
+#include "base/Settings.h"
 #include "shell/ExToolTip.h"
-#include "shell/Settings.h"
 #include "shell/SkinnedWindow.h"
+#include "tests/support/MemorySettings.h"
 
 #include <QMouseEvent>
 #include <QTest>

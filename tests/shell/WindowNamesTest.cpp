@@ -2,7 +2,7 @@
 // What a screen reader says of the windows' buttons.
 #include "WindowFixture.h"
 #include "golden/GoldenWindows.h"
-#include "setup/FrmInst.h"
+#include "parts/FrmInst.h"
 #include "setup/frmsetup.h"
 #include "shell/HelpWindow.h"
 #include "shell/openerF.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/frminfo.h"
 
-#include "MemorySettings.h"
 #include "shell/ExToolTip.h"
 #include "shell/dotips.h"
+#include "tests/support/MemorySettings.h"
 
 #include <QAbstractButton>
 #include <QLabel>

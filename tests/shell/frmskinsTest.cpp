@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/frmskins.h"
 
-#include "MemorySettings.h"
-#include "shell/Settings.h"
+#include "base/Settings.h"
 #include "shell/SkinPainter.h"
 #include "shell/SkinStyle.h"
+#include "tests/support/MemorySettings.h"
 
 #include <QApplication>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "sound/AudioOutput.h"
 
-#include "shell/SteadyClock.h"
+#include "base/SteadyClock.h"
 #include "tests/support/SourcesForTests.h"
 #include "tests/support/Waiting.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "shell/SteadyClock.h"
+#include "base/SteadyClock.h"
 
 #include <chrono>
 #include <thread>

@@ -2,11 +2,11 @@
 #include "tableau/ChannelStrip.h"
 #include "tableau/TopBarOverlay.h"
 
+#include "parts/ChannelColours.h"
 #include "score/Score.h"
 #include "shell/Appearance.h"
 #include "shell/ExToolTip.h"
-#include "tableau/ChannelColours.h"
-#include "tests/shell/MemorySettings.h"
+#include "tests/support/MemorySettings.h"
 
 #include <QAbstractButton>
 #include <QLabel>

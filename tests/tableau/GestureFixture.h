@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "base/VirtualLoop.h"
 #include "score/NotePlayer.h"
-#include "shell/VirtualLoop.h"
 #include "sound/ShortMessage.h"
 #include "tableau/TableauInput.h"
+#include "tests/composition/WorkspaceFixture.h"
 #include "tests/support/RecordingPort.h"
 #include "tests/tableau/RecordingScreen.h"
-#include "tests/tableau/WorkspaceFixture.h"
 
 #include <memory>
 #include <set>

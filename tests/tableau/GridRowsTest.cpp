@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/GridRows.h"
 
+#include "parts/PixelSurface.h"
 #include "tableau/GuidePainter.h"
 #include "tableau/MelodyPictures.h"
-#include "tableau/PixelSurface.h"
 
 #include <gmock/gmock.h>
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/Picmain.h"
 
-#include "WorkspaceFixture.h"
 #include "shell/Appearance.h"
 #include "shell/ExToolTip.h"
 #include "tableau/ViewGeometry.h"
 #include "tableau/ViewScroll.h"
+#include "tests/composition/WorkspaceFixture.h"
 
 #include <QLabel>
 #include <QTest>

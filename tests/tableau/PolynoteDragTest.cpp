@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/PolynoteDrag.h"
 
-#include "tests/tableau/WorkspaceFixture.h"
+#include "tests/composition/WorkspaceFixture.h"
 
 #include <gmock/gmock.h>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "tableau/NoteReadout.h"
+#include "composition/NoteReadout.h"
+#include "composition/Workspace.h"
 #include "tableau/TableauScreen.h"
-#include "tableau/Workspace.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/RecoveryOffer.h"
 
+#include "composition/RecoveryFile.h"
 #include "form1Fixture.h"
-#include "tableau/RecoveryFile.h"
 
 #include <chrono>
 

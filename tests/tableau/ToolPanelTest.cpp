@@ -2,8 +2,8 @@
 #include "tableau/ToolPanel.h"
 
 #include "PagesFixture.h"
+#include "parts/NumberField.h"
 #include "shell/Slider.h"
-#include "tableau/NumberField.h"
 #include "tableau/ToolPage.h"
 
 using namespace velmora;

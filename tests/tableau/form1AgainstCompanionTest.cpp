@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // The same edits in the window and by the headless companion leave the same file.
+#include "base/Files.h"
 #include "form1Fixture.h"
 #include "score/SngFile.h"
-#include "shell/Files.h"
 
 #include <QMouseEvent>
 #include <QProcess>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Leaving: the question, what is saved and what is removed; and the window's place.
+#include "base/DemoMedia.h"
+#include "base/Files.h"
 #include "form1Fixture.h"
-#include "shell/DemoMedia.h"
-#include "shell/Files.h"
 #include "shell/WindowGeometry.h"
 
 #include <fstream>

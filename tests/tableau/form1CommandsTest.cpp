@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // What stands where, what is bound, and that button, menu and key reach one routine.
 #include "form1Fixture.h"
+#include "tableau/Commands.h"
 
 #include <QLabel>
 

@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "ScriptedDialogs.h"
-#include "WorkspaceFixture.h"
+#include "base/Settings.h"
+#include "base/VirtualLoop.h"
+#include "parts/Application.h"
 #include "shell/CommandButton.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
-#include "shell/Settings.h"
-#include "shell/VirtualLoop.h"
 #include "shell/frminfo.h"
 #include "shell/frmskins.h"
 #include "sound/DeviceChooser.h"
-#include "tableau/Application.h"
 #include "tableau/form1.h"
+#include "tests/composition/WorkspaceFixture.h"
 #include "tests/shell/DialogDriver.h"
-#include "tests/shell/Environment.h"
 #include "tests/shell/MessageHand.h"
+#include "tests/support/Environment.h"
 #include "tests/support/RecordingPort.h"
+#include "tests/support/ScriptedDialogs.h"
 
 #include <QAction>
 #include <QMenu>

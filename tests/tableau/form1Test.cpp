@@ -2,9 +2,9 @@
 // What the window shows of the score, keys and focus, and its sizes.
 #include "tableau/form1.h"
 
+#include "composition/RecoveryFile.h"
 #include "form1Fixture.h"
 #include "shell/SkinPainter.h"
-#include "tableau/RecoveryFile.h"
 #include "tableau/ViewGeometry.h"
 
 #include <QLabel>

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "base/PendingFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <system_error>
+#include <utility>
+
+namespace velmora {
+
+namespace {
+/// The old file's permissions, or those of a new one.
+mode_t permissionsFor(const std::filesystem::path& path) {
+    struct stat old {};
+    if (stat(path.c_str(), &old) == 0)
+        return old.st_mode & 07777U;
+    const mode_t mask = umask(0);
+    umask(mask);
+    return 0666U & ~mask;
+}
+} // namespace
+
+PendingFile::PendingFile(std::filesystem::path path) : path_(std::move(path)) {}
+
+PendingFile::~PendingFile() {
+    if (descriptor_ >= 0)
+        close(descriptor_);
+    if (!beside_.empty())
+        unlink(beside_.c_str());
+}
+
+std::string PendingFile::open() {
+    std::error_code error;
+    target_ =
+        std::filesystem::weakly_canonical(path_, error); // a link stays one: what it leads to is replaced
+    if (error)
+        return failure(error.value());
+    const bool isThere = std::filesystem::exists(target_, error);
+    if (isThere && access(target_.c_str(), W_OK) != 0)
+        return failure(errno); // a rename would pass over the protection
+    if (isThere && !std::filesystem::is_regular_file(target_, error)) {
+        descriptor_ = ::open(target_.c_str(), O_WRONLY | O_CLOEXEC);
+    } else {
+        beside_ = (target_.parent_path() / ".velmora-XXXXXX").string();
+        descriptor_ = mkostemp(beside_.data(), O_CLOEXEC);
+    }
+    if (descriptor_ >= 0)
+        return {};
+    beside_.clear();
+    return failure(errno);
+}
+
+std::string PendingFile::write(std::span<const std::byte> bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(descriptor_, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return failure(count == 0 ? ENOSPC : errno);
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
+    }
+    return {};
+}
+
+std::string PendingFile::overwrite(std::size_t offset, std::span<const std::byte> bytes) {
+    if (beside_.empty())
+        return {};
+    const ssize_t count = pwrite(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+    return count == static_cast<ssize_t>(bytes.size()) ? std::string() : failure(count < 0 ? errno : ENOSPC);
+}
+
+std::string PendingFile::commit() {
+    if (!beside_.empty()) {
+        if (fchmod(descriptor_, permissionsFor(target_)) != 0 || fdatasync(descriptor_) != 0)
+            return failure(errno);
+    }
+    if (close(std::exchange(descriptor_, -1)) != 0)
+        return failure(errno);
+    if (!beside_.empty() && std::rename(beside_.c_str(), target_.c_str()) != 0)
+        return failure(errno);
+    beside_.clear();
+    return {};
+}
+
+std::string PendingFile::failure(const std::string& reason) const {
+    return "Writing \"" + path_.string() + "\" failed: " + reason + ".";
+}
+
+std::string PendingFile::failure(int code) const {
+    return failure(std::generic_category().message(code));
+}
+
+} // namespace velmora

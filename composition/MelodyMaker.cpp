@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "composition/MelodyMaker.h"
+
+#include "composition/BlockChannels.h"
+#include "composition/CellMoves.h"
+#include "composition/CopyBuffers.h"
+#include "composition/ScoreLayers.h"
+#include "composition/Workspace.h"
+
+#include <algorithm>
+#include <span>
+#include <vector>
+
+namespace velmora {
+
+namespace {
+constexpr std::int16_t kUsualCycle = 8; ///< for a length or a loop of 0
+constexpr int kPictureStep = 10;
+constexpr int kMeasuresOfLargeStep = 10;
+
+using Channels = std::array<bool, kUsedChannels>;
+
+struct StampChannels {
+    Channels stamped{};
+    Channels mended{}; ///< where an older note that a stamp cuts goes on as a note of its own
+};
+
+template<typename Answer>
+Channels channelsOf(int first, int last, Answer answer) {
+    Channels channels{};
+    for (int channel = std::max(first, 0); channel <= std::min(last, kUsedChannels - 1); ++channel)
+        channels[static_cast<std::size_t>(channel)] = answer(channel);
+    return channels;
+}
+
+/// Where a stamp goes.
+struct Stamp {
+    int at;
+    int stop;        ///< its last position
+    int count;       ///< positions of it that the next one leaves
+    bool overlapped; ///< by the next one, which writes the cell after `stop` too
+};
+
+std::vector<Stamp> stampsOf(const Workspace& workspace) {
+    const EditState& edit = workspace.edit;
+    const int end = workspace.score.NumNotes;
+    const int last = workspace.view.PlayMark + edit.TotalNotes;
+    std::vector<Stamp> stamps;
+    for (int at = workspace.view.PlayMark; at <= last && edit.CycleBeats > 0; at += edit.CycleBeats) {
+        const int stop = std::min(at + edit.SelectSpan, end);
+        if (at > end && stop == end)
+            break; // this one and all others lie behind the score's end
+        const int next = at + edit.CycleBeats;
+        const bool overlapped = next <= std::min(last, end) && next <= stop + 1;
+        stamps.push_back({at, stop, (overlapped ? next : stop + 1) - at, overlapped});
+    }
+    return stamps;
+}
+
+/// Repeats the first @p period cells of @p from in @p to, from @p first up to before @p end: with copies that
+/// double in length, since a loop may be a single cell long.
+void tile(std::span<const std::int16_t> from, int shift, std::span<std::int16_t> to, int first, int end,
+          int period) {
+    copyCells(from, shift, to, first, period);
+    for (int done = period; first + done < end; done *= 2)
+        copyCells(to, first, to, first + done, std::min(done, end - first - done));
+}
+
+void stampRow(std::span<const std::int16_t> from, std::span<std::int16_t> to, int shift,
+              const std::vector<Stamp>& stamps) {
+    // Where stamps overlap, all but the last leave the same cells.
+    const Stamp& first = stamps.front();
+    const Stamp& last = stamps.back();
+    const bool tiled =
+        first.overlapped && first.at >= 0 && static_cast<std::size_t>(first.count + shift) <= from.size();
+    if (tiled)
+        tile(from, shift, to, first.at + shift, last.at + shift, first.count);
+    for (const Stamp& stamp : std::span(stamps).last(tiled ? 1 : stamps.size()))
+        copyCells(from, shift, to, stamp.at + shift, stamp.count);
+}
+
+/// Stamps from `PlayMark` on. Of a stamp that the next one overlaps only what stays is written, so that the
+/// work is that of one walk over the score.
+void stampAlong(Workspace& workspace, const StampChannels& channels) {
+    Score& score = workspace.score;
+    EditState& edit = workspace.edit;
+    if (edit.TotalNotes == 0)
+        edit.TotalNotes = kUsualCycle;
+    if (edit.CycleBeats == 0)
+        edit.CycleBeats = kUsualCycle;
+    const std::vector<Stamp> stamps = stampsOf(workspace);
+    for (int channel = 0; channel < kUsedChannels; ++channel) {
+        const bool stamped = channels.stamped[static_cast<std::size_t>(channel)];
+        for (const ScoreLayer& layer : kScoreLayers) {
+            if (stamped && !stamps.empty())
+                stampRow((score.*layer.clip).row(channel + layer.channelShift),
+                         (score.*layer.cells).row(channel + layer.channelShift), layer.positionShift, stamps);
+        }
+        if (!channels.mended[static_cast<std::size_t>(channel)])
+            continue;
+        for (const Stamp& stamp : stamps) {
+            if (stamp.stop < score.NumNotes && !(stamped && stamp.overlapped))
+                makeHead(score.NoteCell, channel, stamp.stop + 1);
+        }
+    }
+}
+
+void pick(EditState& edit, int first, int last, bool ticked) {
+    for (int channel = first; channel <= last; ++channel)
+        edit.ChannelPicked[static_cast<std::size_t>(channel)] = ticked;
+}
+
+std::int16_t fieldValue(int number) {
+    return static_cast<std::int16_t>(std::clamp<int>(number, INT16_MIN, INT16_MAX));
+}
+} // namespace
+
+void CopyMelody(Workspace& workspace, int& start, int firstChannel, int lastChannel) {
+    Score& score = workspace.score;
+    ViewState& view = workspace.view;
+    const int first = start;
+    eraseNoteBuffers(score);
+    for (const ScoreLayer& layer : kScoreLayers)
+        (score.*layer.clip).resize(score.NumNotes + 1);
+    view.SelectEnd = first + workspace.edit.CycleNotes;
+    workspace.edit.SelectSpan = workspace.edit.CycleNotes;
+    const Channels picked = channelsOf(firstChannel, lastChannel, [&](int channel) {
+        return workspace.edit.ChannelPicked[static_cast<std::size_t>(channel)];
+    });
+    for (int channel = 0; channel < kUsedChannels; ++channel) {
+        if (!picked[static_cast<std::size_t>(channel)])
+            continue;
+        copyToBuffers(score, channel, first, workspace.edit.CycleNotes);
+        // The motif is one cell longer in the notes than in chords and effects; that is meant.
+        copyNotesToBuffers(score, channel, first, workspace.edit.CycleNotes + 1);
+    }
+    makeFirstHeads(score);
+    view.PlayMark += first;
+    start = -1;
+    view.SelectEnd = -1;
+    stampAlong(workspace, {picked, picked});
+    for (int channel = std::max(firstChannel, 0); channel <= std::min(lastChannel, kUsedChannels - 1);
+         ++channel) {
+        if (score.ChannelInUse[static_cast<std::size_t>(channel)])
+            score.ChannelShown[static_cast<std::size_t>(channel)] = true;
+    }
+    view.PlayMark = 0;
+}
+
+void CopyRepeat(Workspace& workspace, int firstChannel, int lastChannel) {
+    StampChannels channels;
+    channels.stamped = channelsOf(firstChannel, lastChannel, [&](int channel) {
+        return worksOn(workspace, BlockCommand::Copy, channel);
+    });
+    // Here the mutes decide what is mended, and not what is stamped; that is meant.
+    channels.mended = channelsOf(firstChannel, lastChannel, [&](int channel) {
+        return !workspace.score.ChannelMuted[static_cast<std::size_t>(channel)];
+    });
+    stampAlong(workspace, channels);
+}
+
+void createMelody(Workspace& workspace, int txtStart) {
+    workspace.keepForUndo("Create Melody");
+    workspace.view.SelectStart = txtStart;
+    CopyMelody(workspace, workspace.view.SelectStart, 0, kUsedChannels - 1);
+}
+
+void duplicateMelody(Workspace& workspace) {
+    workspace.keepForUndo("Duplicate notes");
+    const EditState& edit = workspace.edit;
+    // Single Note Effects take percussion in without its box; that is meant.
+    const bool percussion = edit.Check3 || workspace.view.NoteEffectsOn;
+    CopyMelody(workspace, workspace.view.SelectStart, edit.Check5 ? 0 : kFirstPercussion,
+               percussion ? kUsedChannels - 1 : kMelodyChannels - 1);
+}
+
+void takeCycle(EditState& edit, int notesInLoop, int playableNotes) {
+    edit.CycleBeats = fieldValue(notesInLoop);
+    edit.CycleNotes = fieldValue(std::min(playableNotes, notesInLoop));
+}
+
+void takeStart(EditState& edit, ViewState& view, int txtStart) {
+    edit.txtStart = fieldValue(txtStart);
+    view.SelectStart = txtStart - 1;
+    if (edit.TotalNotes < view.SelectStart)
+        edit.TotalNotes = fieldValue(view.SelectStart + 1);
+}
+
+int steppedByPicture(int value, int x, int width, FieldRange range) {
+    const int stepped = 2 * x < width ? value - kPictureStep : value + kPictureStep;
+    return std::clamp(stepped, range.least, std::max(range.least, range.most));
+}
+
+FieldSteps startSteps(const Score& score) {
+    return {score.NotesPerMeasure, score.NotesPerMeasure * kMeasuresOfLargeStep};
+}
+
+void pickMelody(EditState& edit, bool ticked) {
+    pick(edit, 0, kMelodyChannels - 1, ticked);
+}
+
+void pickPercussion(EditState& edit, bool ticked) {
+    pick(edit, kFirstPercussion, kFirstPercussion, ticked);
+    pick(edit, kFirstPercussion + 2, kUsedChannels - 1, ticked); // there is no channel 9
+}
+
+} // namespace velmora

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "composition/Workspace.h"
+
+#include "base/ProgramFolders.h"
+#include "base/Settings.h"
+
+#include <algorithm>
+
+namespace velmora {
+
+namespace {
+/// A stored number may be rubbish.
+int storedNotes(const SettingsStore& store) {
+    const int notes = settings::read(store, settings::NumNotes);
+    return notes > 0 ? std::min(notes, kMostNotes) : settings::NumNotes.fallback;
+}
+
+std::int16_t positive(std::int16_t value, std::int16_t fallback) {
+    return value > 0 ? value : fallback;
+}
+
+bool isChannel(int channel) {
+    return channel >= 0 && channel < kUsedChannels && channel != kFirstPercussion + 1;
+}
+} // namespace
+
+Workspace::Workspace(const SettingsStore& store, const ProgramFolders& folders)
+    : score(storedNotes(store))
+    , undo(folders.undoFile())
+    , CopyonlyOneTrack(settings::read(store, settings::CopyonlyOneTrack)) {
+    folders.makeSongs();
+    score.ClearAll();
+    score.NotesPerMeasure = positive(settings::read(store, settings::Notes_per_measure), 16);
+    setup.TxBeats = score.NotesPerMeasure;
+    setup.TxtMeter = positive(settings::read(store, settings::Beats_per_measure), 4);
+    setup.NoteX = positive(settings::read(store, settings::Type_of_note), 4);
+    setup.ChTreble = settings::read(store, settings::Show_Treble_staff) != 0;
+    setup.ChBass = settings::read(store, settings::Show_Bass_staff) != 0;
+    view.Line_Height =
+        std::clamp<int>(settings::read(store, settings::Line_Height), kLeastLineHeight, kMostLineHeight);
+    view.Show_Sharp_guides = settings::read(store, settings::Show_Sharp_guides) == 1;
+    view.Notationstyle = settings::read(store, settings::Notationstyle) == 1 ? 1 : 0;
+    view.Accidentals = settings::read(store, settings::Accidentals);
+    play.ShowPlayLine = settings::read(store, settings::Playing_position);
+
+    instruments.MelodyInstrument = settings::read(store, settings::Intrumentval);
+    instruments.PercussionInstrument = settings::read(store, settings::Intrumentval2);
+    instruments.MelodyInstrumentName = nameOfCode(instruments.MelodyInstrument);
+    instruments.PercussionInstrumentName = nameOfCode(instruments.PercussionInstrument);
+    for (int channel = 0; channel < kUsedChannels; ++channel)
+        score.ChannelInstrument[static_cast<std::size_t>(channel)] =
+            channel < kMelodyChannels ? instruments.MelodyInstrument : instruments.PercussionInstrument;
+    selectChannel(0);
+}
+
+void Workspace::selectChannel(int channel) {
+    if (!isChannel(channel))
+        return;
+    score.ActiveChannel = channel;
+    const auto index = static_cast<std::size_t>(channel);
+    score.ChannelInUse[index] = true;
+    score.ChannelShown[index] = true;
+    if (channel < kMelodyChannels)
+        score.TopChannel = std::max(score.TopChannel, channel);
+    else
+        score.TopDrumHint = std::max(1, channel - kFirstPercussion);
+}
+
+void Workspace::toggleMuted(int channel) {
+    if (!isChannel(channel))
+        return;
+    bool& muted = score.ChannelMuted[static_cast<std::size_t>(channel)];
+    muted = !muted;
+    score.FindEndOfSong();
+}
+
+bool Workspace::holdsNotes() {
+    score.FindEndOfSong();
+    return score.SongEnd > 0 || !score.usedChannels().empty();
+}
+
+void Workspace::clear() {
+    keepReplaced("Clear all notes");
+    view.SelectStart = view.SelectEnd = -1;
+    view.PlayMark = 0;
+    view.ViewFirstColumn = 0;
+    view.ViewLastColumn = view.ViewColumns;
+    view.Check4 = view.NoteEffectsOn = false;
+    edit.CycleNotes = edit.CycleBeats = edit.TotalNotes = 0;
+    edit.txtStart = 1;
+    score.ClearAll();
+    setup.Ch.fill(false);
+    setup.Chkstrum.fill(false);
+    selectChannel(0);
+    score.TopChannel = 1;
+}
+
+void Workspace::keepForUndo(std::string_view step) {
+    undo.keepWhole(score, setup, step, StepScope::Cells);
+}
+
+void Workspace::keepReplaced(std::string_view step) {
+    if (!undo.bringsScoreBack() || !score.usedChannels().empty())
+        undo.keepWhole(score, setup, step, StepScope::Score);
+}
+
+bool Workspace::undoLast() {
+    return undo.OpenforUndo(score, setup);
+}
+
+std::string topBarText(const Score& score, const SetupState& setup) {
+    const int beats = std::max<int>(1, setup.TxtMeter);
+    const int division = score.NotesPerMeasure / beats * setup.NoteX;
+    return std::to_string(score.Tempo) + " BPM" + "  1/" + std::to_string(setup.NoteX) +
+           " Note per Beat    (" + std::to_string(score.NotesPerMeasure) + " Divisions -   1/" +
+           std::to_string(division) + " Note per Division)";
+}
+
+} // namespace velmora

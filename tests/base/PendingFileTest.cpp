@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "base/PendingFile.h"
+
+#include "tests/studio/TestSinks.h"
+
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <optional>
+
+using namespace velmora;
+using namespace velmora::testsinks;
+using testing::HasSubstr;
+
+namespace {
+struct PendingFileTest : testing::Test {
+    QTemporaryDir temporary;
+    std::filesystem::path folder = temporary.path().toStdString();
+    std::filesystem::path path = folder / "sound.wav";
+
+    static std::span<const std::byte> bytes(std::string_view text) { return std::as_bytes(std::span(text)); }
+    static mode_t permissions(const std::filesystem::path& file) {
+        struct stat found {};
+        stat(file.c_str(), &found);
+        return found.st_mode & 0777U;
+    }
+};
+
+/// Files can't grow beyond some bytes while this lives, as on a disk that is full.
+struct FullDisk {
+    explicit FullDisk(rlim_t size) {
+        getrlimit(RLIMIT_FSIZE, &old);
+        handler = std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit small{size, old.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~FullDisk() {
+        setrlimit(RLIMIT_FSIZE, &old);
+        std::signal(SIGXFSZ, handler);
+    }
+    rlimit old{};
+    void (*handler)(int) = SIG_DFL;
+};
+} // namespace
+
+TEST_F(PendingFileTest, TheFileIsThereOnceItIsCommittedAndNotBefore) {
+    PendingFile file(path);
+    EXPECT_EQ(file.open(), "");
+    EXPECT_EQ(file.write(bytes("first, ")), "");
+    EXPECT_EQ(file.write(bytes("second")), "");
+    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_EQ(file.commit(), "");
+    EXPECT_EQ(bytesOf(path), "first, second");
+    EXPECT_EQ(filesIn(folder), 1U);
+}
+
+TEST_F(PendingFileTest, WhatIsNotCommittedLeavesTheOldFileAndNoTrace) {
+    std::ofstream(path) << "old";
+    {
+        PendingFile file(path);
+        EXPECT_EQ(file.open(), "");
+        EXPECT_EQ(file.write(bytes("new")), "");
+    }
+    EXPECT_EQ(bytesOf(path), "old");
+    EXPECT_EQ(filesIn(folder), 1U);
+}
+
+TEST_F(PendingFileTest, BytesCanBeOverwritten) {
+    PendingFile file(path);
+    EXPECT_EQ(file.open(), "");
+    EXPECT_EQ(file.write(bytes("abcdef")), "");
+    EXPECT_EQ(file.overwrite(1, bytes("XY")), "");
+    EXPECT_EQ(file.write(bytes("g")), "");
+    EXPECT_EQ(file.commit(), "");
+    EXPECT_EQ(bytesOf(path), "aXYdefg");
+}
+
+TEST_F(PendingFileTest, ANewFileHasTheUsualPermissionsAndAnOldOneKeepsItsOwn) {
+    const auto put = [this] {
+        PendingFile file(path);
+        const std::string error = file.open();
+        return error.empty() ? file.commit() : error;
+    };
+    const mode_t mask = umask(027);
+    EXPECT_EQ(put(), "");
+    umask(mask);
+    EXPECT_EQ(permissions(path), 0640U);
+    chmod(path.c_str(), 0604);
+    EXPECT_EQ(put(), "");
+    EXPECT_EQ(permissions(path), 0604U);
+}
+
+TEST_F(PendingFileTest, ALinkStaysALink) {
+    std::ofstream(folder / "target") << "old";
+    std::filesystem::create_symlink("target", path);
+    PendingFile file(path);
+    EXPECT_EQ(file.open(), "");
+    EXPECT_EQ(file.write(bytes("new")), "");
+    EXPECT_EQ(file.commit(), "");
+    EXPECT_TRUE(std::filesystem::is_symlink(path));
+    EXPECT_EQ(bytesOf(folder / "target"), "new");
+}
+
+TEST_F(PendingFileTest, AFolderThatIsNotThereIsAnErrorWithTheName) {
+    PendingFile file(folder / "missing" / "sound.wav");
+    EXPECT_THAT(file.open(), AllOf(HasSubstr("missing/sound.wav"), HasSubstr("No such file")));
+    PendingFile directory(folder);
+    EXPECT_THAT(directory.open(), HasSubstr("Is a directory"));
+}
+
+TEST_F(PendingFileTest, AFullDeviceIsAnErrorInWords) {
+    PendingFile file("/dev/full");
+    EXPECT_EQ(file.open(), "");
+    EXPECT_EQ(file.write(bytes("x")), "Writing \"/dev/full\" failed: No space left on device.");
+}
+
+TEST_F(PendingFileTest, AFullDiskLeavesTheOldFileAndNoTrace) {
+    std::ofstream(path) << "old";
+    {
+        PendingFile file(path);
+        EXPECT_EQ(file.open(), "");
+        const std::string much(10'000, 'x');
+        const FullDisk disk(4096);
+        EXPECT_THAT(file.write(bytes(much)), HasSubstr("File too large"));
+    }
+    EXPECT_EQ(bytesOf(path), "old");
+    EXPECT_EQ(filesIn(folder), 1U);
+}

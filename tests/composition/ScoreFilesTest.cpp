@@ -1,0 +1,263 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "composition/ScoreFiles.h"
+
+#include "WorkspaceFixture.h"
+#include "score/MidiFile.h"
+#include "tests/support/ScriptedDialogs.h"
+
+#include <fstream>
+
+using namespace velmora;
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+class ScoreFilesTest : public WorkspaceFixture {
+protected:
+    ScoreFilesTest() {
+        fs::create_directories(other);
+        score().ChannelInstrument[0] = 30;
+    }
+    static std::string contentOf(const fs::path& file) {
+        std::ifstream in(file, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+    static void write(const fs::path& file, std::string_view bytes) {
+        std::ofstream(file, std::ios::binary) << bytes;
+    }
+    /// A score file of some notes on channel 0.
+    fs::path aScore(int notes, int row = 50) {
+        Score made(20000);
+        putNotes(made, 0, row, notes, 1);
+        const fs::path file = this->other / (std::to_string(notes) + ".sng");
+        write(file, serializePoliFile(made, workspace().setup));
+        return file;
+    }
+    std::string songs() { return folders.songs().string(); }
+
+    const fs::path other = folders.home() / "other";
+    ScriptedDialogs dialogs;
+    ScoreFiles files{workspace(), dialogs, settings, folders.songs()};
+};
+
+constexpr const char* kOpenFilter = "Score Files (*.sng) |*.sng|";
+constexpr const char* kSaveFilter = "Velmora Score(*.sng)|*.sng|Midi(*.mid)|*.mid";
+} // namespace
+
+TEST_F(ScoreFilesTest, TheDialogsHaveTheirTitlesFiltersAndFirstFolder) {
+    putNotes(score(), 0, 60, 2);
+    files.open();
+    files.saveAs();
+    EXPECT_THAT(dialogs.asked,
+                ElementsAre(ScriptedDialogs::Asked{"open", "Open Score File", kOpenFilter, songs()},
+                            ScriptedDialogs::Asked{"save", "Save music file", kSaveFilter, songs()}));
+}
+
+TEST_F(ScoreFilesTest, TheNextDialogBeginsInTheFolderOfTheLastFile) {
+    dialogs.answers = {{aScore(4).string(), 1}};
+    ASSERT_TRUE(files.open().done);
+    files.open();
+    EXPECT_EQ(dialogs.asked.back().start, other.string());
+    workspace().clear();
+    putNotes(score(), 0, 60, 2);
+    dialogs.answers = {{(folders.home() / "new").string(), 1}};
+    ASSERT_TRUE(files.saveAs().done);
+    files.open();
+    EXPECT_EQ(dialogs.asked.back().start, folders.home().string());
+}
+
+TEST_F(ScoreFilesTest, SavingBeginsAtTheOpenScore) {
+    const fs::path file = aScore(4);
+    files.open(file);
+    files.saveAs();
+    EXPECT_EQ(dialogs.asked.back().start, file.string());
+}
+
+TEST_F(ScoreFilesTest, ACancelChangesNothingAndSaysNothing) {
+    putNotes(score(), 0, 60, 2);
+    const ChannelGrid cells = score().NoteCell;
+    for (const auto& outcome : {files.open(), files.saveAs()}) {
+        EXPECT_FALSE(outcome.done);
+        EXPECT_EQ(outcome.words, "");
+        EXPECT_FALSE(outcome.opened);
+    }
+    EXPECT_EQ(dialogs.asked.size(), 2U);
+    EXPECT_EQ(score().NoteCell, cells);
+    EXPECT_EQ(score().currentFile, "");
+}
+
+TEST_F(ScoreFilesTest, AnOpenedScoreTakesTheOldOnesPlaceUntilUndo) {
+    putNotes(score(), 1, 60, 7);
+    const ChannelGrid before = score().NoteCell;
+    dialogs.answers = {{"  " + aScore(4).string() + std::string(1, '\0'), 1}};
+    const auto outcome = files.open();
+    ASSERT_TRUE(outcome.done);
+    EXPECT_EQ(outcome.words, "");
+    ASSERT_TRUE(outcome.opened);
+    EXPECT_TRUE(outcome.opened->showTempo);
+    EXPECT_EQ(score().SongEnd, 4);
+    EXPECT_EQ(score().currentFile, (other / "4.sng").string());
+    ASSERT_TRUE(workspace().undoLast());
+    EXPECT_EQ(score().NoteCell, before);
+    EXPECT_EQ(score().currentFile, "");
+}
+
+TEST_F(ScoreFilesTest, WhatCantBeReadOrIsNoTextLeavesTheOldScore) {
+    putNotes(score(), 1, 60, 7);
+    const ChannelGrid before = score().NoteCell;
+    write(other / "binary.sng", std::string("60,60\0\r\n", 8));
+    fs::create_directory(other / "folder.sng");
+    struct Row {
+        const char* name;
+        const char* said;
+    };
+    for (const Row& row : {Row{"missing.sng", "can't be read"}, Row{"folder.sng", "can't be read"},
+                           Row{"binary.sng", "isn't text"}}) {
+        const auto outcome = files.open(other / row.name);
+        EXPECT_FALSE(outcome.done) << row.name;
+        EXPECT_THAT(outcome.words, HasSubstr(row.said));
+        EXPECT_THAT(outcome.words, HasSubstr((other / row.name).string()));
+        EXPECT_EQ(score().NoteCell, before) << row.name;
+        EXPECT_EQ(score().currentFile, "");
+    }
+    EXPECT_FALSE(workspace().undoLast()) << "nothing was replaced";
+}
+
+TEST_F(ScoreFilesTest, AScoreThatIsTooLongIsOpenedAndSaid) {
+    EXPECT_EQ(files.open(aScore(1001)).words, "") << "the last position counts";
+    const auto outcome = files.open(aScore(1002));
+    EXPECT_TRUE(outcome.done);
+    EXPECT_THAT(outcome.words, HasSubstr("1002 notes long"));
+    EXPECT_THAT(outcome.words, HasSubstr("first 1001"));
+    EXPECT_EQ(score().SongEnd, 1001);
+}
+
+TEST_F(ScoreFilesTest, WhatDoesntLookLikeAScoreIsOpenedAndSaid) {
+    putNotes(score(), 0, 60, 2);
+    for (const char* text : {"", "a letter to a friend\n"}) {
+        const fs::path file = other / "letter.sng";
+        write(file, text);
+        const auto outcome = files.open(file);
+        EXPECT_TRUE(outcome.done);
+        EXPECT_THAT(outcome.words, HasSubstr(file.string() + "\" doesn't look like a score"));
+        workspace().undoLast();
+        EXPECT_EQ(score().NoteCell.valueOr(0, 1, -1), 1060);
+    }
+}
+
+TEST_F(ScoreFilesTest, ReadingAndWritingAreBusyAndAskingIsNot) {
+    std::vector<bool> busy;
+    files.onBusy = [&](bool now) { busy.push_back(now); };
+    files.open();
+    EXPECT_THAT(busy, ElementsAre()) << "cancelled";
+    files.open(aScore(3));
+    EXPECT_THAT(busy, ElementsAre(true, false));
+    dialogs.answers = {{(other / "saved").string(), 1}, {(other / "exported").string(), 2}};
+    files.saveAs();
+    EXPECT_THAT(busy, ElementsAre(true, false, true, false));
+    files.saveAs();
+    EXPECT_THAT(busy, ElementsAre(true, false, true, false, true, false));
+}
+
+TEST_F(ScoreFilesTest, TheFilterDecidesFormatAndExtension) {
+    struct Row {
+        const char* typed;
+        int filter;
+        const char* file;
+        const char* begins;
+    };
+    for (const Row& row : {Row{"a", 1, "a.sng", "60,1060"}, Row{"b.SNG", 1, "b.SNG", "60,1060"},
+                           Row{"c.mid", 1, "c.mid.sng", "60,"}, Row{"d", 0, "d.sng", "60,1060"},
+                           Row{"e", 2, "e.mid", "MThd"}, Row{"f.MID", 2, "f.MID", "MThd"},
+                           Row{"g.sng", 2, "g.sng.mid", "MThd"}, Row{"  h ", 1, "h.sng", "60,"}}) {
+        workspace().clear();
+        putNotes(score(), 0, 60, 2);
+        const std::string typed =
+            row.typed[0] == ' ' ? "  " + (other / "h").string() + " " : (other / row.typed).string();
+        dialogs.answers = {{typed, row.filter}};
+        const auto outcome = files.saveAs();
+        EXPECT_TRUE(outcome.done) << row.typed;
+        EXPECT_EQ(outcome.words, "");
+        EXPECT_TRUE(contentOf(other / row.file).starts_with(row.begins)) << row.file;
+    }
+}
+
+TEST_F(ScoreFilesTest, SavingMakesTheFileTheOpenScore) {
+    putNotes(score(), 0, 60, 2);
+    dialogs.answers = {{(other / "mine").string(), 1}};
+    ASSERT_TRUE(files.saveAs().done);
+    EXPECT_EQ(score().currentFile, (other / "mine.sng").string());
+    EXPECT_EQ(contentOf(other / "mine.sng"), serializePoliFile(score(), workspace().setup));
+}
+
+TEST_F(ScoreFilesTest, AFailedSaveKeepsTheOldFileAndItsName) {
+    const fs::path file = aScore(4);
+    const std::string before = contentOf(file);
+    files.open(file);
+    fs::create_directory(other / "inTheWay.sng");
+    dialogs.answers = {{(other / "inTheWay").string(), 1}};
+    const auto outcome = files.saveAs();
+    EXPECT_FALSE(outcome.done);
+    EXPECT_THAT(outcome.words, HasSubstr("inTheWay.sng"));
+    EXPECT_THAT(outcome.words, HasSubstr("Try another folder or another name."));
+    EXPECT_EQ(score().currentFile, file.string());
+    EXPECT_EQ(contentOf(file), before);
+    EXPECT_TRUE(fs::is_directory(other / "inTheWay.sng"));
+}
+
+TEST_F(ScoreFilesTest, AFailedExportIsSaid) {
+    putNotes(score(), 0, 60, 2);
+    fs::create_directory(other / "inTheWay.mid");
+    dialogs.answers = {{(other / "inTheWay").string(), 2}};
+    const auto outcome = files.saveAs();
+    EXPECT_FALSE(outcome.done);
+    EXPECT_THAT(outcome.words, HasSubstr("inTheWay.mid"));
+    EXPECT_THAT(outcome.words, HasSubstr("Try another folder or another name."));
+}
+
+TEST_F(ScoreFilesTest, AnExportLeavesTheScoreInMemoryAsItWas) {
+    // Chords are spread over the channels from TopChannel on: with a score just opened, over its second
+    // voice.
+    const fs::path file = aScore(4);
+    files.open(file);
+    putNotes(score(), 1, 64, 6);
+    putNotes(score(), 2, 67, 6);
+    score().Polyphonics.set(1, 0, 1);
+    ASSERT_EQ(score().TopChannel, 1);
+    const Score before = score();
+    const int step = workspace().chords.ChordStep1;
+    dialogs.answers = {{(other / "tune").string(), 2}};
+    ASSERT_TRUE(files.saveAs().done);
+    EXPECT_EQ(score().NoteCell, before.NoteCell);
+    EXPECT_EQ(score().NoteInstrument, before.NoteInstrument);
+    EXPECT_EQ(score().Polyphonics, before.Polyphonics);
+    EXPECT_EQ(score().SongEnd, before.SongEnd);
+    EXPECT_EQ(score().TopChannel, 1);
+    EXPECT_EQ(score().currentFile, file.string()) << "an export is no save";
+    EXPECT_EQ(workspace().chords.ChordStep1, step);
+}
+
+TEST_F(ScoreFilesTest, TheSizeOfALargeExportIsRemembered) {
+    putNotes(score(), 0, 60, 2);
+    dialogs.answers = {{(other / "small").string(), 2}};
+    ASSERT_TRUE(files.saveAs().done);
+    EXPECT_EQ(settings.GetSetting("Settings", "NumBytes", "none"), "none");
+    for (int channel = 0; channel < 8; ++channel)
+        putNotes(score(), channel, 60, 1000, 1);
+    dialogs.answers = {{(other / "large").string(), 2}};
+    ASSERT_TRUE(files.saveAs().done);
+    std::int32_t expected = 10000;
+    Score copy = score();
+    ChordSteps steps;
+    static_cast<void>(buildMidiFile(copy, steps, expected));
+    ASSERT_NE(expected, 10000);
+    EXPECT_EQ(settings.GetSetting("Settings", "NumBytes", "none"), std::to_string(expected));
+}
+
+TEST_F(ScoreFilesTest, AScoreWithoutNotesAsksNothing) {
+    const auto outcome = files.saveAs();
+    EXPECT_FALSE(outcome.done);
+    EXPECT_EQ(outcome.words, "");
+    EXPECT_TRUE(dialogs.asked.empty());
+}

@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "parts/FrmInst.h"
+
+#include "tests/tableau/form1Fixture.h"
+
+#include <QListWidget>
+#include <QPushButton>
+
+using namespace velmora;
+
+namespace {
+class FrmInstTest : public form1Fixture {
+protected:
+    FrmInst& picker() {
+        if (!picker_) {
+            picker_ = std::make_unique<FrmInst>(application(), nullptr);
+            picker_->onPicked = [this](FrmInst::Picked what) {
+                ++picks;
+                picked = what;
+            };
+        }
+        return *picker_;
+    }
+    FrmInst& opened() {
+        picker().open();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&picker()));
+        return picker();
+    }
+    QListWidget& melody() { return *picker().findChild<QListWidget*>("LstInstruments"); }
+    QListWidget& percussion() { return *picker().findChild<QListWidget*>("LstInstruments2"); }
+    InstrumentSelection& chosen() { return workspace().instruments; }
+    void doubleClick(QListWidget& list, int row) {
+        list.scrollToItem(list.item(row));
+        const QPoint at = list.visualItemRect(list.item(row)).center();
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, at);
+    }
+    void key(QWidget& on, Qt::Key which) { QTest::keyClick(&on, which); }
+
+    int picks = 0;
+    FrmInst::Picked picked;
+
+private:
+    std::unique_ptr<FrmInst> picker_;
+};
+} // namespace
+
+TEST_F(FrmInstTest, TheListsHoldAllNamesInTheirOrder) {
+    EXPECT_EQ(melody().count(), 128);
+    EXPECT_EQ(melody().item(127)->text(), "Gunshot");
+    EXPECT_EQ(percussion().count(), 47);
+    EXPECT_EQ(percussion().item(0)->text(), "Acoustic Bass Drum");
+    EXPECT_EQ(percussion().item(39 - 35)->text(), "Hand Clap");
+    EXPECT_EQ(percussion().item(42 - 35)->text(), "Closed High-Hat");
+}
+
+TEST_F(FrmInstTest, ItsTitleIsFixed) {
+    EXPECT_EQ(picker().windowTitle(), "Velmora  INSTRUMENTS");
+    EXPECT_EQ(picker().findChild<QPushButton*>("CmdOk")->text(), "&Ok");
+    EXPECT_EQ(picker().findChild<QPushButton*>("CmdCancel")->text(), "&Cancel");
+}
+
+TEST_F(FrmInstTest, TheCurrentInstrumentsAreSelected) {
+    chosen().MelodyInstrumentName = "Flute";
+    chosen().PercussionInstrumentName = "Cowbell";
+    EXPECT_EQ(melody().selectedItems().front()->text(), "Flute");
+    EXPECT_EQ(percussion().selectedItems().front()->text(), "Cowbell");
+}
+
+TEST_F(FrmInstTest, ANameThatIsNoneSelectsNothing) {
+    chosen().MelodyInstrumentName = "";
+    EXPECT_TRUE(melody().selectedItems().isEmpty());
+}
+
+TEST_F(FrmInstTest, OkTakesTheInstrumentAndKeepsIt) {
+    opened();
+    melody().setCurrentRow(73);
+    QTest::mouseClick(picker().findChild<QPushButton*>("CmdOk"), Qt::LeftButton);
+    EXPECT_EQ(chosen().MelodyInstrument, 73);
+    EXPECT_EQ(chosen().MelodyInstrumentName, "Flute");
+    EXPECT_EQ(stored("Intrumentval"), "73");
+    EXPECT_EQ(stored("Intrumentval2"), "none");
+    EXPECT_EQ(picks, 1);
+    EXPECT_TRUE(picked.melody);
+    EXPECT_FALSE(picked.percussion);
+    EXPECT_FALSE(picker().isVisible());
+}
+
+TEST_F(FrmInstTest, ADoubleClickOnAnInstrumentIsOk) {
+    opened();
+    doubleClick(melody(), 40);
+    EXPECT_EQ(chosen().MelodyInstrumentName, "Violin");
+    EXPECT_EQ(stored("Intrumentval"), "40");
+    EXPECT_FALSE(picker().isVisible());
+}
+
+TEST_F(FrmInstTest, ADoubleClickOnAPercussionSoundTakesItAndCloses) {
+    opened();
+    doubleClick(percussion(), 0);
+    EXPECT_EQ(chosen().PercussionInstrument, 128);
+    EXPECT_EQ(stored("Intrumentval2"), "128");
+    EXPECT_EQ(stored("Intrumentval"), "none");
+    EXPECT_FALSE(picker().isVisible());
+    EXPECT_EQ(picks, 1);
+    EXPECT_FALSE(picked.melody);
+    EXPECT_TRUE(picked.percussion);
+}
+
+TEST_F(FrmInstTest, OkTakesAnotherPercussionSoundToo) {
+    opened();
+    percussion().setCurrentRow(4);
+    picker().CmdOk_Click();
+    EXPECT_EQ(chosen().PercussionInstrumentName, "Hand Clap");
+    EXPECT_EQ(chosen().PercussionInstrument, 132);
+    EXPECT_EQ(chosen().MelodyInstrument, 24);
+    EXPECT_TRUE(picked.melody);
+    EXPECT_TRUE(picked.percussion);
+}
+
+TEST_F(FrmInstTest, WithoutASelectionItAsksForOne) {
+    chosen().MelodyInstrumentName = "";
+    opened();
+    QString words;
+    driver.in<QWidget>([&](QWidget& message) {
+        words = wordsOf(message);
+        pressIn(message, "ok");
+    });
+    picker().CmdOk_Click();
+    EXPECT_EQ(words, "Make a selection");
+    EXPECT_TRUE(picker().isVisible());
+    EXPECT_EQ(picks, 0);
+}
+
+TEST_F(FrmInstTest, ForTheSecondVoiceItTakesTheListsIndex) {
+    chosen().PickSecond = true;
+    opened();
+    doubleClick(melody(), 2);
+    EXPECT_EQ(chosen().SecondInstrument, 2);
+    EXPECT_EQ(chosen().SecondInstrumentName, "Electric Grand Piano");
+    EXPECT_EQ(chosen().MelodyInstrument, 24);
+    EXPECT_EQ(stored("Intrumentval"), "none");
+}
+
+TEST_F(FrmInstTest, TypingFindsAName) {
+    opened();
+    QTest::keyClicks(&melody(), "vio");
+    EXPECT_EQ(melody().currentItem()->text(), "Violin");
+    key(melody(), Qt::Key_Return);
+    EXPECT_EQ(chosen().MelodyInstrument, 40);
+}
+
+TEST_F(FrmInstTest, EnterInThePercussionListTakesItsSound) {
+    opened();
+    percussion().setFocus();
+    QTest::keyClicks(&percussion(), "cow");
+    key(percussion(), Qt::Key_Enter);
+    EXPECT_EQ(chosen().PercussionInstrument, 56 + 93);
+    EXPECT_FALSE(picker().isVisible());
+}
+
+TEST_F(FrmInstTest, ANoteTakesWhatWasPickedAndOfTwoWhatIsOfItsChannelsGroup) {
+    struct Row {
+        FrmInst::Picked picked;
+        int channel;
+        std::int16_t code;
+    };
+    InstrumentSelection selection;
+    selection.MelodyInstrument = 40;
+    selection.PercussionInstrument = 149;
+    for (const Row& row : {Row{{true, false}, 0, 40}, Row{{false, true}, 0, 149}, Row{{true, true}, 0, 40},
+                           Row{{true, false}, 8, 40}, Row{{false, true}, 8, 149}, Row{{true, true}, 8, 149}})
+        EXPECT_EQ(FrmInst::codeFor(row.picked, row.channel, selection), row.code)
+            << row.picked.melody << row.picked.percussion << row.channel;
+}
+
+TEST_F(FrmInstTest, EscAndCancelChangeNothing) {
+    opened();
+    melody().setCurrentRow(3);
+    key(melody(), Qt::Key_Escape);
+    EXPECT_FALSE(picker().isVisible());
+    opened();
+    QTest::mouseClick(picker().findChild<QPushButton*>("CmdCancel"), Qt::LeftButton);
+    EXPECT_FALSE(picker().isVisible());
+    EXPECT_EQ(chosen().MelodyInstrument, 24);
+    EXPECT_EQ(picks, 0);
+}
+
+TEST_F(FrmInstTest, EnterOnCancelCancels) {
+    opened();
+    auto& cancel = *picker().findChild<QPushButton*>("CmdCancel");
+    cancel.setFocus();
+    key(cancel, Qt::Key_Return);
+    EXPECT_FALSE(picker().isVisible());
+    EXPECT_EQ(picks, 0);
+}
+
+TEST_F(FrmInstTest, ItStandsInTheMiddleOfTheApplication) {
+    window().setGeometry(100, 50, 900, 560);
+    FrmInst over(application(), &window());
+    over.open();
+    EXPECT_LE((over.geometry().center() - window().geometry().center()).manhattanLength(), 2);
+}
+
+TEST_F(FrmInstTest, OtherWindowsWaitForIt) {
+    EXPECT_EQ(picker().windowModality(), Qt::ApplicationModal);
+}
