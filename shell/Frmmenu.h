@@ -28,17 +28,8 @@ struct MenuRow {
     std::string_view shortcut; ///< shown at the right; the window that binds the item makes it work
 };
 
-/// Which popup a hidden command button opens.
-struct MenuOpener {
-    std::string_view name;
-    std::string_view caption;
-    std::string_view popup;
-};
-
 /// All popups, line by line.
 [[nodiscard]] const std::vector<MenuRow>& menuRows();
-/// All openers. A caption in quotes is that of the label, or the button, the popup hangs under.
-[[nodiscard]] const std::vector<MenuOpener>& menuOpeners();
 
 /// All popup menus of the program. It owns the items and their check marks and knows no window: windows bind
 /// their routines to items. An item that nothing is bound to is shown as disabled.

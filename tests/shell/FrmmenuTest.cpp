@@ -112,22 +112,6 @@ constexpr auto kSubmenus = std::to_array<MenuRowOf>({
     {"mnusngwriPopup2", "mnuTextSW", "Text/Lyrics"},
     {"mnusngwriPopup3", "mnusngwriSetup", "Setup Toolbar"},
 });
-constexpr auto kOpeners = std::to_array<MenuRowOf>({
-    {"mnupopup6", "Command1", "File"},
-    {"mnupopup7", "Command2", "Edit"},
-    {"mnupopup10", "Command3", "Help"},
-    {"mnupopup9", "Command4", "Setup"},
-    {"mnupopup11", "Command5", "Poli/erase/mnu"},
-    {"mnupopup8", "Command7", "Play"},
-    {"mnukeybdpopup1", "Command8", "Keyboard1"},
-    {"mnukeybdpopup2", "Command9", "Keyboard2"},
-    {"mnukeybdpopup3", "Command10", "Keyboard3"},
-    {"mnuRecordpopup1", "cmdRecord1", ""},
-    {"mnuRecordpopup2", "cmdRecord2", ""},
-    {"mnusngwriPopup1", "Cmdsongwriter1", ""},
-    {"mnusngwriPopup2", "Cmdsongwriter2", ""},
-    {"mnusngwriPopup3", "Cmdsongwriter3", ""},
-});
 constexpr std::array kKeys{"mnuCSW", "mnuGSW",     "mnuDSW",     "mnuASW",     "mnuESW",     "mnuBSW",
                            "mnuFSW", "mnuBflatSW", "mnuEflatSW", "mnuAflatSW", "mnuDflatSW", "mnuGflatSW"};
 constexpr std::array kSeparators{"mnuspc11", "mnuspc12", "mnuspc13", "mnuspc14",
@@ -185,17 +169,6 @@ TEST_F(FrmmenuTest, AllSeparatorsAreThere) {
             if (action->isSeparator())
                 found.insert(action->objectName().toStdString());
     EXPECT_EQ(found, std::multiset<std::string>(kSeparators.begin(), kSeparators.end()));
-}
-
-TEST_F(FrmmenuTest, EachOpenerOpensItsPopup) {
-    for (const MenuRowOf& row : kOpeners) {
-        const auto found = std::ranges::find(menuOpeners(), std::string_view(row.name), &MenuOpener::name);
-        ASSERT_NE(found, menuOpeners().end()) << row.name;
-        EXPECT_EQ(found->popup, row.popup) << row.name;
-        EXPECT_EQ(found->caption, row.caption) << row.name;
-    }
-    for (const MenuOpener& opener : menuOpeners())
-        EXPECT_FALSE(menu.popup(opener.popup).isEmpty()) << opener.name;
 }
 
 TEST_F(FrmmenuTest, AnItemThatNothingIsBoundToIsDisabled) {
