@@ -11,6 +11,7 @@
 #include "parts/Application.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
+#include "shell/LookMenus.h"
 #include "shell/MenuStrip.h"
 #include "shell/MessageBox.h"
 #include "shell/SkinPainter.h"
@@ -82,7 +83,7 @@ form1::form1(Application& application)
     bindFileCommands();
     bindPlayCommands();
     bindViewCommands();
-    bindLooks();
+    bindLooks(*this, app_.menu, skins(), app_.settings);
     bindRightClick();
     bindTableau();
     bindEditing();

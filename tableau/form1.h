@@ -130,7 +130,6 @@ private:
     void bindFileCommands();
     void bindPlayCommands();
     void bindViewCommands();
-    void bindLooks();
     void bindRightClick();
     void bindKeys();
     void bindItem(std::string_view item, std::function<void()> routine);

@@ -52,7 +52,7 @@ constexpr std::array<ControlTip, 10> kControlTips{{
 } // namespace
 
 void form1::bindItem(std::string_view item, std::function<void()> routine) {
-    app_.menu.bind(item, std::move(routine));
+    app_.menu.bind(*this, item, std::move(routine));
 }
 
 void form1::bindFileCommands() {
@@ -127,19 +127,7 @@ void form1::bindViewCommands() {
     bindItem("mnuNotestyle2", [this] { setNotationStyle(1); });
     bindItem("mnuAccidentals", [this] { setAccidentals(true); });
     bindItem("mnuNoAccidentals", [this] { setAccidentals(false); });
-    app_.menu.onPrepare([this] { showModes(); });
-}
-
-void form1::bindLooks() {
-    for (int skin = 1; skin <= kSkinCount; ++skin)
-        app_.menu.bind("mnuSkin", skin, [this, skin] { skins().Skintype_Click(skin); });
-    for (int style = 2; style <= static_cast<int>(kButtonStyles.size()); ++style)
-        app_.menu.bind("mnuButton", style, [this, style] { skins().Btnstyle_Click(style); });
-    for (std::int16_t style = 0; style <= 2; ++style)
-        app_.menu.bind("mnuXPtooltext", style, [this, style] {
-            app_.menu.tickTooltextStyle(style);
-            settings::save(app_.settings, settings::ToolText_type, style);
-        });
+    app_.menu.onPrepare(*this, [this] { showModes(); });
 }
 
 void form1::bindRightClick() {
@@ -285,26 +273,35 @@ void form1::setAccidentals(bool shown) {
 
 /// Every button and menu item that stands for a mode follows it.
 void form1::showModes() {
+    struct ModeRow {
+        int button; ///< of `Lb1`
+        const char* item;
+        bool on;
+    };
     const Workspace& workspace = app_.workspace;
     const bool traditional = workspace.view.Notationstyle == 1;
+    const bool accidentals = workspace.view.Accidentals;
+    const RightClick mode = workspace.view.RightClickMode;
+    const ModeRow rows[]{
+        {9, "mnuPercussion", parts_.percussion},     {10, "mnuNotestyle1", !traditional},
+        {11, "mnuNotestyle2", traditional},          {12, "mnuAccidentals", accidentals},
+        {13, "mnuerase", mode == RightClick::Erase}, {14, "mnuMenu", mode == RightClick::Menu},
+        {15, "mnuTips", mode == RightClick::Tips},
+    };
+    for (const ModeRow& row : rows) {
+        Lb1_.setOn(row.button, row.on);
+        app_.menu.item(row.item).setChecked(row.on);
+    }
+    app_.menu.item("mnuNoAccidentals").setChecked(!accidentals);
+    app_.menu.item("mnuEdit").setChecked(parts_.editingToolbar);
+    Lb1_[12].setEnabled(traditional);
+    for (const char* item : {"mnuAccidentals", "mnuNoAccidentals"})
+        app_.menu.item(item).setEnabled(traditional);
     Cmd2_.setOn(8, workspace.play.ShowPlayLine);
     Cmd2_.setOn(9, workspace.play.LoopOn);
-    Lb1_.setOn(9, parts_.percussion);
-    Lb1_.setOn(10, !traditional);
-    Lb1_.setOn(11, traditional);
-    Lb1_.setOn(12, workspace.view.Accidentals);
-    Lb1_[12].setEnabled(traditional);
-    showMouseMode();
     Lb1_.setOn(21, workspace.view.Check4);
     toolPanel_->effects().showOn(workspace.view.NoteEffectsOn);
-    const RightClick mode = workspace.view.RightClickMode;
-    Lb1_.setOn(13, mode == RightClick::Erase);
-    Lb1_.setOn(14, mode == RightClick::Menu);
-    Lb1_.setOn(15, mode == RightClick::Tips);
-    app_.menu.prepare(app_.settings, parts_.percussion);
-    app_.menu.item("mnuerase").setChecked(mode == RightClick::Erase);
-    app_.menu.item("mnuMenu").setChecked(mode == RightClick::Menu);
-    app_.menu.item("mnuTips").setChecked(mode == RightClick::Tips);
+    showMouseMode();
 }
 
 } // namespace velmora
