@@ -7,6 +7,7 @@
 #include "shell/MenuStrip.h"
 #include "shell/frminfo.h"
 #include "tableau/ChannelStrip.h"
+#include "tableau/Commands.h"
 #include "tableau/EffectsPage.h"
 #include "tableau/ToolPanel.h"
 #include "tableau/form1.h"
@@ -56,20 +57,20 @@ void form1::bindItem(std::string_view item, std::function<void()> routine) {
 }
 
 void form1::bindFileCommands() {
-    Cmd2_.bind(0, [this] { ClearAll(); });
-    Cmd2_.bind(1, [this] { Command33_Click(); });
-    Cmd2_.bind(2, [this] { mSaveAs_Click(); });
+    Cmd2_.bind(cmd2("clear"), [this] { ClearAll(); });
+    Cmd2_.bind(cmd2("open"), [this] { Command33_Click(); });
+    Cmd2_.bind(cmd2("save"), [this] { mSaveAs_Click(); });
     files_.onBusy = [](bool busy) {
         if (busy)
             QGuiApplication::setOverrideCursor(Qt::WaitCursor);
         else
             QGuiApplication::restoreOverrideCursor();
     };
-    Lb1_.bind(0, [this] { ClearAll(); });
-    Lb1_.bind(4, [this] { OpenforUndo(); });
-    Lb1_.bind(8, [this] { imgTitleHelp_Click(); });
+    Lb1_.bind(lb1("clear"), [this] { ClearAll(); });
+    Lb1_.bind(lb1("undo"), [this] { OpenforUndo(); });
+    Lb1_.bind(lb1("help"), [this] { imgTitleHelp_Click(); });
     if (app_.setup.open) {
-        Lb1_.bind(1, [this] { app_.setup.open(); });
+        Lb1_.bind(lb1("setup"), [this] { app_.setup.open(); });
         bindItem("mnuSetup", [this] { Lb1_Click(1); });
     }
     bindItem("mnuOpen", [this] { Cmd2_Click(1); });
@@ -83,21 +84,22 @@ void form1::bindFileCommands() {
 
 void form1::bindPlayCommands() {
     PlayState& play = app_.workspace.play;
-    Cmd2_.bind(3, [this] { PlayAndStop_Click(false); });
-    Cmd2_.bind(4, [this] { PlaySelection_Click(); });
-    Cmd2_.bind(5, [&play] { play.PausePending = true; }); // with nothing playing, Play starts at the mark
-    Cmd2_.bind(6, [this] { PlayAndStop_Click(true); });
-    Cmd2_.bind(7, [this] { engine_.RewindBut_Click(); });
-    Cmd2_.bind(8, [this, &play] {
+    Cmd2_.bind(cmd2("play"), [this] { PlayAndStop_Click(false); });
+    Cmd2_.bind(cmd2("segment"), [this] { PlaySelection_Click(); });
+    Cmd2_.bind(cmd2("pause"),
+               [&play] { play.PausePending = true; }); // with nothing playing, Play starts at the mark
+    Cmd2_.bind(cmd2("stop"), [this] { PlayAndStop_Click(true); });
+    Cmd2_.bind(cmd2("rewind"), [this] { engine_.RewindBut_Click(); });
+    Cmd2_.bind(cmd2("line"), [this, &play] {
         play.ShowPlayLine = !play.ShowPlayLine;
         settings::save(app_.settings, settings::Playing_position, play.ShowPlayLine);
         showModes();
     });
-    Cmd2_.bind(9, [this, &play] {
+    Cmd2_.bind(cmd2("loop"), [this, &play] {
         play.LoopOn = !play.LoopOn;
         showModes();
     });
-    Lb1_.bind(6, [this] { Command32_Click(); });
+    Lb1_.bind(lb1("silence"), [this] { Command32_Click(); });
     bindItem("mnuRewind", [this] { engine_.RewindBut_Click(); });
     bindItem("mnuPlay", [this] { PlayAndStop_Click(false); });
     bindItem("mnupause", [this] { Cmd2_Click(5); });
@@ -106,21 +108,21 @@ void form1::bindPlayCommands() {
 }
 
 void form1::bindViewCommands() {
-    Cmd2_.bind(10, [this] { FunctionBut_Click(); });
-    Lb1_.bind(24, [this] { FunctionBut_Click(); });
-    Lb1_.bind(21, [this] { Check4_Click(); });
+    Cmd2_.bind(cmd2("mode"), [this] { FunctionBut_Click(); });
+    Lb1_.bind(lb1("mode"), [this] { FunctionBut_Click(); });
+    Lb1_.bind(lb1("static"), [this] { Check4_Click(); });
     channelStrip_->Label8_Click = [this](int channel) { Label8_Click(channel); };
     for (int tab = 0; tab < 3; ++tab)
-        Lb1_.bind(17 + tab, [this, tab] {
+        Lb1_.bind(lb1("maker") + tab, [this, tab] {
             toolPanel_->showPage(static_cast<ToolPanel::Page>(tab));
             app_.workspace.view.NoteEffectsOn = tab == ToolPanel::Effects;
             showModes();
         });
-    Lb1_.bind(9, [this] { showPercussion(!parts_.percussion); });
-    Lb1_.bind(10, [this] { setNotationStyle(0); });
-    Lb1_.bind(11, [this] { setNotationStyle(1); });
-    Lb1_.bind(12, [this] { setAccidentals(!app_.workspace.view.Accidentals); });
-    Lb1_.bind(16, [this] { showEditingToolbar(!parts_.editingToolbar); });
+    Lb1_.bind(lb1("percussion"), [this] { showPercussion(!parts_.percussion); });
+    Lb1_.bind(lb1("colourful"), [this] { setNotationStyle(0); });
+    Lb1_.bind(lb1("traditional"), [this] { setNotationStyle(1); });
+    Lb1_.bind(lb1("accidentals"), [this] { setAccidentals(!app_.workspace.view.Accidentals); });
+    Lb1_.bind(lb1("hide"), [this] { showEditingToolbar(!parts_.editingToolbar); });
     bindItem("mnuPercussion", [this] { Lb1_Click(9); });
     bindItem("mnuEdit", [this] { Lb1_Click(16); });
     bindItem("mnuNotestyle1", [this] { setNotationStyle(0); });
@@ -131,12 +133,12 @@ void form1::bindViewCommands() {
 }
 
 void form1::bindRightClick() {
-    Lb1_.bind(13, [this] {
+    Lb1_.bind(lb1("erase"), [this] {
         app_.workspace.view.NoteEffectsOn = false;
         setRightClickMode(RightClick::Erase);
     });
-    Lb1_.bind(14, [this] { setRightClickMode(RightClick::Menu); });
-    Lb1_.bind(15, [this] {
+    Lb1_.bind(lb1("menu"), [this] { setRightClickMode(RightClick::Menu); });
+    Lb1_.bind(lb1("tips"), [this] {
         const bool on = app_.workspace.view.RightClickMode == RightClick::Tips;
         setRightClickMode(on ? RightClick::Erase : RightClick::Tips);
     });
@@ -283,10 +285,13 @@ void form1::showModes() {
     const bool accidentals = workspace.view.Accidentals;
     const RightClick mode = workspace.view.RightClickMode;
     const ModeRow rows[]{
-        {9, "mnuPercussion", parts_.percussion},     {10, "mnuNotestyle1", !traditional},
-        {11, "mnuNotestyle2", traditional},          {12, "mnuAccidentals", accidentals},
-        {13, "mnuerase", mode == RightClick::Erase}, {14, "mnuMenu", mode == RightClick::Menu},
-        {15, "mnuTips", mode == RightClick::Tips},
+        {lb1("percussion"), "mnuPercussion", parts_.percussion},
+        {lb1("colourful"), "mnuNotestyle1", !traditional},
+        {lb1("traditional"), "mnuNotestyle2", traditional},
+        {lb1("accidentals"), "mnuAccidentals", accidentals},
+        {lb1("erase"), "mnuerase", mode == RightClick::Erase},
+        {lb1("menu"), "mnuMenu", mode == RightClick::Menu},
+        {lb1("tips"), "mnuTips", mode == RightClick::Tips},
     };
     for (const ModeRow& row : rows) {
         Lb1_.setOn(row.button, row.on);
@@ -294,12 +299,12 @@ void form1::showModes() {
     }
     app_.menu.item("mnuNoAccidentals").setChecked(!accidentals);
     app_.menu.item("mnuEdit").setChecked(parts_.editingToolbar);
-    Lb1_[12].setEnabled(traditional);
+    Lb1_[lb1("accidentals")].setEnabled(traditional);
     for (const char* item : {"mnuAccidentals", "mnuNoAccidentals"})
         app_.menu.item(item).setEnabled(traditional);
-    Cmd2_.setOn(8, workspace.play.ShowPlayLine);
-    Cmd2_.setOn(9, workspace.play.LoopOn);
-    Lb1_.setOn(21, workspace.view.Check4);
+    Cmd2_.setOn(cmd2("line"), workspace.play.ShowPlayLine);
+    Cmd2_.setOn(cmd2("loop"), workspace.play.LoopOn);
+    Lb1_.setOn(lb1("static"), workspace.view.Check4);
     toolPanel_->effects().showOn(workspace.view.NoteEffectsOn);
     showMouseMode();
 }
