@@ -5,6 +5,7 @@
 #include "composition/ScoreEditing.h"
 #include "composition/Workspace.h"
 #include "parts/Application.h"
+#include "parts/CommandBinding.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
 #include "tableau/Commands.h"
@@ -22,20 +23,21 @@ namespace {
 struct BlockRow {
     int cmd2;
     int lb1;
-    const char* item; ///< null where the menu has none
-    Mouse itemMode;   ///< what the mouse does after the item
-    bool pastes;      ///< the Score Editor's button clears the marks afterwards
+    std::string_view item; ///< blank where the menu has none
+    const char* key;       ///< of the item
+    Mouse itemMode;        ///< what the mouse does after the item
+    bool pastes;           ///< the Score Editor's button clears the marks afterwards
     void (form1::*press)();
 };
-constexpr std::array kBlockRows{
-    BlockRow{cmd2("copy"), lb1("copy"), "mnuCopy", Mouse::Select, false, &form1::copyIt},
-    BlockRow{cmd2("cut"), lb1("cut"), "mnuCut", Mouse::Select, false, &form1::CutBut_Click},
-    BlockRow{cmd2("overwrite"), lb1("overwrite"), "mnuPasteoverwrite", Mouse::Cursor, true,
-             &form1::PasteBut_Click},
-    BlockRow{cmd2("insert"), lb1("insert"), "mnuPasteInsert", Mouse::Cursor, true,
-             &form1::PasteIntoBut_Click},
-    BlockRow{cmd2("spaces"), lb1("spaces"), nullptr, Mouse::Select, false, &form1::InsertColumnBut_Click},
-};
+constexpr auto kBlockRows = std::to_array<BlockRow>({
+    {cmd2("copy"), lb1("copy"), "mnuCopy", "Ctrl+C", Mouse::Select, false, &form1::copyIt},
+    {cmd2("cut"), lb1("cut"), "mnuCut", "Ctrl+X", Mouse::Select, false, &form1::CutBut_Click},
+    {cmd2("overwrite"), lb1("overwrite"), "mnuPasteoverwrite", "Ctrl+V", Mouse::Cursor, true,
+     &form1::PasteBut_Click},
+    {cmd2("insert"), lb1("insert"), "mnuPasteInsert", "Ctrl+Shift+V", Mouse::Cursor, true,
+     &form1::PasteIntoBut_Click},
+    {cmd2("spaces"), lb1("spaces"), "", nullptr, Mouse::Select, false, &form1::InsertColumnBut_Click},
+});
 } // namespace
 
 void form1::bindEditing() {
@@ -47,11 +49,10 @@ void form1::bindEditing() {
             if (row.pastes)
                 clearMarks();
         });
-        if (row.item)
-            bindItem(row.item, [this, &row] {
-                setMouseMode(row.itemMode);
-                (this->*row.press)();
-            });
+        bindCommand(*this, app_.menu, {.item = row.item, .key = row.key}, [this, &row] {
+            setMouseMode(row.itemMode);
+            (this->*row.press)();
+        });
     }
     Cmd2_.bind(cmd2("duplicate"), [this] { CopyNotes_Click(); });
     Lb1_.bind(lb1("duplicate"), [this] { CopyMelody_Click(); });
