@@ -2,7 +2,6 @@
 #include "shell/Frmmenu.h"
 
 #include "base/QtText.h"
-#include "base/Settings.h"
 
 #include <QAction>
 
@@ -17,24 +16,24 @@ QString objectNameOf(std::string_view name, int index) {
 
 Frmmenu::Frmmenu() {
     for (const MenuRow& row : menuRows()) {
-        for (const std::string_view menu :
-             {row.popup, row.kind == MenuRow::Kind::Submenu ? row.name : row.popup}) {
-            auto& made = popups_[menu];
-            if (made)
-                continue;
-            made = std::make_unique<QMenu>();
-            made->setObjectName(toQString(menu));
-            QObject::connect(made.get(), &QMenu::aboutToShow, made.get(), [this] {
-                if (prepare_)
-                    prepare_();
-            });
-        }
+        addPopup(row.popup);
+        if (row.kind == MenuRow::Kind::Submenu)
+            addPopup(row.name);
     }
     for (const MenuRow& row : menuRows())
         addRow(row);
 }
 
 Frmmenu::~Frmmenu() = default;
+
+void Frmmenu::addPopup(std::string_view name) {
+    auto& made = popups_[name];
+    if (made)
+        return;
+    made = std::make_unique<QMenu>();
+    made->setObjectName(toQString(name));
+    QObject::connect(made.get(), &QMenu::aboutToShow, made.get(), [this, name] { prepare(name); });
+}
 
 void Frmmenu::addRow(const MenuRow& row) {
     QMenu& menu = popup(row.popup);
@@ -47,17 +46,23 @@ void Frmmenu::addRow(const MenuRow& row) {
         menu.addMenu(&popup(row.name));
         return;
     }
-    auto& item = items_[{row.name, row.index}];
-    if (!item) {
+    Item& item = items_[{row.name, row.index}];
+    if (!item.action) {
         QString text = toQString(row.caption);
         if (!row.shortcut.empty())
             text += QLatin1Char('\t') + toQString(row.shortcut);
-        item = new QAction(text, &menu);
-        item->setObjectName(objectNameOf(row.name, row.index));
-        item->setCheckable(row.kind != MenuRow::Kind::Command);
-        item->setEnabled(false);
+        item.action = new QAction(text, &menu);
+        item.action->setObjectName(objectNameOf(row.name, row.index));
+        item.action->setCheckable(row.kind != MenuRow::Kind::Command);
+        item.action->setEnabled(false);
+        QObject::connect(item.action, &QAction::triggered, item.action, [&item] {
+            if (item.bindings.empty())
+                return;
+            const Routine routine = item.bindings.back().routine; // it may end its own owner
+            routine();
+        });
     }
-    menu.addAction(item);
+    menu.addAction(item.action);
 }
 
 QMenu& Frmmenu::popup(std::string_view name) const {
@@ -65,43 +70,52 @@ QMenu& Frmmenu::popup(std::string_view name) const {
 }
 
 QAction& Frmmenu::item(std::string_view name, int index) const {
-    return *items_.at({name, index});
+    return *items_.at({name, index}).action;
 }
 
-void Frmmenu::bind(std::string_view name, int index, std::function<void()> routine) {
-    QAction& bound = item(name, index);
-    QObject::connect(&bound, &QAction::triggered, &bound, [routine = std::move(routine)] { routine(); });
-    bound.setEnabled(true);
+void Frmmenu::bind(QObject& owner, std::string_view name, int index, Routine routine) {
+    Item& item = items_.at({name, index});
+    if (!item.bindings.empty())
+        item.bindings.back().enabled = item.action->isEnabled();
+    item.bindings.push_back({&owner, std::move(routine)});
+    item.action->setEnabled(true);
+    follow(owner);
 }
 
-void Frmmenu::prepare(const SettingsStore& settings, bool percussionShown) {
-    const bool traditional = settings::read(settings, settings::Notationstyle) == 1;
-    const bool accidentals = settings::read(settings, settings::Accidentals);
-    item("mnuPercussion").setChecked(percussionShown);
-    item("mnuEdit").setChecked(settings::read(settings, settings::Editing_Toolbar, true));
-    choose("mnuSkin", settings::read(settings, settings::Skin_type));
-    choose("mnuButton", settings::read(settings, settings::Skin_buttons));
-    choose("mnuXPtooltext", settings::read(settings, settings::ToolText_type));
-    item("mnuNotestyle1").setChecked(!traditional);
-    item("mnuNotestyle2").setChecked(traditional);
-    for (const auto name : {"mnuAccidentals", "mnuNoAccidentals"})
-        item(name).setEnabled(traditional);
-    item("mnuAccidentals").setChecked(accidentals);
-    item("mnuNoAccidentals").setChecked(!accidentals);
+void Frmmenu::onPrepare(QObject& owner, std::string_view popup, Routine prepare) {
+    prepares_.push_back({&owner, popup, std::move(prepare)});
+    follow(owner);
+}
+
+void Frmmenu::prepare(std::string_view popup) const {
+    for (std::size_t i = 0; i < prepares_.size(); ++i) { // a routine may add another
+        const Prepare each = prepares_[i];
+        if (each.popup.empty() || each.popup == popup)
+            each.routine();
+    }
+}
+
+void Frmmenu::follow(QObject& owner) {
+    if (owners_.insert(&owner).second)
+        QObject::connect(&owner, &QObject::destroyed, &guard_, [this, gone = &owner] { forget(gone); });
+}
+
+void Frmmenu::forget(const QObject* owner) {
+    owners_.erase(owner);
+    std::erase_if(prepares_, [owner](const Prepare& each) { return each.owner == owner; });
+    for (auto& [place, item] : items_) {
+        const auto ofOwner = [owner](const Binding& each) { return each.owner == owner; };
+        const bool counted = !item.bindings.empty() && ofOwner(item.bindings.back());
+        std::erase_if(item.bindings, ofOwner);
+        if (counted)
+            item.action->setEnabled(!item.bindings.empty() && item.bindings.back().enabled);
+    }
 }
 
 void Frmmenu::choose(std::string_view array, int index) {
-    for (const auto& [place, action] : items_)
+    for (const auto& [place, item] : items_)
         if (place.first == array && place.second >= 0)
-            action->setChecked(place.second == index);
-}
-
-void Frmmenu::tickTooltextStyle(int index) {
-    // Entry 0 keeps its tick, and there is no entry 3: that is meant.
-    for (int entry = 1; entry <= 3; ++entry)
-        if (const auto found = items_.find({"mnuXPtooltext", entry}); found != items_.end())
-            found->second->setChecked(false);
-    item("mnuXPtooltext", index).setChecked(true);
+            item.action->setChecked(place.second == index);
 }
 
 } // namespace velmora

@@ -2,19 +2,19 @@
 #pragma once
 
 #include <QMenu>
+#include <QObject>
 
-#include <array>
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 class QAction;
 
 namespace velmora {
-
-class SettingsStore;
 
 /// One line of a popup.
 struct MenuRow {
@@ -28,22 +28,15 @@ struct MenuRow {
     std::string_view shortcut; ///< shown at the right; the window that binds the item makes it work
 };
 
-/// Which popup a hidden command button opens.
-struct MenuOpener {
-    std::string_view name;
-    std::string_view caption;
-    std::string_view popup;
-};
-
 /// All popups, line by line.
 [[nodiscard]] const std::vector<MenuRow>& menuRows();
-/// All openers. A caption in quotes is that of the label, or the button, the popup hangs under.
-[[nodiscard]] const std::vector<MenuOpener>& menuOpeners();
 
 /// All popup menus of the program. It owns the items and their check marks and knows no window: windows bind
 /// their routines to items. An item that nothing is bound to is shown as disabled.
 class Frmmenu {
 public:
+    using Routine = std::function<void()>;
+
     Frmmenu();
     ~Frmmenu();
     Frmmenu(const Frmmenu&) = delete;
@@ -54,27 +47,49 @@ public:
     /// The item of that name, and of that index in a control array.
     [[nodiscard]] QAction& item(std::string_view name, int index = -1) const;
 
-    /// Has @p routine called when the item is chosen, by mouse, key or screen reader, and enables it.
-    void bind(std::string_view name, std::function<void()> routine) { bind(name, -1, std::move(routine)); }
-    void bind(std::string_view name, int index, std::function<void()> routine);
+    /// Has @p routine called when the item is chosen, by mouse or screen reader, and enables it. The binding
+    /// dies with @p owner: then the one before it counts again, enabled or not as it was left, and where
+    /// there is none the item is disabled.
+    void bind(QObject& owner, std::string_view name, Routine routine) {
+        bind(owner, name, -1, std::move(routine));
+    }
+    void bind(QObject& owner, std::string_view name, int index, Routine routine);
 
-    /// Runs before a popup opens: check marks are set here.
-    void onPrepare(std::function<void()> prepare) { prepare_ = std::move(prepare); }
+    /// Runs before any popup opens, or before that one, as long as @p owner lives: check marks are set here.
+    /// Of several the first that came runs first.
+    void onPrepare(QObject& owner, Routine prepare) { onPrepare(owner, {}, std::move(prepare)); }
+    void onPrepare(QObject& owner, std::string_view popup, Routine prepare);
 
-    /// Sets the check marks that follow the settings, and that of the percussion Tableau.
-    void prepare(const SettingsStore& settings, bool percussionShown);
     /// Ticks the one entry of a control array, by its index.
     void choose(std::string_view array, int index);
-    /// What the entry of a tool tip style does with the ticks: those of entries 1 to 3 go, then its own is
-    /// set.
-    void tickTooltextStyle(int index);
 
 private:
+    struct Binding {
+        const QObject* owner;
+        Routine routine;
+        bool enabled = true; ///< how the item was left when a later binding took its place
+    };
+    struct Item {
+        QAction* action = nullptr;
+        std::vector<Binding> bindings; ///< the last one counts
+    };
+    struct Prepare {
+        const QObject* owner;
+        std::string_view popup; ///< blank for all
+        Routine routine;
+    };
+
+    void addPopup(std::string_view name);
     void addRow(const MenuRow& row);
+    void prepare(std::string_view popup) const;
+    void follow(QObject& owner);
+    void forget(const QObject* owner);
 
     std::map<std::string_view, std::unique_ptr<QMenu>> popups_;
-    std::map<std::pair<std::string_view, int>, QAction*> items_;
-    std::function<void()> prepare_;
+    std::map<std::pair<std::string_view, int>, Item> items_;
+    std::vector<Prepare> prepares_;
+    std::set<const QObject*> owners_;
+    QObject guard_; ///< ends what is heard of owners that outlive the menus
 };
 
 } // namespace velmora

@@ -135,26 +135,4 @@ const std::vector<MenuRow>& menuRows() {
     return rows;
 }
 
-const std::vector<MenuOpener>& menuOpeners() {
-    static const std::vector<MenuOpener> openers{
-        {"Command1", "File", "mnupopup6"},
-        {"Command2", "Edit", "mnupopup7"},
-        {"Command3", "Help", "mnupopup10"},
-        {"Command4", "Setup", "mnupopup9"},
-        {"Command5", "Poli/erase/mnu", "mnupopup11"},
-        {"Command6", "Score", "mnupopup7"},
-        {"Command7", "Play", "mnupopup8"},
-        {"Command8", "Keyboard1", "mnukeybdpopup1"},
-        {"Command9", "Keyboard2", "mnukeybdpopup2"},
-        {"Command10", "Keyboard3", "mnukeybdpopup3"},
-        {"Command11", "Keyboard4", "mnukeybdpopup4"},
-        {"cmdRecord1", "", "mnuRecordpopup1"},
-        {"cmdRecord2", "", "mnuRecordpopup2"},
-        {"Cmdsongwriter1", "", "mnusngwriPopup1"},
-        {"Cmdsongwriter2", "", "mnusngwriPopup2"},
-        {"Cmdsongwriter3", "", "mnusngwriPopup3"},
-    };
-    return openers;
-}
-
 } // namespace velmora

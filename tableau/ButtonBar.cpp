@@ -5,6 +5,7 @@
 #include "parts/CommandBank.h"
 #include "shell/ControlPainter.h"
 #include "shell/ExToolTip.h"
+#include "tableau/Commands.h"
 
 #include <QMenu>
 #include <QPainter>
@@ -14,9 +15,9 @@ namespace velmora {
 namespace {
 constexpr int kTop = 4;
 constexpr int kButton = 28;
-constexpr int kRoomy = 992;    ///< where the bar is narrower, its buttons stand closer to have room
-constexpr int kFirstStyle = 9; ///< `Lb1`(9 to 12) are the note styles
-constexpr int kLastStyle = 12;
+constexpr int kRoomy = 992; ///< where the bar is narrower, its buttons stand closer to have room
+constexpr int kFirstStyle = lb1("percussion");
+constexpr int kLastStyle = lb1("accidentals");
 
 std::vector<CommandButton*> buttonsOf(const CommandBank& bank, int first, int last) {
     std::vector<CommandButton*> buttons;
@@ -31,16 +32,16 @@ ButtonBar::ButtonBar(const Appearance& look, const CommandBank& Cmd2, const Comm
     : QWidget(parent)
     , look_(look)
     , Lb1_(Lb1)
-    , groups_{buttonsOf(Cmd2, 0, 2),
-              buttonsOf(Cmd2, 3, 9),
-              {&Cmd2[10], &Lb1[4]},
-              buttonsOf(Cmd2, 11, 16),
+    , groups_{buttonsOf(Cmd2, cmd2("clear"), cmd2("save")),
+              buttonsOf(Cmd2, cmd2("play"), cmd2("loop")),
+              {&Cmd2[cmd2("mode")], &Lb1[lb1("undo")]},
+              buttonsOf(Cmd2, cmd2("copy"), cmd2("duplicate")),
               buttonsOf(Lb1, kFirstStyle, kLastStyle)}
-    , windows_{&Lb1[5], &Lb1[3], &Lb1[2], &Lb1[1]}
-    , help_{&Lb1[8], &Lb1[7]}
+    , windows_{&Lb1[lb1("songwriter")], &Lb1[lb1("studio")], &Lb1[lb1("keyboard")], &Lb1[lb1("setup")]}
+    , help_{&Lb1[lb1("help")], &Lb1[lb1("tutorial")]}
     , more_(new CommandButton(look, ButtonForm::Icon, this))
     , moreMenu_(new QMenu(this)) {
-    groups_[1].push_back(&Lb1[6]);
+    groups_[1].push_back(&Lb1[lb1("silence")]);
     setObjectName("buttonBar");
     more_->setObjectName("more");
     more_->setFace("more");

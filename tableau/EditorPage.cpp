@@ -4,6 +4,7 @@
 #include "composition/CycleFields.h"
 #include "parts/NumberField.h"
 #include "shell/CommandButton.h"
+#include "tableau/Commands.h"
 
 #include <QCheckBox>
 
@@ -26,13 +27,26 @@ struct EditorPage::Form {
 EditorPage::EditorPage(const ToolPageParts& parts, EditState& edit, QWidget* parent)
     : ToolPage("TB4", parts, parent)
     , edit_(edit) {
-    for (const int index : {0, 24, 25, 26, 27, 28, 29, 30})
+    for (const int index : {lb1("clear"), lb1("mode"), lb1("copy"), lb1("cut"), lb1("insert"),
+                            lb1("overwrite"), lb1("spaces"), lb1("duplicate")})
         button(index).setParent(this);
     addFields();
     addBoxes();
-    order_ = {&button(0),       &button(24),   &button(25), &button(26),      &button(27),
-              &button(28),      Txtspc.number, &button(29), cycle_[0].number, cycle_[1].number,
-              cycle_[2].number, Check5,        Check3,      Check2,           &button(30)};
+    order_ = {&button(lb1("clear")),
+              &button(lb1("mode")),
+              &button(lb1("copy")),
+              &button(lb1("cut")),
+              &button(lb1("insert")),
+              &button(lb1("overwrite")),
+              Txtspc.number,
+              &button(lb1("spaces")),
+              cycle_[0].number,
+              cycle_[1].number,
+              cycle_[2].number,
+              Check5,
+              Check3,
+              Check2,
+              &button(lb1("duplicate"))};
     refresh();
 }
 
@@ -92,15 +106,16 @@ void EditorPage::layOut(FormWidth width) {
 
 int EditorPage::place(const Form& form) {
     clearSeparators();
-    int x = placeButtons(0, {0, 24}, form.iconsAlone);
-    x = placeButtons(placeSeparator(x), {25, 26, 27, 28}, form.iconsAlone);
+    int x = placeButtons(0, {lb1("clear"), lb1("mode")}, form.iconsAlone);
+    x = placeButtons(placeSeparator(x), {lb1("copy"), lb1("cut"), lb1("insert"), lb1("overwrite")},
+                     form.iconsAlone);
     x = placeField(Txtspc, placeSeparator(x), kFieldTop, kSpaces, kSpaces + 4);
-    x = placeButtons(x, {29}, form.iconsAlone);
+    x = placeButtons(x, {lb1("spaces")}, form.iconsAlone);
     x = placeSeparator(x);
     for (const Field& field : cycle_)
         x = placeField(field, x, kFieldTop, form.field, form.pitch);
     x = placeBoxes(x + 4, {Check5, Check3, Check2}, 0, kBoxPitch);
-    return placeButtons(x + 8, {30}, form.iconsAlone) - 4;
+    return placeButtons(x + 8, {lb1("duplicate")}, form.iconsAlone) - 4;
 }
 
 void EditorPage::refresh() {

@@ -9,6 +9,7 @@
 #include "shell/ExToolTip.h"
 #include "shell/ReadOut.h"
 #include "shell/Slider.h"
+#include "tableau/Commands.h"
 #include "tableau/EffectGraph.h"
 #include "tableau/StepMark.h"
 
@@ -76,12 +77,12 @@ EffectsPage::EffectsPage(const ToolPageParts& parts, Workspace& workspace, QWidg
     addInstrument();
     addChord();
     addEffects();
-    button(20).setParent(this);
-    button(21).setParent(this);
+    button(lb1("undo effects")).setParent(this);
+    button(lb1("static")).setParent(this);
     order_ = {Check1, Text5, CmdInst, Combo3};
     for (const Effect& effect : effects_)
         order_.push_back(effect.strip);
-    order_.insert(order_.end(), {&button(20), &button(21)});
+    order_.insert(order_.end(), {&button(lb1("undo effects")), &button(lb1("static"))});
     refresh();
 }
 
@@ -226,7 +227,7 @@ int EffectsPage::place(const Form& form) {
     Check1->setGeometry(0, (kHeight - face.height()) / 2, face.width(), face.height());
     int x = placeSeparator(placeLists(face.width() + 12, form));
     x = placeSeparator(placeEffects(x, form));
-    return placeButtons(x, {20, 21}, form.iconsAlone) - 4;
+    return placeButtons(x, {lb1("undo effects"), lb1("static")}, form.iconsAlone) - 4;
 }
 
 int EffectsPage::placeLists(int x, const Form& form) {

@@ -9,6 +9,7 @@
 #include "shell/CommandButton.h"
 #include "shell/ExToolTip.h"
 #include "shell/Slider.h"
+#include "tableau/Commands.h"
 #include "tableau/StepMark.h"
 
 #include <QCheckBox>
@@ -49,13 +50,13 @@ MakerPage::MakerPage(const ToolPageParts& parts, Workspace& workspace, QWidget* 
     , workspace_(workspace) {
     addNumbers();
     addChannels();
-    button(22).setParent(this);
-    button(23).setParent(this);
+    button(lb1("create melody")).setParent(this);
+    button(lb1("undo melody")).setParent(this);
     for (const Number& number : numbers_)
         order_.insert(order_.end(), {number.field.number, number.picture});
     order_.insert(order_.end(), {Chkmelody, Chkperc});
     order_.insert(order_.end(), chkChannel.begin(), chkChannel.end());
-    order_.insert(order_.end(), {&button(22), &button(23)});
+    order_.insert(order_.end(), {&button(lb1("create melody")), &button(lb1("undo melody"))});
     refresh();
 }
 
@@ -163,7 +164,7 @@ int MakerPage::place(const Form& form) {
     int x = placeSeparator(placeNumbers(0, form));
     x = placeBoxes(x, {Chkmelody, Chkperc}, form.twoRows > 0 ? 4 : 5, form.twoRows > 0 ? 28 : 26);
     x = placeSeparator(placeChannels(x + 8, form));
-    return placeButtons(x, {22, 23}, form.iconsAlone) - 4;
+    return placeButtons(x, {lb1("create melody"), lb1("undo melody")}, form.iconsAlone) - 4;
 }
 
 int MakerPage::placeNumbers(int x, const Form& form) const {

@@ -4,6 +4,7 @@
 #include "parts/CommandBank.h"
 #include "shell/Appearance.h"
 #include "shell/SkinPainter.h"
+#include "tableau/Commands.h"
 
 #include <QLabel>
 #include <QPainter>
@@ -11,7 +12,8 @@
 namespace velmora {
 
 namespace {
-constexpr int kFirstPart = 13;
+/// From left to right.
+constexpr std::array kParts{lb1("erase"), lb1("menu"), lb1("tips")};
 constexpr int kPartWidth = 57;
 constexpr int kInset = 14;
 } // namespace
@@ -27,7 +29,7 @@ TextLine::TextLine(const Appearance& look, const CommandBank& Lb1, QWidget* pare
     caption_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     caption_->setForegroundRole(QPalette::PlaceholderText);
     for (std::size_t i = 0; i < parts_.size(); ++i) {
-        parts_[i] = &Lb1[kFirstPart + static_cast<int>(i)];
+        parts_[i] = &Lb1[kParts[i]];
         parts_[i]->setParent(this);
     }
 }

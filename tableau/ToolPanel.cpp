@@ -5,6 +5,7 @@
 #include "parts/CommandBank.h"
 #include "shell/ControlPainter.h"
 #include "shell/SkinPainter.h"
+#include "tableau/Commands.h"
 #include "tableau/EditorPage.h"
 #include "tableau/EffectsPage.h"
 #include "tableau/MakerPage.h"
@@ -14,8 +15,9 @@
 namespace velmora {
 
 namespace {
-constexpr int kFirstTab = 17;
-constexpr int kHidePanel = 16;
+/// In the order of the pages.
+constexpr std::array kTabs{lb1("maker"), lb1("effects"), lb1("editor")};
+constexpr int kHidePanel = lb1("hide");
 constexpr int kTabHeight = 20;
 constexpr int kPadding = 8;
 } // namespace
@@ -30,7 +32,7 @@ ToolPanel::ToolPanel(const Appearance& look, const CommandBank& Lb1, ExToolTip& 
     , editor_(new EditorPage({look, Lb1, tips}, workspace.edit, this))
     , pages_{maker_, effects_, editor_} {
     setObjectName("toolPanel");
-    for (int tab = kFirstTab; tab < kFirstTab + 3; ++tab)
+    for (const int tab : kTabs)
         Lb1[tab].setParent(this);
     Lb1[kHidePanel].setParent(this);
     // What both pages show follows the one that was changed last.
@@ -42,7 +44,9 @@ ToolPanel::ToolPanel(const Appearance& look, const CommandBank& Lb1, ExToolTip& 
 
 /// Tab goes from the tabs through the page, from left to right.
 void ToolPanel::setOrder() {
-    std::vector<QWidget*> order{&Lb1_[kFirstTab], &Lb1_[kFirstTab + 1], &Lb1_[kFirstTab + 2]};
+    std::vector<QWidget*> order;
+    for (const int tab : kTabs)
+        order.push_back(&Lb1_[tab]);
     for (const ToolPage* page : pages_)
         order.insert(order.end(), page->order().begin(), page->order().end());
     order.push_back(&Lb1_[kHidePanel]);
@@ -56,7 +60,7 @@ void ToolPanel::showPage(Page page) {
     effects_->showOn(page == Effects); // its tab switches them on, the others off
     for (std::size_t i = 0; i < pages_.size(); ++i) {
         pages_[i]->setVisible(static_cast<Page>(i) == page);
-        Lb1_.setOn(kFirstTab + static_cast<int>(i), static_cast<Page>(i) == page);
+        Lb1_.setOn(kTabs[i], static_cast<Page>(i) == page);
     }
     update();
 }
@@ -64,12 +68,14 @@ void ToolPanel::showPage(Page page) {
 void ToolPanel::layOut(FormWidth width) {
     const bool narrow = width != FormWidth::Full;
     tabWidth_ = narrow ? 32 : 144;
-    for (int i = 0; i < static_cast<int>(pages_.size()); ++i) {
-        CommandButton& tab = Lb1_[kFirstTab + i];
+    int y = 0;
+    for (std::size_t i = 0; i < pages_.size(); ++i) {
+        CommandButton& tab = Lb1_[kTabs[i]];
         tab.setIconOnly(narrow);
-        tab.setGeometry(0, i * kTabHeight, tabWidth_ + 1, kTabHeight);
+        tab.setGeometry(0, y, tabWidth_ + 1, kTabHeight);
+        y += kTabHeight;
         tab.raise();
-        ToolPage& page = *pages_[static_cast<std::size_t>(i)];
+        ToolPage& page = *pages_[i];
         page.setGeometry(tabWidth_ + kPadding, 4, this->width() - tabWidth_ - kPadding - 32,
                          ToolPage::kHeight);
     }

@@ -11,6 +11,7 @@
 #include "parts/Application.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
+#include "shell/LookMenus.h"
 #include "shell/MenuStrip.h"
 #include "shell/MessageBox.h"
 #include "shell/SkinPainter.h"
@@ -79,16 +80,13 @@ form1::form1(Application& application)
     app_.tips.SetToolTip(*toolbMenu_, {"Menus", "Right click for menu", ""});
     moveBy(*toolbMenu_->parentWidget());
 
-    bindFileCommands();
-    bindPlayCommands();
-    bindViewCommands();
-    bindLooks();
+    bindCommands();
+    bindLooks(*this, app_.menu, skins(), app_.settings);
     bindRightClick();
     bindTableau();
     bindEditing();
     bindEffects();
     bindBars();
-    bindKeys();
     setHelp([this] { imgTitleHelp_Click(); });
 
     parts_.percussion = settings::read(app_.settings, settings::Percussion);

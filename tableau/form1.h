@@ -102,6 +102,8 @@ public:
     void showEditingToolbar(bool shown);
     void setNotationStyle(int style);
     void setAccidentals(bool shown);
+    void showPlayLine(bool shown);
+    void setLoop(bool on);
 
     void imgTitleHelp_Click();
 
@@ -127,13 +129,8 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    void bindFileCommands();
-    void bindPlayCommands();
-    void bindViewCommands();
-    void bindLooks();
+    void bindCommands();
     void bindRightClick();
-    void bindKeys();
-    void bindItem(std::string_view item, std::function<void()> routine);
     void openAtStoredPlace();
     void setOrder();
     void Form_Activate();
@@ -154,6 +151,7 @@ private:
     void showOpened(const ScoreFiles::Outcome& outcome);
     void showAll();
     void showModes();
+    void showToolPage(int page);
     void showScore();
     void showOpenedScore();
     void showHint();

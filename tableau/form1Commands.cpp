@@ -3,17 +3,18 @@
 #include "base/Settings.h"
 #include "composition/Workspace.h"
 #include "parts/Application.h"
+#include "parts/CommandBinding.h"
 #include "shell/Frmmenu.h"
 #include "shell/MenuStrip.h"
 #include "shell/frminfo.h"
 #include "tableau/ChannelStrip.h"
+#include "tableau/Commands.h"
 #include "tableau/EffectsPage.h"
 #include "tableau/ToolPanel.h"
 #include "tableau/form1.h"
 
 #include <QAction>
 #include <QGuiApplication>
-#include <QShortcut>
 
 namespace velmora {
 
@@ -37,7 +38,7 @@ struct ControlTip {
     const char* control;
     int tip;
 };
-constexpr std::array<ControlTip, 10> kControlTips{{
+constexpr std::array<ControlTip, 8> kControlTips{{
     {"CmdInst", 7},
     {"Text5", 7},
     {"Combo3", 8},
@@ -46,161 +47,103 @@ constexpr std::array<ControlTip, 10> kControlTips{{
     {"LblPan", 9},
     {"LblReverb", 9},
     {"LblChorus", 9},
-    {"Lb1(20)", 10},
-    {"Lb1(21)", 11},
 }};
+constexpr int kUndoEffectsTip = 10;
+constexpr int kStaticTip = 11;
 } // namespace
 
-void form1::bindItem(std::string_view item, std::function<void()> routine) {
-    app_.menu.bind(item, std::move(routine));
-}
+/// Each command with its button, its menu item and its key.
+void form1::bindCommands() {
+    constexpr CommandBank form1::*Cmd2 = &form1::Cmd2_;
+    constexpr CommandBank form1::*Lb1 = &form1::Lb1_;
+    static constexpr auto kCommands = std::to_array<CommandBinding<form1>>({
+        {{Cmd2, cmd2("clear")}, [](form1& form) { form.ClearAll(); }, "mnuNew", "Ctrl+N"},
+        {{Lb1, lb1("clear")}, [](form1& form) { form.ClearAll(); }},
+        {{Cmd2, cmd2("open")}, [](form1& form) { form.Command33_Click(); }, "mnuOpen", "Ctrl+O"},
+        // Both items ask for a name; that is meant.
+        {{Cmd2, cmd2("save")}, [](form1& form) { form.Command34_Click(); }, "mnuSaveAs2", "Ctrl+Shift+S"},
+        {{}, [](form1& form) { form.Command34_Click(); }, "mnuSave2", "Ctrl+S"},
+        {{}, [](form1& form) { form.Command3_Click(); }, "mnuExit", "Ctrl+Q"},
+        {{Lb1, lb1("undo")}, [](form1& form) { form.OpenforUndo(); }, "undo", "Ctrl+Z"},
+        {{Lb1, lb1("help")}, [](form1& form) { form.imgTitleHelp_Click(); }, "", "F1"},
+        {{}, [](form1& form) { form.app_.openHelp("index"); }, "mnuHelpfile"},
 
-void form1::bindFileCommands() {
-    Cmd2_.bind(0, [this] { ClearAll(); });
-    Cmd2_.bind(1, [this] { Command33_Click(); });
-    Cmd2_.bind(2, [this] { mSaveAs_Click(); });
+        {{Cmd2, cmd2("play")}, [](form1& form) { form.PlayAndStop_Click(false); }, "mnuPlay"},
+        {{Cmd2, cmd2("stop")}, [](form1& form) { form.PlayAndStop_Click(true); }, "mnuStopPlaying"},
+        {{}, [](form1& form) { form.PlayAndStop_Click(form.app_.workspace.play.Playing); }, "", "Space"},
+        {{Cmd2, cmd2("segment")}, [](form1& form) { form.PlaySelection_Click(); }},
+        // With nothing playing, Play starts at the mark.
+        {{Cmd2, cmd2("pause")},
+         [](form1& form) { form.app_.workspace.play.PausePending = true; }, "mnupause"},
+        {{Cmd2, cmd2("rewind")}, [](form1& form) { form.engine_.RewindBut_Click(); }, "mnuRewind", "Home"},
+        {{Cmd2, cmd2("line")},
+         [](form1& form) { form.showPlayLine(!form.app_.workspace.play.ShowPlayLine); }},
+        {{Cmd2, cmd2("loop")}, [](form1& form) { form.setLoop(!form.app_.workspace.play.LoopOn); }},
+        {{Lb1, lb1("silence")}, [](form1& form) { form.Command32_Click(); }, "mnuStopall"},
+
+        {{Cmd2, cmd2("mode")}, [](form1& form) { form.FunctionBut_Click(); }},
+        {{Lb1, lb1("mode")}, [](form1& form) { form.FunctionBut_Click(); }},
+        {{Lb1, lb1("static")}, [](form1& form) { form.Check4_Click(); }},
+        {{Lb1, lb1("maker")}, [](form1& form) { form.showToolPage(ToolPanel::Maker); }},
+        {{Lb1, lb1("effects")}, [](form1& form) { form.showToolPage(ToolPanel::Effects); }},
+        {{Lb1, lb1("editor")}, [](form1& form) { form.showToolPage(ToolPanel::Editor); }},
+
+        {{Lb1, lb1("percussion")},
+         [](form1& form) { form.showPercussion(!form.parts_.percussion); }, "mnuPercussion"},
+        {{Lb1, lb1("colourful")}, [](form1& form) { form.setNotationStyle(0); }, "mnuNotestyle1"},
+        {{Lb1, lb1("traditional")}, [](form1& form) { form.setNotationStyle(1); }, "mnuNotestyle2"},
+        {{Lb1, lb1("accidentals")},
+         [](form1& form) { form.setAccidentals(!form.app_.workspace.view.Accidentals); }},
+        {{}, [](form1& form) { form.setAccidentals(true); }, "mnuAccidentals"},
+        {{}, [](form1& form) { form.setAccidentals(false); }, "mnuNoAccidentals"},
+        {{Lb1, lb1("hide")},
+         [](form1& form) { form.showEditingToolbar(!form.parts_.editingToolbar); }, "mnuEdit"},
+
+        {{Lb1, lb1("erase")}, [](form1& form) {
+             form.app_.workspace.view.NoteEffectsOn = false;
+             form.setRightClickMode(RightClick::Erase);
+         }, "mnuerase"},
+        {{Lb1, lb1("menu")}, [](form1& form) { form.setRightClickMode(RightClick::Menu); }, "mnuMenu"},
+        {{Lb1, lb1("tips")}, [](form1& form) {
+             const bool on = form.app_.workspace.view.RightClickMode == RightClick::Tips;
+             form.setRightClickMode(on ? RightClick::Erase : RightClick::Tips);
+         }, "mnuTips"},
+    });
+    velmora::bindCommands<form1>(*this, app_.menu, kCommands);
+    if (app_.setup.open)
+        bindCommand(*this, app_.menu, {&Lb1_, lb1("setup"), "mnuSetup"}, [this] { app_.setup.open(); });
+    app_.menu.onPrepare(*this, [this] { showModes(); });
+    channelStrip_->Label8_Click = [this](int channel) { Label8_Click(channel); };
     files_.onBusy = [](bool busy) {
         if (busy)
             QGuiApplication::setOverrideCursor(Qt::WaitCursor);
         else
             QGuiApplication::restoreOverrideCursor();
     };
-    Lb1_.bind(0, [this] { ClearAll(); });
-    Lb1_.bind(4, [this] { OpenforUndo(); });
-    Lb1_.bind(8, [this] { imgTitleHelp_Click(); });
-    if (app_.setup.open) {
-        Lb1_.bind(1, [this] { app_.setup.open(); });
-        bindItem("mnuSetup", [this] { Lb1_Click(1); });
-    }
-    bindItem("mnuOpen", [this] { Cmd2_Click(1); });
-    bindItem("mnuSaveAs2", [this] { Command34_Click(); });
-    bindItem("mnuSave2", [this] { Command34_Click(); }); // both items ask for a name; that is meant
-    bindItem("mnuNew", [this] { Cmd2_Click(0); });
-    bindItem("mnuExit", [this] { Command3_Click(); });
-    bindItem("undo", [this] { Lb1_Click(4); });
-    bindItem("mnuHelpfile", [this] { app_.openHelp("index"); });
-}
-
-void form1::bindPlayCommands() {
-    PlayState& play = app_.workspace.play;
-    Cmd2_.bind(3, [this] { PlayAndStop_Click(false); });
-    Cmd2_.bind(4, [this] { PlaySelection_Click(); });
-    Cmd2_.bind(5, [&play] { play.PausePending = true; }); // with nothing playing, Play starts at the mark
-    Cmd2_.bind(6, [this] { PlayAndStop_Click(true); });
-    Cmd2_.bind(7, [this] { engine_.RewindBut_Click(); });
-    Cmd2_.bind(8, [this, &play] {
-        play.ShowPlayLine = !play.ShowPlayLine;
-        settings::save(app_.settings, settings::Playing_position, play.ShowPlayLine);
-        showModes();
-    });
-    Cmd2_.bind(9, [this, &play] {
-        play.LoopOn = !play.LoopOn;
-        showModes();
-    });
-    Lb1_.bind(6, [this] { Command32_Click(); });
-    bindItem("mnuRewind", [this] { engine_.RewindBut_Click(); });
-    bindItem("mnuPlay", [this] { PlayAndStop_Click(false); });
-    bindItem("mnupause", [this] { Cmd2_Click(5); });
-    bindItem("mnuStopPlaying", [this] { PlayAndStop_Click(true); });
-    bindItem("mnuStopall", [this] { Command32_Click(); });
-}
-
-void form1::bindViewCommands() {
-    Cmd2_.bind(10, [this] { FunctionBut_Click(); });
-    Lb1_.bind(24, [this] { FunctionBut_Click(); });
-    Lb1_.bind(21, [this] { Check4_Click(); });
-    channelStrip_->Label8_Click = [this](int channel) { Label8_Click(channel); };
-    for (int tab = 0; tab < 3; ++tab)
-        Lb1_.bind(17 + tab, [this, tab] {
-            toolPanel_->showPage(static_cast<ToolPanel::Page>(tab));
-            app_.workspace.view.NoteEffectsOn = tab == ToolPanel::Effects;
-            showModes();
-        });
-    Lb1_.bind(9, [this] { showPercussion(!parts_.percussion); });
-    Lb1_.bind(10, [this] { setNotationStyle(0); });
-    Lb1_.bind(11, [this] { setNotationStyle(1); });
-    Lb1_.bind(12, [this] { setAccidentals(!app_.workspace.view.Accidentals); });
-    Lb1_.bind(16, [this] { showEditingToolbar(!parts_.editingToolbar); });
-    bindItem("mnuPercussion", [this] { Lb1_Click(9); });
-    bindItem("mnuEdit", [this] { Lb1_Click(16); });
-    bindItem("mnuNotestyle1", [this] { setNotationStyle(0); });
-    bindItem("mnuNotestyle2", [this] { setNotationStyle(1); });
-    bindItem("mnuAccidentals", [this] { setAccidentals(true); });
-    bindItem("mnuNoAccidentals", [this] { setAccidentals(false); });
-    app_.menu.onPrepare([this] { showModes(); });
-}
-
-void form1::bindLooks() {
-    for (int skin = 1; skin <= kSkinCount; ++skin)
-        app_.menu.bind("mnuSkin", skin, [this, skin] { skins().Skintype_Click(skin); });
-    for (int style = 2; style <= static_cast<int>(kButtonStyles.size()); ++style)
-        app_.menu.bind("mnuButton", style, [this, style] { skins().Btnstyle_Click(style); });
-    for (std::int16_t style = 0; style <= 2; ++style)
-        app_.menu.bind("mnuXPtooltext", style, [this, style] {
-            app_.menu.tickTooltextStyle(style);
-            settings::save(app_.settings, settings::ToolText_type, style);
-        });
 }
 
 void form1::bindRightClick() {
-    Lb1_.bind(13, [this] {
-        app_.workspace.view.NoteEffectsOn = false;
-        setRightClickMode(RightClick::Erase);
-    });
-    Lb1_.bind(14, [this] { setRightClickMode(RightClick::Menu); });
-    Lb1_.bind(15, [this] {
-        const bool on = app_.workspace.view.RightClickMode == RightClick::Tips;
-        setRightClickMode(on ? RightClick::Erase : RightClick::Tips);
-    });
-    bindItem("mnuerase", [this] { Lb1_Click(13); });
-    bindItem("mnuMenu", [this] { Lb1_Click(14); });
-    bindItem("mnuTips", [this] { Lb1_Click(15); });
     Picmain_->onRightPress = [this](Picmain::Surface surface, QPoint at) { rightPress(surface, at); };
     screen_.onTip = [this](Box box) {
         showTip(box == Box::MusicBox ? Picmain::Surface::MusicBox : Picmain::Surface::Beatbox);
     };
     screen_.onMenu = [this](std::string_view popup) { app_.menu.popup(popup).exec(QCursor::pos()); };
     channelStrip_->onRightPress = [this](int channel) { rightPressOnSquare(channel); };
-    for (const ControlTip& row : kControlTips) {
-        auto* control = toolPanel_->findChild<QWidget*>(QLatin1String(row.control));
-        control->setContextMenuPolicy(Qt::CustomContextMenu);
-        connect(control, &QWidget::customContextMenuRequested, this, [this, control, tip = row.tip] {
+    const auto tell = [this](QWidget& control, int tip) {
+        control.setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(&control, &QWidget::customContextMenuRequested, this, [this, &control, tip] {
             if (app_.workspace.view.RightClickMode == RightClick::Tips)
-                frminfo_->showBeside(*control, tip);
+                frminfo_->showBeside(control, tip);
         });
-    }
+    };
+    for (const ControlTip& row : kControlTips)
+        tell(*toolPanel_->findChild<QWidget*>(QLatin1String(row.control)), row.tip);
+    tell(Lb1_[lb1("undo effects")], kUndoEffectsTip);
+    tell(Lb1_[lb1("static")], kStaticTip);
     toolbMenu_->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(toolbMenu_, &QWidget::customContextMenuRequested, this,
             [this](QPoint at) { app_.menu.popup("mnupopup6").popup(toolbMenu_->mapToGlobal(at)); });
     frminfo_->onDontShow = [this] { setRightClickMode(RightClick::Erase); };
-}
-
-void form1::bindKeys() {
-    struct KeyRow {
-        QKeySequence key;
-        std::function<void()> press;
-    };
-    const auto item = [this](const char* name) { return [this, name] { app_.menu.item(name).trigger(); }; };
-    const KeyRow rows[]{
-        {QKeySequence("Ctrl+O"), item("mnuOpen")},
-        {QKeySequence("Ctrl+S"), item("mnuSave2")},
-        {QKeySequence("Ctrl+Shift+S"), item("mnuSaveAs2")},
-        {QKeySequence("Ctrl+N"), item("mnuNew")},
-        {QKeySequence("Ctrl+Q"), item("mnuExit")},
-        {QKeySequence("Ctrl+Z"), item("undo")},
-        {QKeySequence("Ctrl+X"), item("mnuCut")},
-        {QKeySequence("Ctrl+C"), item("mnuCopy")},
-        {QKeySequence("Ctrl+V"), item("mnuPasteoverwrite")},
-        {QKeySequence("Ctrl+Shift+V"), item("mnuPasteInsert")},
-        {QKeySequence(Qt::Key_F1), [this] { imgTitleHelp_Click(); }},
-        {QKeySequence(Qt::Key_Home), item("mnuRewind")},
-        {QKeySequence(Qt::Key_Space), [this] { PlayAndStop_Click(app_.workspace.play.Playing); }},
-    };
-    for (const KeyRow& row : rows) {
-        auto* shortcut = new QShortcut(row.key, this);
-        shortcut->setAutoRepeat(false);
-        connect(shortcut, &QShortcut::activated, this, row.press);
-    }
 }
 
 void form1::setRightClickMode(RightClick mode) {
@@ -283,28 +226,58 @@ void form1::setAccidentals(bool shown) {
     showModes();
 }
 
+void form1::showPlayLine(bool shown) {
+    app_.workspace.play.ShowPlayLine = shown;
+    settings::save(app_.settings, settings::Playing_position, shown);
+    showModes();
+}
+
+void form1::setLoop(bool on) {
+    app_.workspace.play.LoopOn = on;
+    showModes();
+}
+
+/// A tab of the tool panel was pressed.
+void form1::showToolPage(int page) {
+    toolPanel_->showPage(static_cast<ToolPanel::Page>(page));
+    app_.workspace.view.NoteEffectsOn = page == ToolPanel::Effects;
+    showModes();
+}
+
 /// Every button and menu item that stands for a mode follows it.
 void form1::showModes() {
+    struct ModeRow {
+        int button; ///< of `Lb1`
+        const char* item;
+        bool on;
+    };
     const Workspace& workspace = app_.workspace;
     const bool traditional = workspace.view.Notationstyle == 1;
-    Cmd2_.setOn(8, workspace.play.ShowPlayLine);
-    Cmd2_.setOn(9, workspace.play.LoopOn);
-    Lb1_.setOn(9, parts_.percussion);
-    Lb1_.setOn(10, !traditional);
-    Lb1_.setOn(11, traditional);
-    Lb1_.setOn(12, workspace.view.Accidentals);
-    Lb1_[12].setEnabled(traditional);
-    showMouseMode();
-    Lb1_.setOn(21, workspace.view.Check4);
-    toolPanel_->effects().showOn(workspace.view.NoteEffectsOn);
+    const bool accidentals = workspace.view.Accidentals;
     const RightClick mode = workspace.view.RightClickMode;
-    Lb1_.setOn(13, mode == RightClick::Erase);
-    Lb1_.setOn(14, mode == RightClick::Menu);
-    Lb1_.setOn(15, mode == RightClick::Tips);
-    app_.menu.prepare(app_.settings, parts_.percussion);
-    app_.menu.item("mnuerase").setChecked(mode == RightClick::Erase);
-    app_.menu.item("mnuMenu").setChecked(mode == RightClick::Menu);
-    app_.menu.item("mnuTips").setChecked(mode == RightClick::Tips);
+    const ModeRow rows[]{
+        {lb1("percussion"), "mnuPercussion", parts_.percussion},
+        {lb1("colourful"), "mnuNotestyle1", !traditional},
+        {lb1("traditional"), "mnuNotestyle2", traditional},
+        {lb1("accidentals"), "mnuAccidentals", accidentals},
+        {lb1("erase"), "mnuerase", mode == RightClick::Erase},
+        {lb1("menu"), "mnuMenu", mode == RightClick::Menu},
+        {lb1("tips"), "mnuTips", mode == RightClick::Tips},
+    };
+    for (const ModeRow& row : rows) {
+        Lb1_.setOn(row.button, row.on);
+        app_.menu.item(row.item).setChecked(row.on);
+    }
+    app_.menu.item("mnuNoAccidentals").setChecked(!accidentals);
+    app_.menu.item("mnuEdit").setChecked(parts_.editingToolbar);
+    Lb1_[lb1("accidentals")].setEnabled(traditional);
+    for (const char* item : {"mnuAccidentals", "mnuNoAccidentals"})
+        app_.menu.item(item).setEnabled(traditional);
+    Cmd2_.setOn(cmd2("line"), workspace.play.ShowPlayLine);
+    Cmd2_.setOn(cmd2("loop"), workspace.play.LoopOn);
+    Lb1_.setOn(lb1("static"), workspace.view.Check4);
+    toolPanel_->effects().showOn(workspace.view.NoteEffectsOn);
+    showMouseMode();
 }
 
 } // namespace velmora

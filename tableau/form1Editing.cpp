@@ -5,6 +5,7 @@
 #include "composition/ScoreEditing.h"
 #include "composition/Workspace.h"
 #include "parts/Application.h"
+#include "parts/CommandBinding.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
 #include "tableau/Commands.h"
@@ -22,18 +23,21 @@ namespace {
 struct BlockRow {
     int cmd2;
     int lb1;
-    const char* item; ///< null where the menu has none
-    Mouse itemMode;   ///< what the mouse does after the item
-    bool pastes;      ///< the Score Editor's button clears the marks afterwards
+    std::string_view item; ///< blank where the menu has none
+    const char* key;       ///< of the item
+    Mouse itemMode;        ///< what the mouse does after the item
+    bool pastes;           ///< the Score Editor's button clears the marks afterwards
     void (form1::*press)();
 };
-constexpr std::array kBlockRows{
-    BlockRow{11, 25, "mnuCopy", Mouse::Select, false, &form1::copyIt},
-    BlockRow{12, 26, "mnuCut", Mouse::Select, false, &form1::CutBut_Click},
-    BlockRow{13, 28, "mnuPasteoverwrite", Mouse::Cursor, true, &form1::PasteBut_Click},
-    BlockRow{14, 27, "mnuPasteInsert", Mouse::Cursor, true, &form1::PasteIntoBut_Click},
-    BlockRow{15, 29, nullptr, Mouse::Select, false, &form1::InsertColumnBut_Click},
-};
+constexpr auto kBlockRows = std::to_array<BlockRow>({
+    {cmd2("copy"), lb1("copy"), "mnuCopy", "Ctrl+C", Mouse::Select, false, &form1::copyIt},
+    {cmd2("cut"), lb1("cut"), "mnuCut", "Ctrl+X", Mouse::Select, false, &form1::CutBut_Click},
+    {cmd2("overwrite"), lb1("overwrite"), "mnuPasteoverwrite", "Ctrl+V", Mouse::Cursor, true,
+     &form1::PasteBut_Click},
+    {cmd2("insert"), lb1("insert"), "mnuPasteInsert", "Ctrl+Shift+V", Mouse::Cursor, true,
+     &form1::PasteIntoBut_Click},
+    {cmd2("spaces"), lb1("spaces"), "", nullptr, Mouse::Select, false, &form1::InsertColumnBut_Click},
+});
 } // namespace
 
 void form1::bindEditing() {
@@ -45,16 +49,15 @@ void form1::bindEditing() {
             if (row.pastes)
                 clearMarks();
         });
-        if (row.item)
-            bindItem(row.item, [this, &row] {
-                setMouseMode(row.itemMode);
-                (this->*row.press)();
-            });
+        bindCommand(*this, app_.menu, {.item = row.item, .key = row.key}, [this, &row] {
+            setMouseMode(row.itemMode);
+            (this->*row.press)();
+        });
     }
-    Cmd2_.bind(16, [this] { CopyNotes_Click(); });
-    Lb1_.bind(30, [this] { CopyMelody_Click(); });
-    Lb1_.bind(22, [this] { Cmdo_Click(); });
-    Lb1_.bind(23, [this] { OpenforUndo(); });
+    Cmd2_.bind(cmd2("duplicate"), [this] { CopyNotes_Click(); });
+    Lb1_.bind(lb1("duplicate"), [this] { CopyMelody_Click(); });
+    Lb1_.bind(lb1("create melody"), [this] { Cmdo_Click(); });
+    Lb1_.bind(lb1("undo melody"), [this] { OpenforUndo(); });
 }
 
 /// Without a ticked channel copying, pasting and stamping move nothing, and nobody would know why.
@@ -145,10 +148,10 @@ void form1::showUndo() {
     const std::string_view step = app_.workspace.undoStep();
     const QString text = step.empty() ? QStringLiteral("There is nothing to take back")
                                       : QStringLiteral("Takes back: %1").arg(toQString(step).trimmed());
-    for (const int index : {4, 23}) {
+    for (const int index : {lb1("undo"), lb1("undo melody")}) {
         Lb1_[index].setEnabled(!step.empty());
-        app_.tips.SetToolTip(Lb1_[index], {toQString(kLb1[static_cast<std::size_t>(index)].title), text,
-                                           std::string(kLb1[static_cast<std::size_t>(index)].icon)});
+        const CommandRow& row = Lb1_.row(index);
+        app_.tips.SetToolTip(Lb1_[index], {toQString(row.title), text, std::string(row.icon)});
     }
     app_.menu.item("undo").setEnabled(!step.empty());
 }

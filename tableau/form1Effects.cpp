@@ -5,6 +5,7 @@
 #include "composition/Workspace.h"
 #include "parts/Application.h"
 #include "shell/MessageBox.h"
+#include "tableau/Commands.h"
 #include "tableau/EffectsPage.h"
 #include "tableau/MakerPage.h"
 #include "tableau/Picmain.h"
@@ -42,7 +43,7 @@ void form1::bindEffects() {
             app_.workspace.view.Check4 = false;
         showModes();
     };
-    Lb1_.bind(20, [this] { ClearEffects(); });
+    Lb1_.bind(lb1("undo effects"), [this] { ClearEffects(); });
 }
 
 /// The effects of a position, as its note will sound.

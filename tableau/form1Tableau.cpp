@@ -28,8 +28,8 @@ void form1::bindTableau() {
         channelStrip_->show(app_.workspace.score);
     };
     screen_.onControls = [this](bool enabled) {
-        Cmd2_.setOn(3, !enabled);
-        Cmd2_.setOn(8, app_.workspace.play.ShowPlayLine);
+        Cmd2_.setOn(cmd2("play"), !enabled);
+        Cmd2_.setOn(cmd2("line"), app_.workspace.play.ShowPlayLine);
     };
 
     TableauBox::Mouse& melody = Picmain_->mouseOn(Picmain::Surface::MusicBox);
@@ -137,12 +137,15 @@ void form1::showMouseMode() {
     const bool selects = app_.workspace.view.MouseMode == Mouse::Select;
     for (const Box box : {Box::MusicBox, Box::Beatbox})
         screen_.setPointer(box, pointerAtRest(app_.workspace.view.MouseMode));
-    Lb1_[24].setFace(kLb1[24].icon, selects ? QStringLiteral("Select") : QStringLiteral("Draw"));
-    Lb1_.setOn(24, !selects);
-    Cmd2_.setOn(10, selects);
+    CommandButton& onPage = Lb1_[lb1("mode")];
+    CommandButton& onBar = Cmd2_[cmd2("mode")];
+    const CommandRow& row = Lb1_.row(lb1("mode"));
+    onPage.setFace(row.icon, selects ? QStringLiteral("Select") : QStringLiteral("Draw"));
+    onPage.setChecked(!selects);
+    onBar.setChecked(selects);
     const QString tip = QLatin1String(selects ? kSelectTip : kDrawTip);
-    for (CommandButton* button : {&Lb1_[24], &Cmd2_[10]})
-        app_.tips.SetToolTip(*button, {toQString(kLb1[24].title), tip, std::string(kLb1[24].icon)});
+    for (CommandButton* button : {&onPage, &onBar})
+        app_.tips.SetToolTip(*button, {toQString(row.title), tip, std::string(row.icon)});
 }
 
 /// A click plays a note and draws nothing; this and the effects of single notes exclude each other.

@@ -184,18 +184,15 @@ QImage pictureOfParts(const Appearance& look, Frmmenu& menu, qreal scale) {
     sheet.show();
     QImage all = pictureOf(sheet, scale);
     QPainter painter(&all);
-    MemorySettings settings;
-    menu.prepare(settings, true);
-    menu.bind("mnuEdit", [] {});
-    menu.bind("mnuPercussion", [] {});
-    menu.bind("mnuRecordtool", [] {});
+    for (const char* item : {"mnuEdit", "mnuPercussion", "mnuRecordtool", "mnuOpen", "mnuExit"})
+        menu.bind(sheet, item, [] {});
     for (const int skin : {1, 2, 3})
-        menu.bind("mnuSkin", skin, [] {});
-    menu.bind("mnuOpen", [] {});
-    menu.bind("mnuExit", [] {});
+        menu.bind(sheet, "mnuSkin", skin, [] {});
+    for (const char* item : {"mnuEdit", "mnuPercussion"})
+        menu.item(item).setChecked(true);
+    menu.choose("mnuSkin", 1);
     const auto place = [&](const char* popup, int x, int y, QAction* active) {
         QMenu& shown = menu.popup(popup);
-        menu.onPrepare([] {});
         shown.popup(QPoint(0, 0));
         shown.setActiveAction(active);
         painter.drawImage(QPoint(x, y), pictureOf(shown, scale));

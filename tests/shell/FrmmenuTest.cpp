@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/Frmmenu.h"
 
-#include "base/Settings.h"
-#include "tests/support/MemorySettings.h"
-
 #include <QMenu>
 
+#include <memory>
 #include <set>
+#include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 
@@ -112,22 +112,6 @@ constexpr auto kSubmenus = std::to_array<MenuRowOf>({
     {"mnusngwriPopup2", "mnuTextSW", "Text/Lyrics"},
     {"mnusngwriPopup3", "mnusngwriSetup", "Setup Toolbar"},
 });
-constexpr auto kOpeners = std::to_array<MenuRowOf>({
-    {"mnupopup6", "Command1", "File"},
-    {"mnupopup7", "Command2", "Edit"},
-    {"mnupopup10", "Command3", "Help"},
-    {"mnupopup9", "Command4", "Setup"},
-    {"mnupopup11", "Command5", "Poli/erase/mnu"},
-    {"mnupopup8", "Command7", "Play"},
-    {"mnukeybdpopup1", "Command8", "Keyboard1"},
-    {"mnukeybdpopup2", "Command9", "Keyboard2"},
-    {"mnukeybdpopup3", "Command10", "Keyboard3"},
-    {"mnuRecordpopup1", "cmdRecord1", ""},
-    {"mnuRecordpopup2", "cmdRecord2", ""},
-    {"mnusngwriPopup1", "Cmdsongwriter1", ""},
-    {"mnusngwriPopup2", "Cmdsongwriter2", ""},
-    {"mnusngwriPopup3", "Cmdsongwriter3", ""},
-});
 constexpr std::array kKeys{"mnuCSW", "mnuGSW",     "mnuDSW",     "mnuASW",     "mnuESW",     "mnuBSW",
                            "mnuFSW", "mnuBflatSW", "mnuEflatSW", "mnuAflatSW", "mnuDflatSW", "mnuGflatSW"};
 constexpr std::array kSeparators{"mnuspc11", "mnuspc12", "mnuspc13", "mnuspc14",
@@ -137,20 +121,12 @@ constexpr std::array kSeparators{"mnuspc11", "mnuspc12", "mnuspc13", "mnuspc14",
 std::string captionOf(const QAction& action) {
     return action.text().section(QLatin1Char('\t'), 0, 0).toStdString();
 }
-/// The ticked entries of a control array.
-std::vector<int> ticked(const Frmmenu& menu, std::string_view array) {
-    std::vector<int> list;
-    for (const MenuRow& row : menuRows())
-        if (row.name == array && menu.item(array, row.index).isChecked())
-            list.push_back(row.index);
-    return list;
-}
 } // namespace
 
 class FrmmenuTest : public testing::Test {
 protected:
-    MemorySettings settings;
     Frmmenu menu;
+    QObject window; ///< an owner of bindings
 };
 
 TEST_F(FrmmenuTest, EachItemStandsInItsPopupUnderItsCaption) {
@@ -187,22 +163,11 @@ TEST_F(FrmmenuTest, AllSeparatorsAreThere) {
     EXPECT_EQ(found, std::multiset<std::string>(kSeparators.begin(), kSeparators.end()));
 }
 
-TEST_F(FrmmenuTest, EachOpenerOpensItsPopup) {
-    for (const MenuRowOf& row : kOpeners) {
-        const auto found = std::ranges::find(menuOpeners(), std::string_view(row.name), &MenuOpener::name);
-        ASSERT_NE(found, menuOpeners().end()) << row.name;
-        EXPECT_EQ(found->popup, row.popup) << row.name;
-        EXPECT_EQ(found->caption, row.caption) << row.name;
-    }
-    for (const MenuOpener& opener : menuOpeners())
-        EXPECT_FALSE(menu.popup(opener.popup).isEmpty()) << opener.name;
-}
-
 TEST_F(FrmmenuTest, AnItemThatNothingIsBoundToIsDisabled) {
     for (const ItemRow& row : kItems)
         EXPECT_FALSE(menu.item(row.name, row.index).isEnabled()) << row.name;
     int pressed = 0;
-    menu.bind("mnuSkin", 3, [&] { ++pressed; });
+    menu.bind(window, "mnuSkin", 3, [&] { ++pressed; });
     EXPECT_TRUE(menu.item("mnuSkin", 3).isEnabled());
     EXPECT_FALSE(menu.item("mnuSkin", 4).isEnabled());
     menu.item("mnuSkin", 3).trigger();
@@ -217,69 +182,103 @@ TEST_F(FrmmenuTest, AnItemOfTwoPopupsIsOne) {
             EXPECT_TRUE(menu.popup(popup).actions().contains(&menu.item(name))) << name << " in " << popup;
 }
 
-TEST_F(FrmmenuTest, PreparingRunsBeforeAPopupOpens) {
-    int prepared = 0;
-    menu.onPrepare([&] { ++prepared; });
-    emit menu.popup("mnupopup9").aboutToShow();
-    EXPECT_EQ(prepared, 1);
+TEST_F(FrmmenuTest, ABindingDiesWithItsOwner) {
+    int pressed = 0;
+    {
+        QObject owner;
+        menu.bind(owner, "mnuOpen", [&] { ++pressed; });
+        menu.bind(owner, "mnuSkin", 3, [&] { ++pressed; });
+        menu.item("mnuOpen").trigger();
+    }
+    for (QAction* item : {&menu.item("mnuOpen"), &menu.item("mnuSkin", 3)}) {
+        EXPECT_FALSE(item->isEnabled());
+        item->trigger();
+        item->setEnabled(true);
+        item->trigger();
+    }
+    EXPECT_EQ(pressed, 1);
 }
 
-TEST_F(FrmmenuTest, TheTickOfThePercussionFollowsItsTableau) {
-    for (const bool shown : {true, false, true}) {
-        menu.prepare(settings, shown);
-        EXPECT_EQ(menu.item("mnuPercussion").isChecked(), shown);
-    }
+TEST_F(FrmmenuTest, TheLatestBindingCountsAndThenTheOneBeforeIt) {
+    std::vector<std::string> pressed;
+    const auto bind = [&](QObject& owner, const char* name) {
+        menu.bind(owner, "mnuOpen", [&pressed, name] { pressed.emplace_back(name); });
+    };
+    auto second = std::make_unique<QObject>();
+    auto third = std::make_unique<QObject>();
+    bind(window, "first");
+    bind(*second, "second");
+    bind(*third, "third");
+    menu.item("mnuOpen").trigger();
+    second.reset();
+    menu.item("mnuOpen").trigger();
+    third.reset();
+    menu.item("mnuOpen").trigger();
+    EXPECT_THAT(pressed, testing::ElementsAre("third", "third", "first"));
 }
 
-TEST_F(FrmmenuTest, TicksFollowTheSettings) {
-    for (const std::int16_t skin : {1, 5, 8}) {
-        settings::save(settings, settings::Skin_type, skin);
-        menu.prepare(settings, true);
-        EXPECT_THAT(ticked(menu, "mnuSkin"), testing::ElementsAre(skin));
-    }
-    for (const std::int16_t style : {2, 6}) {
-        settings::save(settings, settings::Skin_buttons, style);
-        menu.prepare(settings, true);
-        EXPECT_THAT(ticked(menu, "mnuButton"), testing::ElementsAre(style));
-    }
-    for (const std::int16_t style : {0, 1, 2}) {
-        settings::save(settings, settings::ToolText_type, style);
-        menu.prepare(settings, true);
-        EXPECT_THAT(ticked(menu, "mnuXPtooltext"), testing::ElementsAre(style));
-    }
-    for (const bool shown : {false, true}) {
-        settings::save(settings, settings::Editing_Toolbar, shown);
-        menu.prepare(settings, true);
-        EXPECT_EQ(menu.item("mnuEdit").isChecked(), shown);
-    }
-}
-
-TEST_F(FrmmenuTest, NoButtonStyleIsTickedUntilTheUserPicksOne) {
-    menu.prepare(settings, true);
-    EXPECT_THAT(ticked(menu, "mnuButton"), testing::IsEmpty());
-}
-
-TEST_F(FrmmenuTest, AccidentalsBelongToTraditionalNotation) {
-    for (const std::int16_t style : {0, 1})
-        for (const bool accidentals : {true, false}) {
-            settings::save(settings, settings::Notationstyle, style);
-            settings::save(settings, settings::Accidentals, accidentals);
-            for (const char* name : {"mnuAccidentals", "mnuNoAccidentals"})
-                menu.bind(name, [] {});
-            menu.prepare(settings, true);
-            EXPECT_EQ(menu.item("mnuNotestyle1").isChecked(), style == 0);
-            EXPECT_EQ(menu.item("mnuNotestyle2").isChecked(), style == 1);
-            EXPECT_EQ(menu.item("mnuAccidentals").isEnabled(), style == 1);
-            EXPECT_EQ(menu.item("mnuNoAccidentals").isEnabled(), style == 1);
-            EXPECT_EQ(menu.item("mnuAccidentals").isChecked(), accidentals);
-            EXPECT_EQ(menu.item("mnuNoAccidentals").isChecked(), !accidentals);
+TEST_F(FrmmenuTest, AnItemThatComesBackIsEnabledAsItWasLeft) {
+    menu.bind(window, "undo", [] {});
+    for (const bool enabled : {false, true}) {
+        menu.item("undo").setEnabled(enabled);
+        {
+            QObject other;
+            menu.bind(other, "undo", [] {});
+            EXPECT_TRUE(menu.item("undo").isEnabled());
+            menu.item("undo").setEnabled(!enabled);
         }
+        EXPECT_EQ(menu.item("undo").isEnabled(), enabled);
+    }
 }
 
-TEST_F(FrmmenuTest, TheEntryOfRectangularTipsKeepsItsTick) {
-    menu.tickTooltextStyle(0);
-    menu.tickTooltextStyle(1);
-    EXPECT_THAT(ticked(menu, "mnuXPtooltext"), testing::ElementsAre(0, 1)) << "it is meant";
-    menu.tickTooltextStyle(2);
-    EXPECT_THAT(ticked(menu, "mnuXPtooltext"), testing::ElementsAre(0, 2));
+TEST_F(FrmmenuTest, ARoutineMayEndItsOwner) {
+    auto owner = std::make_unique<QObject>();
+    std::string said;
+    menu.bind(*owner, "RecordStop", [&, words = std::string("words that are kept with the routine")] {
+        owner.reset();
+        said = words;
+    });
+    menu.item("RecordStop").trigger();
+    EXPECT_EQ(said, "words that are kept with the routine");
+    EXPECT_FALSE(menu.item("RecordStop").isEnabled());
+}
+
+TEST_F(FrmmenuTest, AnOwnerMayOutliveTheMenus) {
+    QObject owner;
+    {
+        Frmmenu brief;
+        brief.bind(owner, "mnuOpen", [] {});
+        brief.onPrepare(owner, [] {});
+    }
+    menu.bind(owner, "mnuOpen", [] {});
+    EXPECT_TRUE(menu.item("mnuOpen").isEnabled());
+}
+
+TEST_F(FrmmenuTest, SeveralPrepareAPopupAndEachAsLongAsItLives) {
+    std::string prepared;
+    const auto opened = [&](const char* popup) {
+        prepared.clear();
+        emit menu.popup(popup).aboutToShow();
+        return prepared;
+    };
+    auto other = std::make_unique<QObject>();
+    menu.onPrepare(window, [&] { prepared += "all "; });
+    menu.onPrepare(*other, "mnupopup9", [&] { prepared += "tools "; });
+    menu.onPrepare(*other, [&] { prepared += "other "; });
+    EXPECT_EQ(opened("mnupopup9"), "all tools other ");
+    EXPECT_EQ(opened("mnupopup6"), "all other ");
+    other.reset();
+    EXPECT_EQ(opened("mnupopup9"), "all ");
+}
+
+TEST_F(FrmmenuTest, OneEntryOfAControlArrayIsChosen) {
+    for (const int skin : {1, 5, 8}) {
+        menu.choose("mnuSkin", skin);
+        for (const MenuRow& row : menuRows())
+            if (row.index >= 0) {
+                EXPECT_EQ(menu.item(row.name, row.index).isChecked(),
+                          row.name == "mnuSkin" && row.index == skin)
+                    << row.name << row.index;
+            }
+    }
 }

@@ -12,7 +12,7 @@ class MenuStripTest : public WindowFixture {
 protected:
     MenuStripTest() {
         for (const char* item : {"mnuOpen", "mnuExit", "mnuCut", "mnuEdit", "mnuHelpfile"})
-            menu.bind(item, [this, item] { chosen.emplace_back(item); });
+            menu.bind(window, item, [this, item] { chosen.emplace_back(item); });
         window.resize(400, 300);
         strip.setGeometry(0, 0, 400, 24);
         open(window);
