@@ -48,7 +48,7 @@ Workspace::Workspace(const SettingsStore& store, const ProgramFolders& folders)
     instruments.MelodyInstrumentName = nameOfCode(instruments.MelodyInstrument);
     instruments.PercussionInstrumentName = nameOfCode(instruments.PercussionInstrument);
     for (int channel = 0; channel < kUsedChannels; ++channel)
-        score.ChannelInstrument[static_cast<std::size_t>(channel)] =
+        score.ChannelInstrument[channel] =
             channel < kMelodyChannels ? instruments.MelodyInstrument : instruments.PercussionInstrument;
     selectChannel(0);
 }
@@ -57,9 +57,8 @@ void Workspace::selectChannel(int channel) {
     if (!isChannel(channel))
         return;
     score.ActiveChannel = channel;
-    const auto index = static_cast<std::size_t>(channel);
-    score.ChannelInUse[index] = true;
-    score.ChannelShown[index] = true;
+    score.ChannelInUse[channel] = true;
+    score.ChannelShown[channel] = true;
     if (channel < kMelodyChannels)
         score.TopChannel = std::max(score.TopChannel, channel);
     else
@@ -69,7 +68,7 @@ void Workspace::selectChannel(int channel) {
 void Workspace::toggleMuted(int channel) {
     if (!isChannel(channel))
         return;
-    bool& muted = score.ChannelMuted[static_cast<std::size_t>(channel)];
+    bool& muted = score.ChannelMuted[channel];
     muted = !muted;
     score.FindEndOfSong();
 }

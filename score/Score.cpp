@@ -33,7 +33,7 @@ Score::Score(int numNotes)
 void Score::ClearThisArray(int channel) {
     if (channel < 0 || channel >= kUsedChannels)
         return;
-    ChannelInUse[static_cast<std::size_t>(channel)] = false;
+    ChannelInUse[channel] = false;
     NoteCell.fillRow(channel, kEmptyCell);
     NoteInstrument.fillRow(channel, 0);
     Polyphonics.fillRow(channel + 1, 0);
@@ -57,7 +57,7 @@ void Score::ClearAll() {
     TopMelodyHint = 0;
     TopDrumHint = 0;
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        ChannelShown[static_cast<std::size_t>(channel)] = false;
+        ChannelShown[channel] = false;
         Volume.fillRow(channel, kClearedVolume);
         Modulation_Change.fillRow(channel, kClearedEffect);
         Pan_Change.fillRow(channel, kClearedPan);
@@ -87,28 +87,25 @@ std::vector<int> Score::usedChannels() const {
 
 void Score::FindEndOfSong() {
     SongEnd = 0;
-    if (static_cast<unsigned>(ActiveChannel) < ChannelInUse.size())
-        ChannelInUse[static_cast<std::size_t>(ActiveChannel)] = true;
+    ChannelInUse[ActiveChannel] = true;
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        const auto c = static_cast<std::size_t>(channel);
-        if (ChannelMuted[c])
+        if (ChannelMuted[channel])
             continue;
         // A single note in position 0 does not mark a channel as used; that is meant.
         if (const int last = lastFilledPosition(channel, NumNotes); last >= 1) {
             SongEnd = std::max(SongEnd, last + 1);
-            ChannelInUse[c] = ChannelShown[c] = true;
+            ChannelInUse[channel] = ChannelShown[channel] = true;
         } else if (channel > 0) {
-            ChannelInUse[c] = ChannelShown[c] = false;
+            ChannelInUse[channel] = ChannelShown[channel] = false;
         }
     }
 }
 
 void Score::Isnotes() {
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        const auto index = static_cast<std::size_t>(channel);
-        if (ChannelInUse[index] && channel != ActiveChannel &&
+        if (ChannelInUse[channel] && channel != ActiveChannel &&
             lastFilledPosition(channel, NoteCell.positions() - 1) < 0)
-            ChannelInUse[index] = false;
+            ChannelInUse[channel] = false;
     }
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "base/PerChannel.h"
 #include "score/ChannelGrid.h"
 
 #include <array>
@@ -69,15 +70,15 @@ struct Score {
     ChannelGrid displayGrid;        ///< scratch of the Tableau's display
     std::vector<bool> displayFlags; ///< the same, one a position
 
-    std::array<std::int16_t, 16> ChannelInstrument{}; ///< code that new notes of the channel receive
-    std::array<std::int16_t, 16> ChannelVelocity{};   ///< velocity of the next note-on
-    std::array<bool, 16> ChannelMuted{};              ///< playing and `FindEndOfSong` skip the channel
-    std::array<bool, kUsedChannels> ChannelInUse{};   ///< holds notes or is active
-    std::array<bool, 16> ChannelShown{};              ///< its button in the channel strip is lit
-    std::array<bool, 16> ChannelIsDrum{}; ///< sounds on MIDI channel index 9 with `ChannelDrumKey`
-    std::array<std::int16_t, 16> ChannelDrumKey{};
-    std::array<std::int16_t, 16> PlayedCell{};       ///< what playing sent last; -1 before playing
-    std::array<std::int16_t, 16> PlayedInstrument{}; ///< likewise
+    PerChannel<std::int16_t> ChannelInstrument;   ///< code that new notes of the channel receive
+    PerChannel<std::int16_t> ChannelVelocity;     ///< velocity of the next note-on
+    PerChannel<bool> ChannelMuted;                ///< playing and `FindEndOfSong` skip the channel
+    PerChannel<bool, kUsedChannels> ChannelInUse; ///< holds notes or is active
+    PerChannel<bool> ChannelShown;                ///< its button in the channel strip is lit
+    PerChannel<bool> ChannelIsDrum;               ///< sounds on MIDI channel index 9 with `ChannelDrumKey`
+    PerChannel<std::int16_t> ChannelDrumKey;
+    PerChannel<std::int16_t> PlayedCell;       ///< what playing sent last; -1 before playing
+    PerChannel<std::int16_t> PlayedInstrument; ///< likewise
 
     /// For percussion channel c and positions 0 to 14, [c - 7][p + 1] remembers the instrument: as its code
     /// when a file is read, as code - 128 when drawn with the mouse (the two differ on purpose).

@@ -37,8 +37,7 @@ void readChannelInstruments(SngLines& lines, Score& score) {
         return;
     }
     for (int channel = 0; channel < kUsedChannels; ++channel)
-        score.ChannelInstrument[static_cast<std::size_t>(channel)] =
-            score.NoteInstrument.valueOr(channel, 0, 0);
+        score.ChannelInstrument[channel] = score.NoteInstrument.valueOr(channel, 0, 0);
 }
 
 void readSections(SngLines& lines, Score& score) {
@@ -119,9 +118,9 @@ std::size_t longestRow(std::string_view bytes) {
 }
 
 std::string serializePoliFile(const Score& score, const SetupState& setup) {
-    std::array<std::size_t, kUsedChannels> last{};
+    PerChannel<std::size_t, kUsedChannels> last;
     for (int channel = 0; channel < kUsedChannels; ++channel)
-        last[static_cast<std::size_t>(channel)] =
+        last[channel] =
             static_cast<std::size_t>(std::max(score.lastFilledPosition(channel, score.NumNotes), 0));
     // Rows end one index after the last note, where an effect of that note stands, or with the array.
     const std::size_t effectEnd =
@@ -129,7 +128,7 @@ std::string serializePoliFile(const Score& score, const SetupState& setup) {
 
     SngWriter out(100 * effectEnd);
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        const std::size_t fields = last[static_cast<std::size_t>(channel)] + 1;
+        const std::size_t fields = last[channel] + 1;
         out.row(score.NoteCell.row(channel).first(fields));
         out.row(score.NoteInstrument.row(channel).first(fields));
     }

@@ -194,7 +194,7 @@ bool rememberBeats(Score& score, int channel, std::size_t fields) {
 void markInUse(Score& score, int channel, std::size_t fields) {
     const auto cells = std::as_const(score.NoteCell).row(channel).first(fields);
     if (std::ranges::any_of(cells, [](std::int16_t cell) { return cell >= 1; }))
-        score.ChannelInUse[static_cast<std::size_t>(channel)] = true;
+        score.ChannelInUse[channel] = true;
 }
 
 } // namespace velmora

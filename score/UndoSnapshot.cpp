@@ -103,7 +103,7 @@ std::string serializeUndo(const Score& score, const SetupState& setup) {
     SngWriter out(8 * fields);
     out.row(score.NoteCell.row(channel).first(fields));
     out.row(score.NoteInstrument.row(channel).first(fields));
-    out.row(std::span(score.ChannelInstrument).subspan(static_cast<std::size_t>(channel), 1));
+    out.row(std::span(&score.ChannelInstrument[channel], 1));
     out.line(kPolyphonicsKeyword);
     if (channel < kPolyphonicsRows)
         out.row(score.Polyphonics.row(channel).first(effectEnd));
@@ -125,8 +125,7 @@ void parseUndo(std::string_view bytes, int channel, Score& score, SetupState& se
     // Field `channel` of a row that has one field: only channel 0 gets its instrument back.
     auto instruments = score.ChannelInstrument;
     lines.row(std::span(instruments).first(kUsedChannels));
-    const auto own = static_cast<std::size_t>(channel);
-    score.ChannelInstrument[own] = instruments[own];
+    score.ChannelInstrument[channel] = instruments[channel];
 
     lines.line(); // each keyword is passed over, whatever it says
     if (channel < kPolyphonicsRows)

@@ -150,7 +150,7 @@ TEST(ChannelGridTest, AccessOutsideTheGridIsSkipped) {
 TEST(ScoreTest, AChannelThatLostItsLastNoteIsNoLongerInUseUnlessItIsActive) {
     Score score(20);
     for (const int channel : {0, 1, 2})
-        score.ChannelInUse[static_cast<std::size_t>(channel)] = true;
+        score.ChannelInUse[channel] = true;
     score.NoteCell.set(2, 20, 60);
     score.Isnotes();
     EXPECT_TRUE(score.ChannelInUse[0]) << "the active one";

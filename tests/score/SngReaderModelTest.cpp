@@ -110,7 +110,7 @@ struct Model {
             gridRow(score.NoteInstrument, c, 0);
             for (int p = 0; p <= score.NumNotes; ++p) {
                 if (score.NoteCell.at(c, p) >= 1)
-                    score.ChannelInUse[static_cast<std::size_t>(c)] = true;
+                    score.ChannelInUse[c] = true;
                 if (c >= 8 && score.NoteInstrument.at(c, p) >= 1) {
                     if (c <= 11 && p <= 14)
                         score.BeatMemo[static_cast<std::size_t>(c - 7)][static_cast<std::size_t>(p + 1)] =
@@ -127,7 +127,7 @@ struct Model {
         }
         if (atEnd()) {
             for (int c = 0; c <= 12; ++c)
-                score.ChannelInstrument[static_cast<std::size_t>(c)] = *score.NoteInstrument.at(c, 0);
+                score.ChannelInstrument[c] = *score.NoteInstrument.at(c, 0);
         } else {
             const auto codes = fields();
             for (std::size_t c = 0; c <= 12 && c < codes.size(); ++c) {
@@ -263,7 +263,7 @@ TEST(SngReaderModelTest, DamagedFilesOfEveryGenerationAreReadAsTheLayoutSays) {
         Score before = randomScore(random, numNotes);
         before.ActiveChannel = below(random, kUsedChannels);
         before.TopDrumHint = below(random, 5);
-        before.ChannelMuted[static_cast<std::size_t>(below(random, 13))] = true;
+        before.ChannelMuted[below(random, 13)] = true;
         before.Tempo = 500;
         for (const SngRules& rules : kSngRules) {
             Score got = before, wanted = before;
