@@ -18,10 +18,6 @@ int storedNotes(const SettingsStore& store) {
 std::int16_t positive(std::int16_t value, std::int16_t fallback) {
     return value > 0 ? value : fallback;
 }
-
-bool isChannel(int channel) {
-    return channel >= 0 && channel < kUsedChannels && channel != kFirstPercussion + 1;
-}
 } // namespace
 
 Workspace::Workspace(const SettingsStore& store, const ProgramFolders& folders)

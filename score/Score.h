@@ -33,6 +33,11 @@ inline constexpr int kFirstPercussion = 8; ///< 8 and 10 to 12; index 9 stays em
 inline constexpr int kMostNotes = 200'000; ///< positions: more than seven hours of music, 128 MB
 inline constexpr std::int16_t kEmptyCell = -1;
 
+/// Whether a channel can be selected. Index 9 can't, though its row is read, undone and written like others.
+[[nodiscard]] constexpr bool isChannel(int channel) {
+    return channel >= 0 && channel < kUsedChannels && channel != kFirstPercussion + 1;
+}
+
 /// A reset value of one effect array.
 inline constexpr std::int16_t kClearedVolume = 127;
 inline constexpr std::int16_t kClearedPan = 64;

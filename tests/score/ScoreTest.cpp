@@ -85,6 +85,15 @@ TEST(ScoreTest, ClearThisArrayClearsOneChannelAndNoneForANegativeName) {
     EXPECT_EQ(score.NoteCell.at(1, 3), 61);
 }
 
+TEST(ScoreTest, AChannelThatCanBeSelectedIsOneOfTheUsedOnesButIndexNine) {
+    std::vector<int> channels;
+    for (int channel = -2; channel < 20; ++channel) {
+        if (isChannel(channel))
+            channels.push_back(channel);
+    }
+    EXPECT_EQ(channels, (std::vector{0, 1, 2, 3, 4, 5, 6, 7, 8, 10, 11, 12}));
+}
+
 TEST(ScoreTest, SongEndIsOnePastTheLastCellOfAnyChannelThatIsNotMuted) {
     Score score(50);
     score.NoteCell.set(0, 10, 60);
