@@ -22,9 +22,7 @@ Score::Score(int numNotes)
     , ClipModulation(NumNotes + 1, kClearedEffect)
     , ClipPan(NumNotes + 1, kClearedPan)
     , ClipReverb(NumNotes + 1, kClearedEffect)
-    , ClipChorus(NumNotes + 1, kClearedEffect)
-    , displayGrid(NumNotes + 1, 0)
-    , displayFlags(static_cast<std::size_t>(NumNotes) + 1) {
+    , ClipChorus(NumNotes + 1, kClearedEffect) {
     std::fill_n(ChannelVelocity.begin(), 12, std::int16_t{127});
     PlayedCell.fill(kEmptyCell);
     PlayedInstrument.fill(-1);
@@ -37,7 +35,6 @@ void Score::ClearThisArray(int channel) {
     NoteCell.fillRow(channel, kEmptyCell);
     NoteInstrument.fillRow(channel, 0);
     Polyphonics.fillRow(channel + 1, 0);
-    displayGrid.fillRow(channel, 0);
 }
 
 void Score::ClearNoteArrays() {
@@ -114,9 +111,8 @@ void Score::resizeNotes(int numNotes) {
     // The copy buffers of volume and of the four effects keep their old size; that is meant.
     for (ChannelGrid* grid :
          {&NoteCell, &NoteInstrument, &ClipNoteCell, &ClipNoteInstrument, &Volume, &Polyphonics,
-          &ClipPolyphonics, &Modulation_Change, &Pan_Change, &Reverb_Change, &Chorus_Change, &displayGrid})
+          &ClipPolyphonics, &Modulation_Change, &Pan_Change, &Reverb_Change, &Chorus_Change})
         grid->resize(NumNotes + 1);
-    displayFlags.resize(static_cast<std::size_t>(NumNotes) + 1);
 }
 
 void Score::rememberBeat(int channel, int position, std::int16_t value) {

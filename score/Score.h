@@ -30,7 +30,7 @@ enum class CellClass : std::uint8_t { Empty, Head, Continuation };
 inline constexpr int kUsedChannels = 13;   ///< channels 0 to 12 hold music, 13 to 15 are spare
 inline constexpr int kMelodyChannels = 8;  ///< channels 0 to 7
 inline constexpr int kFirstPercussion = 8; ///< 8 and 10 to 12; index 9 stays empty, see `Score`
-inline constexpr int kMostNotes = 200'000; ///< positions: more than seven hours of music, 128 MB
+inline constexpr int kMostNotes = 200'000; ///< positions: more than seven hours of music, 102 MB
 inline constexpr std::int16_t kEmptyCell = -1;
 
 /// Whether a channel can be selected. Index 9 can't, though its row is read, undone and written like others.
@@ -71,9 +71,6 @@ struct Score {
     ChannelGrid ClipPan;
     ChannelGrid ClipReverb;
     ChannelGrid ClipChorus;
-
-    ChannelGrid displayGrid;        ///< scratch of the Tableau's display
-    std::vector<bool> displayFlags; ///< the same, one a position
 
     PerChannel<std::int16_t> ChannelInstrument;   ///< code that new notes of the channel receive
     PerChannel<std::int16_t> ChannelVelocity;     ///< velocity of the next note-on
