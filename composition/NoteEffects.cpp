@@ -61,17 +61,6 @@ void resetSetup(Workspace& workspace) {
     workspace.selectChannel(0);
     workspace.score.Tempo = 100;
 }
-
-EffectPlaces placesOf(const Score& score, int position, int height) {
-    EffectPlaces places;
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        const EffectLayer& layer = kEffectLayers[i];
-        const int value = (score.*layer.grid).valueOr(score.ActiveChannel, position + 1, layer.cleared);
-        places[i].shown = value - layer.shownAsZero;
-        places[i].pointerTop = static_cast<int>(roundHalfEven(height - double(value) * height / kMostValue));
-    }
-    return places;
-}
 } // namespace
 
 std::optional<NoteCells> applyNoteEffects(Workspace& workspace, NotePlayer& player, int head) {
@@ -155,11 +144,14 @@ std::string_view applyInstrumentToSelection(Workspace& workspace, std::int16_t c
 }
 
 EffectPlaces doNotemod(const Score& score, int position, int height) {
-    return placesOf(score, position, height);
-}
-
-EffectPlaces domodgraph(const Score& score, int position, int height) {
-    return placesOf(score, position, height);
+    EffectPlaces places;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const EffectLayer& layer = kEffectLayers[i];
+        const int value = (score.*layer.grid).valueOr(score.ActiveChannel, position + 1, layer.cleared);
+        places[i].shown = value - layer.shownAsZero;
+        places[i].pointerTop = static_cast<int>(roundHalfEven(height - double(value) * height / kMostValue));
+    }
+    return places;
 }
 
 int selectorValue(int top, int stripHeight, int pointerHeight) {
