@@ -190,8 +190,6 @@ void instrumentToSelection(HeadlessWindow& window, Values words) {
 
 void clear(HeadlessWindow& window, Values /*words*/) {
     window.workspace.clear();
-    EditState& edit = window.workspace.edit;
-    edit.CycleNotes = edit.CycleBeats = edit.TotalNotes = 0;
     window.showFromStart();
 }
 
