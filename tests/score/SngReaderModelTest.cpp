@@ -99,10 +99,9 @@ struct Model {
         }
     }
 
-    SngOpened read(std::string_view bytes, SngReader reader) {
+    void read(std::string_view bytes, SngReader reader) {
         const bool newest = reader == SngReader::OpenPoliFile;
         const bool second = reader == SngReader::OpenPoliFile2;
-        SngOpened opened;
         splitLines(bytes);
         score.ClearNoteArrays();
         for (int c = 0; c <= 12; ++c) {
@@ -115,7 +114,6 @@ struct Model {
                     if (c <= 11 && p <= 14)
                         score.BeatMemo[static_cast<std::size_t>(c - 7)][static_cast<std::size_t>(p + 1)] =
                             *score.NoteInstrument.at(c, p);
-                    opened.beatboxHeight = newest ? 24.0 : 36.0;
                 }
             }
         }
@@ -144,10 +142,6 @@ struct Model {
         if (newest)
             keys();
         score.FindEndOfSong();
-        opened.showTempo = reader != SngReader::OpenSegment;
-        if (reader == SngReader::OpenFile)
-            opened.keyboardInstrument = 24;
-        return opened;
     }
 
     void section(ChannelGrid& grid, int rows, int shift) {
@@ -268,15 +262,12 @@ TEST(SngReaderModelTest, DamagedFilesOfEveryGenerationAreReadAsTheLayoutSays) {
         for (const SngRules& rules : kSngRules) {
             Score got = before, wanted = before;
             SetupState gotSetup, wantedSetup;
-            const SngOpened gotOpened = parseSng(text, rules.reader, got, gotSetup);
-            const SngOpened wantedOpened = Model{wanted, wantedSetup, {}}.read(text, rules.reader);
+            parseSng(text, rules.reader, got, gotSetup);
+            Model{wanted, wantedSetup, {}}.read(text, rules.reader);
             expectSameScore(got, wanted);
             EXPECT_EQ(gotSetup.TxBeats, wantedSetup.TxBeats);
             EXPECT_EQ(gotSetup.TxtMeter, wantedSetup.TxtMeter);
             EXPECT_EQ(gotSetup.NoteX, wantedSetup.NoteX);
-            EXPECT_EQ(gotOpened.showTempo, wantedOpened.showTempo);
-            EXPECT_EQ(gotOpened.beatboxHeight, wantedOpened.beatboxHeight);
-            EXPECT_EQ(gotOpened.keyboardInstrument, wantedOpened.keyboardInstrument);
             ASSERT_FALSE(testing::Test::HasFailure())
                 << "file " << i << ", reader " << static_cast<int>(rules.reader) << ":\n"
                 << text;
