@@ -8,32 +8,23 @@
 
 namespace velmora {
 
-namespace {
-/// A stored number may be rubbish.
-int storedNotes(const SettingsStore& store) {
-    const int notes = settings::read(store, settings::NumNotes);
-    return notes > 0 ? std::min(notes, kMostNotes) : settings::NumNotes.fallback;
-}
-
-std::int16_t positive(std::int16_t value, std::int16_t fallback) {
-    return value > 0 ? value : fallback;
-}
-} // namespace
+static_assert(settings::NumNotes.range.most == kMostNotes);
+static_assert(settings::Line_Height.range.least == kLeastLineHeight &&
+              settings::Line_Height.range.most == kMostLineHeight);
 
 Workspace::Workspace(const SettingsStore& store, const ProgramFolders& folders)
-    : score(storedNotes(store))
+    : score(settings::read(store, settings::NumNotes))
     , undo(folders.undoFile())
     , CopyonlyOneTrack(settings::read(store, settings::CopyonlyOneTrack)) {
     folders.makeSongs();
     score.ClearAll();
-    score.NotesPerMeasure = positive(settings::read(store, settings::Notes_per_measure), 16);
+    score.NotesPerMeasure = settings::read(store, settings::Notes_per_measure);
     setup.TxBeats = score.NotesPerMeasure;
-    setup.TxtMeter = positive(settings::read(store, settings::Beats_per_measure), 4);
-    setup.NoteX = positive(settings::read(store, settings::Type_of_note), 4);
+    setup.TxtMeter = settings::read(store, settings::Beats_per_measure);
+    setup.NoteX = settings::read(store, settings::Type_of_note);
     setup.ChTreble = settings::read(store, settings::Show_Treble_staff) != 0;
     setup.ChBass = settings::read(store, settings::Show_Bass_staff) != 0;
-    view.Line_Height =
-        std::clamp<int>(settings::read(store, settings::Line_Height), kLeastLineHeight, kMostLineHeight);
+    view.Line_Height = settings::read(store, settings::Line_Height);
     view.Show_Sharp_guides = settings::read(store, settings::Show_Sharp_guides) == 1;
     view.Notationstyle = settings::read(store, settings::Notationstyle) == 1 ? 1 : 0;
     view.Accidentals = settings::read(store, settings::Accidentals);

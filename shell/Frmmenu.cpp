@@ -79,7 +79,8 @@ void Frmmenu::prepare(const SettingsStore& settings, bool percussionShown) {
     const bool accidentals = settings::read(settings, settings::Accidentals);
     item("mnuPercussion").setChecked(percussionShown);
     item("mnuEdit").setChecked(settings::read(settings, settings::Editing_Toolbar, true));
-    choose("mnuSkin", settings::read(settings, settings::Skin_type));
+    // What stands for no skin ticks none, though a skin is shown.
+    choose("mnuSkin", settings::stored(settings, settings::Skin_type));
     choose("mnuButton", settings::read(settings, settings::Skin_buttons));
     choose("mnuXPtooltext", settings::read(settings, settings::ToolText_type));
     item("mnuNotestyle1").setChecked(!traditional);

@@ -254,6 +254,12 @@ TEST_F(FrmmenuTest, TicksFollowTheSettings) {
     }
 }
 
+TEST_F(FrmmenuTest, AStoredSkinThatThereIsNoneOfTicksNone) {
+    settings::save(settings, settings::Skin_type, 9);
+    menu.prepare(settings, true);
+    EXPECT_THAT(ticked(menu, "mnuSkin"), testing::IsEmpty());
+}
+
 TEST_F(FrmmenuTest, NoButtonStyleIsTickedUntilTheUserPicksOne) {
     menu.prepare(settings, true);
     EXPECT_THAT(ticked(menu, "mnuButton"), testing::IsEmpty());
