@@ -63,7 +63,7 @@ std::string textOf(T value) {
 } // namespace
 
 template<class T>
-ValueOf<T> read(const SettingsStore& store, const Setting<T>& setting) {
+ValueOf<T> stored(const SettingsStore& store, const Setting<T>& setting) {
     if constexpr (std::is_same_v<T, std::string_view>)
         return store.GetSetting(setting.section, setting.key, setting.fallback);
     else
@@ -72,10 +72,28 @@ ValueOf<T> read(const SettingsStore& store, const Setting<T>& setting) {
 }
 
 template<class T>
+ValueOf<T> read(const SettingsStore& store, const Setting<T>& setting) {
+    const ValueOf<T> value = stored(store, setting);
+    if constexpr (!std::is_same_v<T, std::string_view>) {
+        const Range<T>& range = setting.range;
+        if (value < range.least)
+            return range.below == Beyond::TheEnd ? range.least : setting.fallback;
+        if (value > range.most)
+            return range.above == Beyond::TheEnd ? range.most : setting.fallback;
+    }
+    return value;
+}
+
+template<class T>
 void save(SettingsStore& store, const Setting<T>& setting, std::type_identity_t<T> value) {
     store.SaveSetting(setting.section, setting.key, textOf(value));
 }
 
+template std::int16_t stored(const SettingsStore&, const Int16&);
+template std::int32_t stored(const SettingsStore&, const Int32&);
+template float stored(const SettingsStore&, const Float&);
+template bool stored(const SettingsStore&, const Boolean&);
+template std::string stored(const SettingsStore&, const Text&);
 template std::int16_t read(const SettingsStore&, const Int16&);
 template std::int32_t read(const SettingsStore&, const Int32&);
 template float read(const SettingsStore&, const Float&);

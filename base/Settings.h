@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <type_traits>
 #include <variant>
 
@@ -12,11 +13,24 @@
 /// 1200)`.
 namespace velmora::settings {
 
-/// A key with the type of its value and the value to go by where there is none.
+/// What a stored value beyond an end of its range counts as.
+enum class Beyond : std::uint8_t { TheEnd, Nothing };
+
+/// The values that a setting may have, both ends included; by default all of its type. Texts have none.
+template<class T>
+struct Range {
+    T least = std::numeric_limits<T>::lowest();
+    T most = std::numeric_limits<T>::max();
+    Beyond below = Beyond::TheEnd;
+    Beyond above = Beyond::TheEnd;
+};
+
+/// A key with the type of its value, the value to go by where there is none, and the values it may have.
 template<class T>
 struct Setting {
     std::string_view key;
     T fallback{};
+    Range<T> range{};
     std::string_view section = "Settings";
 };
 
@@ -24,15 +38,18 @@ struct Setting {
 template<class T>
 using ValueOf = std::conditional_t<std::is_same_v<T, std::string_view>, std::string, T>;
 
-/// The stored value; the fallback if there is none, it isn't of the type, or it is out of the type's range.
-/// Fractions of whole numbers are rounded, halves to even.
+/// The stored value, whatever the setting's range; the fallback if there is none, it isn't of the type, or it
+/// is out of the type's range. Fractions of whole numbers are rounded, halves to even.
+template<class T>
+[[nodiscard]] ValueOf<T> stored(const SettingsStore& store, const Setting<T>& setting);
+/// The same within the setting's range, a value beyond counting as the range says.
 template<class T>
 [[nodiscard]] ValueOf<T> read(const SettingsStore& store, const Setting<T>& setting);
 /// For a setting whose fallback is known at run time only, such as a width that depends on the screen's.
 template<class T>
 [[nodiscard]] ValueOf<T> read(const SettingsStore& store, const Setting<T>& setting,
                               std::type_identity_t<T> fallback) {
-    return read(store, Setting<T>{setting.key, fallback, setting.section});
+    return read(store, Setting<T>{setting.key, fallback, setting.range, setting.section});
 }
 template<class T>
 void save(SettingsStore& store, const Setting<T>& setting, std::type_identity_t<T> value);
@@ -48,11 +65,11 @@ inline constexpr Int16 Intrumentval{"Intrumentval", 24};
 inline constexpr Int16 Intrumentval2{"Intrumentval2", 128};
 inline constexpr Text Inst_Name{"Inst Name"};
 inline constexpr Boolean CopyonlyOneTrack{"CopyonlyOneTrack", false};
-inline constexpr Int32 NumNotes{"NumNotes", 1000};
-inline constexpr Int16 Notes_per_measure{"Notes per measure", 16};
-inline constexpr Int16 Beats_per_measure{"Beats per measure", 4};
-inline constexpr Int16 Type_of_note{"Type of note", 4};
-inline constexpr Int16 Line_Height{"Line_Height", 8};
+inline constexpr Int32 NumNotes{"NumNotes", 1000, {.least = 1, .most = 200'000, .below = Beyond::Nothing}};
+inline constexpr Int16 Notes_per_measure{"Notes per measure", 16, {.least = 1, .below = Beyond::Nothing}};
+inline constexpr Int16 Beats_per_measure{"Beats per measure", 4, {.least = 1, .below = Beyond::Nothing}};
+inline constexpr Int16 Type_of_note{"Type of note", 4, {.least = 1, .below = Beyond::Nothing}};
+inline constexpr Int16 Line_Height{"Line_Height", 8, {.least = 4, .most = 40}};
 inline constexpr Int16 Show_Sharp_guides{"Show_Sharp_guides", 1};
 inline constexpr Int16 Show_Bass_staff{"Show Bass staff", 1};
 inline constexpr Int16 Show_Treble_staff{"Show Treble staff", 1};
@@ -61,8 +78,9 @@ inline constexpr Boolean Accidentals{"Accidentals", true};
 inline constexpr Boolean Percussion{"Percussion", true};
 inline constexpr Boolean Playing_position{"Playing position", true};
 inline constexpr Int16 Devices{"Devices", -1};
-inline constexpr Int16 Skin_type{"Skin type", 1};
-inline constexpr Int16 Skin_buttons{"Skin buttons", 1};
+inline constexpr Int16 Skin_type{"Skin type", 1, {.least = 1, .most = 8}};
+inline constexpr Int16 Skin_buttons{
+    "Skin buttons", 1, {.least = 1, .most = 6, .below = Beyond::Nothing, .above = Beyond::Nothing}};
 inline constexpr Int16 ToolText_type{"ToolText type", 1};
 inline constexpr Boolean Editing_Toolbar{"Editing Toolbar"};
 inline constexpr Boolean Synthup{"Synthup"};
@@ -95,12 +113,12 @@ inline constexpr Text Show_note_position{"Show note position", "1"};
 inline constexpr Text MP3_bitrate{"MP3 bitrate", "11"};
 inline constexpr Text MP3_quality{"MP3 quality", "9"};
 inline constexpr Text WAV_format{"WAV format"};
-inline constexpr Int16 BarWidth{"BarWidth", 6, "ScoreSettings"};
-inline constexpr Int16 HeaderHeight{"HeaderHeight", 6, "ScoreSettings"};
-inline constexpr Int16 SpacerHeight{"SpacerHeight", 6, "ScoreSettings"};
-inline constexpr Int16 JoinNotes{"JoinNotes", 0, "ScoreSettings"};
-inline constexpr Int16 NewScore{"NewScore", 1, "ScoreSettings"};
-inline constexpr Int16 NumDrums{"NumDrums", 0, "ScoreSettings"};
+inline constexpr Int16 BarWidth{"BarWidth", 6, {}, "ScoreSettings"};
+inline constexpr Int16 HeaderHeight{"HeaderHeight", 6, {}, "ScoreSettings"};
+inline constexpr Int16 SpacerHeight{"SpacerHeight", 6, {}, "ScoreSettings"};
+inline constexpr Int16 JoinNotes{"JoinNotes", 0, {}, "ScoreSettings"};
+inline constexpr Int16 NewScore{"NewScore", 1, {}, "ScoreSettings"};
+inline constexpr Int16 NumDrums{"NumDrums", 0, {}, "ScoreSettings"};
 
 using AnySetting = std::variant<Int16, Int32, Float, Boolean, Text>;
 

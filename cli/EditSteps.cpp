@@ -39,7 +39,7 @@ void channel(HeadlessWindow& window, Values words) {
 }
 
 void instrument(HeadlessWindow& window, Values words) {
-    window.workspace.score.ChannelInstrument[static_cast<std::size_t>(words[0])] = small(words[1]);
+    window.workspace.score.ChannelInstrument[words[0]] = small(words[1]);
 }
 
 void pick(HeadlessWindow& window, Values words) {
@@ -49,7 +49,7 @@ void pick(HeadlessWindow& window, Values words) {
 }
 
 void mute(HeadlessWindow& window, Values words) {
-    if (window.workspace.score.ChannelMuted[static_cast<std::size_t>(words[0])] != (words[1] != 0))
+    if (window.workspace.score.ChannelMuted[words[0]] != (words[1] != 0))
         window.workspace.toggleMuted(words[0]);
 }
 
@@ -190,8 +190,6 @@ void instrumentToSelection(HeadlessWindow& window, Values words) {
 
 void clear(HeadlessWindow& window, Values /*words*/) {
     window.workspace.clear();
-    EditState& edit = window.workspace.edit;
-    edit.CycleNotes = edit.CycleBeats = edit.TotalNotes = 0;
     window.showFromStart();
 }
 

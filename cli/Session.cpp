@@ -34,9 +34,9 @@ Session::Session(const std::filesystem::path& file, const ScoreOptions& options)
     score.TopChannel = options.topChannel.value_or(topChannelOf(score));
     score.TopMelodyHint = options.topMelodyHint.value_or(score.TopMelodyHint);
     for (const int channel : options.mute)
-        score.ChannelMuted[static_cast<std::size_t>(channel)] = true;
+        score.ChannelMuted[channel] = true;
     for (const int channel : options.strum)
-        setup.Chkstrum[static_cast<std::size_t>(channel)] = true;
+        setup.Chkstrum[channel] = true;
     score.FindEndOfSong();
     segment_ = options.segment;
     if (segment_) {

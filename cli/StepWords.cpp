@@ -18,9 +18,6 @@ namespace {
 constexpr std::string_view kBlanks = " \t\r";
 constexpr int kMostCount = std::numeric_limits<std::int16_t>::max();
 
-bool isChannel(int channel) {
-    return channel >= 0 && channel < kUsedChannels && channel != kFirstPercussion + 1;
-}
 bool isMelody(int channel) {
     return channel >= 0 && channel < kMelodyChannels;
 }

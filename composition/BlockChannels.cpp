@@ -6,12 +6,12 @@
 namespace velmora {
 
 bool worksOn(const Workspace& workspace, BlockCommand command, int channel) {
-    const bool muted = workspace.score.ChannelMuted[static_cast<std::size_t>(channel)];
+    const bool muted = workspace.score.ChannelMuted[channel];
     if (workspace.CopyonlyOneTrack)
         return channel == workspace.score.ActiveChannel && !muted;
     if (kBlockRules[static_cast<std::size_t>(command)].channels == ChannelSet::NotMuted)
         return !muted;
-    return workspace.edit.ChannelPicked[static_cast<std::size_t>(channel)]; // muted or not
+    return workspace.edit.ChannelPicked[channel]; // muted or not
 }
 
 } // namespace velmora

@@ -3,7 +3,6 @@
 
 #include "score/Score.h"
 
-#include <array>
 #include <cstdint>
 
 namespace velmora {
@@ -16,7 +15,7 @@ struct EditState {
     std::int16_t Txtspc = 0;     ///< spaces to insert
     std::int16_t txtStart = 1;   ///< "Start at X" of the Melody Maker
 
-    std::array<bool, kUsedChannels> ChannelPicked{}; ///< the ticked boxes `chkChannel`, by channel
+    PerChannel<bool, kUsedChannels> ChannelPicked{}; ///< the ticked boxes `chkChannel`, by channel
     bool Check2 = false;                             ///< "Edit All Tracks"
     bool Check3 = false;                             ///< "Percussion", of the Score Editor
     bool Check5 = false;                             ///< "Melody", likewise

@@ -18,18 +18,18 @@ constexpr std::int16_t kUsualCycle = 8; ///< for a length or a loop of 0
 constexpr int kPictureStep = 10;
 constexpr int kMeasuresOfLargeStep = 10;
 
-using Channels = std::array<bool, kUsedChannels>;
+using Channels = PerChannel<bool, kUsedChannels>;
 
 struct StampChannels {
-    Channels stamped{};
-    Channels mended{}; ///< where an older note that a stamp cuts goes on as a note of its own
+    Channels stamped;
+    Channels mended; ///< where an older note that a stamp cuts goes on as a note of its own
 };
 
 template<typename Answer>
 Channels channelsOf(int first, int last, Answer answer) {
-    Channels channels{};
+    Channels channels;
     for (int channel = std::max(first, 0); channel <= std::min(last, kUsedChannels - 1); ++channel)
-        channels[static_cast<std::size_t>(channel)] = answer(channel);
+        channels[channel] = answer(channel);
     return channels;
 }
 
@@ -90,13 +90,13 @@ void stampAlong(Workspace& workspace, const StampChannels& channels) {
         edit.CycleBeats = kUsualCycle;
     const std::vector<Stamp> stamps = stampsOf(workspace);
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        const bool stamped = channels.stamped[static_cast<std::size_t>(channel)];
+        const bool stamped = channels.stamped[channel];
         for (const ScoreLayer& layer : kScoreLayers) {
             if (stamped && !stamps.empty())
                 stampRow((score.*layer.clip).row(channel + layer.channelShift),
                          (score.*layer.cells).row(channel + layer.channelShift), layer.positionShift, stamps);
         }
-        if (!channels.mended[static_cast<std::size_t>(channel)])
+        if (!channels.mended[channel])
             continue;
         for (const Stamp& stamp : stamps) {
             if (stamp.stop < score.NumNotes && !(stamped && stamp.overlapped))
@@ -107,7 +107,7 @@ void stampAlong(Workspace& workspace, const StampChannels& channels) {
 
 void pick(EditState& edit, int first, int last, bool ticked) {
     for (int channel = first; channel <= last; ++channel)
-        edit.ChannelPicked[static_cast<std::size_t>(channel)] = ticked;
+        edit.ChannelPicked[channel] = ticked;
 }
 
 std::int16_t fieldValue(int number) {
@@ -124,11 +124,10 @@ void CopyMelody(Workspace& workspace, int& start, int firstChannel, int lastChan
         (score.*layer.clip).resize(score.NumNotes + 1);
     view.SelectEnd = first + workspace.edit.CycleNotes;
     workspace.edit.SelectSpan = workspace.edit.CycleNotes;
-    const Channels picked = channelsOf(firstChannel, lastChannel, [&](int channel) {
-        return workspace.edit.ChannelPicked[static_cast<std::size_t>(channel)];
-    });
+    const Channels picked = channelsOf(firstChannel, lastChannel,
+                                       [&](int channel) { return workspace.edit.ChannelPicked[channel]; });
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        if (!picked[static_cast<std::size_t>(channel)])
+        if (!picked[channel])
             continue;
         copyToBuffers(score, channel, first, workspace.edit.CycleNotes);
         // The motif is one cell longer in the notes than in chords and effects; that is meant.
@@ -141,8 +140,8 @@ void CopyMelody(Workspace& workspace, int& start, int firstChannel, int lastChan
     stampAlong(workspace, {picked, picked});
     for (int channel = std::max(firstChannel, 0); channel <= std::min(lastChannel, kUsedChannels - 1);
          ++channel) {
-        if (score.ChannelInUse[static_cast<std::size_t>(channel)])
-            score.ChannelShown[static_cast<std::size_t>(channel)] = true;
+        if (score.ChannelInUse[channel])
+            score.ChannelShown[channel] = true;
     }
     view.PlayMark = 0;
 }
@@ -153,9 +152,8 @@ void CopyRepeat(Workspace& workspace, int firstChannel, int lastChannel) {
         return worksOn(workspace, BlockCommand::Copy, channel);
     });
     // Here the mutes decide what is mended, and not what is stamped; that is meant.
-    channels.mended = channelsOf(firstChannel, lastChannel, [&](int channel) {
-        return !workspace.score.ChannelMuted[static_cast<std::size_t>(channel)];
-    });
+    channels.mended = channelsOf(firstChannel, lastChannel,
+                                 [&](int channel) { return !workspace.score.ChannelMuted[channel]; });
     stampAlong(workspace, channels);
 }
 

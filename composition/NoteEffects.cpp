@@ -7,7 +7,6 @@
 #include "sound/Instruments.h"
 
 #include <algorithm>
-#include <cstddef>
 
 namespace velmora {
 
@@ -31,10 +30,6 @@ constexpr std::array kEffectLayers{
 };
 static_assert(kEffectLayers.size() == std::tuple_size_v<EffectPlaces>);
 
-std::size_t slot(int channel) {
-    return static_cast<std::size_t>(channel);
-}
-
 bool isMelody(int channel) {
     return channel < kMelodyChannels;
 }
@@ -53,7 +48,7 @@ void giveInstrumentAndChord(Score& score, const EffectSelectors& effects, int po
 void sound(Workspace& workspace, NotePlayer& player, int head) {
     const Score& score = workspace.score;
     const int channel = score.ActiveChannel;
-    if (score.ChannelMuted[slot(channel)])
+    if (score.ChannelMuted[channel])
         return;
     workspace.play.PlayPosition = head; // chord and effects are read there
     player.ChangeInstrument(workspace.effects.NoteInstrumentPick, channel);
@@ -65,17 +60,6 @@ void resetSetup(Workspace& workspace) {
     workspace.setup.Chkstrum.fill(false);
     workspace.selectChannel(0);
     workspace.score.Tempo = 100;
-}
-
-EffectPlaces placesOf(const Score& score, int position, int height) {
-    EffectPlaces places;
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        const EffectLayer& layer = kEffectLayers[i];
-        const int value = (score.*layer.grid).valueOr(score.ActiveChannel, position + 1, layer.cleared);
-        places[i].shown = value - layer.shownAsZero;
-        places[i].pointerTop = static_cast<int>(roundHalfEven(height - double(value) * height / kMostValue));
-    }
-    return places;
 }
 } // namespace
 
@@ -100,7 +84,7 @@ std::optional<NoteReadout> applyAlongIndicator(Workspace& workspace, int positio
         return std::nullopt;
     // An empty cell takes it like a note; that is meant.
     score.NoteInstrument.set(channel, position,
-                             isMelody(channel) ? score.ChannelInstrument[slot(channel)]
+                             isMelody(channel) ? score.ChannelInstrument[channel]
                                                : workspace.instruments.PercussionInstrument);
     score.Volume.set(channel, position + 1, effects.vol3);
     if (isMelody(channel)) {
@@ -155,16 +139,19 @@ std::string_view applyInstrumentToSelection(Workspace& workspace, std::int16_t c
         if (classAt(score, position) != CellClass::Empty)
             score.NoteInstrument.set(score.ActiveChannel, position, code);
     }
-    score.ChannelInstrument[slot(score.ActiveChannel)] = code;
+    score.ChannelInstrument[score.ActiveChannel] = code;
     return {};
 }
 
 EffectPlaces doNotemod(const Score& score, int position, int height) {
-    return placesOf(score, position, height);
-}
-
-EffectPlaces domodgraph(const Score& score, int position, int height) {
-    return placesOf(score, position, height);
+    EffectPlaces places;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const EffectLayer& layer = kEffectLayers[i];
+        const int value = (score.*layer.grid).valueOr(score.ActiveChannel, position + 1, layer.cleared);
+        places[i].shown = value - layer.shownAsZero;
+        places[i].pointerTop = static_cast<int>(roundHalfEven(height - double(value) * height / kMostValue));
+    }
+    return places;
 }
 
 int selectorValue(int top, int stripHeight, int pointerHeight) {

@@ -58,7 +58,9 @@ using EffectPlaces = std::array<EffectPlace, 4>;
 /// The effects of a position of the active channel, for strips of @p height.
 [[nodiscard]] EffectPlaces doNotemod(const Score& score, int position, int height);
 /// The same for the graph boxes `Picture6`.
-[[nodiscard]] EffectPlaces domodgraph(const Score& score, int position, int height);
+[[nodiscard]] inline EffectPlaces domodgraph(const Score& score, int position, int height) {
+    return doNotemod(score, position, height);
+}
 
 /// The value, 0 to 127, of a selector whose pointer was dragged to @p top; the upper end is 127.
 [[nodiscard]] int selectorValue(int top, int stripHeight, int pointerHeight);

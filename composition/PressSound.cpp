@@ -7,7 +7,6 @@
 #include "score/Score.h"
 #include "sound/MidiPort.h"
 
-#include <cstddef>
 #include <utility>
 
 namespace velmora {
@@ -20,7 +19,7 @@ PressSound::PressSound(Score& score, PlayState& play, NotePlayer& player, MidiPo
 
 void PressSound::press(int channel, int row, int position) {
     setVelocity(channel, position);
-    if (score_.ChannelMuted[static_cast<std::size_t>(channel)])
+    if (score_.ChannelMuted[channel])
         return;
     release();
     player_.CurrentChannel = channel_ = channel;
@@ -31,9 +30,8 @@ void PressSound::press(int channel, int row, int position) {
 }
 
 void PressSound::audition(int channel, int position, bool own) {
-    const auto index = static_cast<std::size_t>(channel);
     const int cell = score_.NoteCell.valueOr(channel, position, kEmptyCell);
-    if (cellClass(cell) == CellClass::Empty || score_.ChannelMuted[index])
+    if (cellClass(cell) == CellClass::Empty || score_.ChannelMuted[channel])
         return;
     // Chord and effects stand at the head.
     play_.PlayPosition = headOf(score_, channel, position);
@@ -41,7 +39,7 @@ void PressSound::audition(int channel, int position, bool own) {
         player_.ChangeInstrument(score_.NoteInstrument.valueOr(channel, position, 0), channel);
     player_.Startnote(cellRow(cell), channel);
     if (own)
-        player_.ChangeInstrument(score_.ChannelInstrument[index], channel);
+        player_.ChangeInstrument(score_.ChannelInstrument[channel], channel);
 }
 
 void PressSound::release() {
@@ -55,11 +53,10 @@ void PressSound::release() {
 
 void PressSound::silenceAt(int position) {
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        const auto index = static_cast<std::size_t>(channel);
         const int cell = score_.NoteCell.valueOr(channel, position, kEmptyCell);
-        if (!score_.ChannelInUse[index] || score_.ChannelMuted[index] || cell < 0 || cellRow(cell) == 0)
+        if (!score_.ChannelInUse[channel] || score_.ChannelMuted[channel] || cell < 0 || cellRow(cell) == 0)
             continue;
-        player_.ChangeInstrument(score_.ChannelInstrument[index], channel);
+        player_.ChangeInstrument(score_.ChannelInstrument[channel], channel);
         player_.CurrentChannel = channel;
         player_.StopNote(cellRow(cell));
     }
@@ -73,7 +70,7 @@ void PressSound::silence() {
 
 void PressSound::setVelocity(int channel, int position) {
     const std::int16_t volume = score_.Volume.valueOr(channel, position + 1, 0);
-    score_.ChannelVelocity[static_cast<std::size_t>(channel)] = volume >= 1 ? volume : kClearedVolume;
+    score_.ChannelVelocity[channel] = volume >= 1 ? volume : kClearedVolume;
 }
 
 } // namespace velmora

@@ -16,7 +16,7 @@ constexpr int kLastHeadedPosition =
     1000; ///< whatever the score's length: a paste that ends here mends nothing
 
 bool isMuted(const Score& score, int channel) {
-    return score.ChannelMuted[static_cast<std::size_t>(channel)];
+    return score.ChannelMuted[channel];
 }
 
 template<typename Work>

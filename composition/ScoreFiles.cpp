@@ -6,6 +6,7 @@
 #include "base/Settings.h"
 #include "composition/Workspace.h"
 #include "score/MidiFile.h"
+#include "score/SngFile.h"
 
 #include <string_view>
 #include <utility>
@@ -73,7 +74,8 @@ ScoreFiles::Outcome ScoreFiles::open(const fs::path& file) {
     if (bytes->find('\0') != bytes->npos)
         return {false, "The file \"" + file.string() + "\" is no score: it isn't text.", {}};
     workspace_.keepReplaced("Open Score File");
-    Outcome outcome{true, {}, parseSng(*bytes, SngReader::OpenPoliFile, workspace_.score, workspace_.setup)};
+    parseSng(*bytes, SngReader::OpenPoliFile, workspace_.score, workspace_.setup);
+    Outcome outcome{true, {}, true};
     workspace_.score.currentFile = file.string();
     folder_ = file.parent_path();
     if (!beginsWithANumber(*bytes))

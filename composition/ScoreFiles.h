@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "score/SngFile.h"
-
 #include <filesystem>
 #include <functional>
-#include <optional>
 #include <string>
 
 namespace velmora {
@@ -25,7 +22,7 @@ public:
     struct Outcome {
         bool done = false; ///< opened, saved; false after a cancel, with nothing to save, and after a failure
         std::string words;
-        std::optional<SngOpened> opened; ///< what a window does with the score that was read
+        bool opened = false; ///< another score stands there now
     };
 
     std::function<void(bool busy)> onBusy; ///< a file is being read or written, and no longer

@@ -91,9 +91,8 @@ std::int16_t volumeAt(int offset, int barWidth) {
 void setVelocity(Score& score, SetupState& setup, std::int16_t value) {
     if (!isOf(score.ActiveChannel, score.ChannelVelocity.size()))
         return;
-    const auto index = static_cast<std::size_t>(score.ActiveChannel);
-    score.ChannelVelocity[index] = value;
-    setup.channels[index].volume = value;
+    score.ChannelVelocity[score.ActiveChannel] = value;
+    setup.channels[score.ActiveChannel].volume = value;
 }
 
 void fillVolume(Score& score, std::int16_t value) {
@@ -104,7 +103,7 @@ void fillEffects(Score& score, const SetupState& setup) {
     const int channel = score.ActiveChannel;
     if (!setup.SetupOpen || !isOf(channel, setup.channels.size()))
         return;
-    const PlaybackChannelSetup& values = setup.channels[static_cast<std::size_t>(channel)];
+    const PlaybackChannelSetup& values = setup.channels[channel];
     score.Modulation_Change.fillRow(channel, values.modulation);
     score.Pan_Change.fillRow(channel, values.pan);
     score.Reverb_Change.fillRow(channel, values.reverb);
@@ -124,7 +123,7 @@ void Combo3_Click(SetupState& setup, ChordSteps& chords, int item) {
 void Ch_Click(Score& score, SetupState& setup, int channel, bool ticked) {
     if (!isOf(channel, setup.Ch.size()))
         return;
-    setup.Ch[static_cast<std::size_t>(channel)] = ticked;
+    setup.Ch[channel] = ticked;
     // The list index as it is, one below the chord's type: that is meant.
     score.Polyphonics.fillRow(channel + 1, static_cast<std::int16_t>(ticked ? setup.Combo3 : 0));
 }
@@ -133,7 +132,7 @@ void showOnly(Score& score, int channel) {
     if (!isOf(channel, score.ChannelShown.size()))
         return;
     score.ChannelShown.fill(false);
-    score.ChannelShown[static_cast<std::size_t>(channel)] = true;
+    score.ChannelShown[channel] = true;
 }
 
 std::int16_t lineHeightWithin(std::int16_t height) {

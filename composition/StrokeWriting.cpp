@@ -21,8 +21,7 @@ bool isMelody(int channel) {
 
 void writeCell(Score& score, const DrawnNote& note, int position, int cell) {
     score.NoteCell.set(note.channel, position, static_cast<std::int16_t>(cell));
-    score.NoteInstrument.set(note.channel, position,
-                             score.ChannelInstrument[static_cast<std::size_t>(note.channel)]);
+    score.NoteInstrument.set(note.channel, position, score.ChannelInstrument[note.channel]);
 }
 
 void eraseCell(Score& score, int channel, int position) {

@@ -8,36 +8,23 @@
 
 namespace velmora {
 
-namespace {
-/// A stored number may be rubbish.
-int storedNotes(const SettingsStore& store) {
-    const int notes = settings::read(store, settings::NumNotes);
-    return notes > 0 ? std::min(notes, kMostNotes) : settings::NumNotes.fallback;
-}
-
-std::int16_t positive(std::int16_t value, std::int16_t fallback) {
-    return value > 0 ? value : fallback;
-}
-
-bool isChannel(int channel) {
-    return channel >= 0 && channel < kUsedChannels && channel != kFirstPercussion + 1;
-}
-} // namespace
+static_assert(settings::NumNotes.range.most == kMostNotes);
+static_assert(settings::Line_Height.range.least == kLeastLineHeight &&
+              settings::Line_Height.range.most == kMostLineHeight);
 
 Workspace::Workspace(const SettingsStore& store, const ProgramFolders& folders)
-    : score(storedNotes(store))
+    : score(settings::read(store, settings::NumNotes))
     , undo(folders.undoFile())
     , CopyonlyOneTrack(settings::read(store, settings::CopyonlyOneTrack)) {
     folders.makeSongs();
     score.ClearAll();
-    score.NotesPerMeasure = positive(settings::read(store, settings::Notes_per_measure), 16);
+    score.NotesPerMeasure = settings::read(store, settings::Notes_per_measure);
     setup.TxBeats = score.NotesPerMeasure;
-    setup.TxtMeter = positive(settings::read(store, settings::Beats_per_measure), 4);
-    setup.NoteX = positive(settings::read(store, settings::Type_of_note), 4);
+    setup.TxtMeter = settings::read(store, settings::Beats_per_measure);
+    setup.NoteX = settings::read(store, settings::Type_of_note);
     setup.ChTreble = settings::read(store, settings::Show_Treble_staff) != 0;
     setup.ChBass = settings::read(store, settings::Show_Bass_staff) != 0;
-    view.Line_Height =
-        std::clamp<int>(settings::read(store, settings::Line_Height), kLeastLineHeight, kMostLineHeight);
+    view.Line_Height = settings::read(store, settings::Line_Height);
     view.Show_Sharp_guides = settings::read(store, settings::Show_Sharp_guides) == 1;
     view.Notationstyle = settings::read(store, settings::Notationstyle) == 1 ? 1 : 0;
     view.Accidentals = settings::read(store, settings::Accidentals);
@@ -48,7 +35,7 @@ Workspace::Workspace(const SettingsStore& store, const ProgramFolders& folders)
     instruments.MelodyInstrumentName = nameOfCode(instruments.MelodyInstrument);
     instruments.PercussionInstrumentName = nameOfCode(instruments.PercussionInstrument);
     for (int channel = 0; channel < kUsedChannels; ++channel)
-        score.ChannelInstrument[static_cast<std::size_t>(channel)] =
+        score.ChannelInstrument[channel] =
             channel < kMelodyChannels ? instruments.MelodyInstrument : instruments.PercussionInstrument;
     selectChannel(0);
 }
@@ -57,9 +44,8 @@ void Workspace::selectChannel(int channel) {
     if (!isChannel(channel))
         return;
     score.ActiveChannel = channel;
-    const auto index = static_cast<std::size_t>(channel);
-    score.ChannelInUse[index] = true;
-    score.ChannelShown[index] = true;
+    score.ChannelInUse[channel] = true;
+    score.ChannelShown[channel] = true;
     if (channel < kMelodyChannels)
         score.TopChannel = std::max(score.TopChannel, channel);
     else
@@ -69,7 +55,7 @@ void Workspace::selectChannel(int channel) {
 void Workspace::toggleMuted(int channel) {
     if (!isChannel(channel))
         return;
-    bool& muted = score.ChannelMuted[static_cast<std::size_t>(channel)];
+    bool& muted = score.ChannelMuted[channel];
     muted = !muted;
     score.FindEndOfSong();
 }

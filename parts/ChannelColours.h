@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "base/PerChannel.h"
 #include "shell/Skin.h"
-
-#include <array>
 
 namespace velmora {
 
@@ -15,7 +14,7 @@ struct ChannelColours {
     Rgb pale;
 };
 
-inline constexpr std::array<ChannelColours, 13> kChannelColours{{
+inline constexpr PerChannel<ChannelColours, 13> kChannelColours{{{
     {"1", {255, 0, 0}, {192, 192, 255}},
     {"2", {0, 0, 255}, {255, 192, 255}},
     {"3", {0, 255, 0}, {255, 192, 192}},
@@ -29,7 +28,7 @@ inline constexpr std::array<ChannelColours, 13> kChannelColours{{
     {"10", {192, 64, 0}, {184, 250, 210}},
     {"11", {95, 166, 186}, {192, 255, 255}},
     {"12", {192, 192, 0}, {192, 255, 255}},
-}};
+}}};
 
 /// Black or white, whichever reads better on a channel's colour.
 [[nodiscard]] inline Rgb inkOnColour(Rgb ground) {

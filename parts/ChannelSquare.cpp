@@ -13,8 +13,7 @@ constexpr int kChip = 16;
 constexpr int kSquare = 20;
 
 const ChannelColours& coloursOf(int channel) {
-    const auto index = static_cast<std::size_t>(channel);
-    return kChannelColours[index < kChannelColours.size() ? index : 0];
+    return kChannelColours[kChannelColours.contains(channel) ? channel : 0];
 }
 } // namespace
 

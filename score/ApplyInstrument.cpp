@@ -30,10 +30,6 @@ int applyToSelection(Score& score, std::int16_t code, const ViewState& view,
     return taken;
 }
 
-void applyToChannel(Score& score, std::int16_t code) {
-    if (static_cast<unsigned>(score.ActiveChannel) < score.ChannelInstrument.size())
-        score.ChannelInstrument[static_cast<std::size_t>(score.ActiveChannel)] = code;
-}
 } // namespace
 
 int applyMelodyInstrument(Score& score, InstrumentSelection& chosen, std::int16_t storedCode,
@@ -42,7 +38,7 @@ int applyMelodyInstrument(Score& score, InstrumentSelection& chosen, std::int16_
         chosen.MelodyInstrument = storedCode;
     const int taken = applyToSelection(score, chosen.MelodyInstrument, view, beforeChange);
     if (score.ActiveChannel < kFirstPercussion)
-        applyToChannel(score, chosen.MelodyInstrument);
+        score.ChannelInstrument[score.ActiveChannel] = chosen.MelodyInstrument;
     return taken;
 }
 
@@ -52,7 +48,7 @@ int applyPercussionInstrument(Score& score, InstrumentSelection& chosen, std::in
         chosen.PercussionInstrument = storedCode;
     const int taken = applyToSelection(score, chosen.PercussionInstrument, view, beforeChange);
     if (score.ActiveChannel >= kFirstPercussion)
-        applyToChannel(score, chosen.PercussionInstrument);
+        score.ChannelInstrument[score.ActiveChannel] = chosen.PercussionInstrument;
     return taken;
 }
 

@@ -142,7 +142,6 @@ private:
     ByteCursor changeInstrument(ByteCursor to, std::int16_t code, int position);
     void WriteTrackLength(std::size_t length);
 
-    [[nodiscard]] std::size_t index() const { return static_cast<std::size_t>(channel_); }
     [[nodiscard]] int EventChannel() const { return NoteIsDrum ? shortmessage::kDrumChannel : channel_; }
     [[nodiscard]] int EventNote(int row) const { return NoteIsDrum ? DrumKey : RowToNote(row); }
 
@@ -160,11 +159,11 @@ private:
 
 std::string_view TrackWriter::track(int channel) {
     channel_ = channel;
-    score_.PlayedCell[index()] = kEmptyCell;
-    score_.PlayedInstrument[index()] = -1;
+    score_.PlayedCell[channel_] = kEmptyCell;
+    score_.PlayedInstrument[channel_] = -1;
     LastEventPosition = 0;
     ByteCursor to(std::ranges::copy("MTrk\0\0\0\0"sv, bytes_.get()).out);
-    if (!score_.ChannelMuted[index()]) {
+    if (!score_.ChannelMuted[channel_]) {
         const int songEnd = score_.SongEnd;
         const bool mayHaveChords = channel <= score_.TopMelodyHint;
         const auto cells = std::as_const(score_.NoteCell).row(channel);
@@ -185,7 +184,7 @@ std::string_view TrackWriter::track(int channel) {
 
 /// What playing the position would send, the old cell being that of the position before.
 ByteCursor TrackWriter::writePosition(ByteCursor to, int position, std::int16_t cell) {
-    const bool sounding = cellClass(score_.PlayedCell[index()]) != CellClass::Empty;
+    const bool sounding = cellClass(score_.PlayedCell[channel_]) != CellClass::Empty;
     const CellClass next = cellClass(cell);
     if (next == CellClass::Head)
         to = changeInstrument(to, valueOr(instruments_, position, 0), position);
@@ -193,15 +192,15 @@ ByteCursor TrackWriter::writePosition(ByteCursor to, int position, std::int16_t 
         to = WriteNoteOff(WriteDelta(to, position));
     if (next == CellClass::Head)
         to = WriteNoteOn(WriteDelta(to, position), cell, position);
-    score_.PlayedCell[index()] = cell;
+    score_.PlayedCell[channel_] = cell;
     return to;
 }
 
 /// A percussion key is remembered and nothing is written for it.
 ByteCursor TrackWriter::changeInstrument(ByteCursor to, std::int16_t code, int position) {
-    if (code == score_.PlayedInstrument[index()])
+    if (code == score_.PlayedInstrument[channel_])
         return to;
-    score_.PlayedInstrument[index()] = code;
+    score_.PlayedInstrument[channel_] = code;
     NoteIsDrum = code >= kFirstPercussionCode;
     if (NoteIsDrum) {
         DrumKey = code - kKeyToCode;
@@ -227,13 +226,13 @@ void TrackWriter::WriteTrackLength(std::size_t length) {
 }
 
 ByteCursor TrackWriter::WriteNoteOn(ByteCursor to, int cell, int position) {
-    std::int16_t& velocity = score_.ChannelVelocity[index()]; // stays where the array has no volume
+    std::int16_t& velocity = score_.ChannelVelocity[channel_]; // stays where the array has no volume
     velocity = valueOr(volumes_, position + kEffectShift, velocity);
     return writeEvent(to, kNoteOn + EventChannel(), EventNote(cell), velocity);
 }
 
 ByteCursor TrackWriter::WriteNoteOff(ByteCursor to) {
-    return writeEvent(to, kNoteOff + EventChannel(), EventNote(cellRow(score_.PlayedCell[index()])), 0);
+    return writeEvent(to, kNoteOff + EventChannel(), EventNote(cellRow(score_.PlayedCell[channel_])), 0);
 }
 } // namespace
 

@@ -17,12 +17,6 @@
 
 namespace velmora {
 
-namespace {
-std::size_t slot(int channel) {
-    return static_cast<std::size_t>(channel) % ChannelGrid::kChannels;
-}
-} // namespace
-
 NotePlayer::NotePlayer(Score& score, const SetupState& setup, const PlayState& state, ChordSteps& chords,
                        MidiPort& port, MessageLoop& loop)
     : score_(score)
@@ -37,18 +31,18 @@ void NotePlayer::ChangeInstrument(int code, int channel) {
         port_.send(shortmessage::controller(channel, 0, 0));
         port_.send(shortmessage::controller(channel, 32, 0));
         port_.send(shortmessage::programChange(channel, code));
-        score_.ChannelIsDrum[slot(channel)] = false;
+        score_.ChannelIsDrum[channel] = false;
     } else if (channel >= kFirstPercussion) {
-        score_.ChannelIsDrum[slot(channel)] = true;
-        score_.ChannelDrumKey[slot(channel)] = static_cast<std::int16_t>(code - kKeyToCode);
+        score_.ChannelIsDrum[channel] = true;
+        score_.ChannelDrumKey[channel] = static_cast<std::int16_t>(code - kKeyToCode);
     } else {
-        score_.ChannelIsDrum[slot(channel)] = false;
+        score_.ChannelIsDrum[channel] = false;
     }
 }
 
 void NotePlayer::Startnote(int row, int channel) {
     if (channel >= kFirstPercussion)
-        score_.ChannelIsDrum[slot(channel)] = true;
+        score_.ChannelIsDrum[channel] = true;
     start(row, channel, state_.PlayPosition);
 }
 
@@ -65,8 +59,8 @@ void NotePlayer::StopNoteBtnUp(int row, int position) {
 }
 
 NotePlayer::Pitch NotePlayer::pitchOf(int row, int channel) const {
-    if (score_.ChannelIsDrum[slot(channel)])
-        return {score_.ChannelDrumKey[slot(channel)], shortmessage::kDrumChannel};
+    if (score_.ChannelIsDrum[channel])
+        return {score_.ChannelDrumKey[channel], shortmessage::kDrumChannel};
     return {RowToNote(row), channel};
 }
 
@@ -74,10 +68,10 @@ void NotePlayer::start(int row, int channel, int position) {
     const Pitch pitch = pitchOf(row, channel);
     // The slot written is the active channel's, whichever channel sounds; that is meant.
     if (const auto volume = score_.Volume.at(channel, position + 1))
-        score_.ChannelVelocity[slot(score_.ActiveChannel)] = *volume;
+        score_.ChannelVelocity[score_.ActiveChannel] = *volume;
 
     const int chord = score_.Polyphonics.valueOr(channel + 1, position, 0);
-    if (channel < kMelodyChannels && (chord >= 1 || setup_.Ch[slot(channel)]))
+    if (channel < kMelodyChannels && (chord >= 1 || setup_.Ch[channel]))
         soften(channel);
 
     sendControllers(pitch.ch, position);
@@ -118,7 +112,7 @@ void NotePlayer::stop(int row, int channel, int position) {
     const Pitch pitch = pitchOf(row, channel);
     port_.send(shortmessage::noteOff(pitch.ch, pitch.note));
     // The position has moved on when a note is stopped, hence the look at the one before, too.
-    const bool chord = (channel < kMelodyChannels && setup_.Ch[slot(channel)]) ||
+    const bool chord = (channel < kMelodyChannels && setup_.Ch[channel]) ||
                        score_.Polyphonics.valueOr(channel + 1, position - 1, 0) != 0 ||
                        score_.Polyphonics.valueOr(channel + 1, position, 0) != 0;
     if (pitch.ch == shortmessage::kDrumChannel || !chord)
@@ -130,17 +124,17 @@ void NotePlayer::stop(int row, int channel, int position) {
 }
 
 void NotePlayer::soften(int channel) {
-    auto& value = score_.ChannelVelocity[slot(channel)];
+    auto& value = score_.ChannelVelocity[channel];
     value = static_cast<std::int16_t>(roundHalfEven(value * 0.8));
 }
 
 void NotePlayer::strum(int channel, int milliseconds) {
-    if (setup_.Chkstrum[slot(channel)])
+    if (setup_.Chkstrum[channel])
         loop_.block(milliseconds / 1000.0);
 }
 
 int NotePlayer::velocity(int channel) const {
-    return score_.ChannelVelocity[slot(channel)];
+    return score_.ChannelVelocity[channel];
 }
 
 } // namespace velmora

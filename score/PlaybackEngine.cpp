@@ -192,8 +192,8 @@ bool PlaybackEngine::prepare(float step) {
     window_.followView();
     window_.DrawNoteArray();
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        score_.PlayedCell[static_cast<std::size_t>(channel)] = kEmptyCell;
-        score_.PlayedInstrument[static_cast<std::size_t>(channel)] = -1;
+        score_.PlayedCell[channel] = kEmptyCell;
+        score_.PlayedInstrument[channel] = -1;
     }
     score_.FindEndOfSong();
     window_.showSongEnd();
@@ -249,12 +249,11 @@ bool PlaybackEngine::finish(const Turn& turn) {
     }
     takeLineAway();
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        const auto c = static_cast<std::size_t>(channel);
-        if (score_.ChannelMuted[c])
+        if (score_.ChannelMuted[channel])
             continue;
         player_.CurrentChannel = channel;
-        if (score_.PlayedCell[c] >= 0)
-            player_.StopNote(cellRow(score_.PlayedCell[c]));
+        if (score_.PlayedCell[channel] >= 0)
+            player_.StopNote(cellRow(score_.PlayedCell[channel]));
     }
     port_.reset();
     if (recording_.showing())
@@ -265,17 +264,16 @@ bool PlaybackEngine::finish(const Turn& turn) {
 void PlaybackEngine::PlayNotes() {
     const int top = std::min(score_.TopChannel, ChannelGrid::kChannels - 1);
     for (int channel = 0; channel <= top; ++channel) {
-        if (!score_.ChannelMuted[static_cast<std::size_t>(channel)])
+        if (!score_.ChannelMuted[channel])
             playChannel(channel);
     }
 }
 
 void PlaybackEngine::playChannel(int channel) {
-    const auto c = static_cast<std::size_t>(channel);
     const int position = state_.PlayPosition;
     player_.CurrentChannel = channel;
 
-    const std::int16_t oldCell = score_.PlayedCell[c];
+    const std::int16_t oldCell = score_.PlayedCell[channel];
     // Past the last position nothing stands, so that a note there ends like any other.
     const std::int16_t newCell = score_.NoteCell.valueOr(channel, position, kEmptyCell);
     const std::int16_t instrument = score_.NoteInstrument.valueOr(channel, position, 0);
@@ -284,17 +282,17 @@ void PlaybackEngine::playChannel(int channel) {
 
     // Unshifted, unlike the index that `Startnote` uses; both are meant.
     if (const auto volume = score_.Volume.at(channel, position))
-        score_.ChannelVelocity[c] = *volume;
-    if (isHead && instrument != score_.PlayedInstrument[c])
+        score_.ChannelVelocity[channel] = *volume;
+    if (isHead && instrument != score_.PlayedInstrument[channel])
         player_.ChangeInstrument(instrument, channel);
     if (wasSounding && (isHead || cellClass(newCell) == CellClass::Empty))
         player_.StopNote(cellRow(oldCell));
     if (isHead)
         player_.Startnote(cellRow(newCell), channel);
 
-    score_.PlayedCell[c] = newCell;
+    score_.PlayedCell[channel] = newCell;
     if (isHead)
-        score_.PlayedInstrument[c] = instrument;
+        score_.PlayedInstrument[channel] = instrument;
 }
 
 void PlaybackEngine::AdvancePlayLine() {

@@ -22,9 +22,7 @@ Score::Score(int numNotes)
     , ClipModulation(NumNotes + 1, kClearedEffect)
     , ClipPan(NumNotes + 1, kClearedPan)
     , ClipReverb(NumNotes + 1, kClearedEffect)
-    , ClipChorus(NumNotes + 1, kClearedEffect)
-    , displayGrid(NumNotes + 1, 0)
-    , displayFlags(static_cast<std::size_t>(NumNotes) + 1) {
+    , ClipChorus(NumNotes + 1, kClearedEffect) {
     std::fill_n(ChannelVelocity.begin(), 12, std::int16_t{127});
     PlayedCell.fill(kEmptyCell);
     PlayedInstrument.fill(-1);
@@ -33,11 +31,10 @@ Score::Score(int numNotes)
 void Score::ClearThisArray(int channel) {
     if (channel < 0 || channel >= kUsedChannels)
         return;
-    ChannelInUse[static_cast<std::size_t>(channel)] = false;
+    ChannelInUse[channel] = false;
     NoteCell.fillRow(channel, kEmptyCell);
     NoteInstrument.fillRow(channel, 0);
     Polyphonics.fillRow(channel + 1, 0);
-    displayGrid.fillRow(channel, 0);
 }
 
 void Score::ClearNoteArrays() {
@@ -57,7 +54,7 @@ void Score::ClearAll() {
     TopMelodyHint = 0;
     TopDrumHint = 0;
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        ChannelShown[static_cast<std::size_t>(channel)] = false;
+        ChannelShown[channel] = false;
         Volume.fillRow(channel, kClearedVolume);
         Modulation_Change.fillRow(channel, kClearedEffect);
         Pan_Change.fillRow(channel, kClearedPan);
@@ -87,28 +84,25 @@ std::vector<int> Score::usedChannels() const {
 
 void Score::FindEndOfSong() {
     SongEnd = 0;
-    if (static_cast<unsigned>(ActiveChannel) < ChannelInUse.size())
-        ChannelInUse[static_cast<std::size_t>(ActiveChannel)] = true;
+    ChannelInUse[ActiveChannel] = true;
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        const auto c = static_cast<std::size_t>(channel);
-        if (ChannelMuted[c])
+        if (ChannelMuted[channel])
             continue;
         // A single note in position 0 does not mark a channel as used; that is meant.
         if (const int last = lastFilledPosition(channel, NumNotes); last >= 1) {
             SongEnd = std::max(SongEnd, last + 1);
-            ChannelInUse[c] = ChannelShown[c] = true;
+            ChannelInUse[channel] = ChannelShown[channel] = true;
         } else if (channel > 0) {
-            ChannelInUse[c] = ChannelShown[c] = false;
+            ChannelInUse[channel] = ChannelShown[channel] = false;
         }
     }
 }
 
 void Score::Isnotes() {
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        const auto index = static_cast<std::size_t>(channel);
-        if (ChannelInUse[index] && channel != ActiveChannel &&
+        if (ChannelInUse[channel] && channel != ActiveChannel &&
             lastFilledPosition(channel, NoteCell.positions() - 1) < 0)
-            ChannelInUse[index] = false;
+            ChannelInUse[channel] = false;
     }
 }
 
@@ -117,9 +111,8 @@ void Score::resizeNotes(int numNotes) {
     // The copy buffers of volume and of the four effects keep their old size; that is meant.
     for (ChannelGrid* grid :
          {&NoteCell, &NoteInstrument, &ClipNoteCell, &ClipNoteInstrument, &Volume, &Polyphonics,
-          &ClipPolyphonics, &Modulation_Change, &Pan_Change, &Reverb_Change, &Chorus_Change, &displayGrid})
+          &ClipPolyphonics, &Modulation_Change, &Pan_Change, &Reverb_Change, &Chorus_Change})
         grid->resize(NumNotes + 1);
-    displayFlags.resize(static_cast<std::size_t>(NumNotes) + 1);
 }
 
 void Score::rememberBeat(int channel, int position, std::int16_t value) {

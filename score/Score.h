@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "base/PerChannel.h"
 #include "score/ChannelGrid.h"
 
 #include <array>
@@ -29,8 +30,13 @@ enum class CellClass : std::uint8_t { Empty, Head, Continuation };
 inline constexpr int kUsedChannels = 13;   ///< channels 0 to 12 hold music, 13 to 15 are spare
 inline constexpr int kMelodyChannels = 8;  ///< channels 0 to 7
 inline constexpr int kFirstPercussion = 8; ///< 8 and 10 to 12; index 9 stays empty, see `Score`
-inline constexpr int kMostNotes = 200'000; ///< positions: more than seven hours of music, 128 MB
+inline constexpr int kMostNotes = 200'000; ///< positions: more than seven hours of music, 102 MB
 inline constexpr std::int16_t kEmptyCell = -1;
+
+/// Whether a channel can be selected. Index 9 can't, though its row is read, undone and written like others.
+[[nodiscard]] constexpr bool isChannel(int channel) {
+    return channel >= 0 && channel < kUsedChannels && channel != kFirstPercussion + 1;
+}
 
 /// A reset value of one effect array.
 inline constexpr std::int16_t kClearedVolume = 127;
@@ -66,18 +72,15 @@ struct Score {
     ChannelGrid ClipReverb;
     ChannelGrid ClipChorus;
 
-    ChannelGrid displayGrid;        ///< scratch of the Tableau's display
-    std::vector<bool> displayFlags; ///< the same, one a position
-
-    std::array<std::int16_t, 16> ChannelInstrument{}; ///< code that new notes of the channel receive
-    std::array<std::int16_t, 16> ChannelVelocity{};   ///< velocity of the next note-on
-    std::array<bool, 16> ChannelMuted{};              ///< playing and `FindEndOfSong` skip the channel
-    std::array<bool, kUsedChannels> ChannelInUse{};   ///< holds notes or is active
-    std::array<bool, 16> ChannelShown{};              ///< its button in the channel strip is lit
-    std::array<bool, 16> ChannelIsDrum{}; ///< sounds on MIDI channel index 9 with `ChannelDrumKey`
-    std::array<std::int16_t, 16> ChannelDrumKey{};
-    std::array<std::int16_t, 16> PlayedCell{};       ///< what playing sent last; -1 before playing
-    std::array<std::int16_t, 16> PlayedInstrument{}; ///< likewise
+    PerChannel<std::int16_t> ChannelInstrument;   ///< code that new notes of the channel receive
+    PerChannel<std::int16_t> ChannelVelocity;     ///< velocity of the next note-on
+    PerChannel<bool> ChannelMuted;                ///< playing and `FindEndOfSong` skip the channel
+    PerChannel<bool, kUsedChannels> ChannelInUse; ///< holds notes or is active
+    PerChannel<bool> ChannelShown;                ///< its button in the channel strip is lit
+    PerChannel<bool> ChannelIsDrum;               ///< sounds on MIDI channel index 9 with `ChannelDrumKey`
+    PerChannel<std::int16_t> ChannelDrumKey;
+    PerChannel<std::int16_t> PlayedCell;       ///< what playing sent last; -1 before playing
+    PerChannel<std::int16_t> PlayedInstrument; ///< likewise
 
     /// For percussion channel c and positions 0 to 14, [c - 7][p + 1] remembers the instrument: as its code
     /// when a file is read, as code - 128 when drawn with the mouse (the two differ on purpose).

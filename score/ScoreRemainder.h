@@ -37,9 +37,9 @@ private:
 
     std::vector<Run> runs_;
     int numNotes_;
-    std::array<bool, kUsedChannels> inUse_;
-    std::array<bool, 16> shown_;
-    std::array<std::int16_t, 16> instruments_;
+    PerChannel<bool, kUsedChannels> inUse_;
+    PerChannel<bool> shown_;
+    PerChannel<std::int16_t> instruments_;
     std::array<std::array<std::int16_t, 16>, 5> beatMemo_;
     std::int16_t tempo_;
     std::int16_t notesPerMeasure_;
@@ -49,8 +49,8 @@ private:
     int topDrumHint_;
     std::string file_;
     std::array<std::int16_t, 3> meter_; ///< `TxBeats`, `TxtMeter`, `NoteX`
-    std::array<bool, 8> chords_;
-    std::array<bool, 16> strums_;
+    PerChannel<bool, kMelodyChannels> chords_;
+    PerChannel<bool> strums_;
 };
 
 } // namespace velmora

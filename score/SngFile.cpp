@@ -12,15 +12,11 @@
 namespace velmora {
 
 namespace {
-/// @return whether there is percussion
-bool readNotes(SngLines& lines, Score& score) {
-    bool percussion = false;
+void readNotes(SngLines& lines, Score& score) {
     for (int channel = 0; channel < kUsedChannels; ++channel) {
         markInUse(score, channel, lines.row(score.NoteCell.row(channel)));
-        const std::size_t fields = lines.row(score.NoteInstrument.row(channel));
-        percussion |= rememberBeats(score, channel, fields);
+        rememberBeats(score, channel, lines.row(score.NoteInstrument.row(channel)));
     }
-    return percussion;
 }
 
 void readTempoLine(SngLines& lines, Score& score, std::optional<std::int16_t> cap) {
@@ -37,8 +33,7 @@ void readChannelInstruments(SngLines& lines, Score& score) {
         return;
     }
     for (int channel = 0; channel < kUsedChannels; ++channel)
-        score.ChannelInstrument[static_cast<std::size_t>(channel)] =
-            score.NoteInstrument.valueOr(channel, 0, 0);
+        score.ChannelInstrument[channel] = score.NoteInstrument.valueOr(channel, 0, 0);
 }
 
 void readSections(SngLines& lines, Score& score) {
@@ -60,13 +55,13 @@ void readKeyLines(SngLines& lines, Score& score, SetupState& setup) {
         applyKeyLine(lines.line(), score, setup, read);
 }
 
-std::optional<SngOpened> open(const std::filesystem::path& path, SngReader reader, Score& score,
-                              SetupState& setup) {
+bool open(const std::filesystem::path& path, SngReader reader, Score& score, SetupState& setup) {
     // The whole file first: a score that can't be read must not cost the one in memory.
     const auto bytes = readWholeFile(path);
     if (!bytes)
-        return std::nullopt;
-    return parseSng(*bytes, reader, score, setup);
+        return false;
+    parseSng(*bytes, reader, score, setup);
+    return true;
 }
 
 std::size_t fieldCount(std::string_view line) {
@@ -74,11 +69,11 @@ std::size_t fieldCount(std::string_view line) {
 }
 } // namespace
 
-SngOpened parseSng(std::string_view bytes, SngReader reader, Score& score, SetupState& setup) {
+void parseSng(std::string_view bytes, SngReader reader, Score& score, SetupState& setup) {
     const SngRules& rules = kSngRules[static_cast<std::size_t>(reader)];
     SngLines lines(bytes);
     score.ClearNoteArrays();
-    const bool percussion = readNotes(lines, score);
+    readNotes(lines, score);
     if (rules.form != SngForm::Newest && !lines.atEnd())
         readTempoLine(lines, score, rules.tempoCap);
     readChannelInstruments(lines, score);
@@ -87,24 +82,21 @@ SngOpened parseSng(std::string_view bytes, SngReader reader, Score& score, Setup
     if (rules.form == SngForm::Newest)
         readKeyLines(lines, score, setup);
     score.FindEndOfSong();
-    return {.showTempo = rules.showsTempo,
-            .beatboxHeight = percussion ? std::optional(rules.beatboxHeight) : std::nullopt,
-            .keyboardInstrument = rules.keyboardInstrument};
 }
 
-std::optional<SngOpened> OpenPoliFile(const std::filesystem::path& path, Score& score, SetupState& setup) {
+bool OpenPoliFile(const std::filesystem::path& path, Score& score, SetupState& setup) {
     return open(path, SngReader::OpenPoliFile, score, setup);
 }
 
-std::optional<SngOpened> OpenFile(const std::filesystem::path& path, Score& score, SetupState& setup) {
+bool OpenFile(const std::filesystem::path& path, Score& score, SetupState& setup) {
     return open(path, SngReader::OpenFile, score, setup);
 }
 
-std::optional<SngOpened> OpenPoliFile2(const std::filesystem::path& path, Score& score, SetupState& setup) {
+bool OpenPoliFile2(const std::filesystem::path& path, Score& score, SetupState& setup) {
     return open(path, SngReader::OpenPoliFile2, score, setup);
 }
 
-std::optional<SngOpened> OpenSegment(const std::filesystem::path& path, Score& score, SetupState& setup) {
+bool OpenSegment(const std::filesystem::path& path, Score& score, SetupState& setup) {
     return open(path, SngReader::OpenSegment, score, setup);
 }
 
@@ -119,9 +111,9 @@ std::size_t longestRow(std::string_view bytes) {
 }
 
 std::string serializePoliFile(const Score& score, const SetupState& setup) {
-    std::array<std::size_t, kUsedChannels> last{};
+    PerChannel<std::size_t, kUsedChannels> last;
     for (int channel = 0; channel < kUsedChannels; ++channel)
-        last[static_cast<std::size_t>(channel)] =
+        last[channel] =
             static_cast<std::size_t>(std::max(score.lastFilledPosition(channel, score.NumNotes), 0));
     // Rows end one index after the last note, where an effect of that note stands, or with the array.
     const std::size_t effectEnd =
@@ -129,7 +121,7 @@ std::string serializePoliFile(const Score& score, const SetupState& setup) {
 
     SngWriter out(100 * effectEnd);
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        const std::size_t fields = last[static_cast<std::size_t>(channel)] + 1;
+        const std::size_t fields = last[channel] + 1;
         out.row(score.NoteCell.row(channel).first(fields));
         out.row(score.NoteInstrument.row(channel).first(fields));
     }

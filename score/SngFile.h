@@ -27,41 +27,31 @@ enum class SngForm : std::uint8_t {
 
 enum class SngReader : std::uint8_t { OpenPoliFile, OpenFile, OpenPoliFile2, OpenSegment };
 
-/// One reader: the generation it expects, and what it does beside filling the Score.
+/// One reader: the generation it expects, and the highest tempo it lets in.
 struct SngRules {
     SngReader reader;
     SngForm form;
     std::optional<std::int16_t> tempoCap;
-    std::optional<int> keyboardInstrument;
-    double beatboxHeight;
-    bool showsTempo;
 };
 
 inline constexpr std::array kSngRules{
-    SngRules{SngReader::OpenPoliFile, SngForm::Newest, std::nullopt, std::nullopt, 24.0, true},
-    SngRules{SngReader::OpenFile, SngForm::First, 400, 24, 36.0, true},
-    SngRules{SngReader::OpenPoliFile2, SngForm::Second, 400, std::nullopt, 36.0, true},
-    SngRules{SngReader::OpenSegment, SngForm::First, std::nullopt, std::nullopt, 36.0, false},
+    SngRules{SngReader::OpenPoliFile, SngForm::Newest, std::nullopt},
+    SngRules{SngReader::OpenFile, SngForm::First, 400},
+    SngRules{SngReader::OpenPoliFile2, SngForm::Second, 400},
+    SngRules{SngReader::OpenSegment, SngForm::First, std::nullopt},
 };
 static_assert(kSngRules.size() == 4);
-
-/// What a window does after a score was read, beside painting it anew.
-struct SngOpened {
-    bool showTempo = true;                 ///< `TempoLabel` shows `Tempo`, its change handler not acting
-    std::optional<double> beatboxHeight;   ///< there is percussion: `Beatbox` gets this height
-    std::optional<int> keyboardInstrument; ///< the keyboard's current instrument becomes this
-};
 
 /// Reads a score from memory. The notes of the Score are cleared first and its effects are not, so old effect
 /// values stay wherever the text has none. `FindEndOfSong` runs at the end. Any bytes will do; what makes no
 /// sense is left out.
-SngOpened parseSng(std::string_view bytes, SngReader reader, Score& score, SetupState& setup);
+void parseSng(std::string_view bytes, SngReader reader, Score& score, SetupState& setup);
 
-/// The same from a file. Nothing comes back for a file that can't be read, and the Score is as it was.
-std::optional<SngOpened> OpenPoliFile(const std::filesystem::path& path, Score& score, SetupState& setup);
-std::optional<SngOpened> OpenFile(const std::filesystem::path& path, Score& score, SetupState& setup);
-std::optional<SngOpened> OpenPoliFile2(const std::filesystem::path& path, Score& score, SetupState& setup);
-std::optional<SngOpened> OpenSegment(const std::filesystem::path& path, Score& score, SetupState& setup);
+/// The same from a file; false for one that can't be read, and the Score is as it was.
+bool OpenPoliFile(const std::filesystem::path& path, Score& score, SetupState& setup);
+bool OpenFile(const std::filesystem::path& path, Score& score, SetupState& setup);
+bool OpenPoliFile2(const std::filesystem::path& path, Score& score, SetupState& setup);
+bool OpenSegment(const std::filesystem::path& path, Score& score, SetupState& setup);
 
 /// Positions of the longest of the 13 note rows: a Score whose `NumNotes` is at least this loses no note.
 [[nodiscard]] std::size_t longestRow(std::string_view bytes);

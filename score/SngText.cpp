@@ -177,24 +177,20 @@ void writeKeyLines(SngWriter& out, const Score& score, const SetupState& setup) 
     out.line("Note Value=" + std::to_string(setup.NoteX));
 }
 
-bool rememberBeats(Score& score, int channel, std::size_t fields) {
+void rememberBeats(Score& score, int channel, std::size_t fields) {
     if (channel < kFirstPercussion)
-        return false;
+        return;
     const auto codes = std::as_const(score.NoteInstrument).row(channel).first(fields);
-    bool any = false;
     for (std::size_t position = 0; position < codes.size(); ++position) {
-        if (codes[position] < 1)
-            continue;
-        any = true;
-        score.rememberBeat(channel, static_cast<int>(position), codes[position]);
+        if (codes[position] >= 1)
+            score.rememberBeat(channel, static_cast<int>(position), codes[position]);
     }
-    return any;
 }
 
 void markInUse(Score& score, int channel, std::size_t fields) {
     const auto cells = std::as_const(score.NoteCell).row(channel).first(fields);
     if (std::ranges::any_of(cells, [](std::int16_t cell) { return cell >= 1; }))
-        score.ChannelInUse[static_cast<std::size_t>(channel)] = true;
+        score.ChannelInUse[channel] = true;
 }
 
 } // namespace velmora

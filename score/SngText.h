@@ -92,8 +92,8 @@ void applyKeyLine(std::string_view line, Score& score, SetupState& setup, MeterF
 /// The four key lines that end a text.
 void writeKeyLines(SngWriter& out, const Score& score, const SetupState& setup);
 
-/// Notes the percussion instruments of a row that was read in `BeatMemo`, and says whether it has any.
-bool rememberBeats(Score& score, int channel, std::size_t fields);
+/// Notes the percussion instruments of a row that was read in `BeatMemo`.
+void rememberBeats(Score& score, int channel, std::size_t fields);
 /// Marks a channel as used where a row that was read has a code of 1 or more; a head on row 0 doesn't count.
 void markInUse(Score& score, int channel, std::size_t fields);
 

@@ -16,10 +16,6 @@ namespace velmora {
 namespace {
 constexpr int kBeyondSongEnd = 100; ///< positions after the song's end that a snapshot still looks at
 
-bool isChannel(int channel) {
-    return channel >= 0 && channel < kUsedChannels;
-}
-
 std::size_t hashOf(std::string_view text) {
     return std::hash<std::string_view>{}(text);
 }
@@ -32,7 +28,7 @@ void UndoSnapshot::SaveforUndo(const Score& score, const SetupState& setup, std:
         return;
     forget();
     ++snapshots;
-    if (!isChannel(score.ActiveChannel) || !write(serializeUndo(score, setup)))
+    if (!score.ChannelInUse.contains(score.ActiveChannel) || !write(serializeUndo(score, setup)))
         return;
     UndoChannel = score.ActiveChannel;
     step_ = step;
@@ -94,7 +90,7 @@ bool UndoSnapshot::write(std::string_view text) {
 
 std::string serializeUndo(const Score& score, const SetupState& setup) {
     const int channel = score.ActiveChannel;
-    if (!isChannel(channel))
+    if (!score.ChannelInUse.contains(channel))
         return {};
     const int bound = score.SongEnd >= 1 ? score.SongEnd + kBeyondSongEnd : score.NumNotes;
     const auto fields = static_cast<std::size_t>(std::max(score.lastFilledPosition(channel, bound), 0)) + 1;
@@ -103,7 +99,7 @@ std::string serializeUndo(const Score& score, const SetupState& setup) {
     SngWriter out(8 * fields);
     out.row(score.NoteCell.row(channel).first(fields));
     out.row(score.NoteInstrument.row(channel).first(fields));
-    out.row(std::span(score.ChannelInstrument).subspan(static_cast<std::size_t>(channel), 1));
+    out.row(std::span(&score.ChannelInstrument[channel], 1));
     out.line(kPolyphonicsKeyword);
     if (channel < kPolyphonicsRows)
         out.row(score.Polyphonics.row(channel).first(effectEnd));
@@ -116,7 +112,7 @@ std::string serializeUndo(const Score& score, const SetupState& setup) {
 }
 
 void parseUndo(std::string_view bytes, int channel, Score& score, SetupState& setup) {
-    if (!isChannel(channel))
+    if (!score.ChannelInUse.contains(channel))
         return;
     SngLines lines(bytes);
     score.ClearThisArray(channel);
@@ -125,8 +121,7 @@ void parseUndo(std::string_view bytes, int channel, Score& score, SetupState& se
     // Field `channel` of a row that has one field: only channel 0 gets its instrument back.
     auto instruments = score.ChannelInstrument;
     lines.row(std::span(instruments).first(kUsedChannels));
-    const auto own = static_cast<std::size_t>(channel);
-    score.ChannelInstrument[own] = instruments[own];
+    score.ChannelInstrument[channel] = instruments[channel];
 
     lines.line(); // each keyword is passed over, whatever it says
     if (channel < kPolyphonicsRows)

@@ -33,7 +33,8 @@ void bindLooks(QObject& owner, Frmmenu& menu, frmskins& skins, SettingsStore& se
             settings::save(settings, settings::ToolText_type, style);
         });
     const auto tick = [&menu, &settings] {
-        menu.choose("mnuSkin", settings::read(settings, settings::Skin_type));
+        // What stands for no skin ticks none, though a skin is shown.
+        menu.choose("mnuSkin", settings::stored(settings, settings::Skin_type));
         menu.choose("mnuButton", settings::read(settings, settings::Skin_buttons));
         menu.choose("mnuXPtooltext", settings::read(settings, settings::ToolText_type));
     };

@@ -20,9 +20,12 @@ constexpr std::array kThemedParts{"QMenu",         "QMenuBar",          "QMessag
                                   "QComboMenuItem"};
 } // namespace
 
+static_assert(settings::Skin_type.range.most == kSkinCount);
+static_assert(settings::Skin_buttons.range.most == kButtonStyles.size());
+
 frmskins::frmskins(SettingsStore& settings)
     : settings_(settings)
-    , look_{.skinType = std::clamp<int>(settings::read(settings, settings::Skin_type), 1, kSkinCount),
+    , look_{.skinType = settings::read(settings, settings::Skin_type),
             .buttonStyle = settings::read(settings, settings::Skin_buttons)} {
     style_ = new SkinStyle(look_); // Qt's to delete
     QApplication::setStyle(style_);

@@ -82,7 +82,7 @@ void BuiltInSynth::push(const Event& event, std::size_t spare) {
 /// in it.
 void BuiltInSynth::choosePreset(std::uint32_t word) {
     const int channel = shortmessage::channel(word);
-    int& bank = bank_[static_cast<std::size_t>(channel)];
+    int& bank = bank_[channel];
     if (shortmessage::status(word) == 0xB0 && shortmessage::data1(word) == 0)
         bank = shortmessage::data2(word);
     if (shortmessage::status(word) != 0xC0)

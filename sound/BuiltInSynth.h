@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "base/PerChannel.h"
 #include "sound/AudioSource.h"
 #include "sound/SoftSynth.h"
 #include "sound/SpscRing.h"
@@ -85,7 +86,7 @@ private:
     std::atomic<bool> endsLost_{false}; ///< something other than a note found no place
 
     // The sender's own.
-    std::array<int, 16> bank_{};
+    PerChannel<int> bank_;
 
     // Sender and loader, under the mutex.
     mutable std::mutex mutex_;

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include <array>
+#include "base/PerChannel.h"
+
 #include <cstdint>
 #include <string>
 
@@ -22,17 +23,17 @@ struct PlaybackChannelSetup {
 
 /// What the setup toolbar's fields hold and other rooms read. The window shows this record.
 struct SetupState {
-    bool SetupOpen = false;          ///< the toolbar exists
-    std::array<bool, 8> Ch{};        ///< a chord for the whole melody channel
-    std::array<bool, 16> Chkstrum{}; ///< chords of the channel are strummed
-    int Combo2 = 0;                  ///< device list: 0 "MIDI Mapper", then each device
-    int Combo3 = 0;                  ///< chord list
-    std::int16_t TxBeats = 16;       ///< "Notes per measure"; `Score::NotesPerMeasure` follows it
-    std::int16_t TxtMeter = 4;       ///< "Beats per measure"
-    std::int16_t NoteX = 4;          ///< "Note Value"
+    bool SetupOpen = false;      ///< the toolbar exists
+    PerChannel<bool, 8> Ch{};    ///< a chord for the whole melody channel
+    PerChannel<bool> Chkstrum{}; ///< chords of the channel are strummed
+    int Combo2 = 0;              ///< device list: 0 "MIDI Mapper", then each device
+    int Combo3 = 0;              ///< chord list
+    std::int16_t TxBeats = 16;   ///< "Notes per measure"; `Score::NotesPerMeasure` follows it
+    std::int16_t TxtMeter = 4;   ///< "Beats per measure"
+    std::int16_t NoteX = 4;      ///< "Note Value"
     bool ChTreble = true;
     bool ChBass = true;
-    std::array<PlaybackChannelSetup, 16> channels;
+    PerChannel<PlaybackChannelSetup> channels;
 };
 
 } // namespace velmora

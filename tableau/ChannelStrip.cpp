@@ -25,7 +25,7 @@ bool isEnter(int key) {
 
 /// A muted channel is pale and struck out.
 void paintSquare(QPainter& painter, const QRectF& rect, int channel, bool muted) {
-    const ChannelColours& colours = kChannelColours[static_cast<std::size_t>(channel)];
+    const ChannelColours& colours = kChannelColours[channel];
     const Rgb face = muted ? colours.pale : colours.bright;
     fillRounded(painter, rect, 3, toQColor(face), toQColor(mix(face, kBlack, 0.45)));
     painter.setPen(toQColor(inkOnColour(face)));
@@ -51,8 +51,7 @@ public:
         , look_(look)
         , channel_(channel) {
         setObjectName(QStringLiteral("Label8(%1)").arg(channel));
-        setAccessibleName(
-            QStringLiteral("Channel %1").arg(kChannelColours[static_cast<std::size_t>(channel)].caption));
+        setAccessibleName(QStringLiteral("Channel %1").arg(kChannelColours[channel].caption));
         setCheckable(true);
         setAutoExclusive(true);
         setFocusPolicy(Qt::TabFocus);
@@ -109,11 +108,9 @@ ChannelStrip::ChannelStrip(const Appearance& look, ExToolTip& tips, QWidget* par
         if (channel == 9) // MIDI's drum channel has no square
             continue;
         auto* square = new Square(look, channel, this);
-        squares_[static_cast<std::size_t>(channel)] = square;
-        tips.SetToolTip(
-            *square,
-            {"Channel " + QString::fromLatin1(kChannelColours[static_cast<std::size_t>(channel)].caption),
-             kSquareTip, ""});
+        squares_[channel] = square;
+        tips.SetToolTip(*square,
+                        {"Channel " + QString::fromLatin1(kChannelColours[channel].caption), kSquareTip, ""});
         connect(square, &QAbstractButton::clicked, this, [this, channel] {
             if (Label8_Click)
                 Label8_Click(channel);
@@ -122,14 +119,14 @@ ChannelStrip::ChannelStrip(const Appearance& look, ExToolTip& tips, QWidget* par
 }
 
 void ChannelStrip::show(const Score& score) {
-    for (std::size_t channel = 0; channel < squares_.size(); ++channel)
+    for (int channel = 0; channel < kUsedChannels; ++channel)
         if (squares_[channel])
-            squares_[channel]->show(static_cast<int>(channel) == score.ActiveChannel,
-                                    score.ChannelInUse[channel], score.ChannelMuted[channel]);
+            squares_[channel]->show(channel == score.ActiveChannel, score.ChannelInUse[channel],
+                                    score.ChannelMuted[channel]);
 }
 
 QWidget* ChannelStrip::square(int channel) const {
-    return channel >= 0 && channel < kUsedChannels ? squares_[static_cast<std::size_t>(channel)] : nullptr;
+    return squares_[channel];
 }
 
 void ChannelStrip::layOut(FormWidth width) {

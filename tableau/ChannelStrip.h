@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "base/PerChannel.h"
 #include "tableau/FormLayout.h"
 
 #include <QWidget>
 
-#include <array>
 #include <functional>
 
 namespace velmora {
@@ -33,7 +33,7 @@ public:
 
 private:
     class Square;
-    std::array<Square*, 13> squares_{};
+    PerChannel<Square*, 13> squares_;
 };
 
 } // namespace velmora

@@ -160,8 +160,6 @@ void EffectsPage::setEffect(std::size_t effect, int value) {
     const EffectRow& row = kEffectRows[effect];
     workspace_.effects.*row.kept = static_cast<std::int16_t>(value);
     effects_[effect].value->setText(QString::number(value));
-    if (onSelector)
-        onSelector();
 }
 
 void EffectsPage::Check1_Click() {

@@ -38,7 +38,6 @@ public:
 
     std::function<void()> onPickInstrument;     ///< `CmdInst`, and a double click on `Text5`
     std::function<void(int type)> onChord;      ///< chosen, and kept
-    std::function<void()> onSelector;           ///< a slider was moved, and its value kept
     std::function<void(bool on)> onNoteEffects; ///< `Check1` was pressed
 
     void layOut(FormWidth width) override;

@@ -7,7 +7,6 @@
 #include "score/NotePlayer.h"
 
 #include <algorithm>
-#include <cstddef>
 
 namespace velmora {
 
@@ -16,10 +15,6 @@ constexpr int kEdge = 24;           ///< pixels before the right edge that scrol
 constexpr int kEndMargin = 10;      ///< the view's last column keeps this far from the Score's end
 constexpr int kColumnsOfAPage = 5;  ///< what a right drag at the edge scrolls by
 constexpr int kFirstDrumCode = 128; ///< what `BeatMemo` leaves out of an instrument drawn with the mouse
-
-std::size_t slot(int channel) {
-    return static_cast<std::size_t>(channel);
-}
 } // namespace
 
 TableauInput::TableauInput(Workspace& workspace, NotePlayer& player, MidiPort& port, TableauScreen& screen)
@@ -226,8 +221,8 @@ void TableauInput::finishDraw() {
     screen_.showNote(readNote(score, first), stroke_.PressCol);
     score.FindEndOfSong();
     // A single note in position 0 leaves its channel unused, but the active channel is in use at any rate.
-    score.ChannelInUse[slot(stroke_.channel)] = true;
-    score.ChannelShown[slot(stroke_.channel)] = true;
+    score.ChannelInUse[stroke_.channel] = true;
+    score.ChannelShown[stroke_.channel] = true;
     screen_.showSongEnd();
     repaint(stroke_.box);
     view.SelectEnd = stroke_.ViewCol; // a column of the view; that is meant
@@ -243,7 +238,7 @@ void TableauInput::writeDrawn(int first, int last) {
     if (stroke_.box == Box::Beatbox)
         score.rememberBeat(
             stroke_.channel, first,
-            static_cast<std::int16_t>(score.ChannelInstrument[slot(stroke_.channel)] - kFirstDrumCode));
+            static_cast<std::int16_t>(score.ChannelInstrument[stroke_.channel] - kFirstDrumCode));
 }
 
 void TableauInput::finishSelect() {

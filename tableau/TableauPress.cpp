@@ -7,16 +7,11 @@
 #include "score/NotePlayer.h"
 
 #include <algorithm>
-#include <cstddef>
 
 namespace velmora {
 
 namespace {
 constexpr int kCentredPan = 64; ///< shown as 0
-
-std::size_t slot(int channel) {
-    return static_cast<std::size_t>(channel);
-}
 
 Pointer pointerOf(Stroke::Kind kind) {
     switch (kind) {
@@ -60,9 +55,9 @@ bool TableauInput::takeChannel(Box box) {
     if (box == Box::Beatbox && belongs()) {
         const int channel = score.ActiveChannel;
         const std::int16_t instrument = workspace_.instruments.PercussionInstrument;
-        score.ChannelInstrument[slot(channel)] = instrument;
+        score.ChannelInstrument[channel] = instrument;
         player_.ChangeInstrument(instrument, channel);
-        score.ChannelIsDrum[slot(channel)] = true;
+        score.ChannelIsDrum[channel] = true;
     }
     return belongs();
 }

@@ -19,14 +19,13 @@ struct TableauScene {
 [[nodiscard]] inline Rgb colourOfChannel(const Score& score, int channel) {
     if (channel < 0 || channel >= kUsedChannels)
         return kBlack;
-    const ChannelColours& colours = kChannelColours[static_cast<std::size_t>(channel)];
+    const ChannelColours& colours = kChannelColours[channel];
     return channel == score.ActiveChannel ? colours.bright : colours.pale;
 }
 
 /// Whether a Tableau paints the channel's notes.
 [[nodiscard]] inline bool isPainted(const Score& score, int channel) {
-    const auto at = static_cast<std::size_t>(channel);
-    return score.ChannelInUse[at] && !score.ChannelMuted[at] && score.ChannelShown[at];
+    return score.ChannelInUse[channel] && !score.ChannelMuted[channel] && score.ChannelShown[channel];
 }
 
 } // namespace velmora

@@ -86,7 +86,7 @@ QString TopBarOverlay::field(Field field) const {
 void TopBarOverlay::showTrack(int channel) {
     track_ = channel;
     QPalette palette = values_[LblTrk]->palette();
-    const Rgb ground = kChannelColours[static_cast<std::size_t>(channel)].bright;
+    const Rgb ground = kChannelColours[channel].bright;
     palette.setColor(QPalette::Text, toQColor(inkOnColour(ground)));
     values_[LblTrk]->setPalette(palette);
     setField(LblTrk, QString::number(channel + 1));
@@ -139,7 +139,7 @@ void TopBarOverlay::paintEvent(QPaintEvent* /*event*/) {
     for (const int x : rules_)
         verticalLine(painter, x, 4, height() - 8, toQColor(skin.line));
     fillRounded(painter, values_[LblTrk]->geometry().adjusted(0, 2, 0, -2), 2,
-                toQColor(kChannelColours[static_cast<std::size_t>(track_)].bright));
+                toQColor(kChannelColours[track_].bright));
     if (width_ == FormWidth::Small)
         return;
     painter.setPen(toQColor(skin.dim));

@@ -5,22 +5,36 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <limits>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 using namespace velmora;
 
 namespace {
+/// An end of a range, and what a stored value one beyond it reads as. Blank for the end of the type itself.
+struct End {
+    std::string value;
+    std::string beyond;
+    bool operator==(const End&) const = default;
+};
+
 struct Row {
     std::string key;
     std::string type;
     std::string fallback;
     std::string section = "Settings";
+    End least{};
+    End most{};
     bool operator==(const Row&) const = default;
 };
 
 void PrintTo(const Row& row, std::ostream* out) {
-    *out << row.section << '/' << row.key << " (" << row.type << ") " << row.fallback;
+    *out << row.section << '/' << row.key << " (" << row.type << ") " << row.fallback << ", "
+         << row.least.value << " (" << row.least.beyond << ") to " << row.most.value << " ("
+         << row.most.beyond << ')';
 }
 
 const std::vector<Row> kRows{
@@ -28,11 +42,11 @@ const std::vector<Row> kRows{
     {"Intrumentval2", "i16", "128"},
     {"Inst Name", "text", ""},
     {"CopyonlyOneTrack", "Boolean", "False"},
-    {"NumNotes", "i32", "1000"},
-    {"Notes per measure", "i16", "16"},
-    {"Beats per measure", "i16", "4"},
-    {"Type of note", "i16", "4"},
-    {"Line_Height", "i16", "8"},
+    {"NumNotes", "i32", "1000", "Settings", {"1", "1000"}, {"200000", "200000"}},
+    {"Notes per measure", "i16", "16", "Settings", {"1", "16"}},
+    {"Beats per measure", "i16", "4", "Settings", {"1", "4"}},
+    {"Type of note", "i16", "4", "Settings", {"1", "4"}},
+    {"Line_Height", "i16", "8", "Settings", {"4", "4"}, {"40", "40"}},
     {"Show_Sharp_guides", "i16", "1"},
     {"Show Bass staff", "i16", "1"},
     {"Show Treble staff", "i16", "1"},
@@ -41,8 +55,8 @@ const std::vector<Row> kRows{
     {"Percussion", "Boolean", "True"},
     {"Playing position", "Boolean", "True"},
     {"Devices", "i16", "-1"},
-    {"Skin type", "i16", "1"},
-    {"Skin buttons", "i16", "1"},
+    {"Skin type", "i16", "1", "Settings", {"1", "1"}, {"8", "8"}},
+    {"Skin buttons", "i16", "1", "Settings", {"1", "1"}, {"6", "1"}},
     {"ToolText type", "i16", "1"},
     {"Editing Toolbar", "Boolean", "False"},
     {"Synthup", "Boolean", "False"},
@@ -99,6 +113,26 @@ std::string typeName(const settings::Text&) {
     return "text";
 }
 
+/// What a setting saves of a value that it has read from @p text.
+template<class T>
+std::string throughStore(const settings::Setting<T>& setting, std::string_view text) {
+    MemorySettings store;
+    store.SaveSetting(setting.section, setting.key, text);
+    save(store, setting, read(store, setting));
+    return store.values.begin()->second;
+}
+
+template<class T>
+End endOf(const settings::Setting<T>& setting, T end, T endOfType, int step) {
+    if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
+        if (end != endOfType)
+            return {throughStore(setting, std::to_string(end)),
+                    throughStore(setting, std::to_string(std::int64_t{end} + step))};
+    }
+    EXPECT_EQ(end, endOfType) << setting.key;
+    return {};
+}
+
 struct SettingsTest : testing::Test {
     MemorySettings store;
 
@@ -110,7 +144,7 @@ struct SettingsTest : testing::Test {
 };
 } // namespace
 
-TEST_F(SettingsTest, AnEmptyStoreGivesTheFallbackOfEveryRow) {
+TEST_F(SettingsTest, EveryRowHasItsFallbackAndItsRange) {
     // Saving what an empty store gives writes the fallback down as text.
     std::vector<Row> rows;
     for (const settings::AnySetting& any : settings::kAll)
@@ -120,7 +154,10 @@ TEST_F(SettingsTest, AnEmptyStoreGivesTheFallbackOfEveryRow) {
                 save(written, setting, read(store, setting));
                 ASSERT_EQ(written.values.size(), 1u);
                 const auto& [place, value] = *written.values.begin();
-                rows.push_back({place.second, typeName(setting), value, place.first});
+                using Limits = std::numeric_limits<std::remove_const_t<decltype(setting.fallback)>>;
+                rows.push_back({place.second, typeName(setting), value, place.first,
+                                endOf(setting, setting.range.least, Limits::lowest(), -1),
+                                endOf(setting, setting.range.most, Limits::max(), +1)});
             },
             any);
     EXPECT_EQ(rows, kRows);
@@ -130,7 +167,7 @@ TEST_F(SettingsTest, EveryRowReadsWhatWasSavedForIt) {
     for (const settings::AnySetting& any : settings::kAll)
         std::visit(
             [&](const auto& setting) {
-                const std::string text = typeName(setting) == "Boolean" ? "True" : "77";
+                const std::string text = typeName(setting) == "Boolean" ? "True" : "5";
                 store.SaveSetting(setting.section, setting.key, text);
                 MemorySettings written;
                 save(written, setting, read(store, setting));
@@ -138,6 +175,20 @@ TEST_F(SettingsTest, EveryRowReadsWhatWasSavedForIt) {
             },
             any);
     EXPECT_EQ(store.values.size(), settings::kAll.size()) << "no two rows share a place";
+}
+
+TEST_F(SettingsTest, WhatLiesFarBeyondARangeIsAsWhatLiesJustBeyond) {
+    EXPECT_EQ(readFrom(settings::NumNotes, "-2147483648"), 1000);
+    EXPECT_EQ(readFrom(settings::NumNotes, "2147483647"), 200'000);
+    EXPECT_EQ(readFrom(settings::Line_Height, "-32768"), 4);
+    EXPECT_EQ(readFrom(settings::Line_Height, "32767"), 40);
+    EXPECT_EQ(readFrom(settings::Skin_buttons, "999"), 1);
+}
+
+TEST_F(SettingsTest, WhatIsStoredCanBeReadBeyondItsRange) {
+    store.SaveSetting("Settings", "Skin type", "9");
+    EXPECT_EQ(stored(store, settings::Skin_type), 9);
+    EXPECT_EQ(read(store, settings::Skin_type), 8);
 }
 
 TEST_F(SettingsTest, AFallbackOfTheCallerGoesBeforeTheTables) {
@@ -151,14 +202,14 @@ TEST_F(SettingsTest, AStoredWidthUnderTheWrittenKeyIsNotReadBack) {
     EXPECT_EQ(read(store, settings::form1_width, 1720), 1720);
 }
 
-TEST_F(SettingsTest, WholeNumbersOutOfRangeGiveTheFallback) {
+TEST_F(SettingsTest, WholeNumbersOutOfTheirTypeGiveTheFallback) {
     EXPECT_EQ(readFrom(settings::Devices, "32767"), 32767);
     EXPECT_EQ(readFrom(settings::Devices, "-32768"), -32768);
     EXPECT_EQ(readFrom(settings::Devices, "32768"), -1);
     EXPECT_EQ(readFrom(settings::Devices, "-32769"), -1);
-    EXPECT_EQ(readFrom(settings::NumNotes, "2147483647"), 2147483647);
-    EXPECT_EQ(readFrom(settings::NumNotes, "2147483648"), 1000);
-    EXPECT_EQ(readFrom(settings::NumNotes, "-2147483649"), 1000);
+    EXPECT_EQ(readFrom(settings::NumBytes, "2147483647"), 2147483647);
+    EXPECT_EQ(readFrom(settings::NumBytes, "2147483648"), 10000);
+    EXPECT_EQ(readFrom(settings::NumBytes, "-2147483649"), 10000);
 }
 
 TEST_F(SettingsTest, TextThatIsNoNumberGivesTheFallback) {

@@ -43,7 +43,7 @@ public:
         : workspace_(workspace)
         , random_(random)
         , model_(workspace.score.NumNotes) {
-        model_.inUse = workspace.score.ChannelInUse;
+        model_.inUse = workspace.score.ChannelInUse.values;
         for (std::size_t channel = 0; channel < kUsedChannels; ++channel) {
             model_.shown[channel] = workspace.score.ChannelShown[channel];
             model_.instrument[channel] = workspace.score.ChannelInstrument[channel];
@@ -278,7 +278,7 @@ void Walk::expectSameRecords() const {
     EXPECT_EQ(edit.TotalNotes, model_.TotalNotes);
     EXPECT_EQ(score.ActiveChannel, model_.ActiveChannel);
     EXPECT_EQ(score.SongEnd, model_.SongEnd);
-    EXPECT_EQ(score.ChannelInUse, model_.inUse);
+    EXPECT_EQ(score.ChannelInUse.values, model_.inUse);
     EXPECT_TRUE(std::equal(model_.shown.begin(), model_.shown.end(), score.ChannelShown.begin()));
     EXPECT_TRUE(
         std::equal(model_.instrument.begin(), model_.instrument.end(), score.ChannelInstrument.begin()));

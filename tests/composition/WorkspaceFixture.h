@@ -19,8 +19,7 @@ inline void putNotes(Score& score, int channel, int row, int notes, int length =
     for (int position = 0; position < notes * length; ++position) {
         const int cell = position % length == 0 ? row : 1000 + row;
         score.NoteCell.set(channel, position, static_cast<std::int16_t>(cell));
-        score.NoteInstrument.set(channel, position,
-                                 score.ChannelInstrument[static_cast<std::size_t>(channel)]);
+        score.NoteInstrument.set(channel, position, score.ChannelInstrument[channel]);
     }
     score.FindEndOfSong();
 }

@@ -124,6 +124,11 @@ TEST_F(WorkspaceTest, AMeterOfZeroOrLessIsNone) {
     EXPECT_EQ(workspace().setup.NoteX, 4);
 }
 
+TEST_F(WorkspaceTest, AStoredLineHeightIsOneThatTheStaffPanelOffers) {
+    store("Line_Height", "1000");
+    EXPECT_EQ(workspace().view.Line_Height, kMostLineHeight);
+}
+
 class NumNotesTest : public WorkspaceFixture,
                      public testing::WithParamInterface<std::pair<const char*, int>> {};
 INSTANTIATE_TEST_SUITE_P(Stored, NumNotesTest,

@@ -29,6 +29,14 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
         std::abort();
     const OneValueStore store(text);
     for (const settings::AnySetting& any : settings::kAll)
-        std::visit([&](const auto& setting) { static_cast<void>(read(store, setting)); }, any);
+        std::visit(
+            [&](const auto& setting) {
+                const auto value = read(store, setting);
+                if constexpr (std::is_arithmetic_v<decltype(setting.fallback)>) {
+                    if (value < setting.range.least || value > setting.range.most)
+                        std::abort();
+                }
+            },
+            any);
     return 0;
 }

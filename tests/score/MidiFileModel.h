@@ -81,13 +81,12 @@ private:
     }
 
     void track() {
-        const auto t = static_cast<std::size_t>(t_);
-        score_.PlayedCell[t] = score_.PlayedInstrument[t] = -1;
+        score_.PlayedCell[t_] = score_.PlayedInstrument[t_] = -1;
         lastEvent_ = 0;
         bytes_ += "MTrk";
         const std::size_t lengthAt = bytes_.size();
         bytes_ += "....";
-        if (!score_.ChannelMuted[t]) {
+        if (!score_.ChannelMuted[t_]) {
             for (int p = 0; p <= score_.SongEnd; ++p) {
                 if (p < score_.SongEnd && score_.Polyphonics.valueOr(t_ + 1, p + 1, 0) >= 1 &&
                     t_ <= score_.TopMelodyHint)
@@ -119,11 +118,10 @@ private:
     }
 
     void position(int p, int cell) {
-        const auto t = static_cast<std::size_t>(t_);
         const auto kind = [](int code) { return code < 0 ? 0 : code < 1000 ? 1 : 2; };
-        const int before = kind(score_.PlayedCell[t]), now = kind(cell);
+        const int before = kind(score_.PlayedCell[t_]), now = kind(cell);
         const int code = score_.NoteInstrument.valueOr(t_, p, 0);
-        if (code != score_.PlayedInstrument[t] && now == 1) {
+        if (code != score_.PlayedInstrument[t_] && now == 1) {
             drum_ = code >= 128;
             if (drum_) {
                 key_ = code - 93;
@@ -137,21 +135,21 @@ private:
         if (before != 0 && now != 2) {
             delta(p);
             byte(0x80 + (drum_ ? 9 : t_));
-            data(drum_ ? key_ : 127 - score_.PlayedCell[t] % 1000);
+            data(drum_ ? key_ : 127 - score_.PlayedCell[t_] % 1000);
             byte(0);
             lastEvent_ = p;
         }
         if (now == 1) {
             delta(p);
             if (const auto volume = score_.Volume.at(t_, p + 1))
-                score_.ChannelVelocity[t] = *volume;
+                score_.ChannelVelocity[t_] = *volume;
             byte(0x90 + (drum_ ? 9 : t_));
             data(drum_ ? key_ : 127 - cell);
-            data(score_.ChannelVelocity[t]);
+            data(score_.ChannelVelocity[t_]);
             lastEvent_ = p;
-            score_.PlayedInstrument[t] = static_cast<std::int16_t>(code);
+            score_.PlayedInstrument[t_] = static_cast<std::int16_t>(code);
         }
-        score_.PlayedCell[t] = static_cast<std::int16_t>(cell);
+        score_.PlayedCell[t_] = static_cast<std::int16_t>(cell);
     }
 
     Score& score_;

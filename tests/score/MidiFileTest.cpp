@@ -282,7 +282,7 @@ TEST_F(MidiFileTest, RandomScoresAreWrittenByteForByteAsStepByStep) {
             got.Volume.set(below(random, 16), below(random, 60),
                            static_cast<std::int16_t>(below(random, 300)));
         }
-        got.ChannelMuted[static_cast<std::size_t>(below(random, 16))] = true;
+        got.ChannelMuted[below(random, 16)] = true;
         Score wanted = got;
         ChordSteps gotSteps, wantedSteps;
         ASSERT_EQ(hex(buildMidiFile(got, gotSteps)), hex(MidiFileModel(wanted, wantedSteps).write())) << i;

@@ -37,7 +37,7 @@ inline Score randomScore(std::minstd_rand& random, int numNotes) {
             for (int position = 1; position <= numNotes; position += 1 + any(4))
                 grid->set(channel, position, any(128));
         }
-        score.ChannelInstrument[static_cast<std::size_t>(channel)] = any(175);
+        score.ChannelInstrument[channel] = any(175);
     }
     for (int row = 1; row <= kMelodyChannels; ++row)
         score.Polyphonics.set(row, below(random, numNotes + 1), any(8));

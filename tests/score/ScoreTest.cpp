@@ -85,6 +85,15 @@ TEST(ScoreTest, ClearThisArrayClearsOneChannelAndNoneForANegativeName) {
     EXPECT_EQ(score.NoteCell.at(1, 3), 61);
 }
 
+TEST(ScoreTest, AChannelThatCanBeSelectedIsOneOfTheUsedOnesButIndexNine) {
+    std::vector<int> channels;
+    for (int channel = -2; channel < 20; ++channel) {
+        if (isChannel(channel))
+            channels.push_back(channel);
+    }
+    EXPECT_EQ(channels, (std::vector{0, 1, 2, 3, 4, 5, 6, 7, 8, 10, 11, 12}));
+}
+
 TEST(ScoreTest, SongEndIsOnePastTheLastCellOfAnyChannelThatIsNotMuted) {
     Score score(50);
     score.NoteCell.set(0, 10, 60);
@@ -150,7 +159,7 @@ TEST(ChannelGridTest, AccessOutsideTheGridIsSkipped) {
 TEST(ScoreTest, AChannelThatLostItsLastNoteIsNoLongerInUseUnlessItIsActive) {
     Score score(20);
     for (const int channel : {0, 1, 2})
-        score.ChannelInUse[static_cast<std::size_t>(channel)] = true;
+        score.ChannelInUse[channel] = true;
     score.NoteCell.set(2, 20, 60);
     score.Isnotes();
     EXPECT_TRUE(score.ChannelInUse[0]) << "the active one";

@@ -99,10 +99,9 @@ struct Model {
         }
     }
 
-    SngOpened read(std::string_view bytes, SngReader reader) {
+    void read(std::string_view bytes, SngReader reader) {
         const bool newest = reader == SngReader::OpenPoliFile;
         const bool second = reader == SngReader::OpenPoliFile2;
-        SngOpened opened;
         splitLines(bytes);
         score.ClearNoteArrays();
         for (int c = 0; c <= 12; ++c) {
@@ -110,12 +109,11 @@ struct Model {
             gridRow(score.NoteInstrument, c, 0);
             for (int p = 0; p <= score.NumNotes; ++p) {
                 if (score.NoteCell.at(c, p) >= 1)
-                    score.ChannelInUse[static_cast<std::size_t>(c)] = true;
+                    score.ChannelInUse[c] = true;
                 if (c >= 8 && score.NoteInstrument.at(c, p) >= 1) {
                     if (c <= 11 && p <= 14)
                         score.BeatMemo[static_cast<std::size_t>(c - 7)][static_cast<std::size_t>(p + 1)] =
                             *score.NoteInstrument.at(c, p);
-                    opened.beatboxHeight = newest ? 24.0 : 36.0;
                 }
             }
         }
@@ -127,7 +125,7 @@ struct Model {
         }
         if (atEnd()) {
             for (int c = 0; c <= 12; ++c)
-                score.ChannelInstrument[static_cast<std::size_t>(c)] = *score.NoteInstrument.at(c, 0);
+                score.ChannelInstrument[c] = *score.NoteInstrument.at(c, 0);
         } else {
             const auto codes = fields();
             for (std::size_t c = 0; c <= 12 && c < codes.size(); ++c) {
@@ -144,10 +142,6 @@ struct Model {
         if (newest)
             keys();
         score.FindEndOfSong();
-        opened.showTempo = reader != SngReader::OpenSegment;
-        if (reader == SngReader::OpenFile)
-            opened.keyboardInstrument = 24;
-        return opened;
     }
 
     void section(ChannelGrid& grid, int rows, int shift) {
@@ -263,20 +257,17 @@ TEST(SngReaderModelTest, DamagedFilesOfEveryGenerationAreReadAsTheLayoutSays) {
         Score before = randomScore(random, numNotes);
         before.ActiveChannel = below(random, kUsedChannels);
         before.TopDrumHint = below(random, 5);
-        before.ChannelMuted[static_cast<std::size_t>(below(random, 13))] = true;
+        before.ChannelMuted[below(random, 13)] = true;
         before.Tempo = 500;
         for (const SngRules& rules : kSngRules) {
             Score got = before, wanted = before;
             SetupState gotSetup, wantedSetup;
-            const SngOpened gotOpened = parseSng(text, rules.reader, got, gotSetup);
-            const SngOpened wantedOpened = Model{wanted, wantedSetup, {}}.read(text, rules.reader);
+            parseSng(text, rules.reader, got, gotSetup);
+            Model{wanted, wantedSetup, {}}.read(text, rules.reader);
             expectSameScore(got, wanted);
             EXPECT_EQ(gotSetup.TxBeats, wantedSetup.TxBeats);
             EXPECT_EQ(gotSetup.TxtMeter, wantedSetup.TxtMeter);
             EXPECT_EQ(gotSetup.NoteX, wantedSetup.NoteX);
-            EXPECT_EQ(gotOpened.showTempo, wantedOpened.showTempo);
-            EXPECT_EQ(gotOpened.beatboxHeight, wantedOpened.beatboxHeight);
-            EXPECT_EQ(gotOpened.keyboardInstrument, wantedOpened.keyboardInstrument);
             ASSERT_FALSE(testing::Test::HasFailure())
                 << "file " << i << ", reader " << static_cast<int>(rules.reader) << ":\n"
                 << text;

@@ -102,3 +102,10 @@ TEST_F(LookMenusTest, NothingIsChosenOnceTheWindowIsGone) {
     EXPECT_FALSE(menu.item("mnuSkin", 5).isEnabled());
     EXPECT_EQ(skins.look().skinType, 1);
 }
+
+TEST_F(LookMenusTest, AStoredSkinThatThereIsNoneOfTicksNone) {
+    settings::save(settings, settings::Skin_type, 9);
+    bind();
+    open();
+    EXPECT_THAT(ticked("mnuSkin"), testing::IsEmpty());
+}

@@ -74,7 +74,7 @@ INSTANTIATE_TEST_SUITE_P(Channels, ColoursOfPercussion, testing::Range(kFirstPer
 TEST_P(ColoursOfPercussion, AreBrightIfActiveAndElsePale) {
     TableauFixture fixture;
     fixture.draw(GetParam(), 2, 42, 1);
-    const ChannelColours& colours = kChannelColours[static_cast<std::size_t>(GetParam())];
+    const ChannelColours& colours = kChannelColours[GetParam()];
     EXPECT_EQ(painted(fixture).pixel(30, 5), colour(colours.pale));
     fixture.score.ActiveChannel = GetParam();
     EXPECT_EQ(painted(fixture).pixel(30, 5), colour(colours.bright));

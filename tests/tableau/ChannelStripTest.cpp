@@ -69,7 +69,7 @@ TEST_F(ChannelStripTest, SquaresStand28ApartWithAGapBeforePercussion) {
 TEST_F(ChannelStripTest, EachSquareHasItsChannelsColour) {
     for (int channel = 0; channel < 13; ++channel)
         if (channel != 9) {
-            EXPECT_EQ(pixel(channel, 2, 10), colour(kChannelColours[std::size_t(channel)].bright)) << channel;
+            EXPECT_EQ(pixel(channel, 2, 10), colour(kChannelColours[channel].bright)) << channel;
         }
 }
 
@@ -182,7 +182,7 @@ TEST_F(TopBarOverlayTest, TheTrackHasTheChannelsNumberAndColour) {
         EXPECT_EQ(label("LblTrk").text().toInt(), channel + 1);
         const QRect chip = label("LblTrk").geometry();
         EXPECT_EQ(bar.grab().toImage().pixelColor(chip.left() + 1, chip.center().y()),
-                  colour(kChannelColours[std::size_t(channel)].bright));
+                  colour(kChannelColours[channel].bright));
     }
 }
 

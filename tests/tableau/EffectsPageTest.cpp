@@ -47,16 +47,12 @@ protected:
 
 TEST_F(EffectsPageTest, EachSliderSetsItsSelector) {
     opened();
-    int told = 0;
-    panel().effects().onSelector = [&] { ++told; };
     for (const Row& row : kRows) {
-        told = 0;
         dragTo(row.strip, -40);
         EXPECT_EQ(effects().*row.kept, row.least + 127) << row.strip;
         dragTo(row.strip, 90);
         EXPECT_EQ(effects().*row.kept, row.least) << row.strip;
         EXPECT_EQ(shownIn(row.value), std::to_string(row.least));
-        EXPECT_GT(told, 0);
     }
 }
 

@@ -15,7 +15,7 @@ TEST_P(ColoursOfMelody, AreBrightIfActiveAndElsePale) {
     const int channel = GetParam();
     fixture.draw(channel, 2, 50, 3);
     const QPoint bar(2 * 12 + 20, rowTop(fixture, 50) + 5);
-    const ChannelColours& colours = kChannelColours[static_cast<std::size_t>(channel)];
+    const ChannelColours& colours = kChannelColours[channel];
     fixture.score.ActiveChannel = channel;
     EXPECT_EQ(painted(fixture).pixel(bar), colour(colours.bright));
     fixture.score.ActiveChannel = (channel + 1) % kMelodyChannels;

@@ -229,7 +229,7 @@ void StrokeModelTest::follow(const Hand& hand) {
     const int to = std::max(std::min(end < 0 ? -1 : end / 12, now.ViewColumns), from);
     const bool switched = score().ActiveChannel != channel;
     const int code = !melody && switched ? workspace().instruments.PercussionInstrument
-                                         : score().ChannelInstrument[static_cast<std::size_t>(channel)];
+                                         : score().ChannelInstrument[channel];
     model.draw(channel, row, now.ViewFirstColumn + from, now.ViewFirstColumn + to, code);
 }
 

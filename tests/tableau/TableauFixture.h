@@ -16,7 +16,7 @@ struct TableauFixture {
     }
     /// A head and its continuations.
     void draw(int channel, int column, int row, int cells, int chord = 0) {
-        score.ChannelInUse[static_cast<std::size_t>(channel)] = true;
+        score.ChannelInUse[channel] = true;
         score.NoteCell.set(channel, column, static_cast<std::int16_t>(row));
         for (int at = column + 1; at < column + cells; ++at)
             score.NoteCell.set(channel, at, static_cast<std::int16_t>(1000 + row));

@@ -153,7 +153,7 @@ TEST_P(form1AgainstCompanionTest, BothLeaveTheSameFile) {
 
     workspace().edit.ChannelPicked.fill(false);
     for (const int channel : {0, 1, 8})
-        workspace().edit.ChannelPicked[static_cast<std::size_t>(channel)] = true;
+        workspace().edit.ChannelPicked[channel] = true;
     workspace().edit.CycleNotes = 5;
     workspace().edit.CycleBeats = 7;
     workspace().edit.TotalNotes = 40;

@@ -3,6 +3,7 @@
 #include "base/DemoMedia.h"
 #include "base/Files.h"
 #include "form1Fixture.h"
+#include "score/SngFile.h"
 #include "shell/WindowGeometry.h"
 
 #include <fstream>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Drawing on the Tableau of the composing window, with the mouse.
 #include "form1Fixture.h"
+#include "score/SngFile.h"
 #include "tableau/Picmain.h"
 #include "tableau/ViewScroll.h"
 

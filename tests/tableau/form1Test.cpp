@@ -4,6 +4,7 @@
 
 #include "composition/RecoveryFile.h"
 #include "form1Fixture.h"
+#include "score/SngFile.h"
 #include "shell/SkinPainter.h"
 #include "tableau/ViewGeometry.h"
 
