@@ -25,26 +25,6 @@ float stepOf(int tempo, double factor) {
 }
 } // namespace
 
-/// One play. Events are served while it ends, so a newer one may begin before: that takes its place.
-class PlaybackEngine::Turn {
-public:
-    explicit Turn(PlaybackEngine& engine) : engine_(engine), number_(++engine.turns_) {
-        if (engine.underWay_++ == 0)
-            return;
-        engine.port_.reset(); // what the older play left on
-        engine.state_.PlayStepCount = 0;
-    }
-    ~Turn() { --engine_.underWay_; }
-    Turn(const Turn&) = delete;
-    Turn& operator=(const Turn&) = delete;
-
-    [[nodiscard]] bool isDisplaced() const { return number_ != engine_.turns_; }
-
-private:
-    PlaybackEngine& engine_;
-    int number_;
-};
-
 PlaybackEngine::PlaybackEngine(Score& score, ViewState& view, PlayState& state, NotePlayer& player,
                                MidiPort& port, MessageLoop& loop, PlaybackView& window,
                                RecordingProgress& recording)
@@ -102,8 +82,18 @@ void PlaybackEngine::RewindBut_Click() {
     loop_.YieldIfInput();
 }
 
+/// What is still under way is over, and silent.
+Turn PlaybackEngine::takeTurn() {
+    if (turns_.underWay()) {
+        port_.reset();
+        state_.PlayStepCount = 0;
+        takeLineAway();
+    }
+    return Turn(turns_);
+}
+
 void PlaybackEngine::PlaySong2() {
-    const Turn turn(*this);
+    const Turn turn = takeTurn();
     if (!beginSong())
         return;
     WalkEnd end = walk(turn);
@@ -127,7 +117,7 @@ void PlaybackEngine::PlaySong2() {
 void PlaybackEngine::PlaySelection() {
     if (!segmentIsMarked())
         return;
-    const Turn turn(*this);
+    const Turn turn = takeTurn();
     if (!beginSelection())
         return;
     WalkEnd end = walk(turn);
@@ -205,14 +195,14 @@ bool PlaybackEngine::prepare(float step) {
 PlaybackEngine::WalkEnd PlaybackEngine::walk(const Turn& turn) {
     while (state_.Playing) {
         watches_.WaitSeconds(PlayStopwatch, state_.StepSeconds);
-        if (turn.isDisplaced())
+        if (turn.isOver())
             break;
         if (state_.PausePending) {
             pause();
             return WalkEnd::Paused;
         }
         PlayNotes();
-        if (turn.isDisplaced()) // ending a chord serves events
+        if (turn.isOver()) // ending a chord serves events
             break;
         AdvancePlayLine();
         if (std::exchange(comesRound_, false)) {
@@ -241,9 +231,9 @@ void PlaybackEngine::pause() {
 
 /// False if a newer play has taken its place: then marks and window are that one's.
 bool PlaybackEngine::finish(const Turn& turn) {
-    if (!turn.isDisplaced() && isPlayable(state_.StepSeconds))
+    if (!turn.isOver() && isPlayable(state_.StepSeconds))
         watches_.WaitSeconds(PlayStopwatch, state_.StepSeconds); // the last position gets its time
-    if (turn.isDisplaced()) {
+    if (turn.isOver()) {
         port_.reset();
         return false;
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "base/Turns.h"
 #include "score/StopWatch.h"
 
 namespace velmora {
@@ -46,8 +47,8 @@ public:
 private:
     /// How a walk over the positions ended.
     enum class WalkEnd { Paused, Stopped, ComesRound };
-    class Turn;
 
+    [[nodiscard]] Turn takeTurn();
     [[nodiscard]] bool beginSong();
     [[nodiscard]] bool beginSelection();
     [[nodiscard]] bool segmentIsMarked() const;
@@ -77,8 +78,7 @@ private:
     int segmentEnd_ = 0;      ///< the last position of the segment that plays
     int linePosition_ = -1;   ///< where the play line stands; -1 for nowhere
     bool comesRound_ = false; ///< the loop starts afresh
-    int turns_ = 0;           ///< plays begun so far
-    int underWay_ = 0;        ///< plays not yet at their end
+    Turns turns_;             ///< of plays: events are served while one ends, so a newer may begin before
 };
 
 } // namespace velmora
