@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "base/Guests.h"
 #include "base/Turns.h"
 #include "score/StopWatch.h"
 
@@ -12,6 +13,7 @@ class NotePlayer;
 class PlaybackView;
 class RecordingProgress;
 struct PlayState;
+struct PlayedScore;
 struct Score;
 struct ViewState;
 
@@ -19,15 +21,19 @@ struct ViewState;
 /// of a step adds to the step.
 class PlaybackEngine {
 public:
-    PlaybackEngine(Score& score, ViewState& view, PlayState& state, NotePlayer& player, MidiPort& port,
-                   MessageLoop& loop, PlaybackView& window, RecordingProgress& recording);
+    PlaybackEngine(const PlayedScore& played, NotePlayer& player, MidiPort& port, MessageLoop& loop,
+                   Guests<PlaybackView>& views, Guests<RecordingProgress>& recorders);
 
     /// Plays the whole score if nothing plays, or (@p stop) ends what plays.
     void PlayAndStop_Click(bool stop);
-    /// Plays the marked segment, from the play-from mark to `SegmentEnd`.
+    /// Plays the marked segment if nothing plays, from the play-from mark to `SegmentEnd`.
     void playSegment();
     /// Back to position 0; only while nothing plays.
     void RewindBut_Click();
+
+    /// For long work of another kind that sounds: what plays ends here, and the work's turn is over once
+    /// anything plays again.
+    [[nodiscard]] Turn takeTurn();
 
     /// Plays from the start, or from the mark after a pause, until the end or until `Playing` is cleared.
     void PlaySong2();
@@ -48,7 +54,7 @@ private:
     /// How a walk over the positions ended.
     enum class WalkEnd { Paused, Stopped, ComesRound };
 
-    [[nodiscard]] Turn takeTurn();
+    [[nodiscard]] Turn begin();
     [[nodiscard]] bool beginSong();
     [[nodiscard]] bool beginSelection();
     [[nodiscard]] bool segmentIsMarked() const;
@@ -62,6 +68,8 @@ private:
     void moveLine();
     void takeLineAway();
     void showRecordingProgress();
+    void clearRecordingProgress();
+    void endRecording();
     [[nodiscard]] bool finish(const Turn& turn);
 
     Score& score_;
@@ -70,8 +78,8 @@ private:
     NotePlayer& player_;
     MidiPort& port_;
     MessageLoop& loop_;
-    PlaybackView& window_;
-    RecordingProgress& recording_;
+    Guests<PlaybackView>& views_;
+    Guests<RecordingProgress>& recorders_;
 
     mStopWatch watches_;
     int PlayStopwatch;

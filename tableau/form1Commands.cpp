@@ -85,20 +85,20 @@ void form1::bindPlayCommands() {
     PlayState& play = app_.workspace.play;
     Cmd2_.bind(3, [this] { PlayAndStop_Click(false); });
     Cmd2_.bind(4, [this] { PlaySelection_Click(); });
-    Cmd2_.bind(5, [&play] { play.PausePending = true; }); // with nothing playing, Play starts at the mark
+    Cmd2_.bind(5, [this] { player_.pause(); }); // with nothing playing, Play starts at the mark
     Cmd2_.bind(6, [this] { PlayAndStop_Click(true); });
-    Cmd2_.bind(7, [this] { engine_.RewindBut_Click(); });
+    Cmd2_.bind(7, [this] { player_.RewindBut_Click(); });
     Cmd2_.bind(8, [this, &play] {
         play.ShowPlayLine = !play.ShowPlayLine;
         settings::save(app_.settings, settings::Playing_position, play.ShowPlayLine);
         showModes();
     });
     Cmd2_.bind(9, [this, &play] {
-        play.LoopOn = !play.LoopOn;
+        player_.setLoop(!play.LoopOn);
         showModes();
     });
     Lb1_.bind(6, [this] { Command32_Click(); });
-    bindItem("mnuRewind", [this] { engine_.RewindBut_Click(); });
+    bindItem("mnuRewind", [this] { player_.RewindBut_Click(); });
     bindItem("mnuPlay", [this] { PlayAndStop_Click(false); });
     bindItem("mnupause", [this] { Cmd2_Click(5); });
     bindItem("mnuStopPlaying", [this] { PlayAndStop_Click(true); });
@@ -238,16 +238,8 @@ void form1::rightPressOnSquare(int channel) {
 void form1::toggleMuted(int channel) {
     if (!channelStrip_->square(channel))
         return;
-    Workspace& workspace = app_.workspace;
-    workspace.toggleMuted(channel);
-    const auto index = static_cast<std::size_t>(channel);
-    std::int16_t& cell = workspace.score.PlayedCell[index];
-    if (workspace.play.Playing && workspace.score.ChannelMuted[index] && cell >= 0) {
-        // Playing, which skips the channel from now on, would leave this note on.
-        player_.CurrentChannel = channel;
-        player_.StopNote(cellRow(cell));
-        cell = kEmptyCell;
-    }
+    app_.workspace.toggleMuted(channel);
+    player_.silenceMuted(channel);
     showSongEnd();
     DrawNoteArray();
     DrawBeatArray();
