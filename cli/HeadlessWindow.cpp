@@ -15,8 +15,8 @@ constexpr ViewState kFreshView;
 
 HeadlessWindow::HeadlessWindow(const SettingsStore& settings, const ProgramFolders& folders)
     : workspace(settings, folders)
-    , player_(workspace.score, workspace.setup, workspace.play, workspace.chords, port_, loop_)
-    , input_(workspace, player_, port_, *this) {}
+    , player_(workspace, port_, loop_)
+    , input_(workspace, player_.notes(), port_, *this) {}
 
 bool HeadlessWindow::showsPosition(int position) {
     return position >= kFreshView.ViewFirstColumn &&
@@ -81,7 +81,7 @@ int HeadlessWindow::width(Box /*box*/) const {
 }
 
 void HeadlessWindow::applyNoteEffects(int position) {
-    velmora::applyNoteEffects(workspace, player_, position);
+    velmora::applyNoteEffects(workspace, player_.notes(), position);
 }
 
 } // namespace velmora::cli

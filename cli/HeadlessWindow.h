@@ -2,8 +2,8 @@
 #pragma once
 
 #include "base/VirtualLoop.h"
+#include "composition/Player.h"
 #include "composition/Workspace.h"
-#include "score/NotePlayer.h"
 #include "sound/MidiPort.h"
 #include "tableau/TableauInput.h"
 #include "tableau/TableauScreen.h"
@@ -92,7 +92,7 @@ private:
 
     VirtualLoop loop_;
     SilentPort port_;
-    NotePlayer player_;
+    Player player_;
     TableauInput input_;
 };
 

@@ -7,6 +7,7 @@
 #include "cli/Session.h"
 #include "cli/SoundFont.h"
 #include "cli/Words.h"
+#include "composition/Player.h"
 #include "score/PlaybackView.h"
 #include "sound/DeviceChooser.h"
 #include "sound/LiveSound.h"
@@ -124,12 +125,14 @@ int run(const QCommandLineParser& parser) {
     warnOfSilence(files.front(), session);
     catchInterrupts();
     InterruptibleLoop loop(sound.devices, session.state);
-    session.state.LoopOn = parser.isSet("loop");
+    Player player(session.played(), sound.devices, loop);
+    player.setLoop(parser.isSet("loop"));
     std::printf("Playing %s (%.1f s)\n", files.front().c_str(), session.seconds());
     std::fflush(stdout);
     {
         ProgressView progress(session, files.front().filename().string());
-        session.perform(sound.devices, loop, progress);
+        const auto shown = player.show(progress);
+        session.perform(player);
     }
     ringOut(sound, loop);
     return 0;

@@ -4,10 +4,8 @@
 #include "base/VirtualLoop.h"
 #include "cli/MessageListener.h"
 #include "cli/ScoreText.h"
-#include "score/NotePlayer.h"
+#include "composition/Player.h"
 #include "score/PlaybackEngine.h"
-#include "score/PlaybackView.h"
-#include "sound/MidiPort.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -45,14 +43,11 @@ Session::Session(const std::filesystem::path& file, const ScoreOptions& options)
     }
 }
 
-void Session::perform(MidiPort& port, MessageLoop& loop, PlaybackView& window) {
-    RecordingProgress noRecording;
-    NotePlayer player(score, setup, state, chords, port, loop);
-    PlaybackEngine engine(score, view, state, player, port, loop, window, noRecording);
+void Session::perform(Player& player) {
     if (segment_)
-        engine.playSegment();
+        player.playSegment();
     else
-        engine.PlayAndStop_Click(false);
+        player.PlayAndStop_Click(false);
 }
 
 double Session::seconds() const {
@@ -76,8 +71,8 @@ std::vector<TimedMessage> performedMessages(Session& session) {
     std::vector<TimedMessage> messages;
     VirtualLoop loop;
     MessageListener port(loop, [&messages](const TimedMessage& one) { messages.push_back(one); });
-    PlaybackView noWindow;
-    session.perform(port, loop, noWindow);
+    Player player(session.played(), port, loop);
+    session.perform(player);
     return messages;
 }
 

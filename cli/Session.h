@@ -3,6 +3,7 @@
 
 #include "cli/ScoreOptions.h"
 #include "score/PlayState.h"
+#include "score/PlayedScore.h"
 #include "score/Score.h"
 #include "score/ViewState.h"
 #include "sound/Chords.h"
@@ -14,9 +15,7 @@
 #include <vector>
 
 namespace velmora {
-class MessageLoop;
-class MidiPort;
-class PlaybackView;
+class Player;
 } // namespace velmora
 
 namespace velmora::cli {
@@ -28,8 +27,10 @@ public:
     /// Throws Failure if the file can't be read.
     Session(const std::filesystem::path& file, const ScoreOptions& options);
 
-    /// Plays the score, or the segment that the options name, to its end on @p loop's clock.
-    void perform(MidiPort& port, MessageLoop& loop, PlaybackView& window);
+    /// For a `Player`.
+    [[nodiscard]] PlayedScore played() { return {score, setup, view, state, chords}; }
+    /// Plays the score, or the segment that the options name, to its end. The player is one of this session.
+    void perform(Player& player);
 
     /// Seconds from the beginning of the first position that is played to the end of the last.
     [[nodiscard]] double seconds() const;

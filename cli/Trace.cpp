@@ -4,7 +4,7 @@
 #include "cli/MessageListener.h"
 #include "cli/ScoreOptions.h"
 #include "cli/Session.h"
-#include "score/PlaybackView.h"
+#include "composition/Player.h"
 
 #include <QCommandLineParser>
 
@@ -27,8 +27,8 @@ int run(const QCommandLineParser& parser) {
         else
             std::printf("0x%06X\n", one.word);
     });
-    PlaybackView noWindow;
-    session.perform(port, loop, noWindow);
+    Player player(session.played(), port, loop);
+    session.perform(player);
     return 0;
 }
 

@@ -5,6 +5,8 @@
 #include "score/NotePlayer.h"
 #include "score/PlayState.h"
 #include "score/PlaybackView.h"
+#include "score/PlayedScore.h"
+#include "score/RecordingProgress.h"
 #include "score/Score.h"
 #include "score/ViewState.h"
 #include "sound/MidiPort.h"
@@ -25,37 +27,17 @@ float stepOf(int tempo, double factor) {
 }
 } // namespace
 
-/// One play. Events are served while it ends, so a newer one may begin before: that takes its place.
-class PlaybackEngine::Turn {
-public:
-    explicit Turn(PlaybackEngine& engine) : engine_(engine), number_(++engine.turns_) {
-        if (engine.underWay_++ == 0)
-            return;
-        engine.port_.reset(); // what the older play left on
-        engine.state_.PlayStepCount = 0;
-    }
-    ~Turn() { --engine_.underWay_; }
-    Turn(const Turn&) = delete;
-    Turn& operator=(const Turn&) = delete;
-
-    [[nodiscard]] bool isDisplaced() const { return number_ != engine_.turns_; }
-
-private:
-    PlaybackEngine& engine_;
-    int number_;
-};
-
-PlaybackEngine::PlaybackEngine(Score& score, ViewState& view, PlayState& state, NotePlayer& player,
-                               MidiPort& port, MessageLoop& loop, PlaybackView& window,
-                               RecordingProgress& recording)
-    : score_(score)
-    , view_(view)
-    , state_(state)
+PlaybackEngine::PlaybackEngine(const PlayedScore& played, NotePlayer& player, MidiPort& port,
+                               MessageLoop& loop, Guests<PlaybackView>& views,
+                               Guests<RecordingProgress>& recorders)
+    : score_(played.score)
+    , view_(played.view)
+    , state_(played.state)
     , player_(player)
     , port_(port)
     , loop_(loop)
-    , window_(window)
-    , recording_(recording)
+    , views_(views)
+    , recorders_(recorders)
     , watches_(loop)
     , PlayStopwatch(watches_.create()) {}
 
@@ -74,36 +56,57 @@ bool PlaybackEngine::isPlayable(float step) {
 void PlaybackEngine::PlayAndStop_Click(bool stop) {
     if (!stop && !state_.Playing) {
         state_.Playing = true;
-        window_.DisableControls();
+        views_.tell(&PlaybackView::DisableControls);
         loop_.YieldIfInput();
         PlaySong2();
     }
-    window_.EnableControls();
+    views_.tell(&PlaybackView::EnableControls);
     state_.Playing = false;
 }
 
 void PlaybackEngine::playSegment() {
+    if (state_.Playing)
+        return;
     state_.Playing = true;
     PlaySelection();
     state_.Playing = false;
     score_.FindEndOfSong(); // the segment had an end of its own
-    window_.showSongEnd();
+    views_.tell(&PlaybackView::showSongEnd);
 }
 
 void PlaybackEngine::RewindBut_Click() {
     if (state_.Playing)
         return;
-    window_.clearMusicBox();
+    views_.tell(&PlaybackView::clearMusicBox);
     view_.ViewFirstColumn = 0;
     view_.ViewLastColumn = std::min(view_.ViewColumns, score_.NumNotes);
     view_.PlayMark = 0;
-    window_.DrawNoteArray();
+    views_.tell(&PlaybackView::DrawNoteArray);
     showMovedView();
     loop_.YieldIfInput();
 }
 
+Turn PlaybackEngine::takeTurn() {
+    PlayAndStop_Click(true);
+    if (turns_.underWay()) {
+        clearRecordingProgress();
+        endRecording();
+    }
+    return begin();
+}
+
+/// What is still under way is over, and silent.
+Turn PlaybackEngine::begin() {
+    if (turns_.underWay()) {
+        port_.reset();
+        state_.PlayStepCount = 0;
+        takeLineAway();
+    }
+    return Turn(turns_);
+}
+
 void PlaybackEngine::PlaySong2() {
-    const Turn turn(*this);
+    const Turn turn = begin();
     if (!beginSong())
         return;
     WalkEnd end = walk(turn);
@@ -115,19 +118,16 @@ void PlaybackEngine::PlaySong2() {
     view_.SelectStart = view_.SelectEnd = -1;
     view_.PlayMark = 0;
     state_.SegmentBase = state_.SegmentEnd = 0;
-    window_.DrawNoteArray();
-    if (state_.RecordAtEnd) {
-        state_.RecordAtEnd = false;
-        recording_.stopRecording();
-    }
-    window_.EnableControls();
+    views_.tell(&PlaybackView::DrawNoteArray);
+    endRecording();
+    views_.tell(&PlaybackView::EnableControls);
     state_.PlayStepCount = 0;
 }
 
 void PlaybackEngine::PlaySelection() {
     if (!segmentIsMarked())
         return;
-    const Turn turn(*this);
+    const Turn turn = begin();
     if (!beginSelection())
         return;
     WalkEnd end = walk(turn);
@@ -137,14 +137,11 @@ void PlaybackEngine::PlaySelection() {
         state_.PlayingSegment = false;
         return;
     }
-    if (state_.RecordAtEnd) {
-        state_.RecordAtEnd = false;
-        recording_.stopRecording();
-    }
+    endRecording();
     state_.PlayStepCount = 0;
-    window_.DrawNoteArray();
+    views_.tell(&PlaybackView::DrawNoteArray);
     state_.PlayingSegment = false;
-    window_.EnableControls();
+    views_.tell(&PlaybackView::EnableControls);
 }
 
 bool PlaybackEngine::segmentIsMarked() const {
@@ -182,21 +179,21 @@ void PlaybackEngine::showPlayMark(int rightLimit) {
 
 /// All but `MusicBox`, which is painted at any rate.
 void PlaybackEngine::showMovedView() {
-    window_.followView();
-    window_.DrawBeatArray();
-    window_.drawBars();
+    views_.tell(&PlaybackView::followView);
+    views_.tell(&PlaybackView::DrawBeatArray);
+    views_.tell(&PlaybackView::drawBars);
 }
 
 bool PlaybackEngine::prepare(float step) {
     takeLineAway();
-    window_.followView();
-    window_.DrawNoteArray();
+    views_.tell(&PlaybackView::followView);
+    views_.tell(&PlaybackView::DrawNoteArray);
     for (int channel = 0; channel < kUsedChannels; ++channel) {
         score_.PlayedCell[channel] = kEmptyCell;
         score_.PlayedInstrument[channel] = -1;
     }
     score_.FindEndOfSong();
-    window_.showSongEnd();
+    views_.tell(&PlaybackView::showSongEnd);
     state_.StepSeconds = step;
     watches_.start(PlayStopwatch);
     return isPlayable(step);
@@ -205,16 +202,18 @@ bool PlaybackEngine::prepare(float step) {
 PlaybackEngine::WalkEnd PlaybackEngine::walk(const Turn& turn) {
     while (state_.Playing) {
         watches_.WaitSeconds(PlayStopwatch, state_.StepSeconds);
-        if (turn.isDisplaced())
+        if (turn.isOver())
             break;
         if (state_.PausePending) {
             pause();
             return WalkEnd::Paused;
         }
-        PlayNotes();
-        if (turn.isDisplaced()) // ending a chord serves events
+        PlayNotes(); // ending a chord serves events, and so does moving on
+        if (turn.isOver())
             break;
         AdvancePlayLine();
+        if (turn.isOver())
+            break;
         if (std::exchange(comesRound_, false)) {
             if (!state_.PausePending)
                 return WalkEnd::ComesRound;
@@ -223,7 +222,7 @@ PlaybackEngine::WalkEnd PlaybackEngine::walk(const Turn& turn) {
             return WalkEnd::Paused;
         }
         if (!state_.PlayingSegment)
-            window_.domodgraph();
+            views_.tell(&PlaybackView::domodgraph);
         showRecordingProgress();
         loop_.YieldIfInput();
     }
@@ -233,17 +232,17 @@ PlaybackEngine::WalkEnd PlaybackEngine::walk(const Turn& turn) {
 void PlaybackEngine::pause() {
     port_.reset();
     takeLineAway();
-    window_.EnableControls();
+    views_.tell(&PlaybackView::EnableControls);
     state_.Playing = false;
     view_.PlayMark = state_.PlayPosition;
-    window_.DrawNoteArray();
+    views_.tell(&PlaybackView::DrawNoteArray);
 }
 
 /// False if a newer play has taken its place: then marks and window are that one's.
 bool PlaybackEngine::finish(const Turn& turn) {
-    if (!turn.isDisplaced() && isPlayable(state_.StepSeconds))
+    if (!turn.isOver() && isPlayable(state_.StepSeconds))
         watches_.WaitSeconds(PlayStopwatch, state_.StepSeconds); // the last position gets its time
-    if (turn.isDisplaced()) {
+    if (turn.isOver()) {
         port_.reset();
         return false;
     }
@@ -256,8 +255,7 @@ bool PlaybackEngine::finish(const Turn& turn) {
             player_.StopNote(cellRow(score_.PlayedCell[channel]));
     }
     port_.reset();
-    if (recording_.showing())
-        recording_.clearProgress();
+    clearRecordingProgress();
     return true;
 }
 
@@ -329,27 +327,47 @@ void PlaybackEngine::moveLine() {
         column = 0;
         view_.ViewFirstColumn = std::min(state_.PlayPosition, score_.NumNotes - 1);
         view_.ViewLastColumn = std::min(view_.ViewFirstColumn + view_.ViewColumns, score_.NumNotes - 1);
-        window_.DrawNoteArray();
+        views_.tell(&PlaybackView::DrawNoteArray);
         showMovedView();
     }
     linePosition_ = state_.PlayPosition;
-    window_.GetColumn(column);
-    window_.drawPlayLine(column);
+    views_.tell(&PlaybackView::GetColumn, column);
+    views_.tell(&PlaybackView::drawPlayLine, column);
 }
 
 void PlaybackEngine::takeLineAway() {
     const int column = linePosition_ - view_.ViewFirstColumn;
     if (linePosition_ >= 0 && column >= 0 && column <= view_.ViewColumns)
-        window_.PutColumn();
+        views_.tell(&PlaybackView::PutColumn);
     linePosition_ = -1;
 }
 
 void PlaybackEngine::showRecordingProgress() {
-    if (!recording_.showing())
+    bool showing = false;
+    recorders_.tell([&showing](const RecordingProgress& one) { showing = showing || one.showing(); });
+    if (!showing)
         return;
     ++state_.PlayStepCount;
-    if (score_.SongEnd > 0)
-        recording_.showProgress(static_cast<double>(state_.PlayStepCount) / score_.SongEnd);
+    if (score_.SongEnd <= 0)
+        return;
+    const double ratio = static_cast<double>(state_.PlayStepCount) / score_.SongEnd;
+    recorders_.tell([ratio](RecordingProgress& one) {
+        if (one.showing())
+            one.showProgress(ratio);
+    });
+}
+
+void PlaybackEngine::clearRecordingProgress() {
+    recorders_.tell([](RecordingProgress& one) {
+        if (one.showing())
+            one.clearProgress();
+    });
+}
+
+/// The one that was started with the song.
+void PlaybackEngine::endRecording() {
+    if (std::exchange(state_.RecordAtEnd, false))
+        recorders_.tell(&RecordingProgress::stopRecording);
 }
 
 } // namespace velmora

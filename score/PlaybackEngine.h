@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "base/Guests.h"
+#include "base/Turns.h"
 #include "score/StopWatch.h"
 
 namespace velmora {
@@ -11,6 +13,7 @@ class NotePlayer;
 class PlaybackView;
 class RecordingProgress;
 struct PlayState;
+struct PlayedScore;
 struct Score;
 struct ViewState;
 
@@ -18,15 +21,19 @@ struct ViewState;
 /// of a step adds to the step.
 class PlaybackEngine {
 public:
-    PlaybackEngine(Score& score, ViewState& view, PlayState& state, NotePlayer& player, MidiPort& port,
-                   MessageLoop& loop, PlaybackView& window, RecordingProgress& recording);
+    PlaybackEngine(const PlayedScore& played, NotePlayer& player, MidiPort& port, MessageLoop& loop,
+                   Guests<PlaybackView>& views, Guests<RecordingProgress>& recorders);
 
     /// Plays the whole score if nothing plays, or (@p stop) ends what plays.
     void PlayAndStop_Click(bool stop);
-    /// Plays the marked segment, from the play-from mark to `SegmentEnd`.
+    /// Plays the marked segment if nothing plays, from the play-from mark to `SegmentEnd`.
     void playSegment();
     /// Back to position 0; only while nothing plays.
     void RewindBut_Click();
+
+    /// For long work of another kind that sounds: what plays ends here, and the work's turn is over once
+    /// anything plays again.
+    [[nodiscard]] Turn takeTurn();
 
     /// Plays from the start, or from the mark after a pause, until the end or until `Playing` is cleared.
     void PlaySong2();
@@ -46,8 +53,8 @@ public:
 private:
     /// How a walk over the positions ended.
     enum class WalkEnd { Paused, Stopped, ComesRound };
-    class Turn;
 
+    [[nodiscard]] Turn begin();
     [[nodiscard]] bool beginSong();
     [[nodiscard]] bool beginSelection();
     [[nodiscard]] bool segmentIsMarked() const;
@@ -61,6 +68,8 @@ private:
     void moveLine();
     void takeLineAway();
     void showRecordingProgress();
+    void clearRecordingProgress();
+    void endRecording();
     [[nodiscard]] bool finish(const Turn& turn);
 
     Score& score_;
@@ -69,16 +78,15 @@ private:
     NotePlayer& player_;
     MidiPort& port_;
     MessageLoop& loop_;
-    PlaybackView& window_;
-    RecordingProgress& recording_;
+    Guests<PlaybackView>& views_;
+    Guests<RecordingProgress>& recorders_;
 
     mStopWatch watches_;
     int PlayStopwatch;
     int segmentEnd_ = 0;      ///< the last position of the segment that plays
     int linePosition_ = -1;   ///< where the play line stands; -1 for nowhere
     bool comesRound_ = false; ///< the loop starts afresh
-    int turns_ = 0;           ///< plays begun so far
-    int underWay_ = 0;        ///< plays not yet at their end
+    Turns turns_;             ///< of plays: events are served while one ends, so a newer may begin before
 };
 
 } // namespace velmora

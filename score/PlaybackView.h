@@ -3,7 +3,7 @@
 
 namespace velmora {
 
-/// What playing asks of the composing window. Headless, every request is left unanswered.
+/// What playing asks of who shows it; every request may be left unanswered.
 class PlaybackView {
 public:
     virtual ~PlaybackView() = default;
@@ -23,25 +23,12 @@ public:
 
     /// Saves the pixels of a column of the view, on both boxes.
     virtual void GetColumn(int /*column*/) {}
-    /// Puts the saved pixels back, which takes the play line away.
+    /// Puts the saved pixels back, which takes the play line away. Who has come in since has saved none.
     virtual void PutColumn() {}
     /// Draws the play line over a column of the view, on both boxes.
     virtual void drawPlayLine(int /*column*/) {}
     /// The effect graph follows the play position, if that tool is on.
     virtual void domodgraph() {}
-};
-
-/// What playing asks of the Recording Studio.
-class RecordingProgress {
-public:
-    virtual ~RecordingProgress() = default;
-
-    [[nodiscard]] virtual bool showing() const { return false; }
-    /// The share of the song played, 0 and up; past 1 the bar moves on but the percentage stays.
-    virtual void showProgress(double /*ratio*/) {}
-    virtual void clearProgress() {}
-    /// Ends the recording that was started with the song.
-    virtual void stopRecording() {}
 };
 
 } // namespace velmora

@@ -65,11 +65,9 @@ form1::form1(Application& application)
     , frminfo_(std::make_unique<frminfo>(application.tips, this))
     , files_(application.workspace, application.dialogs, application.settings, application.folders.songs())
     , screen_(*Picmain_, *textLine_, *TopBarOverlay_)
-    , player_(application.workspace.score, application.workspace.setup, application.workspace.play,
-              application.workspace.chords, application.port, application.loop)
-    , engine_(application.workspace.score, application.workspace.view, application.workspace.play, player_,
-              application.port, application.loop, screen_, noRecording_)
-    , input_(application.workspace, player_, application.port, screen_) {
+    , player_(application.workspace, application.port, application.loop)
+    , shown_(player_.show(screen_))
+    , input_(application.workspace, player_.notes(), application.port, screen_) {
     setObjectName("form1");
     setMinimumSize(kLeastForm);
     topBar_->setObjectName("PrintTopBar");
@@ -353,17 +351,16 @@ void form1::OpenforUndo() {
 
 void form1::PlayAndStop_Click(bool stop) {
     input_.cancel(); // a note that is being drawn ends here
-    engine_.PlayAndStop_Click(stop);
+    player_.PlayAndStop_Click(stop);
 }
 
 void form1::PlaySelection_Click() {
     input_.cancel();
-    if (!app_.workspace.play.Playing)
-        engine_.playSegment();
+    player_.playSegment();
 }
 
 void form1::Command32_Click() {
-    app_.port.reset();
+    player_.silence();
 }
 
 /// Whether the user lets the window go. Who wants to save and then doesn't keeps the window, and the score.

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "composition/Player.h"
 #include "composition/ScoreFiles.h"
 #include "parts/CommandBank.h"
-#include "score/NotePlayer.h"
-#include "score/PlaybackEngine.h"
-#include "score/PlaybackView.h"
 #include "score/ViewState.h"
 #include "shell/SkinnedWindow.h"
 #include "tableau/FormLayout.h"
@@ -175,10 +173,9 @@ private:
     std::unique_ptr<frminfo> frminfo_;
 
     ScoreFiles files_;
-    RecordingProgress noRecording_;
     FormScreen screen_;
-    NotePlayer player_;
-    PlaybackEngine engine_;
+    Player player_;
+    Guests<PlaybackView>::Stay shown_; ///< what plays is, by `screen_`
     TableauInput input_;
     PolynoteDrag polynotes_;
 

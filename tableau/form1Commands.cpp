@@ -74,8 +74,8 @@ void form1::bindCommands() {
         {{Cmd2, cmd2("segment")}, [](form1& form) { form.PlaySelection_Click(); }},
         // With nothing playing, Play starts at the mark.
         {{Cmd2, cmd2("pause")},
-         [](form1& form) { form.app_.workspace.play.PausePending = true; }, "mnupause"},
-        {{Cmd2, cmd2("rewind")}, [](form1& form) { form.engine_.RewindBut_Click(); }, "mnuRewind", "Home"},
+         [](form1& form) { form.player_.pause(); }, "mnupause"},
+        {{Cmd2, cmd2("rewind")}, [](form1& form) { form.player_.RewindBut_Click(); }, "mnuRewind", "Home"},
         {{Cmd2, cmd2("line")},
          [](form1& form) { form.showPlayLine(!form.app_.workspace.play.ShowPlayLine); }},
         {{Cmd2, cmd2("loop")}, [](form1& form) { form.setLoop(!form.app_.workspace.play.LoopOn); }},
@@ -181,16 +181,8 @@ void form1::rightPressOnSquare(int channel) {
 void form1::toggleMuted(int channel) {
     if (!channelStrip_->square(channel))
         return;
-    Workspace& workspace = app_.workspace;
-    workspace.toggleMuted(channel);
-    const auto index = static_cast<std::size_t>(channel);
-    std::int16_t& cell = workspace.score.PlayedCell[index];
-    if (workspace.play.Playing && workspace.score.ChannelMuted[index] && cell >= 0) {
-        // Playing, which skips the channel from now on, would leave this note on.
-        player_.CurrentChannel = channel;
-        player_.StopNote(cellRow(cell));
-        cell = kEmptyCell;
-    }
+    app_.workspace.toggleMuted(channel);
+    player_.silenceMuted(channel);
     showSongEnd();
     DrawNoteArray();
     DrawBeatArray();
@@ -233,7 +225,7 @@ void form1::showPlayLine(bool shown) {
 }
 
 void form1::setLoop(bool on) {
-    app_.workspace.play.LoopOn = on;
+    player_.setLoop(on);
     showModes();
 }
 

@@ -18,7 +18,7 @@ namespace velmora {
 void form1::bindEffects() {
     EffectsPage& page = toolPanel_->effects();
     screen_.onApplyEffects = [this](int head) {
-        if (applyNoteEffects(app_.workspace, player_, head))
+        if (applyNoteEffects(app_.workspace, player_.notes(), head))
             screen_.DrawNoteArray();
     };
     screen_.onEffects = [&page](int modulation, int pan, int reverb, int chorus) {

@@ -5,6 +5,8 @@
 #include "score/NotePlayer.h"
 #include "score/PlayState.h"
 #include "score/PlaybackView.h"
+#include "score/PlayedScore.h"
+#include "score/RecordingProgress.h"
 #include "score/Score.h"
 #include "score/ViewState.h"
 #include "sound/Chords.h"
@@ -75,7 +77,11 @@ struct PlaybackEngineTest : testing::Test {
     CountingView window;
     Studio studio;
     NotePlayer player{score, setup, state, chords, port, loop};
-    PlaybackEngine engine{score, view, state, player, port, loop, window, studio};
+    Guests<PlaybackView> views;
+    Guests<RecordingProgress> recorders;
+    PlaybackEngine engine{{score, setup, view, state, chords}, player, port, loop, views, recorders};
+    Guests<PlaybackView>::Stay shown = views.join(window);
+    Guests<RecordingProgress>::Stay recorded = recorders.join(studio);
 
     void note(int channel, int position, int row, int length = 1, int instrument = 0) {
         for (int p = position; p < position + length; ++p) {

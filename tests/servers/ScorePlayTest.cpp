@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "base/QtMessageLoop.h"
-#include "score/NotePlayer.h"
+#include "composition/Player.h"
 #include "score/PlayState.h"
-#include "score/PlaybackEngine.h"
-#include "score/PlaybackView.h"
 #include "score/Score.h"
 #include "score/ViewState.h"
 #include "sound/Chords.h"
@@ -60,8 +58,6 @@ struct ScorePlayTest : testing::Test {
     PlayState state;
     ChordSteps chords;
     QtMessageLoop loop;
-    PlaybackView window;
-    RecordingProgress recording;
 
     void note(int position, int midiNote, int length = 2) {
         for (int p = position; p < position + length; ++p) {
@@ -97,9 +93,8 @@ struct ScorePlayTest : testing::Test {
         ASSERT_EQ(sound.devices.open(MidiPort::kMapper), MidiPort::kOk);
         MonitorRecorder recorder;
         WatchedPort port(sound.devices);
-        NotePlayer player(score, setup, state, chords, port, loop);
-        PlaybackEngine engine(score, view, state, player, port, loop, window, recording);
-        engine.PlayAndStop_Click(false);
+        Player player({score, setup, view, state, chords}, port, loop);
+        player.PlayAndStop_Click(false);
         sentAt = port.noteOns;
         ranDry = sound.output.figures().underruns > 0;
         const std::size_t end = recorder.frames() + AudioOutput::kRate / 4; // what is still on its way
