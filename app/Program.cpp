@@ -1,19 +1,26 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "app/Program.h"
 
+#include "app/Windows.h"
+#include "base/QtText.h"
 #include "base/Settings.h"
-#include "parts/FrmInst.h"
+#include "composition/Player.h"
+#include "composition/RecoveryOffer.h"
+#include "composition/RecoveryWatch.h"
+#include "composition/Workspace.h"
+#include "parts/Desk.h"
 #include "shell/FirstPaint.h"
-#include "shell/HelpLibrary.h"
 #include "shell/MessageBox.h"
+#include "sound/DeviceChooser.h"
 #include "tableau/FirstPicture.h"
-#include "tableau/RecoveryOffer.h"
+#include "tableau/form1.h"
 
 #include <QApplication>
 #include <QScreen>
 #include <QTimer>
 
 #include <chrono>
+#include <optional>
 #include <utility>
 
 namespace velmora {
@@ -32,6 +39,35 @@ DevicesKey devicesKey(SettingsStore& settings) {
 }
 } // namespace
 
+/// What there is once the user has started.
+struct Program::Composing {
+    explicit Composing(Program& program)
+        : devices(program.sound_->devices, devicesKey(program.settings_))
+        , workspace(program.settings_, program.folders_)
+        , player(workspace, program.sound_->devices, program.loop_)
+        , windows(desk, [&program] { program.end(); })
+        , desk{.settings = program.settings_,
+               .folders = program.folders_,
+               .skins = program.skins_,
+               .menu = *program.menu_,
+               .tips = program.tips_,
+               .dialogs = program.dialogs_,
+               .loop = program.loop_,
+               .port = program.sound_->devices,
+               .devices = devices,
+               .workspace = workspace,
+               .player = player,
+               .windows = windows}
+        , watch(program.recovery_, workspace, program.loop_) {}
+
+    DeviceChooser devices;
+    Workspace workspace;
+    Player player;
+    ProgramWindows windows;
+    Desk desk;
+    RecoveryWatch watch;
+};
+
 Program::Program(std::vector<std::unique_ptr<MidiBackend>> backends, std::filesystem::path score)
     : backends_(std::move(backends))
     , score_(std::move(score))
@@ -44,6 +80,8 @@ Program::Program(std::vector<std::unique_ptr<MidiBackend>> backends, std::filesy
     opener_.onStart = [this] { startComposing(); };
     opener_.onExit = [] { QApplication::quit(); };
 }
+
+Program::~Program() = default;
 
 void Program::start() {
     opener_.move(opener_.screen()->availableGeometry().center() - opener_.rect().center());
@@ -67,112 +105,58 @@ void Program::prepareComposing() {
 
 void Program::startComposing() {
     prepareComposing();
-    devices_ = std::make_unique<DeviceChooser>(sound_->devices, devicesKey(settings_));
-    if (const auto message = devices_->startUpCheck()) {
+    composing_ = std::make_unique<Composing>(*this);
+    if (const auto message = composing_->devices.startUpCheck()) {
         tell(skins_, &opener_, QString::fromStdString(message->text), QString::fromStdString(message->title));
         QApplication::quit();
         return;
     }
-    workspace_ = std::make_unique<Workspace>(settings_, folders_);
-    application_.emplace(Application{.settings = settings_,
-                                     .folders = folders_,
-                                     .skins = skins_,
-                                     .menu = *menu_,
-                                     .tips = tips_,
-                                     .dialogs = dialogs_,
-                                     .loop = loop_,
-                                     .port = sound_->devices,
-                                     .devices = *devices_,
-                                     .workspace = *workspace_,
-                                     .openHelp = [this](const QString& page) { openHelp(page); },
-                                     .setup = setupToolbar(),
-                                     .quit = [this] { end(); }});
-    form1_ = std::make_unique<form1>(*application_);
-    dialogs_.setParent(form1_.get());
-    form1_->show();
-    afterFirstPaint(*form1_, [this] {
-        // Before anything takes the place of what a crash has left.
-        const bool recovered = offerRecovery(skins_, *form1_, recovery_, score_);
-        if (settings::read(settings_, settings::frmsetup))
-            openSetup(frmsetup::Focus::Leave);
-        if (!recovered && !score_.empty())
-            form1_->openScore(score_);
-        watch_.emplace(recovery_, *workspace_, loop_);
-        watchScoreIn(RecoveryWatch::kPeriod);
-    });
+    form1& window = composing_->windows.composing();
+    dialogs_.setParent(&window);
+    window.show();
+    afterFirstPaint(window, [this] { composingIsSeen(); });
+}
+
+void Program::composingIsSeen() {
+    // Before anything takes the place of what a crash has left.
+    const bool recovered = offerRecovery();
+    if (settings::read(settings_, settings::frmsetup))
+        composing_->windows.open(Windows::Name::frmsetup, Windows::Focus::Leave);
+    if (!recovered && !score_.empty())
+        composing_->windows.composing().openScore(score_);
+    watchScoreIn(RecoveryWatch::kPeriod);
+}
+
+bool Program::offerRecovery() {
+    form1& window = composing_->windows.composing();
+    const auto ask = [this, &window](const std::string& question) {
+        switch (askYesNo(skins_, &window, toQString(question))) {
+        case Answer::Yes:
+            return RecoveryAnswer::BringBack;
+        case Answer::No:
+            return RecoveryAnswer::Drop;
+        case Answer::None:
+            break;
+        }
+        return RecoveryAnswer::Later;
+    };
+    const auto left = velmora::offerRecovery(recovery_, score_, ask);
+    if (left)
+        window.bringBack(*left);
+    return left.has_value();
 }
 
 /// Again and again, as long as there is a composing window.
 void Program::watchScoreIn(double seconds) {
     const std::chrono::duration<double> wait(seconds);
-    QTimer::singleShot(std::chrono::ceil<std::chrono::milliseconds>(wait), Qt::PreciseTimer, form1_.get(),
-                       [this] { watchScoreIn(watch_->look()); });
-}
-
-/// What the composing window asks of the toolbar, which may never have been opened.
-SetupToolbar Program::setupToolbar() {
-    const auto ofToolbar = [this](void (frmsetup::*routine)()) {
-        return [this, routine] {
-            if (frmsetup_)
-                (frmsetup_.get()->*routine)();
-        };
-    };
-    return {.open = [this] { openSetup(frmsetup::Focus::Take); },
-            .channelChanged = ofToolbar(&frmsetup::channelChanged),
-            .refresh = ofToolbar(&frmsetup::refresh),
-            .pickInstrument = [this](auto picked) { pickInstrument(std::move(picked)); },
-            .showMapper = ofToolbar(&frmsetup::showMapper)};
-}
-
-/// And what the toolbar asks of the composing window.
-ComposingWindow Program::composingWindow() {
-    form1& form = *form1_;
-    return {.TrackSel_Click = [&form](int channel) { form.TrackSel_Click(channel); },
-            .DrawNoteArray = [&form] { form.DrawNoteArray(); },
-            .DrawBeatArray = [&form] { form.DrawBeatArray(); },
-            .PrintTopBar = [&form] { form.PrintTopBar(); },
-            .drawChordMarks = [&form](int /*channel*/) { form.DrawPolynote(); },
-            .layOut = [&form] { form.layOut(); },
-            .NumNotesChanged = [&form] { form.showLength(); },
-            .setRightClickMode = [&form](RightClick mode) { form.setRightClickMode(mode); },
-            .toggleMuted = [&form](int channel) { form.toggleMuted(channel); },
-            .showInstruments = [&form] { form.showNextNote(); },
-            .showChannels = [&form] { form.showChannels(); },
-            .showUndo = [&form] { form.showUndo(); }};
-}
-
-void Program::pickInstrument(std::function<void(std::int16_t code)> picked) {
-    auto* picker = new FrmInst(*application_, form1_.get());
-    picker->setAttribute(Qt::WA_DeleteOnClose);
-    picker->onPicked = [this, picked = std::move(picked)](FrmInst::Picked which) {
-        if (frmsetup_)
-            frmsetup_->showInstrumentNames();
-        if (which.melody || which.percussion)
-            picked(FrmInst::codeFor(which, workspace_->score.ActiveChannel, workspace_->instruments));
-    };
-    picker->open();
-}
-
-void Program::openSetup(frmsetup::Focus focus) {
-    if (!frmsetup_)
-        frmsetup_ = std::make_unique<frmsetup>(*application_, composingWindow(), form1_.get());
-    frmsetup_->open(focus);
+    QTimer::singleShot(std::chrono::ceil<std::chrono::milliseconds>(wait), Qt::PreciseTimer,
+                       &composing_->windows.composing(), [this] { watchScoreIn(composing_->watch.look()); });
 }
 
 void Program::end() {
-    if (frmsetup_)
-        frmsetup_->unload();
     recovery_.remove();
     loop_.leave(); // a play that still waits its step out would keep the process alive
     QApplication::quit();
-}
-
-void Program::openHelp(const QString& page) {
-    if (!help_) {
-        const auto folder = helpFolder();
-        help_ = std::make_unique<HelpWindow>(skins_, tips_, folder ? HelpLibrary(*folder) : HelpLibrary());
-    }
-    help_->open(page);
 }
 
 } // namespace velmora

@@ -5,23 +5,15 @@
 #include "base/QtMessageLoop.h"
 #include "base/SettingsStore.h"
 #include "composition/RecoveryFile.h"
-#include "composition/RecoveryWatch.h"
-#include "composition/Workspace.h"
-#include "parts/Application.h"
-#include "setup/frmsetup.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
-#include "shell/HelpWindow.h"
 #include "shell/QtFileDialogs.h"
 #include "shell/frmskins.h"
 #include "shell/openerF.h"
-#include "sound/DeviceChooser.h"
 #include "sound/LiveSound.h"
-#include "tableau/form1.h"
 
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <vector>
 
 namespace velmora {
@@ -34,6 +26,7 @@ public:
     /// @param backends made before other threads ran
     /// @param score opened after the start; blank for none
     Program(std::vector<std::unique_ptr<MidiBackend>> backends, std::filesystem::path score);
+    ~Program();
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
@@ -41,13 +34,12 @@ public:
     void start();
 
 private:
+    struct Composing;
+
     void prepareComposing();
     void startComposing();
-    void openHelp(const QString& page);
-    void openSetup(frmsetup::Focus focus);
-    void pickInstrument(std::function<void(std::int16_t code)> picked);
-    [[nodiscard]] SetupToolbar setupToolbar();
-    [[nodiscard]] ComposingWindow composingWindow();
+    void composingIsSeen();
+    [[nodiscard]] bool offerRecovery();
     void watchScoreIn(double seconds);
     void end();
 
@@ -64,13 +56,7 @@ private:
     QtMessageLoop loop_;
     QtFileDialogs dialogs_;
     std::unique_ptr<Frmmenu> menu_;
-    std::unique_ptr<DeviceChooser> devices_;
-    std::unique_ptr<Workspace> workspace_;
-    std::optional<RecoveryWatch> watch_;
-    std::optional<Application> application_;
-    std::unique_ptr<HelpWindow> help_;
-    std::unique_ptr<form1> form1_;
-    std::unique_ptr<frmsetup> frmsetup_; ///< once it was opened; it floats over `form1`, and goes before it
+    std::unique_ptr<Composing> composing_;
 };
 
 } // namespace velmora

@@ -13,7 +13,7 @@
 #include "base/Settings.h"
 #include "base/SteadyClock.h"
 #include "composition/Workspace.h"
-#include "parts/Application.h"
+#include "parts/Desk.h"
 #include "score/SngFile.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"

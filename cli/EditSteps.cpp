@@ -190,7 +190,6 @@ void instrumentToSelection(HeadlessWindow& window, Values words) {
 
 void clear(HeadlessWindow& window, Values /*words*/) {
     window.workspace.clear();
-    window.showFromStart();
 }
 
 void clearEffects(HeadlessWindow& window, Values /*words*/) {
@@ -198,8 +197,7 @@ void clearEffects(HeadlessWindow& window, Values /*words*/) {
 }
 
 void undo(HeadlessWindow& window, Values /*words*/) {
-    if (window.workspace.undoLast())
-        window.showFromStart();
+    window.workspace.undoLast();
 }
 
 using enum StepWord;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "cli/HeadlessWindow.h"
 
-#include "composition/NoteEffects.h"
-
 #include <algorithm>
 #include <cstdio>
 #include <limits>
@@ -63,14 +61,6 @@ void HeadlessWindow::pressCorner() {
     ViewCol = input_.stroke().ViewCol;
 }
 
-void HeadlessWindow::showFromStart() {
-    ViewState& view = workspace.view;
-    view.ViewFirstColumn = 0;
-    view.ViewLastColumn = view.ViewColumns;
-    view.SelectStart = view.SelectEnd = -1;
-    view.PlayMark = 0;
-}
-
 void HeadlessWindow::tell(std::string_view words) const {
     std::fprintf(stderr, "velmora-cli: \"%.*s\": %.*s\n", static_cast<int>(step.size()), step.data(),
                  static_cast<int>(words.size()), words.data());
@@ -78,10 +68,6 @@ void HeadlessWindow::tell(std::string_view words) const {
 
 int HeadlessWindow::width(Box /*box*/) const {
     return std::numeric_limits<int>::max(); // no stroke ends at the edge
-}
-
-void HeadlessWindow::applyNoteEffects(int position) {
-    velmora::applyNoteEffects(workspace, player_.notes(), position);
 }
 
 } // namespace velmora::cli

@@ -43,15 +43,13 @@ public:
     [[nodiscard]] static bool showsPosition(int position);
     [[nodiscard]] static bool showsRow(int row);
 
-    void TrackSel_Click(int channel) override;
+    void TrackSel_Click(int channel);
     /// A whole stroke in Draw mode on the active channel's Tableau: pressed, dragged and released.
     void draw(Cell from, Cell to);
     /// A press of the right button there, and its release.
     void rightClick(Cell at);
     /// The press and release that a command simulates, at (1, 1) on `MusicBox`.
     void pressCorner();
-    /// As after a score has taken the place of another.
-    void showFromStart();
     /// Tells the user something that ends nothing.
     void tell(std::string_view words) const;
 
@@ -64,11 +62,6 @@ private:
     void send(Handler melody, Handler percussion, MouseButton button, Cell cell);
 
     [[nodiscard]] int width(Box box) const override;
-    void applyNoteEffects(int position) override;
-
-    void DrawNoteArray() override {}
-    void DrawBeatArray() override {}
-    void drawPolynoteBar() override {}
     void GetRow(Box /*box*/, int /*row*/) override {}
     void PutRow(Box /*box*/, int /*row*/) override {}
     void GetBox() override {}
@@ -83,7 +76,6 @@ private:
     void showEffects(int /*modulation*/, int /*pan*/, int /*reverb*/, int /*chorus*/) override {}
     void doNotemod(int /*position*/) override {}
     void showNote(const NoteReadout& /*note*/, int /*column*/) override {}
-    void showSongEnd() override {}
     void advanceScroll(int /*columns*/) override {}
     void setScrollMaximum(int /*maximum*/) override {}
     void openEditMenu() override {}

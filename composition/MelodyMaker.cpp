@@ -158,12 +158,14 @@ void CopyRepeat(Workspace& workspace, int firstChannel, int lastChannel) {
 }
 
 void createMelody(Workspace& workspace, int txtStart) {
+    const Edit edit(workspace, kAnyNotes | Change::Marks);
     workspace.keepForUndo("Create Melody");
     workspace.view.SelectStart = txtStart;
     CopyMelody(workspace, workspace.view.SelectStart, 0, kUsedChannels - 1);
 }
 
 void duplicateMelody(Workspace& workspace) {
+    const Edit scope(workspace, kAnyNotes | Change::Marks);
     workspace.keepForUndo("Duplicate notes");
     const EditState& edit = workspace.edit;
     // Single Note Effects take percussion in without its box; that is meant.
@@ -177,7 +179,10 @@ void takeCycle(EditState& edit, int notesInLoop, int playableNotes) {
     edit.CycleNotes = fieldValue(std::min(playableNotes, notesInLoop));
 }
 
-void takeStart(EditState& edit, ViewState& view, int txtStart) {
+void takeStart(Workspace& workspace, int txtStart) {
+    const Edit scope(workspace, Change::Marks);
+    EditState& edit = workspace.edit;
+    ViewState& view = workspace.view;
     edit.txtStart = fieldValue(txtStart);
     view.SelectStart = txtStart - 1;
     if (edit.TotalNotes < view.SelectStart)

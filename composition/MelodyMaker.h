@@ -32,7 +32,7 @@ void duplicateMelody(Workspace& workspace);
 /// than there are in the loop.
 void takeCycle(EditState& edit, int notesInLoop, int playableNotes);
 /// `txtStart`: selects the position before the number, and the melody (`Txtlen`) grows to reach it.
-void takeStart(EditState& edit, ViewState& view, int txtStart);
+void takeStart(Workspace& workspace, int txtStart);
 
 /// The values of a field's scroll bar.
 struct FieldRange {

@@ -65,6 +65,7 @@ void resetSetup(Workspace& workspace) {
 
 std::optional<NoteCells> applyNoteEffects(Workspace& workspace, NotePlayer& player, int head) {
     Score& score = workspace.score;
+    const Edit edit(workspace, changeOfNotes(score.ActiveChannel));
     const bool whole = classAt(score, head) == CellClass::Head;
     NoteCells cells{whole ? head : head + 1, head};
     if (whole)
@@ -82,6 +83,7 @@ std::optional<NoteReadout> applyAlongIndicator(Workspace& workspace, int positio
     const int channel = score.ActiveChannel;
     if (workspace.play.Playing || !score.NoteCell.contains(channel, position))
         return std::nullopt;
+    const Edit edit(workspace, changeOfNotes(channel));
     // An empty cell takes it like a note; that is meant.
     score.NoteInstrument.set(channel, position,
                              isMelody(channel) ? score.ChannelInstrument[channel]
@@ -99,11 +101,9 @@ std::optional<NoteReadout> applyAlongIndicator(Workspace& workspace, int positio
 }
 
 void ClearEffects(Workspace& workspace) {
+    const Edit edit(workspace, kAnotherScore);
     Score& score = workspace.score;
-    ViewState& view = workspace.view;
     score.currentFile.clear();
-    view.SelectStart = view.SelectEnd = -1;
-    view.PlayMark = 0;
     for (int row = 0; row < ChannelGrid::kChannels; ++row)
         score.Polyphonics.fillRow(row, 0);
     for (int channel = 0; channel < kUsedChannels; ++channel) {
@@ -115,8 +115,7 @@ void ClearEffects(Workspace& workspace) {
     }
     if (workspace.setup.SetupOpen)
         resetSetup(workspace);
-    view.ViewFirstColumn = 0;
-    view.ViewLastColumn = view.ViewColumns;
+    workspace.showFromStart();
     score.TopChannel = 1;
     score.TopMelodyHint = 0;
     score.TopDrumHint = 0;
@@ -131,9 +130,11 @@ std::string_view applyInstrumentToSelection(Workspace& workspace, std::int16_t c
     const ViewState& view = workspace.view;
     if (const auto refusal = refusalOf(score, code); !refusal.empty())
         return refusal;
+    Edit edit(workspace, Change::Tools | Change::Instruments);
     workspace.effects.NoteInstrumentPick = code;
     if (view.SelectStart < 0)
         return {};
+    edit.add(changeOfNotes(score.ActiveChannel));
     const int last = std::min(view.SelectEnd, score.NumNotes);
     for (int position = view.SelectStart; position <= last; ++position) {
         if (classAt(score, position) != CellClass::Empty)

@@ -109,11 +109,13 @@ std::optional<LeftScore> parseRecovery(std::string_view text) {
 }
 
 void restore(const LeftScore& left, Workspace& workspace) {
+    const Edit edit(workspace, kAnotherScore);
     const int wanted = static_cast<int>(std::min<std::size_t>(longestRow(left.score), kMostNotes));
     if (wanted > workspace.score.NumNotes)
         workspace.score.resizeNotes(wanted);
     parseSng(left.score, SngReader::OpenPoliFile, workspace.score, workspace.setup);
     workspace.score.currentFile = left.currentFile;
+    workspace.showFromStart();
 }
 
 RecoveryFile::RecoveryFile(fs::path folder) : folder_(std::move(folder)) {}

@@ -15,6 +15,8 @@ namespace {
 constexpr int kLastHeadedPosition =
     1000; ///< whatever the score's length: a paste that ends here mends nothing
 
+constexpr Changes kMoved = kAnyNotes | Change::Marks;
+
 bool isMuted(const Score& score, int channel) {
     return score.ChannelMuted[channel];
 }
@@ -89,6 +91,7 @@ bool copyIt(Workspace& workspace) {
     ViewState& view = workspace.view;
     if (view.SelectStart < 0)
         return false;
+    const Edit edit(workspace, Change::Marks);
     view.SelectEnd = view.SelectStart + workspace.edit.CycleNotes;
     CopySelectedArea(workspace, BlockCommand::Copy);
     clearMarks(view);
@@ -100,6 +103,7 @@ bool CutBut_Click(Workspace& workspace) {
     Score& score = workspace.score;
     if (view.SelectStart < 0 || view.SelectEnd < 0) // a start that was typed alone selects nothing yet
         return false;
+    const Edit edit(workspace, kMoved);
     workspace.keepForUndo("Cut Selection");
     CopySelectedArea(workspace, BlockCommand::Cut);
     const int span = workspace.edit.SelectSpan;
@@ -118,11 +122,13 @@ bool CutBut_Click(Workspace& workspace) {
 }
 
 void PasteBut_Click(Workspace& workspace, int ViewCol) {
+    const Edit edit(workspace, kMoved);
     workspace.keepForUndo("Paste (Overwrite)");
     pasteOver(workspace, ViewCol);
 }
 
 void PasteIntoBut_Click(Workspace& workspace, int ViewCol) {
+    const Edit edit(workspace, kMoved);
     workspace.keepForUndo("Paste (Insert)");
     InsertSpaces(workspace, workspace.edit.SelectSpan + 1, ViewCol);
     pasteOver(workspace, withinView(workspace.view, ViewCol));
@@ -136,6 +142,7 @@ void InsertSpaces(Workspace& workspace, int n, int ViewCol) {
 }
 
 void InsertColumnBut_Click(Workspace& workspace, int ViewCol) {
+    const Edit edit(workspace, kMoved);
     workspace.keepForUndo("Insert Space(s)");
     InsertSpaces(workspace, std::max<int>(workspace.edit.Txtspc, 0), ViewCol);
 }
@@ -157,6 +164,7 @@ void CopyNotes(Workspace& workspace, int firstChannel, int lastChannel,
 }
 
 void duplicateNotes(Workspace& workspace, const std::function<void()>& pressCorner) {
+    const Edit edit(workspace, kMoved | Change::Modes);
     workspace.keepForUndo("Duplicate notes");
     CopyNotes(workspace, workspace.edit.Check2 ? 0 : kFirstPercussion,
               workspace.view.NoteEffectsOn ? kUsedChannels - 1 : kMelodyChannels - 1, pressCorner);

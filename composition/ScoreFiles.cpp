@@ -73,10 +73,14 @@ ScoreFiles::Outcome ScoreFiles::open(const fs::path& file) {
                 {}};
     if (bytes->find('\0') != bytes->npos)
         return {false, "The file \"" + file.string() + "\" is no score: it isn't text.", {}};
+    const Edit edit(workspace_, kAnotherScore);
     workspace_.keepReplaced("Open Score File");
     parseSng(*bytes, SngReader::OpenPoliFile, workspace_.score, workspace_.setup);
+    workspace_.showFromStart();
     Outcome outcome{true, {}, true};
     workspace_.score.currentFile = file.string();
+    if (onOpened)
+        onOpened();
     folder_ = file.parent_path();
     if (!beginsWithANumber(*bytes))
         outcome.words = "The file \"" + file.string() +
@@ -107,6 +111,7 @@ ScoreFiles::Outcome ScoreFiles::saveAs() {
 ScoreFiles::Outcome ScoreFiles::saveScore(const std::string& path) {
     const Busy busy(onBusy);
     Score& score = workspace_.score;
+    const Edit edit(workspace_, Change::Name);
     const std::string before = std::exchange(score.currentFile, path);
     Outcome outcome = outcomeOfWriting(SavePoliFile(score, workspace_.setup));
     if (!outcome.done)

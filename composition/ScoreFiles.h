@@ -26,6 +26,7 @@ public:
     };
 
     std::function<void(bool busy)> onBusy; ///< a file is being read or written, and no longer
+    std::function<void()> onOpened;        ///< a score has been read, and nobody has been told yet
 
     /// Asks for a score and opens it.
     Outcome open();

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "composition/SetupRules.h"
 
+#include "base/Settings.h"
 #include "composition/Workspace.h"
+#include "score/ApplyInstrument.h"
 
 #include <algorithm>
 #include <iterator>
@@ -27,10 +29,10 @@ int meterProduct(const SetupState& setup) {
 }
 
 /// A number that doesn't fit leaves the field as it was.
-bool setBeats(SetupState& setup, Score& score, int beats) {
-    if (beats > kMostInt16 || beats == setup.TxBeats)
+bool setBeats(Workspace& workspace, int beats) {
+    if (beats > kMostInt16 || beats == workspace.setup.TxBeats)
         return false;
-    TxBeats_Change(setup, score, static_cast<std::int16_t>(beats));
+    TxBeats_Change(workspace, static_cast<std::int16_t>(beats));
     return true;
 }
 
@@ -59,24 +61,32 @@ std::int16_t stepped(std::span<const std::int16_t> list, std::int16_t value, int
     return value;
 }
 
-bool NoteX_Change(SetupState& setup, Score& score, std::int16_t value) {
-    setup.NoteX = value;
-    const int product = meterProduct(setup);
+bool NoteX_Change(Workspace& workspace, std::int16_t value) {
+    const Edit edit(workspace, Change::Meter);
+    workspace.setup.NoteX = value;
+    const int product = meterProduct(workspace.setup);
     if (product <= 16)
-        return setBeats(setup, score, product);
-    return product % 16 == 0 && setBeats(setup, score, 16);
+        return setBeats(workspace, product);
+    return product % 16 == 0 && setBeats(workspace, 16);
 }
 
-bool TxtMeter_Change(SetupState& setup, Score& score, std::int16_t value) {
-    setup.TxtMeter = value;
-    const int product = meterProduct(setup);
+bool TxtMeter_Change(Workspace& workspace, std::int16_t value) {
+    const Edit edit(workspace, Change::Meter);
+    workspace.setup.TxtMeter = value;
+    const int product = meterProduct(workspace.setup);
     // A multiple of 32 is one of 16, so that 32 never results.
-    return setBeats(setup, score, product > 16 && product % 16 == 0 ? 16 : product);
+    return setBeats(workspace, product > 16 && product % 16 == 0 ? 16 : product);
 }
 
-void TxBeats_Change(SetupState& setup, Score& score, std::int16_t value) {
-    setup.TxBeats = value;
-    score.NotesPerMeasure = value;
+void TxBeats_Change(Workspace& workspace, std::int16_t value) {
+    const Edit edit(workspace, Change::Meter);
+    workspace.setup.TxBeats = value;
+    workspace.score.NotesPerMeasure = value;
+}
+
+void setTempo(Workspace& workspace, std::int16_t tempo) {
+    const Edit edit(workspace, Change::Meter);
+    workspace.score.Tempo = tempo;
 }
 
 std::int16_t tempoAt(int offset, int barWidth) {
@@ -88,26 +98,62 @@ std::int16_t volumeAt(int offset, int barWidth) {
     return static_cast<std::int16_t>(offset <= 0 ? kMostVolume : volume);
 }
 
-void setVelocity(Score& score, SetupState& setup, std::int16_t value) {
+void setVelocity(Workspace& workspace, std::int16_t value) {
+    Score& score = workspace.score;
     if (!isOf(score.ActiveChannel, score.ChannelVelocity.size()))
         return;
-    score.ChannelVelocity[score.ActiveChannel] = value;
-    setup.channels[score.ActiveChannel].volume = value;
+    const Edit edit(workspace, Change::Sound);
+    const auto index = score.ActiveChannel;
+    score.ChannelVelocity[index] = value;
+    workspace.setup.channels[index].volume = value;
 }
 
-void fillVolume(Score& score, std::int16_t value) {
-    score.Volume.fillRow(score.ActiveChannel, value);
+void fillVolume(Workspace& workspace, std::int16_t value) {
+    const Edit edit(workspace, changeOfNotes(workspace.score.ActiveChannel));
+    workspace.score.Volume.fillRow(workspace.score.ActiveChannel, value);
 }
 
-void fillEffects(Score& score, const SetupState& setup) {
+void fillEffects(Workspace& workspace) {
+    Score& score = workspace.score;
+    const SetupState& setup = workspace.setup;
     const int channel = score.ActiveChannel;
     if (!setup.SetupOpen || !isOf(channel, setup.channels.size()))
         return;
+    const Edit edit(workspace, changeOfNotes(channel));
     const PlaybackChannelSetup& values = setup.channels[channel];
     score.Modulation_Change.fillRow(channel, values.modulation);
     score.Pan_Change.fillRow(channel, values.pan);
     score.Reverb_Change.fillRow(channel, values.reverb);
     score.Chorus_Change.fillRow(channel, values.chorus);
+}
+
+void chooseChannel(Workspace& workspace, int channel) {
+    const Edit edit(workspace);
+    workspace.selectChannel(channel);
+    fillEffects(workspace);
+}
+
+void TrackSel_Click(Workspace& workspace, const SettingsStore& settings, int channel) {
+    const Edit edit(workspace);
+    chooseChannel(workspace, channel);
+    Score& score = workspace.score;
+    if (score.ActiveChannel != channel)
+        return;
+    score.ChannelShown.fill(false);
+    score.ChannelShown[channel] = true;
+    applyInstrument(workspace, settings);
+}
+
+void applyInstrument(Workspace& workspace, const SettingsStore& settings) {
+    Edit edit(workspace, Change::Instruments);
+    const bool melody = workspace.score.ActiveChannel < kFirstPercussion;
+    const auto apply = melody ? applyMelodyInstrument : applyPercussionInstrument;
+    const std::int16_t stored =
+        settings::read(settings, melody ? settings::Intrumentval : settings::Intrumentval2);
+    apply(workspace.score, workspace.instruments, stored, workspace.view, [&] {
+        workspace.keepChannelForUndo("Instrument");
+        edit.add(changeOfNotes(workspace.score.ActiveChannel));
+    });
 }
 
 void Combo3_Click(SetupState& setup, ChordSteps& chords, int item) {
@@ -120,35 +166,38 @@ void Combo3_Click(SetupState& setup, ChordSteps& chords, int item) {
     chords.ChordStep3 = type.step3;
 }
 
-void Ch_Click(Score& score, SetupState& setup, int channel, bool ticked) {
+void Ch_Click(Workspace& workspace, int channel, bool ticked) {
+    SetupState& setup = workspace.setup;
     if (!isOf(channel, setup.Ch.size()))
         return;
+    Edit edit(workspace, Change::Cells);
+    if (ticked) {
+        workspace.view.RightClickMode = RightClick::Polyphonic;
+        edit.add(Change::Modes);
+    }
     setup.Ch[channel] = ticked;
     // The list index as it is, one below the chord's type: that is meant.
-    score.Polyphonics.fillRow(channel + 1, static_cast<std::int16_t>(ticked ? setup.Combo3 : 0));
+    workspace.score.Polyphonics.fillRow(channel + 1, static_cast<std::int16_t>(ticked ? setup.Combo3 : 0));
 }
 
-void showOnly(Score& score, int channel) {
-    if (!isOf(channel, score.ChannelShown.size()))
-        return;
-    score.ChannelShown.fill(false);
-    score.ChannelShown[channel] = true;
-}
-
-std::int16_t lineHeightWithin(std::int16_t height) {
-    return static_cast<std::int16_t>(std::clamp<int>(height, kLeastLineHeight, kMostLineHeight));
+void Text3_Change(Workspace& workspace, std::int16_t height) {
+    const Edit edit(workspace, Change::Looks);
+    workspace.view.Line_Height = std::clamp<int>(height, kLeastLineHeight, kMostLineHeight);
 }
 
 bool setScoreLength(Workspace& workspace, std::int64_t numNotes) {
     if (numNotes < 1 || numNotes > kMostNotes)
         return false;
+    Edit edit(workspace, Change::Length | Change::Marks);
     Score& score = workspace.score;
     const int last = static_cast<int>(numNotes);
     bool cuts = false;
     for (int channel = 0; channel < kUsedChannels; ++channel)
         cuts = cuts || score.lastFilledPosition(channel, score.NumNotes) > last;
-    if (cuts)
+    if (cuts) {
+        edit.add(kAnyNotes);
         workspace.keepReplaced("Subtract notes");
+    }
     score.resizeNotes(last);
     ViewState& view = workspace.view;
     if (view.SelectStart > last)

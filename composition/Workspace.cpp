@@ -8,6 +8,10 @@
 
 namespace velmora {
 
+namespace {
+constexpr int kEndMargin = 10; ///< the view's last column keeps this far from the score's end
+}
+
 static_assert(settings::NumNotes.range.most == kMostNotes);
 static_assert(settings::Line_Height.range.least == kLeastLineHeight &&
               settings::Line_Height.range.most == kMostLineHeight);
@@ -43,6 +47,7 @@ Workspace::Workspace(const SettingsStore& store, const ProgramFolders& folders)
 void Workspace::selectChannel(int channel) {
     if (!isChannel(channel))
         return;
+    const Edit scope(*this, Change::Channels | Change::Instruments);
     score.ActiveChannel = channel;
     score.ChannelInUse[channel] = true;
     score.ChannelShown[channel] = true;
@@ -55,6 +60,7 @@ void Workspace::selectChannel(int channel) {
 void Workspace::toggleMuted(int channel) {
     if (!isChannel(channel))
         return;
+    const Edit scope(*this, Change::Channels);
     bool& muted = score.ChannelMuted[channel];
     muted = !muted;
     score.FindEndOfSong();
@@ -66,11 +72,8 @@ bool Workspace::holdsNotes() {
 }
 
 void Workspace::clear() {
+    const Edit scope(*this, kAnotherScore);
     keepReplaced("Clear all notes");
-    view.SelectStart = view.SelectEnd = -1;
-    view.PlayMark = 0;
-    view.ViewFirstColumn = 0;
-    view.ViewLastColumn = view.ViewColumns;
     view.Check4 = view.NoteEffectsOn = false;
     edit.CycleNotes = edit.CycleBeats = edit.TotalNotes = 0;
     edit.txtStart = 1;
@@ -79,19 +82,39 @@ void Workspace::clear() {
     setup.Chkstrum.fill(false);
     selectChannel(0);
     score.TopChannel = 1;
+    showFromStart();
+}
+
+void Workspace::showFromStart() {
+    const Edit scope(*this, Change::Marks);
+    view.ViewFirstColumn = 0;
+    view.ViewLastColumn = std::min(view.ViewColumns, score.NumNotes - kEndMargin);
+    view.SelectStart = view.SelectEnd = -1;
+    view.PlayMark = 0;
+}
+
+void Workspace::keepChannelForUndo(std::string_view step) {
+    const Edit scope(*this, Change::Undo);
+    undo.SaveforUndo(score, setup, step);
 }
 
 void Workspace::keepForUndo(std::string_view step) {
+    const Edit scope(*this, Change::Undo);
     undo.keepWhole(score, setup, step, StepScope::Cells);
 }
 
 void Workspace::keepReplaced(std::string_view step) {
+    const Edit scope(*this, Change::Undo);
     if (!undo.bringsScoreBack() || !score.usedChannels().empty())
         undo.keepWhole(score, setup, step, StepScope::Score);
 }
 
 bool Workspace::undoLast() {
-    return undo.OpenforUndo(score, setup);
+    if (!undo.OpenforUndo(score, setup))
+        return false;
+    const Edit scope(*this, kAnotherScore);
+    showFromStart();
+    return true;
 }
 
 std::string topBarText(const Score& score, const SetupState& setup) {

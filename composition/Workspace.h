@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "composition/Changes.h"
 #include "composition/EditState.h"
 #include "score/PlayState.h"
 #include "score/Score.h"
@@ -36,6 +37,8 @@ struct Workspace {
 
     bool CopyonlyOneTrack = false; ///< block commands work on the active channel only
 
+    Watchers watchers; ///< told of every `Edit`; all that follow here are edits
+
     /// `TrackSel_Click` of the composing window: makes the channel the active one, and lets playing visit it.
     void selectChannel(int channel);
     /// Has playing and the search for the song's end skip the channel, or visit it again.
@@ -45,6 +48,10 @@ struct Workspace {
     [[nodiscard]] bool holdsNotes();
     /// Empties everything: a new score. `undoLast` brings the old one back.
     void clear();
+    /// The view and the marks as after a score has taken the place of another.
+    void showFromStart();
+    /// Keeps the active channel before a stroke or a change of its notes.
+    void keepChannelForUndo(std::string_view step = UndoSnapshot::kNoteStep);
     /// Keeps the whole score before a command changes cells of many channels; @p step names the command to
     /// the user, with a text that lasts.
     void keepForUndo(std::string_view step);

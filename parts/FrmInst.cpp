@@ -4,7 +4,7 @@
 #include "base/QtText.h"
 #include "base/Settings.h"
 #include "composition/Workspace.h"
-#include "parts/Application.h"
+#include "parts/Desk.h"
 #include "score/Score.h"
 #include "shell/ExToolTip.h"
 #include "shell/MessageBox.h"
@@ -49,9 +49,9 @@ void select(QListWidget& list, const std::string& name) {
 }
 } // namespace
 
-FrmInst::FrmInst(Application& application, QWidget* owner)
-    : SkinnedWindow(application.skins, {}, owner, Qt::Dialog)
-    , app_(application)
+FrmInst::FrmInst(Desk& desk, QWidget* owner)
+    : SkinnedWindow(desk.skins, {}, owner, Qt::Dialog)
+    , desk_(desk)
     , LstInstruments(addList("LstInstruments", "Melody", kMargin))
     , LstInstruments2(addList("LstInstruments2", "Percussion", 2 * kMargin + kListWidth))
     , CmdOk(addButton("CmdOk", "&Ok", kSize.width() - kMargin - 2 * kButton.width() - 8))
@@ -69,12 +69,12 @@ FrmInst::FrmInst(Application& application, QWidget* owner)
     connect(LstInstruments2, &QListWidget::itemDoubleClicked, this, [this] { LstInstruments2_DblClick(); });
     connect(CmdOk, &QPushButton::clicked, this, [this] { CmdOk_Click(); });
     connect(CmdCancel, &QPushButton::clicked, this, [this] { CmdCancel_Click(); });
-    attachTips(app_.tips);
-    app_.tips.SetToolTip(*LstInstruments, {"Melody", "Instruments. Double click one to pick it", ""});
-    app_.tips.SetToolTip(*LstInstruments2,
+    attachTips(desk_.tips);
+    desk_.tips.SetToolTip(*LstInstruments, {"Melody", "Instruments. Double click one to pick it", ""});
+    desk_.tips.SetToolTip(*LstInstruments2,
                          {"Percussion", "Percussion sounds. Double click one to pick it", ""});
-    app_.tips.SetToolTip(*CmdOk, {"Ok", "Pick what is selected", ""});
-    app_.tips.SetToolTip(*CmdCancel, {"Cancel", "Keep the instruments as they are", ""});
+    desk_.tips.SetToolTip(*CmdOk, {"Ok", "Pick what is selected", ""});
+    desk_.tips.SetToolTip(*CmdCancel, {"Cancel", "Keep the instruments as they are", ""});
     selectCurrent();
     LstInstruments->setFocus();
 }
@@ -102,7 +102,7 @@ QPushButton* FrmInst::addButton(const char* name, const char* caption, int x) {
 }
 
 void FrmInst::selectCurrent() {
-    const InstrumentSelection& chosen = app_.workspace.instruments;
+    const InstrumentSelection& chosen = desk_.workspace.instruments;
     select(*LstInstruments, chosen.MelodyInstrumentName);
     select(*LstInstruments2, chosen.PercussionInstrumentName);
 }
@@ -117,7 +117,7 @@ void FrmInst::open() {
     activateWindow();
 }
 
-std::int16_t FrmInst::codeFor(Picked picked, int channel, const InstrumentSelection& chosen) {
+std::int16_t FrmInst::codeFor(PickedInstrument picked, int channel, const InstrumentSelection& chosen) {
     const bool melody = picked.melody && (!picked.percussion || channel < kMelodyChannels);
     return melody ? chosen.MelodyInstrument : chosen.PercussionInstrument;
 }
@@ -128,8 +128,8 @@ void FrmInst::CmdOk_Click() {
         tell(skins(), this, "Make a selection");
         return;
     }
-    InstrumentSelection& chosen = app_.workspace.instruments;
-    Picked picked;
+    InstrumentSelection& chosen = desk_.workspace.instruments;
+    PickedInstrument picked;
     if (chosen.PickSecond) {
         chosen.SecondInstrumentName = nameOfIdentifier(kFirstInstrumentIdentifier + row);
         chosen.SecondInstrument = static_cast<std::int16_t>(row);
@@ -156,21 +156,22 @@ void FrmInst::LstInstruments2_DblClick() {
 }
 
 void FrmInst::takeMelody(int row) {
-    InstrumentSelection& chosen = app_.workspace.instruments;
+    InstrumentSelection& chosen = desk_.workspace.instruments;
     chosen.MelodyInstrumentName = nameOfIdentifier(kFirstInstrumentIdentifier + row);
     chosen.MelodyInstrument = static_cast<std::int16_t>(row);
-    settings::save(app_.settings, settings::Intrumentval, chosen.MelodyInstrument);
+    settings::save(desk_.settings, settings::Intrumentval, chosen.MelodyInstrument);
 }
 
 void FrmInst::takePercussion(int row) {
-    InstrumentSelection& chosen = app_.workspace.instruments;
+    InstrumentSelection& chosen = desk_.workspace.instruments;
     chosen.PercussionInstrumentName = nameOfIdentifier(kFirstPercussionIdentifier + row);
     chosen.PercussionInstrument = static_cast<std::int16_t>(kFirstPercussionCode + row);
-    settings::save(app_.settings, settings::Intrumentval2, chosen.PercussionInstrument);
+    settings::save(desk_.settings, settings::Intrumentval2, chosen.PercussionInstrument);
 }
 
-void FrmInst::finish(Picked picked) {
+void FrmInst::finish(PickedInstrument picked) {
     close();
+    Edit(desk_.workspace, Change::Instruments);
     if (onPicked)
         onPicked(picked);
 }

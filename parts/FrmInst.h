@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "parts/Windows.h"
 #include "shell/SkinnedWindow.h"
 
 #include <cstdint>
@@ -11,7 +12,7 @@ class QPushButton;
 
 namespace velmora {
 
-struct Application;
+struct Desk;
 struct InstrumentSelection;
 
 /// The instrument picker.
@@ -27,17 +28,13 @@ struct InstrumentSelection;
 class FrmInst : public SkinnedWindow {
 public:
     /// @param owner the window over which it stands, in the middle
-    FrmInst(Application& application, QWidget* owner);
+    FrmInst(Desk& desk, QWidget* owner);
 
-    /// What was picked for new notes; neither, if it was the keyboard's second voice.
-    struct Picked {
-        bool melody = false;
-        bool percussion = false;
-    };
     /// What a note of that channel takes: an instrument of the channel's own group, if both were picked.
-    [[nodiscard]] static std::int16_t codeFor(Picked picked, int channel, const InstrumentSelection& chosen);
+    [[nodiscard]] static std::int16_t codeFor(PickedInstrument picked, int channel,
+                                              const InstrumentSelection& chosen);
     /// It is kept, and the window is gone.
-    std::function<void(Picked)> onPicked;
+    std::function<void(PickedInstrument)> onPicked;
 
     /// Comes up with the current instruments selected. Other windows wait until it is closed.
     void open();
@@ -58,9 +55,9 @@ private:
     void selectCurrent();
     void takeMelody(int row);
     void takePercussion(int row);
-    void finish(Picked picked);
+    void finish(PickedInstrument picked);
 
-    Application& app_;
+    Desk& desk_;
     QListWidget* LstInstruments;
     QListWidget* LstInstruments2;
     QPushButton* CmdOk;

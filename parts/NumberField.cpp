@@ -20,7 +20,9 @@ NumberField::NumberField(const QString& arrows, const QString& text, QWidget* pa
 }
 
 void NumberField::showNumber(int shown) {
-    if (lineEdit()->text().isEmpty() || fieldNumber(lineEdit()->text().toStdString()) != shown)
+    const QLineEdit& edit = *lineEdit();
+    const bool isTyped = edit.hasFocus() && edit.isModified();
+    if ((edit.text().isEmpty() && !isTyped) || fieldNumber(edit.text().toStdString()) != shown)
         lineEdit()->setText(QString::number(shown));
 }
 

@@ -14,7 +14,7 @@ class NumberField : public QAbstractSpinBox {
 public:
     NumberField(const QString& arrows, const QString& text, QWidget* parent);
 
-    /// Shows a number from code, unless the text means it already: nobody is told.
+    /// Shows a number from code, unless the text means it already or is just being typed: nobody is told.
     void showNumber(int shown);
 
     /// The user has edited the text: the number that it holds, if it fits; or has pressed an arrow.

@@ -3,7 +3,7 @@
 
 #include "base/QtText.h"
 #include "composition/Workspace.h"
-#include "parts/Application.h"
+#include "parts/Desk.h"
 #include "parts/ChannelColours.h"
 #include "parts/ChannelSquare.h"
 #include "parts/InstrumentField.h"
@@ -59,9 +59,9 @@ private:
 };
 } // namespace
 
-ChannelsPanel::ChannelsPanel(Application& application, const Appearance& look, QWidget* parent)
+ChannelsPanel::ChannelsPanel(Desk& desk, const Appearance& look, QWidget* parent)
     : QWidget(parent)
-    , app_(application)
+    , desk_(desk)
     , look_(look)
     , channels_(new QButtonGroup(this)) {
     setObjectName("channelsPanel");
@@ -86,13 +86,13 @@ void ChannelsPanel::addChannels(QGroupBox& group, int first, int last, int pitch
         button->setObjectName(QStringLiteral("TrackSel(%1)").arg(channel));
         button->setGeometry(QRect(QPoint(x, 36), kButton));
         channels_->addButton(button, channel);
-        app_.tips.SetToolTip(*button, {button->accessibleName(), "Make this the active channel", ""});
+        desk_.tips.SetToolTip(*button, {button->accessibleName(), "Make this the active channel", ""});
         TrackSel[index] = button;
 
         QCheckBox* box =
             addBox(group, QStringLiteral("TrackHide(%1)").arg(channel), {x + kButton.width() / 2, 79});
         box->setAccessibleName("Hide channel " + button->text());
-        app_.tips.SetToolTip(
+        desk_.tips.SetToolTip(
             *box, {"Hide this channel", "Channel " + button->text() + " is neither shown nor played", ""});
         connect(box, &QCheckBox::clicked, this, [this, channel](bool hidden) {
             if (TrackHide_Click)
@@ -128,19 +128,19 @@ void ChannelsPanel::addInstruments(QGroupBox& group, const Appearance& look) {
             if (LblInst_DblClick)
                 LblInst_DblClick();
         };
-        app_.tips.SetToolTip(*field, {QString(row.words) + " instrument", row.tip, ""});
+        desk_.tips.SetToolTip(*field, {QString(row.words) + " instrument", row.tip, ""});
         *row.field = field;
         y += 28;
     }
     addSmallWords(group, "Volume", {12, 92, 64, 20});
     Label2 = new ReadOut(look, "Label2", &group);
     Label2->setGeometry(76, 92, 52, 20);
-    app_.tips.SetToolTip(*Label2, {"Volume", "The volume of the active channel", ""});
+    desk_.tips.SetToolTip(*Label2, {"Volume", "The volume of the active channel", ""});
 }
 
 void ChannelsPanel::refresh() {
-    const Score& score = app_.workspace.score;
-    const InstrumentSelection& chosen = app_.workspace.instruments;
+    const Score& score = desk_.workspace.score;
+    const InstrumentSelection& chosen = desk_.workspace.instruments;
     for (int channel = 0; channel < kUsedChannels; ++channel) {
         const auto index = static_cast<std::size_t>(channel);
         if (!TrackSel[index])
@@ -152,8 +152,8 @@ void ChannelsPanel::refresh() {
     LblInst1->showName(toQString(chosen.MelodyInstrumentName));
     LblInst2->showName(toQString(chosen.PercussionInstrumentName));
     const auto active = static_cast<std::size_t>(score.ActiveChannel);
-    if (active < app_.workspace.setup.channels.size())
-        Label2->setText(QString::number(app_.workspace.setup.channels[active].volume));
+    if (active < desk_.workspace.setup.channels.size())
+        Label2->setText(QString::number(desk_.workspace.setup.channels[active].volume));
 }
 
 bool ChannelsPanel::isPressed(int channel) const {

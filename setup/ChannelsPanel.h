@@ -18,12 +18,12 @@ namespace velmora {
 
 class InstrumentField;
 struct Appearance;
-struct Application;
+struct Desk;
 
 /// The panel "Channels": which channel is the active one, which are hidden, and the picked instruments.
 class ChannelsPanel : public QWidget {
 public:
-    ChannelsPanel(Application& application, const Appearance& look, QWidget* parent);
+    ChannelsPanel(Desk& desk, const Appearance& look, QWidget* parent);
 
     std::function<void(int channel)> TrackSel_Click;
     std::function<void(int channel, bool hidden)> TrackHide_Click; // as its box now says
@@ -38,7 +38,7 @@ private:
     void addChannels(QGroupBox& group, int first, int last, int pitch);
     void addInstruments(QGroupBox& group, const Appearance& look);
 
-    Application& app_;
+    Desk& desk_;
     const Appearance& look_;
     QButtonGroup* channels_;
     std::array<QAbstractButton*, kUsedChannels> TrackSel{};

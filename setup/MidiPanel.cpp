@@ -5,8 +5,7 @@
 #include "base/Settings.h"
 #include "composition/SetupRules.h"
 #include "composition/Workspace.h"
-#include "parts/Application.h"
-#include "setup/ComposingWindow.h"
+#include "parts/Desk.h"
 #include "setup/SetupParts.h"
 #include "shell/CommandButton.h"
 #include "shell/ExToolTip.h"
@@ -36,11 +35,10 @@ public:
 };
 } // namespace
 
-MidiPanel::MidiPanel(Application& application, const ComposingWindow& form, const Appearance& look,
+MidiPanel::MidiPanel(Desk& desk, const Appearance& look,
                      QWidget* parent)
     : QWidget(parent)
-    , app_(application)
-    , form_(form) {
+    , desk_(desk) {
     setObjectName("midiPanel");
     addDevices(*addGroup(*this, "Midi Device", {8, 8, 480, 84}));
     addLength(*addGroup(*this, "Score Length", {8, 100, 480, 156}), look);
@@ -55,7 +53,7 @@ void MidiPanel::addDevices(QGroupBox& group) {
     Combo2->setAccessibleName("Midi Device");
     Combo2->setGeometry(12, 42, 456, 24);
     list->beforePopup = [this] { listDevices(); };
-    app_.tips.SetToolTip(*Combo2, {"Midi Device", "The device through which everything sounds", ""});
+    desk_.tips.SetToolTip(*Combo2, {"Midi Device", "The device through which everything sounds", ""});
     connect(Combo2, &QComboBox::activated, this, [this](int item) { Combo2_Click(item); });
 }
 
@@ -67,7 +65,7 @@ void MidiPanel::addLength(QGroupBox& group, const Appearance& look) {
         field->setAccessibleName(words);
         field->setAlignment(Qt::AlignCenter);
         field->setGeometry(240, y, 88, 24);
-        app_.tips.SetToolTip(*field, {words, tip, ""});
+        desk_.tips.SetToolTip(*field, {words, tip, ""});
         return field;
     };
     Text1 = addField("Text1", "Total notes currently available", "The columns of the Tableau", 42);
@@ -78,7 +76,7 @@ void MidiPanel::addLength(QGroupBox& group, const Appearance& look) {
         button->setObjectName(name);
         button->setFace("", words);
         button->setGeometry(x, 116, width, 24);
-        app_.tips.SetToolTip(*button, {words, tip, ""});
+        desk_.tips.SetToolTip(*button, {words, tip, ""});
         return button;
     };
     const auto* add = addButton("Command1", "Add new notes", "Make the score longer by that many", 12, 132);
@@ -92,49 +90,40 @@ void MidiPanel::addLength(QGroupBox& group, const Appearance& look) {
 void MidiPanel::listDevices() {
     if (Combo2->view()->isVisible())
         return;
-    const DeviceChooser::List list = app_.devices.list();
+    const DeviceChooser::List list = desk_.devices.list();
     if (list.texts != listed_) {
         listed_ = list.texts;
         Combo2->clear();
         for (const std::string& text : list.texts)
             Combo2->addItem(toQString(text));
     }
-    app_.workspace.setup.Combo2 = list.item;
-    Combo2->setCurrentIndex(app_.workspace.setup.Combo2);
+    desk_.workspace.setup.Combo2 = list.item;
+    Combo2->setCurrentIndex(desk_.workspace.setup.Combo2);
 }
 
 void MidiPanel::Combo2_Click(int item) {
-    app_.workspace.setup.Combo2 = item;
-    if (app_.devices.choose(item))
-        showMapper();
-}
-
-void MidiPanel::showMapper() {
-    app_.workspace.setup.Combo2 = 0;
-    Combo2->setCurrentIndex(0);
+    const Edit edit(desk_.workspace, Change::Device);
+    desk_.workspace.setup.Combo2 = desk_.devices.choose(item) ? 0 : item;
 }
 
 void MidiPanel::Command1_Click() {
     if (const auto count = fieldCount(Text2->text().toStdString()))
-        setLength(std::int64_t{app_.workspace.score.NumNotes} + *count);
+        setLength(std::int64_t{desk_.workspace.score.NumNotes} + *count);
 }
 
 void MidiPanel::Command4_Click() {
     if (const auto count = fieldCount(Text2->text().toStdString()))
-        setLength(std::int64_t{app_.workspace.score.NumNotes} - *count);
+        setLength(std::int64_t{desk_.workspace.score.NumNotes} - *count);
 }
 
 void MidiPanel::setLength(std::int64_t numNotes) {
-    if (!setScoreLength(app_.workspace, numNotes))
+    if (!setScoreLength(desk_.workspace, numNotes))
         return;
-    settings::save(app_.settings, settings::NumNotes, app_.workspace.score.NumNotes);
-    Text1->setText(QString::number(app_.workspace.score.NumNotes));
-    ask(form_.NumNotesChanged);
-    ask(form_.showUndo);
+    settings::save(desk_.settings, settings::NumNotes, desk_.workspace.score.NumNotes);
 }
 
 void MidiPanel::refresh() {
-    Text1->setText(QString::number(app_.workspace.score.NumNotes));
+    Text1->setText(QString::number(desk_.workspace.score.NumNotes));
     listDevices();
 }
 

@@ -14,17 +14,14 @@ class QLineEdit;
 namespace velmora {
 
 struct Appearance;
-struct Application;
-struct ComposingWindow;
+struct Desk;
 
 /// The panel "Midi": the MIDI device, and the score's length.
 class MidiPanel : public QWidget {
 public:
-    MidiPanel(Application& application, const ComposingWindow& form, const Appearance& look, QWidget* parent);
+    MidiPanel(Desk& desk, const Appearance& look, QWidget* parent);
 
     void refresh();
-    /// The chosen device could not be opened: the list shows item 0, "MIDI Mapper".
-    void showMapper();
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -39,8 +36,7 @@ private:
     void Command4_Click();
     void setLength(std::int64_t numNotes);
 
-    Application& app_;
-    const ComposingWindow& form_;
+    Desk& desk_;
     QComboBox* Combo2 = nullptr;
     QLineEdit* Text1 = nullptr;
     QLineEdit* Text2 = nullptr;

@@ -4,9 +4,8 @@
 #include "base/QtText.h"
 #include "composition/SetupRules.h"
 #include "composition/Workspace.h"
-#include "parts/Application.h"
+#include "parts/Desk.h"
 #include "parts/ChannelSquare.h"
-#include "setup/ComposingWindow.h"
 #include "setup/SetupParts.h"
 #include "shell/ExToolTip.h"
 #include "sound/Chords.h"
@@ -22,10 +21,9 @@ constexpr int kFirstColumn = 172; ///< its middle
 constexpr int kColumn = 40;
 } // namespace
 
-PolyphonicsPanel::PolyphonicsPanel(Application& application, const ComposingWindow& form, QWidget* parent)
+PolyphonicsPanel::PolyphonicsPanel(Desk& desk, QWidget* parent)
     : QWidget(parent)
-    , app_(application)
-    , form_(form) {
+    , desk_(desk) {
     setObjectName("polyphonicsPanel");
     addList();
     addChannels();
@@ -39,9 +37,9 @@ void PolyphonicsPanel::addList() {
     Combo3->setGeometry(12, 40, 456, 24);
     for (const std::string_view name : kSetupChordNames)
         Combo3->addItem(toQString(name));
-    app_.tips.SetToolTip(*Combo3, {"Chord", "The chord that a ticked channel plays", ""});
+    desk_.tips.SetToolTip(*Combo3, {"Chord", "The chord that a ticked channel plays", ""});
     connect(Combo3, &QComboBox::activated, this,
-            [this](int item) { Combo3_Click(app_.workspace.setup, app_.workspace.chords, item); });
+            [this](int item) { Combo3_Click(desk_.workspace.setup, desk_.workspace.chords, item); });
 }
 
 void PolyphonicsPanel::addChannels() {
@@ -62,30 +60,23 @@ void PolyphonicsPanel::addChannels() {
         const QString number = QString::number(channel + 1);
         Ch[index]->setAccessibleName("Chord on channel " + number);
         Chkstrum[index]->setAccessibleName("Strum the chords of channel " + number);
-        app_.tips.SetToolTip(*Ch[index],
+        desk_.tips.SetToolTip(*Ch[index],
                              {"Chord on channel " + number, "Give every position the chord of the list", ""});
-        app_.tips.SetToolTip(*Chkstrum[index],
+        desk_.tips.SetToolTip(*Chkstrum[index],
                              {"Strum channel " + number, "Play the notes of a chord one after another", ""});
         connect(Ch[index], &QCheckBox::clicked, this, [this, channel] { Ch_Click(channel); });
         connect(Chkstrum[index], &QCheckBox::clicked, this,
-                [this, index](bool ticked) { app_.workspace.setup.Chkstrum[index] = ticked; });
+                [this, index](bool ticked) { desk_.workspace.setup.Chkstrum[index] = ticked; });
     }
     addSmallWords(*group, "A right click on a note then gives it the chord of the list.", {12, 138, 456, 16});
 }
 
 void PolyphonicsPanel::Ch_Click(int channel) {
-    Score& score = app_.workspace.score;
-    const bool ticked = Ch[static_cast<std::size_t>(channel)]->isChecked();
-    if (ticked)
-        ask(form_.setRightClickMode, RightClick::Polyphonic);
-    velmora::Ch_Click(score, app_.workspace.setup, channel, ticked);
-    if (channel == score.ActiveChannel)
-        ask(form_.drawChordMarks, channel);
-    ask(form_.DrawNoteArray);
+    velmora::Ch_Click(desk_.workspace, channel, Ch[static_cast<std::size_t>(channel)]->isChecked());
 }
 
 void PolyphonicsPanel::refresh() {
-    const SetupState& setup = app_.workspace.setup;
+    const SetupState& setup = desk_.workspace.setup;
     Combo3->setCurrentIndex(setup.Combo3);
     for (std::size_t channel = 0; channel < Ch.size(); ++channel) {
         Ch[channel]->setChecked(setup.Ch[channel]);

@@ -12,13 +12,12 @@ class QComboBox;
 
 namespace velmora {
 
-struct Application;
-struct ComposingWindow;
+struct Desk;
 
 /// The panel "Polyphonics": which chord is meant, which melody channels play it, and which strum theirs.
 class PolyphonicsPanel : public QWidget {
 public:
-    PolyphonicsPanel(Application& application, const ComposingWindow& form, QWidget* parent);
+    PolyphonicsPanel(Desk& desk, QWidget* parent);
 
     void refresh();
 
@@ -27,8 +26,7 @@ private:
     void addChannels();
     void Ch_Click(int channel);
 
-    Application& app_;
-    const ComposingWindow& form_;
+    Desk& desk_;
     QComboBox* Combo3 = nullptr;
     std::array<QCheckBox*, kMelodyChannels> Ch{};
     std::array<QCheckBox*, kMelodyChannels> Chkstrum{};

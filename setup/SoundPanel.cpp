@@ -3,7 +3,7 @@
 
 #include "composition/SetupRules.h"
 #include "composition/Workspace.h"
-#include "parts/Application.h"
+#include "parts/Desk.h"
 #include "parts/ChannelSquare.h"
 #include "setup/SetupParts.h"
 #include "shell/ExToolTip.h"
@@ -12,6 +12,7 @@
 #include "sound/Midimod.h"
 
 #include <QGroupBox>
+#include <QScopedValueRollback>
 
 namespace velmora {
 
@@ -41,9 +42,9 @@ constexpr std::array<EffectRow, 4> kEffectRows{{
 }};
 } // namespace
 
-SoundPanel::SoundPanel(Application& application, const Appearance& look, QWidget* parent)
+SoundPanel::SoundPanel(Desk& desk, const Appearance& look, QWidget* parent)
     : QWidget(parent)
-    , app_(application)
+    , desk_(desk)
     , look_(look)
     , group_(addGroup(*this, "Sound Control", {8, 8, 480, 248}))
     , square_(new ChannelSquare(0, group_))
@@ -74,11 +75,12 @@ Slider* SoundPanel::addRow(const char* bar, const char* caption, QLabel* value, 
     slider->setGeometry(96, y, 308, 20);
     value->setGeometry(416, y, 52, 20);
     value->setAccessibleDescription(caption);
-    app_.tips.SetToolTip(*slider, {caption, tip, ""});
+    desk_.tips.SetToolTip(*slider, {caption, tip, ""});
     return slider;
 }
 
 void SoundPanel::dragVolume(int value) {
+    const QScopedValueRollback dragging(dragging_, lblVolume);
     const std::int16_t volume = volumeAt(value, kMost);
     Label15->setText(QString::number(volume));
     if (lblVolume_Change)
@@ -86,28 +88,36 @@ void SoundPanel::dragVolume(int value) {
 }
 
 void SoundPanel::dragEffect(std::size_t effect, int value) {
-    const int channel = app_.workspace.score.ActiveChannel;
-    auto& channels = app_.workspace.setup.channels;
+    const int channel = desk_.workspace.score.ActiveChannel;
+    auto& channels = desk_.workspace.setup.channels;
     if (static_cast<std::size_t>(channel) >= channels.size())
         return;
+    const QScopedValueRollback dragging(dragging_, bars_[effect]);
     const EffectRow& row = kEffectRows[effect];
     const auto stored = static_cast<std::int16_t>(value + row.middle);
     labels_[effect]->setText(QString::number(value));
+    const Edit edit(desk_.workspace, Change::Sound);
     channels[static_cast<std::size_t>(channel)].*row.value = stored;
-    row.send(app_.port, stored, channel);
+    row.send(desk_.port, stored, channel);
+}
+
+/// The pointer stays where the user has it.
+void SoundPanel::show(Slider& slider, int value) const {
+    if (&slider != dragging_)
+        slider.setValue(value);
 }
 
 void SoundPanel::refresh() {
-    const auto channel = static_cast<std::size_t>(app_.workspace.score.ActiveChannel);
-    if (channel >= app_.workspace.setup.channels.size())
+    const auto channel = static_cast<std::size_t>(desk_.workspace.score.ActiveChannel);
+    if (channel >= desk_.workspace.setup.channels.size())
         return;
-    const PlaybackChannelSetup& values = app_.workspace.setup.channels[channel];
+    const PlaybackChannelSetup& values = desk_.workspace.setup.channels[channel];
     square_->setChannel(static_cast<int>(channel));
-    lblVolume->setValue(values.volume);
+    show(*lblVolume, values.volume);
     Label15->setText(QString::number(values.volume));
     for (std::size_t effect = 0; effect < kEffects; ++effect) {
         const int shown = values.*kEffectRows[effect].value - kEffectRows[effect].middle;
-        bars_[effect]->setValue(shown);
+        show(*bars_[effect], shown);
         labels_[effect]->setText(QString::number(shown));
     }
 }

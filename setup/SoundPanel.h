@@ -13,12 +13,12 @@ namespace velmora {
 class ChannelSquare;
 class Slider;
 struct Appearance;
-struct Application;
+struct Desk;
 
 /// The panel "Sound ": five sliders for the active channel. What they say of the controllers is sent at once.
 class SoundPanel : public QWidget {
 public:
-    SoundPanel(Application& application, const Appearance& look, QWidget* parent);
+    SoundPanel(Desk& desk, const Appearance& look, QWidget* parent);
 
     /// The volume of the active channel was set.
     std::function<void(std::int16_t value)> lblVolume_Change;
@@ -32,11 +32,13 @@ private:
     Slider* addRow(const char* bar, const char* caption, QLabel* value, const char* tip, int row);
     void dragEffect(std::size_t effect, int value);
     void dragVolume(int value);
+    void show(Slider& slider, int value) const;
 
-    Application& app_;
+    Desk& desk_;
     const Appearance& look_;
     QWidget* group_;
     ChannelSquare* square_;
+    Slider* dragging_ = nullptr; ///< that the user is moving
     Slider* lblVolume;
     QLabel* Label15;
     std::array<Slider*, kEffects> bars_{};

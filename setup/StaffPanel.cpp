@@ -4,9 +4,8 @@
 #include "base/Settings.h"
 #include "composition/SetupRules.h"
 #include "composition/Workspace.h"
-#include "parts/Application.h"
+#include "parts/Desk.h"
 #include "parts/NumberField.h"
-#include "setup/ComposingWindow.h"
 #include "setup/SetupParts.h"
 #include "shell/ExToolTip.h"
 
@@ -15,10 +14,9 @@
 
 namespace velmora {
 
-StaffPanel::StaffPanel(Application& application, const ComposingWindow& form, QWidget* parent)
+StaffPanel::StaffPanel(Desk& desk, QWidget* parent)
     : QWidget(parent)
-    , app_(application)
-    , form_(form) {
+    , desk_(desk) {
     setObjectName("staffPanel");
     addBoxes(*addGroup(*this, "Staff", {8, 8, 480, 136}));
     addSpacing(*addGroup(*this, "Rows", {8, 152, 480, 104}));
@@ -33,7 +31,7 @@ void StaffPanel::addBoxes(QGroupBox& group) {
         settings::Int16 key;
         bool* value;
     };
-    Workspace& workspace = app_.workspace;
+    Workspace& workspace = desk_.workspace;
     int y = 38;
     for (const BoxRow& row :
          {BoxRow{&ChTreble, "ChTreble", "Show Treble Staff", "The upper five lines and their clef",
@@ -45,11 +43,11 @@ void StaffPanel::addBoxes(QGroupBox& group) {
         auto* box = new QCheckBox(row.words, &group);
         box->setObjectName(row.name);
         box->setGeometry(12, y, box->sizeHint().width(), 20);
-        app_.tips.SetToolTip(*box, {row.words, row.tip, ""});
+        desk_.tips.SetToolTip(*box, {row.words, row.tip, ""});
         connect(box, &QCheckBox::clicked, this, [this, key = row.key, value = row.value](bool ticked) {
+            const Edit edit(desk_.workspace, Change::Looks);
             *value = ticked;
-            settings::save(app_.settings, key, ticked ? 1 : 0);
-            ask(form_.DrawNoteArray);
+            settings::save(desk_.settings, key, ticked ? 1 : 0);
         });
         *row.box = box;
         y += 28;
@@ -61,9 +59,9 @@ void StaffPanel::addSpacing(QGroupBox& group) {
     Text3 = new NumberField("VScroll3", "Text3", &group);
     Text3->setAccessibleName("Line spacing");
     Text3->setGeometry(120, 44, 72, 24);
-    app_.tips.SetToolTip(*Text3,
+    desk_.tips.SetToolTip(*Text3,
                          {"Line spacing", "The height of a row of the Melody Tableau, in pixels", ""});
-    const ViewState& view = app_.workspace.view;
+    const ViewState& view = desk_.workspace.view;
     Text3->number = [&view] { return view.Line_Height; };
     Text3->onNumber = [this](std::int16_t height) { Text3_Change(height); };
     Text3->onStep = [this, &view](int steps) {
@@ -73,15 +71,13 @@ void StaffPanel::addSpacing(QGroupBox& group) {
 }
 
 void StaffPanel::Text3_Change(std::int16_t height) {
-    const std::int16_t within = lineHeightWithin(height);
-    app_.workspace.view.Line_Height = within;
-    settings::save(app_.settings, settings::Line_Height, within);
-    ask(form_.layOut);
-    ask(form_.DrawNoteArray);
+    velmora::Text3_Change(desk_.workspace, height);
+    settings::save(desk_.settings, settings::Line_Height,
+                   static_cast<std::int16_t>(desk_.workspace.view.Line_Height));
 }
 
 void StaffPanel::refresh() {
-    const Workspace& workspace = app_.workspace;
+    const Workspace& workspace = desk_.workspace;
     ChTreble->setChecked(workspace.setup.ChTreble);
     ChBass->setChecked(workspace.setup.ChBass);
     Check1->setChecked(workspace.view.Show_Sharp_guides);

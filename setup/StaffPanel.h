@@ -9,13 +9,12 @@ class QGroupBox;
 namespace velmora {
 
 class NumberField;
-struct Application;
-struct ComposingWindow;
+struct Desk;
 
 /// The panel "Staff Configuration": what is drawn behind the notes of the Tableau, and how tall its rows are.
 class StaffPanel : public QWidget {
 public:
-    StaffPanel(Application& application, const ComposingWindow& form, QWidget* parent);
+    StaffPanel(Desk& desk, QWidget* parent);
 
     void refresh();
 
@@ -24,8 +23,7 @@ private:
     void addSpacing(QGroupBox& group);
     void Text3_Change(std::int16_t height);
 
-    Application& app_;
-    const ComposingWindow& form_;
+    Desk& desk_;
     QCheckBox* ChTreble = nullptr;
     QCheckBox* ChBass = nullptr;
     QCheckBox* Check1 = nullptr;

@@ -3,15 +3,15 @@
 
 #include "composition/SetupRules.h"
 #include "composition/Workspace.h"
-#include "parts/Application.h"
+#include "parts/Desk.h"
 #include "parts/NumberField.h"
-#include "setup/ComposingWindow.h"
 #include "setup/SetupParts.h"
 #include "shell/ExToolTip.h"
 #include "shell/Slider.h"
 
 #include <QGroupBox>
 #include <QLineEdit>
+#include <QScopedValueRollback>
 
 #include <limits>
 
@@ -23,11 +23,10 @@ constexpr int kTempoStep = 4;
 constexpr int kTempoPage = 20;
 } // namespace
 
-TimingPanel::TimingPanel(Application& application, const ComposingWindow& form, const Appearance& look,
+TimingPanel::TimingPanel(Desk& desk, const Appearance& look,
                          QWidget* parent)
     : QWidget(parent)
-    , app_(application)
-    , form_(form) {
+    , desk_(desk) {
     setObjectName("timingPanel");
     addTempo(*addGroup(*this, "Timing", {8, 8, 480, 100}), look);
     QGroupBox* meter = addGroup(*this, "Meter", {8, 116, 480, 140});
@@ -37,18 +36,20 @@ TimingPanel::TimingPanel(Application& application, const ComposingWindow& form, 
         addField(*meter, "VScroll2", "NoteX", "Note value", "The note that is a beat: 4 for a quarter", 168);
     TxBeats = addField(*meter, "measureArrows", "TxBeats", "Notes per measure",
                        "How many columns stand between measure lines", 324);
-    SetupState& setup = app_.workspace.setup;
+    Workspace& workspace = desk_.workspace;
+    const SetupState& setup = workspace.setup;
     TxtMeter->number = [&setup] { return setup.TxtMeter; };
-    TxtMeter->onNumber = [this](std::int16_t number) { TxtMeter_Change(number); };
-    TxtMeter->onStep = [this, &setup](int steps) { TxtMeter_Change(stepped(kBeats, setup.TxtMeter, steps)); };
+    TxtMeter->onNumber = [&workspace](std::int16_t number) { TxtMeter_Change(workspace, number); };
+    TxtMeter->onStep = [&workspace](int steps) { TxtMeter_Change(workspace, stepped(kBeats, workspace.setup.TxtMeter, steps)); };
     NoteX->number = [&setup] { return setup.NoteX; };
-    NoteX->onNumber = [this](std::int16_t number) { NoteX_Change(number); };
-    NoteX->onStep = [this, &setup](int steps) { NoteX_Change(stepped(kNoteValues, setup.NoteX, steps)); };
+    NoteX->onNumber = [&workspace](std::int16_t number) { NoteX_Change(workspace, number); };
+    NoteX->onStep = [&workspace](int steps) { NoteX_Change(workspace, stepped(kNoteValues, workspace.setup.NoteX, steps)); };
     TxBeats->number = [&setup] { return setup.TxBeats; };
-    TxBeats->onNumber = [this](std::int16_t number) { TxBeats_Change(number); };
-    TxBeats->onStep = [this, &setup](int steps) {
+    TxBeats->onNumber = [&workspace](std::int16_t number) { TxBeats_Change(workspace, number); };
+    TxBeats->onStep = [&workspace](int steps) {
         const int most = std::numeric_limits<std::int16_t>::max();
-        TxBeats_Change(static_cast<std::int16_t>(std::clamp(setup.TxBeats + steps, 1, most)));
+        TxBeats_Change(workspace,
+                       static_cast<std::int16_t>(std::clamp(workspace.setup.TxBeats + steps, 1, most)));
     };
 }
 
@@ -62,26 +63,24 @@ void TimingPanel::addTempo(QGroupBox& group, const Appearance& look) {
     LblTempo->setPageStep(kTempoPage);
     LblTempo->setGeometry(12, 62, 384, 20);
     LblTempo->onDrag = [this](int value) {
-        setTempo(tempoAt(value, kMostTempo));
-        TempoLabel->setText(QString::number(app_.workspace.score.Tempo));
+        const QScopedValueRollback dragging(dragging_, true);
+        setTempo(desk_.workspace, tempoAt(value, kMostTempo));
     };
-    LblTempo->onRelease = [this] { LblTempo->setValue(app_.workspace.score.Tempo); };
-    app_.tips.SetToolTip(*LblTempo, {"Tempo", "How fast the score is played, from the next play on", ""});
+    LblTempo->onRelease = [this] { LblTempo->setValue(desk_.workspace.score.Tempo); };
+    desk_.tips.SetToolTip(*LblTempo, {"Tempo", "How fast the score is played, from the next play on", ""});
 
     TempoLabel = new QLineEdit(&group);
     TempoLabel->setObjectName("TempoLabel");
     TempoLabel->setAccessibleName("Tempo");
     TempoLabel->setAlignment(Qt::AlignCenter);
     TempoLabel->setGeometry(408, 60, 60, 24);
-    app_.tips.SetToolTip(*TempoLabel, {"Tempo", "The tempo as a number", ""});
+    desk_.tips.SetToolTip(*TempoLabel, {"Tempo", "The tempo as a number", ""});
     connect(TempoLabel, &QLineEdit::textEdited, this, [this](const QString& text) {
-        if (const auto tempo = fieldNumber(text.toStdString())) {
-            setTempo(*tempo);
-            LblTempo->setValue(*tempo);
-        }
+        if (const auto tempo = fieldNumber(text.toStdString()))
+            setTempo(desk_.workspace, *tempo);
     });
     connect(TempoLabel, &QLineEdit::editingFinished, this,
-            [this] { TempoLabel->setText(QString::number(app_.workspace.score.Tempo)); });
+            [this] { TempoLabel->setText(QString::number(desk_.workspace.score.Tempo)); });
 }
 
 NumberField* TimingPanel::addField(QGroupBox& group, const char* arrows, const char* text,
@@ -90,47 +89,17 @@ NumberField* TimingPanel::addField(QGroupBox& group, const char* arrows, const c
     auto* field = new NumberField(arrows, text, &group);
     field->setGeometry(x, 68, 88, 24);
     field->setAccessibleName(caption);
-    app_.tips.SetToolTip(*field, {caption, tip, ""});
+    desk_.tips.SetToolTip(*field, {caption, tip, ""});
     return field;
 }
 
-void TimingPanel::setTempo(std::int16_t tempo) {
-    app_.workspace.score.Tempo = tempo;
-    ask(form_.PrintTopBar);
-}
-
-void TimingPanel::TxtMeter_Change(std::int16_t value) {
-    meterChanged(velmora::TxtMeter_Change(app_.workspace.setup, app_.workspace.score, value));
-}
-
-void TimingPanel::NoteX_Change(std::int16_t value) {
-    meterChanged(velmora::NoteX_Change(app_.workspace.setup, app_.workspace.score, value));
-}
-
-void TimingPanel::TxBeats_Change(std::int16_t value) {
-    velmora::TxBeats_Change(app_.workspace.setup, app_.workspace.score, value);
-    showBeats();
-    ask(form_.PrintTopBar);
-}
-
-void TimingPanel::meterChanged(bool beatsChanged) {
-    if (beatsChanged)
-        showBeats();
-    ask(form_.PrintTopBar);
-    ask(form_.DrawNoteArray);
-}
-
-void TimingPanel::showBeats() {
-    TxBeats->showNumber(app_.workspace.setup.TxBeats);
-    TempoLabel->setText(QString::number(app_.workspace.score.Tempo));
-    ask(form_.DrawNoteArray);
-    ask(form_.DrawBeatArray);
-}
-
 void TimingPanel::refresh() {
-    const SetupState& setup = app_.workspace.setup;
-    LblTempo->setValue(app_.workspace.score.Tempo);
-    TempoLabel->setText(QString::number(app_.workspace.score.Tempo));
+    const SetupState& setup = desk_.workspace.setup;
+    const std::int16_t tempo = desk_.workspace.score.Tempo;
+    if (!dragging_)
+        LblTempo->setValue(tempo);
+    if (!TempoLabel->isModified() || fieldNumber(TempoLabel->text().toStdString()) != tempo)
+        TempoLabel->setText(QString::number(tempo));
     TxtMeter->showNumber(setup.TxtMeter);
     NoteX->showNumber(setup.NoteX);
     TxBeats->showNumber(setup.TxBeats);

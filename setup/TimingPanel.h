@@ -11,14 +11,13 @@ namespace velmora {
 class NumberField;
 class Slider;
 struct Appearance;
-struct Application;
-struct ComposingWindow;
+struct Desk;
 
 /// The panel "Timing": the tempo, and the meter in three fields, which are the store of what a score file
 /// says of it.
 class TimingPanel : public QWidget {
 public:
-    TimingPanel(Application& application, const ComposingWindow& form, const Appearance& look,
+    TimingPanel(Desk& desk, const Appearance& look,
                 QWidget* parent);
 
     void refresh();
@@ -27,15 +26,9 @@ private:
     void addTempo(QGroupBox& group, const Appearance& look);
     NumberField* addField(QGroupBox& group, const char* arrows, const char* text, const char* caption,
                           const char* tip, int x);
-    void setTempo(std::int16_t tempo);
-    void TxtMeter_Change(std::int16_t value);
-    void NoteX_Change(std::int16_t value);
-    void TxBeats_Change(std::int16_t value);
-    void meterChanged(bool beatsChanged);
-    void showBeats();
 
-    Application& app_;
-    const ComposingWindow& form_;
+    Desk& desk_;
+    bool dragging_ = false; ///< `LblTempo` stays where the user has it
     Slider* LblTempo = nullptr;
     QLineEdit* TempoLabel = nullptr;
     NumberField* TxtMeter = nullptr;

@@ -2,12 +2,11 @@
 #include "setup/frmsetup.h"
 
 #include "base/Settings.h"
+#include "composition/Player.h"
 #include "composition/SetupRules.h"
 #include "composition/Workspace.h"
-#include "parts/Application.h"
-#include "parts/FrmInst.h"
+#include "parts/Desk.h"
 #include "parts/SetupTab.h"
-#include "score/ApplyInstrument.h"
 #include "setup/ChannelsPanel.h"
 #include "setup/MidiPanel.h"
 #include "setup/PolyphonicsPanel.h"
@@ -43,18 +42,18 @@ constexpr std::array<const char*, 6> kTabs{"Polyphonics", "Channels", "Sound ",
                                            "Timing",      "Midi",     "Staff Configuration"};
 } // namespace
 
-frmsetup::frmsetup(Application& application, ComposingWindow form, QWidget* composing)
-    : SkinnedWindow(application.skins, {}, composing, Qt::Tool)
-    , app_(application)
-    , form_(std::move(form))
+frmsetup::frmsetup(Desk& desk, QWidget* composing)
+    : SkinnedWindow(desk.skins, {}, composing, Qt::Tool)
+    , desk_(desk)
     , Lmnu(addTabs())
     , page_(new SetupPage(look(), Ibak5()))
-    , polyphonics_(new PolyphonicsPanel(app_, form_, page_))
-    , channels_(new ChannelsPanel(app_, look(), page_))
-    , sound_(new SoundPanel(app_, look(), page_))
-    , timing_(new TimingPanel(app_, form_, look(), page_))
-    , midi_(new MidiPanel(app_, form_, look(), page_))
-    , staff_(new StaffPanel(app_, form_, page_)) {
+    , polyphonics_(new PolyphonicsPanel(desk_, page_))
+    , channels_(new ChannelsPanel(desk_, look(), page_))
+    , sound_(new SoundPanel(desk_, look(), page_))
+    , timing_(new TimingPanel(desk_, look(), page_))
+    , midi_(new MidiPanel(desk_, look(), page_))
+    , staff_(new StaffPanel(desk_, page_))
+    , watching_(desk.workspace.watchers.join(*this)) {
     setObjectName("frmsetup");
     setWindowTitle("Editor");
     setFixedSize(kSize);
@@ -63,14 +62,14 @@ frmsetup::frmsetup(Application& application, ComposingWindow form, QWidget* comp
     for (QAbstractButton* tab : Lmnu) // over the page's line
         tab->raise();
     addKeys();
-    attachTips(app_.tips);
+    attachTips(desk_.tips);
     channels_->TrackSel_Click = [this](int channel) { TrackSel_Click(channel); };
     channels_->TrackHide_Click = [this](int channel, bool hidden) { TrackHide_Click(channel, hidden); };
     channels_->LblInst_DblClick = [this] { LblInst_DblClick(); };
     sound_->lblVolume_Change = [this](std::int16_t value) { lblVolume_Change(value); };
     openAtStoredPlace();
     Lmnu_Click(kFirstPanel);
-    refresh();
+    showPanels(Change::File);
 }
 
 frmsetup::~frmsetup() {
@@ -87,7 +86,7 @@ std::array<QAbstractButton*, frmsetup::kPanels> frmsetup::addTabs() {
         tab->setGeometry(QRect(QPoint(x, kTabsTop), tab->sizeHint()));
         x += tab->width();
         connect(tab, &QAbstractButton::clicked, this, [this, index] { Lmnu_Click(index); });
-        app_.tips.SetToolTip(*tab, {tab->accessibleName(), "Show this page", ""});
+        desk_.tips.SetToolTip(*tab, {tab->accessibleName(), "Show this page", ""});
         tabs[i] = tab;
     }
     return tabs;
@@ -110,21 +109,21 @@ void frmsetup::addKeys() {
 }
 
 void frmsetup::saveSettings() {
-    const Workspace& workspace = app_.workspace;
+    const Workspace& workspace = desk_.workspace;
     const auto saveFlag = [this](const settings::Int16& key, bool flag) {
-        settings::save(app_.settings, key, flag ? 1 : 0);
+        settings::save(desk_.settings, key, flag ? 1 : 0);
     };
-    settings::save(app_.settings, settings::frmsetup_left, static_cast<float>(x() * kTwips));
-    settings::save(app_.settings, settings::frmsetup_top, static_cast<float>(y() * kTwips));
-    settings::save(app_.settings, settings::Beats_per_measure, workspace.setup.TxtMeter);
-    settings::save(app_.settings, settings::Type_of_note, workspace.setup.NoteX);
-    settings::save(app_.settings, settings::Notes_per_measure, workspace.setup.TxBeats);
+    settings::save(desk_.settings, settings::frmsetup_left, static_cast<float>(x() * kTwips));
+    settings::save(desk_.settings, settings::frmsetup_top, static_cast<float>(y() * kTwips));
+    settings::save(desk_.settings, settings::Beats_per_measure, workspace.setup.TxtMeter);
+    settings::save(desk_.settings, settings::Type_of_note, workspace.setup.NoteX);
+    settings::save(desk_.settings, settings::Notes_per_measure, workspace.setup.TxBeats);
     saveFlag(settings::Show_Treble_staff, workspace.setup.ChTreble);
     saveFlag(settings::Show_Bass_staff, workspace.setup.ChBass);
     saveFlag(settings::Show_Sharp_guides, workspace.view.Show_Sharp_guides);
-    settings::save(app_.settings, settings::Line_Height,
+    settings::save(desk_.settings, settings::Line_Height,
                    static_cast<std::int16_t>(workspace.view.Line_Height));
-    settings::save(app_.settings, settings::NumNotes, workspace.score.NumNotes);
+    settings::save(desk_.settings, settings::NumNotes, workspace.score.NumNotes);
 }
 
 /// At the stored place, on whichever screen that is. At first beside the composing window, or else in its
@@ -135,9 +134,9 @@ void frmsetup::openAtStoredPlace() {
     QPoint place(around.right() + kBeside, around.top());
     if (place.x() + width() > screen.right())
         place = around.bottomRight() - kInside - QPoint(width(), height());
-    if (!app_.settings.GetSetting("Settings", settings::frmsetup_left.key, "").empty()) {
-        place = {pixelsOfTwips(settings::read(app_.settings, settings::frmsetup_left)),
-                 pixelsOfTwips(settings::read(app_.settings, settings::frmsetup_top))};
+    if (!desk_.settings.GetSetting("Settings", settings::frmsetup_left.key, "").empty()) {
+        place = {pixelsOfTwips(settings::read(desk_.settings, settings::frmsetup_left)),
+                 pixelsOfTwips(settings::read(desk_.settings, settings::frmsetup_top))};
         if (const QScreen* there = QGuiApplication::screenAt(place + rect().center()))
             screen = there->availableGeometry();
     }
@@ -146,14 +145,14 @@ void frmsetup::openAtStoredPlace() {
     move(place);
 }
 
-void frmsetup::open(Focus focus) {
-    app_.workspace.setup.SetupOpen = true;
-    settings::save(app_.settings, settings::frmsetup, true);
-    refresh();
-    setAttribute(Qt::WA_ShowWithoutActivating, focus == Focus::Leave);
+void frmsetup::open(Windows::Focus focus) {
+    desk_.workspace.setup.SetupOpen = true;
+    settings::save(desk_.settings, settings::frmsetup, true);
+    showPanels(Change::File);
+    setAttribute(Qt::WA_ShowWithoutActivating, focus == Windows::Focus::Leave);
     show();
     raise();
-    if (focus == Focus::Take)
+    if (focus == Windows::Focus::Take)
         activateWindow();
 }
 
@@ -167,8 +166,8 @@ void frmsetup::closeEvent(QCloseEvent* event) {
     event->accept();
     if (unloaded_)
         return;
-    app_.workspace.setup.SetupOpen = false;
-    settings::save(app_.settings, settings::frmsetup, false);
+    desk_.workspace.setup.SetupOpen = false;
+    settings::save(desk_.settings, settings::frmsetup, false);
     saveSettings();
 }
 
@@ -202,8 +201,8 @@ bool frmsetup::event(QEvent* event) {
 void frmsetup::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape)
         close();
-    else if (event->key() == Qt::Key_F1 && app_.openHelp)
-        app_.openHelp("setup-toolbar");
+    else if (event->key() == Qt::Key_F1)
+        desk_.windows.help("setup-toolbar");
     else
         SkinnedWindow::keyPressEvent(event);
 }
@@ -220,112 +219,70 @@ void frmsetup::Lmnu_Click(int index) {
     }
 }
 
-void frmsetup::channelChanged() {
-    fillEffects(app_.workspace.score, app_.workspace.setup);
-    channels_->refresh();
-    sound_->refresh();
+/// Each panel shows some respects of the composition. Closed, the toolbar shows everything when it comes up.
+void frmsetup::changed(Changes changes) {
+    if (isVisible())
+        showPanels(changes);
 }
 
-void frmsetup::refresh() {
-    polyphonics_->refresh();
-    channels_->refresh();
-    sound_->refresh();
-    timing_->refresh();
-    midi_->refresh();
-    staff_->refresh();
-}
-
-void frmsetup::showInstrumentNames() {
-    channels_->refresh();
-}
-
-void frmsetup::showMapper() {
-    midi_->showMapper();
+void frmsetup::showPanels(Changes changes) {
+    using enum Change;
+    const auto refresh = [changes](auto& panel, Changes of) {
+        if (changes.any(of | File))
+            panel.refresh();
+    };
+    refresh(*polyphonics_, Modes);
+    refresh(*channels_, Channels | Instruments | Sound);
+    refresh(*sound_, Channels | Sound);
+    refresh(*timing_, Meter);
+    refresh(*midi_, Length | Device);
+    refresh(*staff_, Looks);
 }
 
 void frmsetup::TrackSel_Click(int channel) {
-    Score& score = app_.workspace.score;
-    ask(form_.TrackSel_Click, channel);
-    if (score.ActiveChannel == channel) {
-        showOnly(score, channel);
-        applyInstrument();
-        channelChanged();
-    }
-    channels_->refresh();
-    ask(form_.showInstruments);
-    ask(form_.showChannels);
-    ask(form_.DrawNoteArray);
-    ask(form_.DrawBeatArray);
+    velmora::TrackSel_Click(desk_.workspace, desk_.settings, channel);
+    channels_->refresh(); // a button that could not be chosen is not lit
 }
 
 void frmsetup::TrackHide_Click(int channel, bool hidden) {
-    const auto& muted = app_.workspace.score.ChannelMuted;
+    const auto& muted = desk_.workspace.score.ChannelMuted;
     if (static_cast<std::size_t>(channel) < muted.size() &&
         muted[static_cast<std::size_t>(channel)] != hidden) {
-        if (form_.toggleMuted)
-            form_.toggleMuted(channel);
-        else
-            app_.workspace.toggleMuted(channel);
+        desk_.workspace.toggleMuted(channel);
+        desk_.player.silenceMuted(channel);
     }
-    channels_->refresh();
-    ask(form_.showChannels);
-    ask(form_.DrawNoteArray);
-}
-
-/// To the active channel, and to its notes within the selection, which "Undo Last note" brings back.
-void frmsetup::applyInstrument() {
-    Workspace& workspace = app_.workspace;
-    const auto keep = [&workspace] {
-        workspace.undo.SaveforUndo(workspace.score, workspace.setup, "Instrument");
-    };
-    if (workspace.score.ActiveChannel < kFirstPercussion)
-        applyMelodyInstrument(workspace.score, workspace.instruments,
-                              settings::read(app_.settings, settings::Intrumentval), workspace.view, keep);
-    else
-        applyPercussionInstrument(workspace.score, workspace.instruments,
-                                  settings::read(app_.settings, settings::Intrumentval2), workspace.view,
-                                  keep);
-    ask(form_.showUndo);
 }
 
 void frmsetup::LblInst_DblClick() {
-    if (picker_)
-        return;
     previewInstrument();
-    picker_ = new FrmInst(app_, this);
-    picker_->setAttribute(Qt::WA_DeleteOnClose);
-    picker_->onPicked = [this](FrmInst::Picked picked) {
-        const bool melody = app_.workspace.score.ActiveChannel < kFirstPercussion;
+    desk_.windows.pickInstrument(*this, [this](PickedInstrument picked) {
+        const bool melody = desk_.workspace.score.ActiveChannel < kFirstPercussion;
         instrumentPicked(melody ? picked.melody : picked.percussion);
-    };
-    picker_->open();
+    });
 }
 
 /// New notes of the active channel are to have it, if it is of the channel's group.
 void frmsetup::instrumentPicked(bool forActiveChannel) {
-    showInstrumentNames();
-    if (forActiveChannel) {
-        applyInstrument();
-        previewInstrument();
-    }
-    ask(form_.showInstruments);
-    ask(form_.DrawNoteArray);
+    if (!forActiveChannel)
+        return;
+    applyInstrument(desk_.workspace, desk_.settings);
+    previewInstrument();
 }
 
 void frmsetup::previewInstrument() {
-    const int channel = app_.workspace.score.ActiveChannel;
-    const InstrumentSelection& chosen = app_.workspace.instruments;
+    const int channel = desk_.workspace.score.ActiveChannel;
+    const InstrumentSelection& chosen = desk_.workspace.instruments;
     if (channel < kMelodyChannels && chosen.MelodyInstrument < kFirstPercussionCode &&
         !chosen.MelodyInstrumentName.empty())
-        app_.port.send(shortmessage::programChange(channel, chosen.MelodyInstrument));
+        desk_.port.send(shortmessage::programChange(channel, chosen.MelodyInstrument));
 }
 
 void frmsetup::lblVolume_Change(std::int16_t value) {
-    Score& score = app_.workspace.score;
-    setVelocity(score, app_.workspace.setup, value);
-    if (channels_->isPressed(score.ActiveChannel))
-        fillVolume(score, value);
-    channels_->refresh();
+    Workspace& workspace = desk_.workspace;
+    const Edit edit(workspace);
+    setVelocity(workspace, value);
+    if (channels_->isPressed(workspace.score.ActiveChannel))
+        fillVolume(workspace, value);
 }
 
 } // namespace velmora

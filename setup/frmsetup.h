@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "setup/ComposingWindow.h"
+#include "composition/Changes.h"
+#include "parts/Windows.h"
 #include "shell/SkinnedWindow.h"
-
-#include <QPointer>
 
 #include <array>
 
@@ -13,13 +12,12 @@ class QAbstractButton;
 namespace velmora {
 
 class ChannelsPanel;
-class FrmInst;
 class MidiPanel;
 class PolyphonicsPanel;
 class SoundPanel;
 class StaffPanel;
 class TimingPanel;
-struct Application;
+struct Desk;
 
 /// The setup toolbar, titled "Editor": channels, instruments, sound, timing and the MIDI device. It floats
 /// over the composing window, and shows what the workspace holds, which has read the settings: a toolbar that
@@ -42,26 +40,17 @@ struct Application;
 // clang-format on
 ///
 /// The pointer of a slider (`lblVolumePtr2`, `LblTempoPtr` and so on) is a part of its bar.
-class frmsetup : public SkinnedWindow {
+class frmsetup : public SkinnedWindow, private Watcher {
 public:
     /// @param composing the window over which it floats; it may be null
-    frmsetup(Application& application, ComposingWindow form, QWidget* composing);
+    frmsetup(Desk& desk, QWidget* composing);
     ~frmsetup() override;
 
-    enum class Focus : std::uint8_t { Take, Leave };
     /// Comes up, and will at the next start. `close()` hides it, and keeps it away then.
-    void open(Focus focus = Focus::Take);
+    void open(Windows::Focus focus = Windows::Focus::Take);
     /// The program ends: the settings are written, and a close after that counts no more. It is to be called
     /// before the windows are closed, or the toolbar is taken for one that the user has closed.
     void unload();
-
-    /// The active channel is another one: shows it, and fills its effects while the toolbar is open.
-    void channelChanged();
-    /// Shows everything anew: a score was opened or cleared, or a channel was muted.
-    void refresh();
-    void showInstrumentNames();
-    /// The chosen MIDI device could not be opened: `Combo2` shows "MIDI Mapper".
-    void showMapper();
 
     void Lmnu_Click(int index);
     void TrackSel_Click(int channel);
@@ -77,18 +66,19 @@ protected:
 private:
     static constexpr int kPanels = 6;
 
+    void changed(Changes changes) override;
+    void showPanels(Changes changes);
+
     [[nodiscard]] std::array<QAbstractButton*, kPanels> addTabs();
     void addKeys();
     void saveSettings();
     void openAtStoredPlace();
     [[nodiscard]] bool keeps(const QKeyEvent& event) const;
-    void applyInstrument();
     void instrumentPicked(bool forActiveChannel);
     void previewInstrument();
     void lblVolume_Change(std::int16_t value);
 
-    Application& app_;
-    ComposingWindow form_;
+    Desk& desk_;
     std::array<QAbstractButton*, kPanels> Lmnu; // first, in the order of Tab
     QWidget* page_;
     PolyphonicsPanel* polyphonics_;
@@ -97,7 +87,7 @@ private:
     TimingPanel* timing_;
     MidiPanel* midi_;
     StaffPanel* staff_;
-    QPointer<FrmInst> picker_;
+    Guests<Watcher>::Stay watching_;
     bool unloaded_ = false;
 };
 

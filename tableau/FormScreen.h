@@ -2,44 +2,47 @@
 #pragma once
 
 #include "score/PlaybackView.h"
+#include "tableau/Picmain.h"
 #include "tableau/TableauScreen.h"
-
-#include <functional>
-#include <string_view>
 
 namespace velmora {
 
-class Picmain;
+class ChannelStrip;
+class CommandBank;
+class EffectsPage;
+class Frmmenu;
 class TextLine;
 class TopBarOverlay;
+class frminfo;
+struct Workspace;
+
+/// The parts of the composing window that show what gestures and playing do.
+struct FormStrips {
+    QWidget& window;
+    const CommandBank& Cmd2;
+    EffectsPage& effects;
+    ChannelStrip& channels;
+    TopBarOverlay& readOuts;
+    Picmain& picmain;
+    TextLine& textLine;
+    frminfo& tips;
+    const Frmmenu& menu;
+};
 
 /// What gestures and playing ask of the composing window, handed on to its strips.
 class FormScreen final : public TableauScreen, public PlaybackView {
 public:
-    FormScreen(Picmain& picmain, TextLine& textLine, TopBarOverlay& readOuts);
+    FormScreen(const FormStrips& strips, const Workspace& workspace);
 
-    static constexpr int kNoColumn = -1; ///< for `showNote`: nothing is marked in `Pic2a`
-
-    // What no strip can answer by itself.
-    std::function<void(int channel)> onTrackSel;
-    std::function<void(std::string_view popup)> onMenu;
-    std::function<void(Box)> onTip;
-    std::function<void()> onSongEnd;
-    std::function<void()> onPainted; ///< after `DrawNoteArray`
-    std::function<void(int head)> onApplyEffects;
-    std::function<void(int modulation, int pan, int reverb, int chorus)> onEffects;
-    std::function<void(int position)> onNotemod;
-    std::function<void()> onModgraph;
-    std::function<void(bool enabled)> onControls;
-
-    // Both
-    void DrawNoteArray() override;
-    void DrawBeatArray() override;
-    void showSongEnd() override;
+    /// The squares, the track, the count of notes and the length of the scroll bar follow the Score.
+    void showChannels();
+    /// Before a note is looked at the read-outs say what the next one will sound like.
+    void showNextNote();
+    /// Tells about a surface, in Tips mode.
+    void showTip(Picmain::Surface surface);
 
     // Gestures
     [[nodiscard]] int width(Box box) const override;
-    void drawPolynoteBar() override;
     void GetRow(Box box, int row) override;
     void PutRow(Box box, int row) override;
     void GetBox() override;
@@ -59,24 +62,27 @@ public:
     void openEditMenu() override;
     void openFileMenu() override;
     void showTip(Box box) override;
-    void TrackSel_Click(int channel) override;
-    void applyNoteEffects(int position) override;
 
     // Playing
     void DisableControls() override;
     void EnableControls() override;
     void clearMusicBox() override;
+    void DrawNoteArray() override;
+    void DrawBeatArray() override;
     void drawBars() override;
     void followView() override;
+    void showSongEnd() override;
     void GetColumn(int column) override;
     void PutColumn() override;
     void drawPlayLine(int column) override;
     void domodgraph() override;
 
 private:
-    Picmain& picmain_;
-    TextLine& textLine_;
-    TopBarOverlay& readOuts_;
+    void showReadOut(const NoteReadout& note);
+    void setEditable(bool editable);
+
+    FormStrips strips_;
+    const Workspace& workspace_;
 };
 
 } // namespace velmora

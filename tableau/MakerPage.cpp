@@ -134,12 +134,10 @@ void MakerPage::addChannels() {
 
 void MakerPage::setNumber(std::size_t index, std::int16_t value) {
     if (index == kStart)
-        takeStart(workspace_.edit, workspace_.view, value);
+        takeStart(workspace_, value);
     else
         kCycleValues[index - 1].set(workspace_.edit, value);
     refresh();
-    if (index == kStart && onStart)
-        onStart();
     if (onCycle)
         onCycle();
 }

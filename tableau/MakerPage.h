@@ -31,7 +31,6 @@ public:
     MakerPage(const ToolPageParts& parts, Workspace& workspace, QWidget* parent);
 
     std::function<void()> onCycle; ///< one of the values that the Score Editor shows, too, has changed
-    std::function<void()> onStart; ///< `SelectStart` has changed
 
     void layOut(FormWidth width) override;
     void refresh() override;

@@ -118,8 +118,6 @@ void Picmain::layOut(const FormLayout& layout, QPoint origin) {
     Label9_->layOut(layout.splitter.isEmpty() ? QRect() : here(layout.splitter));
     placeHint();
     musicBoxTop_ = layout.musicBox.top();
-    followView();
-    drawAll();
     update();
 }
 
@@ -179,6 +177,7 @@ void Picmain::DrawNoteArray() {
     if (!isVisible())
         return;
     melody_.paint(MusicBox_->picture(), scene_);
+    ++paintings_[static_cast<std::size_t>(Box::MusicBox)];
     row_.forget();
     line_.forget();
     MusicBox_->update();
@@ -188,6 +187,7 @@ void Picmain::DrawBeatArray() {
     if (!isVisible() || Beatbox_->isHidden())
         return;
     beat_.paint(Beatbox_->picture(), scene_);
+    ++paintings_[static_cast<std::size_t>(Box::Beatbox)];
     row_.forget();
     beatLine_.forget();
     Beatbox_->update();

@@ -11,6 +11,7 @@
 
 #include <QWidget>
 
+#include <array>
 #include <functional>
 #include <optional>
 
@@ -54,7 +55,7 @@ public:
     /// The surface itself; null for `Surface::None`.
     [[nodiscard]] QWidget* surface(Surface which) const;
 
-    /// @p layout in coordinates of the window, @p origin where this stands in it.
+    /// @p layout in coordinates of the window, @p origin where this stands in it. Nothing is painted anew.
     void layOut(const FormLayout& layout, QPoint origin);
     /// Where `MusicBox` begins, in the window's pixels.
     [[nodiscard]] int musicBoxTop() const { return musicBoxTop_; }
@@ -98,6 +99,8 @@ public:
     void advancePage(int pages);
 
     [[nodiscard]] int width(Box box) const;
+    /// How often the Tableau has been painted anew.
+    [[nodiscard]] int paintings(Box box) const { return paintings_[static_cast<std::size_t>(box)]; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -144,6 +147,7 @@ private:
     std::optional<int> clicked_; ///< marked in `Pic2a`
     QPoint wheel_;               ///< parts of a step that the wheel has turned
     int musicBoxTop_ = 0;
+    std::array<int, 2> paintings_{};
 };
 
 } // namespace velmora

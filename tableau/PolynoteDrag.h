@@ -16,6 +16,8 @@ public:
     /// @param combo3 list index of the composing window's `Combo3`; the setup toolbar's counts in mode 2
     /// @return the column of the view to be marked, if one took a chord; percussion has none
     std::optional<int> move(Workspace& workspace, MouseButton button, int x, int combo3);
+    /// The columns that are marked stay so until it is over.
+    [[nodiscard]] bool goesOn() const { return lastX_.has_value(); }
 
 private:
     std::optional<int> lastX_;

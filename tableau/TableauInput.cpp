@@ -168,7 +168,10 @@ void TableauInput::release(Box box, MouseButton button, int x) {
     stroke_.lastX = x;
     stroke_.PressActive = false;
     finishing_ = true;
-    finish();
+    {
+        const Edit edit(workspace_);
+        finish();
+    }
     finishing_ = false;
 }
 
@@ -190,8 +193,7 @@ void TableauInput::finish() {
         leaveView();
         if (stroke_.effectsHeard)
             sound_.silence();
-        screen_.drawPolynoteBar();
-        repaint(stroke_.box);
+        Edit(workspace_, changeOfNotes(stroke_.channel));
         break;
     case Stroke::Kind::Select:
         return finishSelect();
@@ -223,12 +225,11 @@ void TableauInput::finishDraw() {
     // A single note in position 0 leaves its channel unused, but the active channel is in use at any rate.
     score.ChannelInUse[stroke_.channel] = true;
     score.ChannelShown[stroke_.channel] = true;
-    screen_.showSongEnd();
-    repaint(stroke_.box);
     view.SelectEnd = stroke_.ViewCol; // a column of the view; that is meant
 }
 
 void TableauInput::writeDrawn(int first, int last) {
+    const Edit edit(workspace_, changeOfNotes(stroke_.channel));
     const ViewState& view = workspace_.view;
     Score& score = workspace_.score;
     writeNote(score, {stroke_.channel, view.ViewTopRow + stroke_.PressRow, first, last});
@@ -244,8 +245,8 @@ void TableauInput::writeDrawn(int first, int last) {
 void TableauInput::finishSelect() {
     ViewState& view = workspace_.view;
     stroke_.ViewCol = std::max(std::min(columnAt(stroke_.lastX), view.ViewColumns), stroke_.PressCol);
+    const Edit edit(workspace_, Change::Marks);
     view.SelectEnd = workspace_.play.SegmentEnd = view.ViewFirstColumn + stroke_.ViewCol;
-    repaintMarks();
 }
 
 // What all of them need
@@ -261,10 +262,9 @@ int TableauInput::rowHeight(Box box) const {
 void TableauInput::clearMarks() {
     ViewState& view = workspace_.view;
     const bool shown = view.SelectStart >= 0 || view.PlayMark != 0;
+    const Edit edit(workspace_, shown ? Change::Marks : Changes());
     view.SelectStart = view.SelectEnd = -1;
     view.PlayMark = 0;
-    if (shown)
-        screen_.DrawNoteArray();
 }
 
 void TableauInput::keepForUndo() {
@@ -273,7 +273,7 @@ void TableauInput::keepForUndo() {
         return;
     stroke_.keptForUndo = true;
     if (stroke_.button == MouseButton::Left)
-        workspace_.undo.SaveforUndo(workspace_.score, workspace_.setup);
+        workspace_.keepChannelForUndo();
     else // undoing the form of one channel would cost that channel its chords
         workspace_.keepForUndo(UndoSnapshot::kNoteStep);
 }
@@ -287,17 +287,6 @@ void TableauInput::markEdited() {
         score.TopChannel = std::max(score.TopChannel, stroke_.channel);
         score.TopDrumHint = std::max(1, stroke_.channel - kFirstPercussion);
     }
-}
-
-void TableauInput::repaint(Box box) {
-    if (box == Box::MusicBox)
-        screen_.DrawNoteArray();
-    else
-        screen_.DrawBeatArray();
-}
-
-void TableauInput::repaintMarks() {
-    screen_.DrawNoteArray(); // `Beatbox` shows no marks
 }
 
 } // namespace velmora

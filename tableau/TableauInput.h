@@ -72,8 +72,6 @@ private:
     void clearMarks();
     void keepForUndo();
     void markEdited();
-    void repaint(Box box);
-    void repaintMarks();
     [[nodiscard]] int rowHeight(Box box) const;
     [[nodiscard]] Stroke::Kind kindOf(MouseButton button) const;
     [[nodiscard]] int pressPosition() const;

@@ -2,6 +2,8 @@
 // What a press on a Tableau begins, and what the right button does to the notes it meets.
 #include "tableau/TableauInput.h"
 
+#include "composition/NoteEffects.h"
+#include "composition/SetupRules.h"
 #include "composition/StrokeWriting.h"
 #include "composition/Workspace.h"
 #include "score/NotePlayer.h"
@@ -51,7 +53,8 @@ bool TableauInput::takeChannel(Box box) {
     const auto belongs = [&] { return (score.ActiveChannel < kMelodyChannels) == (box == Box::MusicBox); };
     if (belongs())
         return true;
-    screen_.TrackSel_Click(box == Box::MusicBox ? LastMelodyChannel : LastDrumChannel);
+    chooseChannel(workspace_, box == Box::MusicBox ? LastMelodyChannel : LastDrumChannel);
+    rememberChannel();
     if (box == Box::Beatbox && belongs()) {
         const int channel = score.ActiveChannel;
         const std::int16_t instrument = workspace_.instruments.PercussionInstrument;
@@ -141,21 +144,22 @@ void TableauInput::pressListen() {
 }
 
 void TableauInput::pressMark() {
+    const Edit edit(workspace_, Change::Marks);
     workspace_.view.PlayMark = pressPosition();
-    repaintMarks();
 }
 
 void TableauInput::pressSelect() {
     ViewState& view = workspace_.view;
     const int before = view.SelectStart;
+    const auto showMarks = [this] { Edit(workspace_, Change::Marks); };
     view.SelectStart = view.PlayMark = pressPosition();
     workspace_.play.SegmentBase = view.ViewFirstColumn;
     if (before < 0 || view.SelectStart < before) {
         screen_.GetBox();
         screen_.drawSelectEdge(stroke_.PressCol);
-        repaintMarks();
+        showMarks();
     } else {
-        repaintMarks();
+        showMarks();
         screen_.GetBox();
         screen_.blendSelectStrip();
     }
@@ -202,6 +206,7 @@ void TableauInput::eraseAt(int x) {
 void TableauInput::changeByRightClick(int position) {
     const ViewState& view = workspace_.view;
     Score& score = workspace_.score;
+    Edit edit(workspace_);
     const bool chords = view.RightClickMode == RightClick::Polyphonic;
     keepForUndo();
     markEdited();
@@ -211,14 +216,15 @@ void TableauInput::changeByRightClick(int position) {
     stroke_.ViewCol = head - view.ViewFirstColumn;
     if (view.NoteEffectsOn) {
         stroke_.effectsHeard = true;
-        return screen_.applyNoteEffects(head);
+        applyNoteEffects(workspace_, player_, head);
+        return;
     }
     if (!chords) {
         eraseNote(score, stroke_.channel, head);
         changed = true;
     }
     if (changed)
-        repaint(stroke_.box);
+        edit.add(changeOfNotes(stroke_.channel));
 }
 
 } // namespace velmora

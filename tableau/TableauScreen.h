@@ -14,17 +14,13 @@ enum class MouseButton : std::uint8_t { None = 0, Left = 1, Right = 2 };
 /// The arrow at rest, a pencil while a note is drawn, and one each for the modes Cursor and Select.
 enum class Pointer : std::uint8_t { Arrow, Pencil, Cursor, Select };
 
-/// What gestures ask of the composing window. Columns and rows are those of the view, positions are the
-/// Score's.
+/// What gestures ask of the composing window, beside what it learns as a watcher of the composition. Columns and
+/// rows are those of the view, positions are the Score's.
 class TableauScreen {
 public:
     virtual ~TableauScreen() = default;
 
     [[nodiscard]] virtual int width(Box box) const = 0; ///< pixels
-
-    virtual void DrawNoteArray() = 0;
-    virtual void DrawBeatArray() = 0;
-    virtual void drawPolynoteBar() = 0; ///< `Pic3`
 
     virtual void GetRow(Box box, int row) = 0; ///< saves the strip of a row
     virtual void PutRow(Box box, int row) = 0; ///< puts it back: the rubber band is gone
@@ -42,15 +38,12 @@ public:
     virtual void showEffects(int modulation, int pan, int reverb, int chorus) = 0; ///< `L1a` to `L4a`
     virtual void doNotemod(int position) = 0;
     virtual void showNote(const NoteReadout& note, int column) = 0; ///< `Pic2a` and its labels
-    virtual void showSongEnd() = 0;
 
     virtual void advanceScroll(int columns) = 0;     ///< `HScroll1` + columns
     virtual void setScrollMaximum(int maximum) = 0;  ///< of `HScroll1`
-    virtual void openEditMenu() = 0;                 ///< at the mouse; returns when it is closed
-    virtual void openFileMenu() = 0;                 ///< likewise
-    virtual void showTip(Box box) = 0;               ///< about the Tableau
-    virtual void TrackSel_Click(int channel) = 0;    ///< the usual channel change
-    virtual void applyNoteEffects(int position) = 0; ///< Single Note Effects on the note with this head
+    virtual void openEditMenu() = 0; ///< at the mouse; returns when it is closed
+    virtual void openFileMenu() = 0; ///< likewise
+    virtual void showTip(Box box) = 0; ///< about the Tableau
 };
 
 } // namespace velmora

@@ -5,10 +5,12 @@
 #include "base/ProgramFolders.h"
 #include "base/QtText.h"
 #include "base/Settings.h"
-#include "composition/NoteReadout.h"
+#include "composition/Player.h"
 #include "composition/RecoveryFile.h"
+#include "composition/SetupRules.h"
 #include "composition/Workspace.h"
-#include "parts/Application.h"
+#include "parts/Desk.h"
+#include "parts/Windows.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
 #include "shell/LookMenus.h"
@@ -49,37 +51,46 @@ constexpr std::array kLabels{
 };
 } // namespace
 
-form1::form1(Application& application)
-    : SkinnedWindow(application.skins, {.maximize = true, .minimize = true, .help = true})
-    , app_(application)
-    , Cmd2_("Cmd2", kCmd2, look(), application.tips, Ibak5())
-    , Lb1_("Lb1", kLb1, look(), application.tips, Ibak5())
-    , toolbMenu_(new MenuStrip(application.menu, kLabels, Ibak5()))
+form1::form1(Desk& desk)
+    : SkinnedWindow(desk.skins, {.maximize = true, .minimize = true, .help = true})
+    , desk_(desk)
+    , Cmd2_("Cmd2", kCmd2, look(), desk.tips, Ibak5())
+    , Lb1_("Lb1", kLb1, look(), desk.tips, Ibak5())
+    , toolbMenu_(new MenuStrip(desk.menu, kLabels, Ibak5()))
     , topBar_(new QLabel(Ibak5()))
-    , buttonBar_(new ButtonBar(look(), Cmd2_, Lb1_, application.tips, Ibak5()))
-    , toolPanel_(new ToolPanel(look(), Lb1_, application.tips, application.workspace, Ibak5()))
-    , channelStrip_(new ChannelStrip(look(), application.tips, Ibak5()))
-    , TopBarOverlay_(new TopBarOverlay(look(), application.tips, Ibak5()))
-    , Picmain_(new Picmain(look(), application.tips, application.workspace, Ibak5()))
+    , buttonBar_(new ButtonBar(look(), Cmd2_, Lb1_, desk.tips, Ibak5()))
+    , toolPanel_(new ToolPanel(look(), Lb1_, desk.tips, desk.workspace, Ibak5()))
+    , channelStrip_(new ChannelStrip(look(), desk.tips, Ibak5()))
+    , TopBarOverlay_(new TopBarOverlay(look(), desk.tips, Ibak5()))
+    , Picmain_(new Picmain(look(), desk.tips, desk.workspace, Ibak5()))
     , textLine_(new TextLine(look(), Lb1_, Ibak5()))
-    , frminfo_(std::make_unique<frminfo>(application.tips, this))
-    , files_(application.workspace, application.dialogs, application.settings, application.folders.songs())
-    , screen_(*Picmain_, *textLine_, *TopBarOverlay_)
-    , player_(application.workspace, application.port, application.loop)
-    , shown_(player_.show(screen_))
-    , input_(application.workspace, player_.notes(), application.port, screen_) {
+    , frminfo_(std::make_unique<frminfo>(desk.tips, this))
+    , files_(desk.workspace, desk.dialogs, desk.settings, desk.folders.songs())
+    , screen_({.window = *this,
+               .Cmd2 = Cmd2_,
+               .effects = toolPanel_->effects(),
+               .channels = *channelStrip_,
+               .readOuts = *TopBarOverlay_,
+               .picmain = *Picmain_,
+               .textLine = *textLine_,
+               .tips = *frminfo_,
+               .menu = desk.menu},
+              desk.workspace)
+    , plays_(desk.player.show(screen_))
+    , input_(desk.workspace, desk.player.notes(), desk.port, screen_)
+    , watching_(desk.workspace.watchers.join(*this)) {
     setObjectName("form1");
     setMinimumSize(kLeastForm);
     topBar_->setObjectName("PrintTopBar");
     topBar_->setForegroundRole(QPalette::PlaceholderText);
     topBar_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     Ibak5()->setMouseTracking(true);
-    attachTips(app_.tips);
-    app_.tips.SetToolTip(*toolbMenu_, {"Menus", "Right click for menu", ""});
+    attachTips(desk_.tips);
+    desk_.tips.SetToolTip(*toolbMenu_, {"Menus", "Right click for menu", ""});
     moveBy(*toolbMenu_->parentWidget());
 
     bindCommands();
-    bindLooks(*this, app_.menu, skins(), app_.settings);
+    bindLooks(*this, desk_.menu, skins(), desk_.settings);
     bindRightClick();
     bindTableau();
     bindEditing();
@@ -87,12 +98,11 @@ form1::form1(Application& application)
     bindBars();
     setHelp([this] { imgTitleHelp_Click(); });
 
-    parts_.percussion = settings::read(app_.settings, settings::Percussion);
-    parts_.editingToolbar = settings::read(app_.settings, settings::Editing_Toolbar, true);
+    parts_.percussion = settings::read(desk_.settings, settings::Percussion);
+    parts_.editingToolbar = settings::read(desk_.settings, settings::Editing_Toolbar, true);
     openAtStoredPlace();
     loading_ = false;
-    layOut();
-    showAll();
+    changed(kAnotherScore);
     screen_.setPointer(Box::MusicBox, Pointer::Arrow);
     setOrder();
     // Otherwise the first button, which empties the score, would have the focus, and Space would press it.
@@ -114,26 +124,25 @@ void form1::setOrder() {
 /// The sizes in the settings are twips, of which fifteen make a pixel.
 void form1::openAtStoredPlace() {
     const auto twips = [](int length) { return static_cast<float>(length * kTwips); };
-    const auto stored = [this](const settings::Float& key) { return settings::read(app_.settings, key); };
+    const auto stored = [this](const settings::Float& key) { return settings::read(desk_.settings, key); };
     const QPoint corner(pixelsOfTwips(stored(settings::form1_left)),
                         pixelsOfTwips(stored(settings::form1_top)));
     const QScreen* there = QGuiApplication::screenAt(QRect(corner, kLeastForm).center());
     const QRect screen = (there ? there : this->screen())->availableGeometry();
     const QSize size(
-        pixelsOfTwips(settings::read(app_.settings, settings::form1_width, twips(screen.width()) - 200)),
-        pixelsOfTwips(settings::read(app_.settings, settings::form1_Height, twips(screen.height()) - 400)));
+        pixelsOfTwips(settings::read(desk_.settings, settings::form1_width, twips(screen.width()) - 200)),
+        pixelsOfTwips(settings::read(desk_.settings, settings::form1_Height, twips(screen.height()) - 400)));
     const QRect frame(corner, size);
     setGeometry(openingFrame(frame, screen, kLeastForm));
-    SettingsBatch place(app_.settings);
+    SettingsBatch place(desk_.settings);
     settings::save(place, settings::form1_left, twips(x()));
     settings::save(place, settings::form1_top, twips(y()));
     settings::save(place, settings::form1_Width, twips(width()));
     settings::save(place, settings::form1_Height, twips(height()));
 }
 
-void form1::layOut() {
-    if (loading_)
-        return;
+/// Gives each strip its place, and the view what fits.
+void form1::place() {
     const FormLayout layout = formLayout(size(), parts_);
     const FormWidth across = formWidth(width());
     const auto place = [](QWidget& widget, const QRect& rect) {
@@ -155,11 +164,26 @@ void form1::layOut() {
     TopBarOverlay_->layOut(across);
     const QRect tableau(0, layout.pic3.top() - 1, width(), layout.textLine.top() - layout.pic3.top() + 1);
     place(*Picmain_, tableau);
-    resizeView(app_.workspace.view, width(), tableau.height(), app_.workspace.score.NumNotes);
+    resizeView(desk_.workspace.view, width(), tableau.height(), desk_.workspace.score.NumNotes);
     Picmain_->layOut(layout, tableau.topLeft());
     place(*textLine_, layout.textLine);
     textLine_->layOut();
     PrintTopBar();
+}
+
+/// Places and paints everything anew. Of a score that was opened the first notes come into sight, however low
+/// or high they lie.
+void form1::layOut() {
+    if (loading_)
+        return;
+    place();
+    if (std::exchange(opened_, false)) {
+        ViewState& view = desk_.workspace.view;
+        const int height = Picmain_->surface(Picmain::Surface::MusicBox)->height();
+        view.ViewTopRow = topRowForNotes(view, desk_.workspace.score, height);
+    }
+    Picmain_->followView();
+    Picmain_->drawAll();
 }
 
 void form1::resizeEvent(QResizeEvent* event) {
@@ -170,7 +194,7 @@ void form1::resizeEvent(QResizeEvent* event) {
 /// A crash costs nobody the window's place.
 void form1::moveEnded() {
     if (y() > 0)
-        settings::save(app_.settings, settings::form1_top, static_cast<float>(y() * kTwips));
+        settings::save(desk_.settings, settings::form1_top, static_cast<float>(y() * kTwips));
 }
 
 void form1::changeEvent(QEvent* event) {
@@ -180,115 +204,83 @@ void form1::changeEvent(QEvent* event) {
 }
 
 void form1::Form_Activate() {
-    settings::save(app_.settings, settings::form1_left, static_cast<float>(x() * kTwips));
+    settings::save(desk_.settings, settings::form1_left, static_cast<float>(x() * kTwips));
     moveEnded();
-    if (app_.workspace.play.Playing) // what sounds stays as it is
+    if (desk_.workspace.play.Playing) // what sounds stays as it is
         return;
     bool fellBack = false;
     if (!std::exchange(activated_, true))
-        app_.devices.openAtActivation();
+        desk_.devices.openAtActivation();
     else
-        fellBack = app_.devices.reopenIfChanged() == DeviceChooser::Reopened::ByMapper;
-    if (fellBack && app_.setup.showMapper)
-        app_.setup.showMapper();
+        fellBack = desk_.devices.reopenIfChanged() == DeviceChooser::Reopened::ByMapper;
+    if (fellBack)
+        Edit(desk_.workspace, Change::Device);
     for (int channel = 0; channel < 16; ++channel)
-        app_.port.send(shortmessage::controller(channel, kResetAllControllers, 0));
+        desk_.port.send(shortmessage::controller(channel, kResetAllControllers, 0));
 }
 
 void form1::PrintTopBar() {
-    const QString text = toQString(topBarText(app_.workspace.score, app_.workspace.setup));
+    const QString text = toQString(topBarText(desk_.workspace.score, desk_.workspace.setup));
     topBar_->setText(topBar_->fontMetrics().elidedText(text, Qt::ElideRight, topBar_->width()));
 }
 
-/// Everything that is shown of the score: it may be another one.
-void form1::showAll() {
-    const Score& score = app_.workspace.score;
-    const std::string name = std::filesystem::path(score.currentFile).filename().string();
-    setWindowTitle(name.empty() ? QStringLiteral("Velmora") : QStringLiteral("Velmora - ") + toQString(name));
-    showChannels();
-    Picmain_->followView();
-    Picmain_->drawAll();
-    showNextNote();
-    PrintTopBar();
-    showModes();
-    showUndo();
-    toolPanel_->refresh();
-    if (app_.setup.refresh)
-        app_.setup.refresh();
+void form1::changed(Changes changes) {
+    if (closing_)
+        return;
+    using enum Change;
+    struct Row {
+        Changes when;
+        void (form1::*show)();
+    };
+    static constexpr auto kRows = std::to_array<Row>({
+        {File, &form1::showUsedPercussion},
+        {Name, &form1::showTitle},
+        {kAnyNotes | Channels | Length, &form1::showChannels},
+        {Instruments, &form1::showNextNote},
+        {Meter, &form1::PrintTopBar},
+        {Modes | Looks, &form1::showModes},
+        {Tools, &form1::showTools},
+        {Undo, &form1::showUndo},
+    });
+    if (changes.any(Channels))
+        input_.rememberChannel();
+    for (const Row& row : kRows)
+        if (changes.any(row.when))
+            (this->*row.show)();
+    paint(changes);
 }
 
-/// A score that has taken the place of another is shown from its beginning, percussion included.
-void form1::showScore() {
-    Workspace& workspace = app_.workspace;
-    workspace.view.ViewFirstColumn = 0;
-    workspace.view.ViewLastColumn = std::min(workspace.view.ViewColumns, workspace.score.NumNotes - 10);
-    workspace.view.SelectStart = workspace.view.SelectEnd = -1;
-    workspace.view.PlayMark = 0;
-    const std::vector<int> used = workspace.score.usedChannels();
+/// Each Tableau once.
+void form1::paint(Changes changes) {
+    using enum Change;
+    if (changes.any(Length | Looks))
+        return layOut();
+    if (changes.any(Cells | Channels) && !polynotes_.goesOn())
+        Picmain_->drawPolynoteBar();
+    if (changes.any(Cells | Channels | Meter | Marks)) // `Beatbox` shows no marks
+        Picmain_->DrawNoteArray();
+    if (changes.any(Beats | Channels | Meter))
+        Picmain_->DrawBeatArray();
+}
+
+void form1::showTitle() {
+    const std::string name = std::filesystem::path(desk_.workspace.score.currentFile).filename().string();
+    setWindowTitle(name.empty() ? QStringLiteral("Velmora") : QStringLiteral("Velmora - ") + toQString(name));
+}
+
+/// Notes that nobody sees would be a riddle.
+void form1::showUsedPercussion() {
+    const std::vector<int> used = desk_.workspace.score.usedChannels();
     if (!parts_.percussion && !used.empty() && used.back() >= kFirstPercussion)
         showPercussion(true);
-    layOut(); // its length may be another one
-    showAll();
 }
 
-/// One that was opened has its first notes in sight, however low or high they lie.
-void form1::showOpenedScore() {
-    showScore();
-    Workspace& workspace = app_.workspace;
-    const int height = Picmain_->surface(Picmain::Surface::MusicBox)->height();
-    const int top = topRowForNotes(workspace.view, workspace.score, height);
-    if (std::exchange(workspace.view.ViewTopRow, top) == top)
-        return;
-    Picmain_->followView();
-    Picmain_->drawAll();
-}
-
-void form1::showChannels() {
-    const Score& score = app_.workspace.score;
-    channelStrip_->show(score);
-    TopBarOverlay_->showTrack(score.ActiveChannel);
-    TopBarOverlay_->setField(TopBarOverlay::LblNumnotes, toQString(noteCountText(score.SongEnd)));
-    showHint();
-}
-
-/// Before a note is looked at the read-outs say what will sound.
-void form1::showNextNote() {
-    const Score& score = app_.workspace.score;
-    const auto code = score.ChannelInstrument[static_cast<std::size_t>(score.ActiveChannel)];
-    NoteReadout note;
-    note.number = std::to_string(app_.workspace.view.ViewFirstColumn + 1);
-    note.name = " -";
-    note.chord = "-";
-    note.vol = std::to_string(kClearedVolume);
-    note.inst = nameOfCode(code);
-    screen_.showNote(note, FormScreen::kNoColumn);
-}
-
-void form1::showSongEnd() {
-    showChannels();
-    Picmain_->setScrollMaximum(columnRange(app_.workspace.view, app_.workspace.score.SongEnd).maximum);
-}
-
-void form1::showLength() {
-    layOut();
-    showChannels();
-}
-
-void form1::showHint() {
-    const Workspace& workspace = app_.workspace;
-    Picmain_->showHint(workspace.score.SongEnd == 0 && workspace.score.usedChannels().empty());
+void form1::showTools() {
+    toolPanel_->refresh();
 }
 
 void form1::TrackSel_Click(int channel) {
-    app_.workspace.selectChannel(channel);
-    input_.rememberChannel();
-    showChannels();
-    if (app_.setup.channelChanged)
-        app_.setup.channelChanged();
-    showNextNote();
-    Picmain_->drawPolynoteBar();
-    Picmain_->DrawNoteArray();
-    Picmain_->DrawBeatArray();
+    chooseChannel(desk_.workspace, channel);
 }
 
 void form1::Lmnu_Click(int index) {
@@ -296,76 +288,65 @@ void form1::Lmnu_Click(int index) {
 }
 
 void form1::imgTitleHelp_Click() {
-    if (app_.openHelp)
-        app_.openHelp("composing-window");
+    desk_.windows.help("composing-window");
 }
 
-void form1::showOpened(const ScoreFiles::Outcome& outcome) {
-    if (outcome.opened)
-        showOpenedScore();
-    showOutcome(outcome);
-}
-
-void form1::showOutcome(const ScoreFiles::Outcome& outcome) {
-    showAll();
+void form1::tellOutcome(const ScoreFiles::Outcome& outcome) {
     if (!outcome.words.empty())
         tell(skins(), this, toQString(outcome.words));
 }
 
 void form1::Command33_Click() {
     PlayAndStop_Click(true);
-    showOpened(files_.open());
+    tellOutcome(files_.open());
 }
 
 void form1::openScore(const std::filesystem::path& file) {
     PlayAndStop_Click(true);
-    showOpened(files_.open(file));
+    tellOutcome(files_.open(file));
 }
 
 void form1::bringBack(const LeftScore& left) {
     PlayAndStop_Click(true);
-    restore(left, app_.workspace);
-    layOut(); // it may have made the score longer
-    showOpenedScore();
+    opened_ = true;
+    restore(left, desk_.workspace);
 }
 
 bool form1::mSaveAs_Click() {
-    if (!app_.workspace.holdsNotes())
+    if (!desk_.workspace.holdsNotes())
         screen_.setToolText({}, "There are no notes yet that could be saved");
     const ScoreFiles::Outcome outcome = files_.saveAs();
-    showOutcome(outcome);
+    tellOutcome(outcome);
     return outcome.done;
 }
 
 void form1::ClearAll() {
     PlayAndStop_Click(true);
-    app_.workspace.clear();
-    showScore();
+    desk_.workspace.clear();
 }
 
 void form1::OpenforUndo() {
     input_.cancel();
-    if (app_.workspace.undoLast())
-        showScore();
+    desk_.workspace.undoLast();
 }
 
 void form1::PlayAndStop_Click(bool stop) {
     input_.cancel(); // a note that is being drawn ends here
-    player_.PlayAndStop_Click(stop);
+    desk_.player.PlayAndStop_Click(stop);
 }
 
 void form1::PlaySelection_Click() {
     input_.cancel();
-    player_.playSegment();
+    desk_.player.playSegment();
 }
 
 void form1::Command32_Click() {
-    player_.silence();
+    desk_.player.silence();
 }
 
 /// Whether the user lets the window go. Who wants to save and then doesn't keeps the window, and the score.
 bool form1::mayClose() {
-    if (!app_.workspace.holdsNotes())
+    if (!desk_.workspace.holdsNotes())
         return true;
     switch (askYesNo(skins(), this, "Do you want to save your composition?")) {
     case Answer::Yes:
@@ -392,7 +373,7 @@ void form1::closeEvent(QCloseEvent* event) {
 }
 
 void form1::saveAtEnd(const QRect& frame) {
-    SettingsBatch last(app_.settings);
+    SettingsBatch last(desk_.settings);
     const auto save = [&last](const settings::Float& key, int pixels) {
         settings::save(last, key, static_cast<float>(pixels * kTwips));
     };
@@ -406,17 +387,16 @@ void form1::saveAtEnd(const QRect& frame) {
 
 void form1::unload() {
     frminfo_->hide();
-    app_.workspace.play.Playing = false;
-    app_.workspace.score.ClearNoteArrays();
+    desk_.workspace.play.Playing = false;
+    desk_.workspace.score.ClearNoteArrays();
     const QRect frame = isMaximized() ? normalGeometry() : geometry();
     saveAtEnd(frame);
     if (const auto packed = demosFolder())
-        removeDemoMedia(app_.folders, *packed);
+        removeDemoMedia(desk_.folders, *packed);
     std::error_code ignored;
-    std::filesystem::remove(app_.folders.undoFile(), ignored);
-    app_.devices.close();
-    if (app_.quit)
-        app_.quit();
+    std::filesystem::remove(desk_.folders.undoFile(), ignored);
+    desk_.devices.close();
+    desk_.windows.quit();
 }
 
 } // namespace velmora

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "composition/Player.h"
+#include "composition/Changes.h"
 #include "composition/ScoreFiles.h"
 #include "parts/CommandBank.h"
 #include "score/ViewState.h"
@@ -26,7 +26,7 @@ class TextLine;
 class ToolPanel;
 class TopBarOverlay;
 class frminfo;
-struct Application;
+struct Desk;
 struct LeftScore;
 
 /// The composing window: an assembly of strips. It hands every press on to the room that works it out.
@@ -42,9 +42,9 @@ struct LeftScore;
 /// | `Picmain`           | the Tableau                                     | right press: see RightClick           |
 /// | `textLine`          | tool text; what a right click does              | `Lb1_Click`(13 to 15)                 |
 // clang-format on
-class form1 : public SkinnedWindow {
+class form1 : public SkinnedWindow, private Watcher {
 public:
-    explicit form1(Application& application);
+    explicit form1(Desk& desk);
     ~form1() override;
 
     void Cmd2_Click(int index) { Cmd2_.press(index); }
@@ -105,20 +105,8 @@ public:
 
     void imgTitleHelp_Click();
 
-    // What the setup toolbar asks for.
-    void DrawNoteArray() { Picmain_->DrawNoteArray(); }
-    void DrawBeatArray() { Picmain_->DrawBeatArray(); }
-    void DrawPolynote() { Picmain_->drawPolynoteBar(); }
-    void PrintTopBar();
-    void layOut();
-    /// `NumNotes` has changed: the view stays within the score.
-    void showLength();
-    /// The squares, the read-outs and the Tableau follow the Score's channels.
-    void showChannels();
-    /// The read-outs say what the next note will sound like.
-    void showNextNote();
-    /// The undo commands say what they would take back.
-    void showUndo();
+    /// How often a Tableau has been painted anew.
+    [[nodiscard]] int paintings(Box box) const { return Picmain_->paintings(box); }
 
 protected:
     void moveEnded() override;
@@ -135,31 +123,36 @@ private:
     void bindTableau();
     void bindEditing();
     void bindEffects();
-    void doNotemod(int position);
+    void bindBars();
     void applyAlong(int x);
     void noteInstrumentPicked(std::int16_t code);
     void clearMarks();
-    void showEdited();
+    void editNotes(const std::function<bool()>& command);
     void mentionBoxes();
-    void bindBars();
-    void showTip(Picmain::Surface surface);
     void rightPress(Picmain::Surface surface, QPoint at);
     void rightPressOnSquare(int channel);
-    void showOutcome(const ScoreFiles::Outcome& outcome);
-    void showOpened(const ScoreFiles::Outcome& outcome);
-    void showAll();
+    void tellOutcome(const ScoreFiles::Outcome& outcome);
+
+    // What is shown of the composition.
+    void changed(Changes changes) override;
+    void showTitle();
+    void showChannels() { screen_.showChannels(); }
+    void showNextNote() { screen_.showNextNote(); }
+    void PrintTopBar();
     void showModes();
-    void showToolPage(int page);
-    void showScore();
-    void showOpenedScore();
-    void showHint();
     void showMouseMode();
-    void showSongEnd();
+    void showTools();
+    void showUndo();
+    void showUsedPercussion();
+    void paint(Changes changes);
+    void place();
+    void layOut();
+    void showToolPage(int page);
     [[nodiscard]] bool mayClose();
     void unload();
     void saveAtEnd(const QRect& frame);
 
-    Application& app_;
+    Desk& desk_;
     CommandBank Cmd2_;
     CommandBank Lb1_;
     MenuStrip* toolbMenu_;
@@ -174,15 +167,16 @@ private:
 
     ScoreFiles files_;
     FormScreen screen_;
-    Player player_;
-    Guests<PlaybackView>::Stay shown_; ///< what plays is, by `screen_`
+    Guests<PlaybackView>::Stay plays_;
     TableauInput input_;
     PolynoteDrag polynotes_;
 
     FormParts parts_;
     bool loading_ = true;    ///< the start-up guard: nothing is laid out or painted
+    bool opened_ = false;    ///< a score was opened: its first notes are to come into sight
     bool activated_ = false; ///< the MIDI port has been opened
     bool closing_ = false;
+    Guests<Watcher>::Stay watching_;
 };
 
 } // namespace velmora

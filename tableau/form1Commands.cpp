@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Which routine each command of the composing window presses: by button, menu and key alike.
 #include "base/Settings.h"
+#include "composition/Player.h"
 #include "composition/Workspace.h"
-#include "parts/Application.h"
 #include "parts/CommandBinding.h"
+#include "parts/Desk.h"
+#include "parts/Windows.h"
 #include "shell/Frmmenu.h"
 #include "shell/MenuStrip.h"
 #include "shell/frminfo.h"
@@ -19,19 +21,22 @@
 namespace velmora {
 
 namespace {
-/// A press of the right button on each surface, in Tips mode.
-struct SurfaceTip {
-    Picmain::Surface surface;
-    int tip;
-};
-constexpr std::array<SurfaceTip, 5> kSurfaceTips{{
-    {Picmain::Surface::MusicBox, 1},
-    {Picmain::Surface::Beatbox, 2},
-    {Picmain::Surface::Guide, 3},
-    {Picmain::Surface::Pic2a, 4},
-    {Picmain::Surface::Pic3, 5},
-}};
 constexpr int kSquareTip = 6;
+
+/// The other windows, each with its button and its item in the menus; those that are still to come stay
+/// disabled.
+struct WindowRow {
+    int lb1;
+    std::string_view item;
+    Windows::Name name;
+};
+constexpr auto kWindows = std::to_array<WindowRow>({
+    {lb1("setup"), "mnuSetup", Windows::Name::frmsetup},
+    {lb1("keyboard"), "", Windows::Name::frmsynth},
+    {lb1("studio"), "mnuRecordtool", Windows::Name::Record},
+    {lb1("songwriter"), "", Windows::Name::MDIScore},
+    {lb1("tutorial"), "mnuTutorial", Windows::Name::Wiz},
+});
 
 /// The same on the controls of the effects.
 struct ControlTip {
@@ -66,19 +71,19 @@ void form1::bindCommands() {
         {{}, [](form1& form) { form.Command3_Click(); }, "mnuExit", "Ctrl+Q"},
         {{Lb1, lb1("undo")}, [](form1& form) { form.OpenforUndo(); }, "undo", "Ctrl+Z"},
         {{Lb1, lb1("help")}, [](form1& form) { form.imgTitleHelp_Click(); }, "", "F1"},
-        {{}, [](form1& form) { form.app_.openHelp("index"); }, "mnuHelpfile"},
+        {{}, [](form1& form) { form.desk_.windows.help("index"); }, "mnuHelpfile"},
 
         {{Cmd2, cmd2("play")}, [](form1& form) { form.PlayAndStop_Click(false); }, "mnuPlay"},
         {{Cmd2, cmd2("stop")}, [](form1& form) { form.PlayAndStop_Click(true); }, "mnuStopPlaying"},
-        {{}, [](form1& form) { form.PlayAndStop_Click(form.app_.workspace.play.Playing); }, "", "Space"},
+        {{}, [](form1& form) { form.PlayAndStop_Click(form.desk_.workspace.play.Playing); }, "", "Space"},
         {{Cmd2, cmd2("segment")}, [](form1& form) { form.PlaySelection_Click(); }},
         // With nothing playing, Play starts at the mark.
         {{Cmd2, cmd2("pause")},
-         [](form1& form) { form.player_.pause(); }, "mnupause"},
-        {{Cmd2, cmd2("rewind")}, [](form1& form) { form.player_.RewindBut_Click(); }, "mnuRewind", "Home"},
+         [](form1& form) { form.desk_.player.pause(); }, "mnupause"},
+        {{Cmd2, cmd2("rewind")}, [](form1& form) { form.desk_.player.RewindBut_Click(); }, "mnuRewind", "Home"},
         {{Cmd2, cmd2("line")},
-         [](form1& form) { form.showPlayLine(!form.app_.workspace.play.ShowPlayLine); }},
-        {{Cmd2, cmd2("loop")}, [](form1& form) { form.setLoop(!form.app_.workspace.play.LoopOn); }},
+         [](form1& form) { form.showPlayLine(!form.desk_.workspace.play.ShowPlayLine); }},
+        {{Cmd2, cmd2("loop")}, [](form1& form) { form.setLoop(!form.desk_.workspace.play.LoopOn); }},
         {{Lb1, lb1("silence")}, [](form1& form) { form.Command32_Click(); }, "mnuStopall"},
 
         {{Cmd2, cmd2("mode")}, [](form1& form) { form.FunctionBut_Click(); }},
@@ -93,26 +98,29 @@ void form1::bindCommands() {
         {{Lb1, lb1("colourful")}, [](form1& form) { form.setNotationStyle(0); }, "mnuNotestyle1"},
         {{Lb1, lb1("traditional")}, [](form1& form) { form.setNotationStyle(1); }, "mnuNotestyle2"},
         {{Lb1, lb1("accidentals")},
-         [](form1& form) { form.setAccidentals(!form.app_.workspace.view.Accidentals); }},
+         [](form1& form) { form.setAccidentals(!form.desk_.workspace.view.Accidentals); }},
         {{}, [](form1& form) { form.setAccidentals(true); }, "mnuAccidentals"},
         {{}, [](form1& form) { form.setAccidentals(false); }, "mnuNoAccidentals"},
         {{Lb1, lb1("hide")},
          [](form1& form) { form.showEditingToolbar(!form.parts_.editingToolbar); }, "mnuEdit"},
 
         {{Lb1, lb1("erase")}, [](form1& form) {
-             form.app_.workspace.view.NoteEffectsOn = false;
+             form.desk_.workspace.view.NoteEffectsOn = false;
              form.setRightClickMode(RightClick::Erase);
          }, "mnuerase"},
         {{Lb1, lb1("menu")}, [](form1& form) { form.setRightClickMode(RightClick::Menu); }, "mnuMenu"},
         {{Lb1, lb1("tips")}, [](form1& form) {
-             const bool on = form.app_.workspace.view.RightClickMode == RightClick::Tips;
+             const bool on = form.desk_.workspace.view.RightClickMode == RightClick::Tips;
              form.setRightClickMode(on ? RightClick::Erase : RightClick::Tips);
          }, "mnuTips"},
     });
-    velmora::bindCommands<form1>(*this, app_.menu, kCommands);
-    if (app_.setup.open)
-        bindCommand(*this, app_.menu, {&Lb1_, lb1("setup"), "mnuSetup"}, [this] { app_.setup.open(); });
-    app_.menu.onPrepare(*this, [this] { showModes(); });
+    velmora::bindCommands<form1>(*this, desk_.menu, kCommands);
+    for (const auto& [index, item, name] : kWindows)
+        if (desk_.windows.has(name))
+            bindCommand(*this, desk_.menu, {&Lb1_, index, item},
+                        [this, name = name] { desk_.windows.open(name); });
+    files_.onOpened = [this] { opened_ = true; };
+    desk_.menu.onPrepare(*this, [this] { showModes(); });
     channelStrip_->Label8_Click = [this](int channel) { Label8_Click(channel); };
     files_.onBusy = [](bool busy) {
         if (busy)
@@ -124,15 +132,11 @@ void form1::bindCommands() {
 
 void form1::bindRightClick() {
     Picmain_->onRightPress = [this](Picmain::Surface surface, QPoint at) { rightPress(surface, at); };
-    screen_.onTip = [this](Box box) {
-        showTip(box == Box::MusicBox ? Picmain::Surface::MusicBox : Picmain::Surface::Beatbox);
-    };
-    screen_.onMenu = [this](std::string_view popup) { app_.menu.popup(popup).exec(QCursor::pos()); };
     channelStrip_->onRightPress = [this](int channel) { rightPressOnSquare(channel); };
     const auto tell = [this](QWidget& control, int tip) {
         control.setContextMenuPolicy(Qt::CustomContextMenu);
         connect(&control, &QWidget::customContextMenuRequested, this, [this, &control, tip] {
-            if (app_.workspace.view.RightClickMode == RightClick::Tips)
+            if (desk_.workspace.view.RightClickMode == RightClick::Tips)
                 frminfo_->showBeside(control, tip);
         });
     };
@@ -142,37 +146,24 @@ void form1::bindRightClick() {
     tell(Lb1_[lb1("static")], kStaticTip);
     toolbMenu_->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(toolbMenu_, &QWidget::customContextMenuRequested, this,
-            [this](QPoint at) { app_.menu.popup("mnupopup6").popup(toolbMenu_->mapToGlobal(at)); });
+            [this](QPoint at) { desk_.menu.popup("mnupopup6").popup(toolbMenu_->mapToGlobal(at)); });
     frminfo_->onDontShow = [this] { setRightClickMode(RightClick::Erase); };
 }
 
 void form1::setRightClickMode(RightClick mode) {
-    app_.workspace.view.RightClickMode = mode;
-    if (mode != RightClick::Tips)
-        frminfo_->hide();
-    showModes();
-}
-
-void form1::showTip(Picmain::Surface surface) {
-    for (const SurfaceTip& row : kSurfaceTips) {
-        if (row.surface != surface)
-            continue;
-        if (surface == Picmain::Surface::MusicBox)
-            frminfo_->showForTableau(*this, Picmain_->musicBoxTop());
-        else
-            frminfo_->showBeside(*Picmain_->surface(surface), row.tip);
-    }
+    const Edit edit(desk_.workspace, Change::Modes);
+    desk_.workspace.view.RightClickMode = mode;
 }
 
 void form1::rightPress(Picmain::Surface surface, QPoint at) {
     if (surface == Picmain::Surface::None)
-        app_.menu.popup("mnupopup6").popup(at);
-    else if (app_.workspace.view.RightClickMode == RightClick::Tips)
-        showTip(surface);
+        desk_.menu.popup("mnupopup6").popup(at);
+    else if (desk_.workspace.view.RightClickMode == RightClick::Tips)
+        screen_.showTip(surface);
 }
 
 void form1::rightPressOnSquare(int channel) {
-    if (app_.workspace.view.RightClickMode == RightClick::Tips)
+    if (desk_.workspace.view.RightClickMode == RightClick::Tips)
         frminfo_->showBeside(*channelStrip_->square(channel), kSquareTip);
     else
         toggleMuted(channel);
@@ -181,59 +172,52 @@ void form1::rightPressOnSquare(int channel) {
 void form1::toggleMuted(int channel) {
     if (!channelStrip_->square(channel))
         return;
-    app_.workspace.toggleMuted(channel);
-    player_.silenceMuted(channel);
-    showSongEnd();
-    DrawNoteArray();
-    DrawBeatArray();
-    if (app_.setup.refresh)
-        app_.setup.refresh();
+    desk_.workspace.toggleMuted(channel);
+    desk_.player.silenceMuted(channel);
 }
 
 void form1::showPercussion(bool shown) {
     parts_.percussion = shown;
-    settings::save(app_.settings, settings::Percussion, shown);
+    settings::save(desk_.settings, settings::Percussion, shown);
     layOut();
     showModes();
 }
 
 void form1::showEditingToolbar(bool shown) {
     parts_.editingToolbar = shown;
-    settings::save(app_.settings, settings::Editing_Toolbar, shown);
+    settings::save(desk_.settings, settings::Editing_Toolbar, shown);
     layOut();
     showModes();
 }
 
 void form1::setNotationStyle(int style) {
-    app_.workspace.view.Notationstyle = static_cast<std::int16_t>(style);
-    settings::save(app_.settings, settings::Notationstyle, static_cast<std::int16_t>(style));
-    layOut();
-    showModes();
+    const Edit edit(desk_.workspace, Change::Looks);
+    desk_.workspace.view.Notationstyle = static_cast<std::int16_t>(style);
+    settings::save(desk_.settings, settings::Notationstyle, static_cast<std::int16_t>(style));
 }
 
 void form1::setAccidentals(bool shown) {
-    app_.workspace.view.Accidentals = shown;
-    settings::save(app_.settings, settings::Accidentals, shown);
-    layOut();
-    showModes();
+    const Edit edit(desk_.workspace, Change::Looks);
+    desk_.workspace.view.Accidentals = shown;
+    settings::save(desk_.settings, settings::Accidentals, shown);
 }
 
 void form1::showPlayLine(bool shown) {
-    app_.workspace.play.ShowPlayLine = shown;
-    settings::save(app_.settings, settings::Playing_position, shown);
-    showModes();
+    const Edit edit(desk_.workspace, Change::Modes);
+    desk_.workspace.play.ShowPlayLine = shown;
+    settings::save(desk_.settings, settings::Playing_position, shown);
 }
 
 void form1::setLoop(bool on) {
-    player_.setLoop(on);
-    showModes();
+    const Edit edit(desk_.workspace, Change::Modes);
+    desk_.player.setLoop(on);
 }
 
 /// A tab of the tool panel was pressed.
 void form1::showToolPage(int page) {
+    const Edit edit(desk_.workspace, Change::Modes);
     toolPanel_->showPage(static_cast<ToolPanel::Page>(page));
-    app_.workspace.view.NoteEffectsOn = page == ToolPanel::Effects;
-    showModes();
+    desk_.workspace.view.NoteEffectsOn = page == ToolPanel::Effects;
 }
 
 /// Every button and menu item that stands for a mode follows it.
@@ -243,7 +227,7 @@ void form1::showModes() {
         const char* item;
         bool on;
     };
-    const Workspace& workspace = app_.workspace;
+    const Workspace& workspace = desk_.workspace;
     const bool traditional = workspace.view.Notationstyle == 1;
     const bool accidentals = workspace.view.Accidentals;
     const RightClick mode = workspace.view.RightClickMode;
@@ -258,17 +242,19 @@ void form1::showModes() {
     };
     for (const ModeRow& row : rows) {
         Lb1_.setOn(row.button, row.on);
-        app_.menu.item(row.item).setChecked(row.on);
+        desk_.menu.item(row.item).setChecked(row.on);
     }
-    app_.menu.item("mnuNoAccidentals").setChecked(!accidentals);
-    app_.menu.item("mnuEdit").setChecked(parts_.editingToolbar);
+    desk_.menu.item("mnuNoAccidentals").setChecked(!accidentals);
+    desk_.menu.item("mnuEdit").setChecked(parts_.editingToolbar);
     Lb1_[lb1("accidentals")].setEnabled(traditional);
     for (const char* item : {"mnuAccidentals", "mnuNoAccidentals"})
-        app_.menu.item(item).setEnabled(traditional);
+        desk_.menu.item(item).setEnabled(traditional);
     Cmd2_.setOn(cmd2("line"), workspace.play.ShowPlayLine);
     Cmd2_.setOn(cmd2("loop"), workspace.play.LoopOn);
     Lb1_.setOn(lb1("static"), workspace.view.Check4);
     toolPanel_->effects().showOn(workspace.view.NoteEffectsOn);
+    if (mode != RightClick::Tips)
+        frminfo_->hide();
     showMouseMode();
 }
 

@@ -4,8 +4,8 @@
 #include "composition/MelodyMaker.h"
 #include "composition/ScoreEditing.h"
 #include "composition/Workspace.h"
-#include "parts/Application.h"
 #include "parts/CommandBinding.h"
+#include "parts/Desk.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
 #include "tableau/Commands.h"
@@ -49,7 +49,7 @@ void form1::bindEditing() {
             if (row.pastes)
                 clearMarks();
         });
-        bindCommand(*this, app_.menu, {.item = row.item, .key = row.key}, [this, &row] {
+        bindCommand(*this, desk_.menu, {.item = row.item, .key = row.key}, [this, &row] {
             setMouseMode(row.itemMode);
             (this->*row.press)();
         });
@@ -62,98 +62,109 @@ void form1::bindEditing() {
 
 /// Without a ticked channel copying, pasting and stamping move nothing, and nobody would know why.
 void form1::mentionBoxes() {
-    const Workspace& workspace = app_.workspace;
+    const Workspace& workspace = desk_.workspace;
     if (!workspace.CopyonlyOneTrack && std::ranges::none_of(workspace.edit.ChannelPicked, std::identity()))
         screen_.setToolText({}, "No channel is ticked in the Melody Maker, so nothing was copied");
 }
 
+/// A command that may change any cell, and with that the song's end; it returns whether it did.
+void form1::editNotes(const std::function<bool()>& command) {
+    Edit edit(desk_.workspace);
+    if (!command())
+        return;
+    desk_.workspace.score.FindEndOfSong();
+    edit.add(Change::Channels); // those in use
+}
+
 void form1::copyIt() {
-    if (velmora::copyIt(app_.workspace)) {
-        showEdited();
-        mentionBoxes();
-    }
+    editNotes([this] {
+        const bool copied = velmora::copyIt(desk_.workspace);
+        if (copied)
+            mentionBoxes();
+        return copied;
+    });
 }
 
 void form1::CutBut_Click() {
-    if (velmora::CutBut_Click(app_.workspace))
-        showEdited();
+    editNotes([this] { return velmora::CutBut_Click(desk_.workspace); });
 }
 
 void form1::PasteBut_Click() {
-    velmora::PasteBut_Click(app_.workspace, input_.stroke().ViewCol);
-    showEdited();
+    editNotes([this] {
+        velmora::PasteBut_Click(desk_.workspace, input_.stroke().ViewCol);
+        return true;
+    });
     mentionBoxes();
 }
 
 void form1::PasteIntoBut_Click() {
-    velmora::PasteIntoBut_Click(app_.workspace, input_.stroke().ViewCol);
-    showEdited();
+    editNotes([this] {
+        velmora::PasteIntoBut_Click(desk_.workspace, input_.stroke().ViewCol);
+        return true;
+    });
     mentionBoxes();
 }
 
 void form1::InsertColumnBut_Click() {
-    velmora::InsertColumnBut_Click(app_.workspace, input_.stroke().ViewCol);
-    showEdited();
+    editNotes([this] {
+        velmora::InsertColumnBut_Click(desk_.workspace, input_.stroke().ViewCol);
+        return true;
+    });
 }
 
 void form1::CopyNotes_Click() {
-    duplicateNotes(app_.workspace, [this] {
-        input_.MusicBox_MouseDown(MouseButton::Left, 0, 1, 1);
-        input_.MusicBox_MouseUp(MouseButton::Left, 0, 1, 1);
+    editNotes([this] {
+        duplicateNotes(desk_.workspace, [this] {
+            input_.MusicBox_MouseDown(MouseButton::Left, 0, 1, 1);
+            input_.MusicBox_MouseUp(MouseButton::Left, 0, 1, 1);
+        });
+        return true;
     });
-    showEdited();
-    showModes();
 }
 
 void form1::CopyMelody_Click() {
     setMouseMode(Mouse::Select);
-    duplicateMelody(app_.workspace);
-    showEdited();
+    editNotes([this] {
+        duplicateMelody(desk_.workspace);
+        return true;
+    });
     mentionBoxes();
 }
 
 void form1::Cmdo_Click() {
     setCursor(Qt::WaitCursor);
-    createMelody(app_.workspace, app_.workspace.edit.txtStart);
+    editNotes([this] {
+        createMelody(desk_.workspace, desk_.workspace.edit.txtStart);
+        return true;
+    });
     unsetCursor();
-    showEdited();
     mentionBoxes();
 }
 
 void form1::setMouseMode(Mouse mode) {
     input_.cancel();
-    app_.workspace.view.MouseMode = mode;
-    showModes();
+    const Edit edit(desk_.workspace, Change::Modes);
+    desk_.workspace.view.MouseMode = mode;
 }
 
 void form1::clearMarks() {
-    ViewState& view = app_.workspace.view;
+    const Edit edit(desk_.workspace, Change::Marks);
+    ViewState& view = desk_.workspace.view;
     view.SelectStart = view.SelectEnd = -1;
     view.PlayMark = 0;
-    DrawNoteArray();
-}
-
-/// After a command that may have changed any cell.
-void form1::showEdited() {
-    app_.workspace.score.FindEndOfSong();
-    showSongEnd();
-    screen_.DrawNoteArray();
-    DrawBeatArray();
-    Picmain_->drawPolynoteBar();
-    showUndo();
 }
 
 /// The undo commands say what they would take back, and are disabled where that is nothing.
 void form1::showUndo() {
-    const std::string_view step = app_.workspace.undoStep();
+    const std::string_view step = desk_.workspace.undoStep();
     const QString text = step.empty() ? QStringLiteral("There is nothing to take back")
                                       : QStringLiteral("Takes back: %1").arg(toQString(step).trimmed());
     for (const int index : {lb1("undo"), lb1("undo melody")}) {
         Lb1_[index].setEnabled(!step.empty());
         const CommandRow& row = Lb1_.row(index);
-        app_.tips.SetToolTip(Lb1_[index], {toQString(row.title), text, std::string(row.icon)});
+        desk_.tips.SetToolTip(Lb1_[index], {toQString(row.title), text, std::string(row.icon)});
     }
-    app_.menu.item("undo").setEnabled(!step.empty());
+    desk_.menu.item("undo").setEnabled(!step.empty());
 }
 
 } // namespace velmora

@@ -3,7 +3,7 @@
 #include "base/QtText.h"
 #include "composition/NoteReadout.h"
 #include "composition/Workspace.h"
-#include "parts/Application.h"
+#include "parts/Desk.h"
 #include "shell/ExToolTip.h"
 #include "shell/frminfo.h"
 #include "tableau/ChannelStrip.h"
@@ -21,17 +21,6 @@ constexpr const char* kSelectTip =
 } // namespace
 
 void form1::bindTableau() {
-    screen_.onTrackSel = [this](int channel) { TrackSel_Click(channel); };
-    screen_.onSongEnd = [this] { showSongEnd(); };
-    screen_.onPainted = [this] {
-        app_.workspace.score.Isnotes();
-        channelStrip_->show(app_.workspace.score);
-    };
-    screen_.onControls = [this](bool enabled) {
-        Cmd2_.setOn(cmd2("play"), !enabled);
-        Cmd2_.setOn(cmd2("line"), app_.workspace.play.ShowPlayLine);
-    };
-
     TableauBox::Mouse& melody = Picmain_->mouseOn(Picmain::Surface::MusicBox);
     melody.down = [this](MouseButton button, int shift, int x, int y) {
         Picmain_->setFocus(Qt::MouseFocusReason);
@@ -42,13 +31,8 @@ void form1::bindTableau() {
     };
     melody.up = [this](MouseButton button, int shift, int x, int y) {
         input_.MusicBox_MouseUp(button, shift, x, y);
-        showHint();
-        showUndo();
     };
-    melody.lost = [this] {
-        input_.cancel();
-        showUndo();
-    };
+    melody.lost = [this] { input_.cancel(); };
 
     TableauBox::Mouse& beat = Picmain_->mouseOn(Picmain::Surface::Beatbox);
     beat.down = [this](MouseButton button, int shift, int x, int y) {
@@ -60,7 +44,6 @@ void form1::bindTableau() {
     };
     beat.up = [this](MouseButton button, int shift, int x, int y) {
         input_.Beatbox_MouseUp(button, shift, x, y);
-        showHint();
     };
     beat.lost = [this] { input_.cancel(); };
 
@@ -75,7 +58,7 @@ void form1::bindTableau() {
 }
 
 void form1::bindBars() {
-    const auto isTips = [this] { return app_.workspace.view.RightClickMode == RightClick::Tips; };
+    const auto isTips = [this] { return desk_.workspace.view.RightClickMode == RightClick::Tips; };
     // A drag that leaves its bar changes nothing that is out of view.
     const auto isOn = [this](Picmain::Surface bar, int x) {
         return x >= 0 && x < Picmain_->surface(bar)->width();
@@ -83,7 +66,7 @@ void form1::bindBars() {
     TableauBox::Mouse& indicator = Picmain_->mouseOn(Picmain::Surface::Pic2a);
     indicator.down = [this, isTips](MouseButton button, int /*shift*/, int x, int /*y*/) {
         if (button == MouseButton::Right && isTips())
-            showTip(Picmain::Surface::Pic2a);
+            screen_.showTip(Picmain::Surface::Pic2a);
         else if (button == MouseButton::Left)
             Pic2a_MouseDown(x);
         else
@@ -96,7 +79,7 @@ void form1::bindBars() {
     TableauBox::Mouse& chords = Picmain_->mouseOn(Picmain::Surface::Pic3);
     chords.down = [this, isTips](MouseButton button, int /*shift*/, int x, int /*y*/) {
         if (button == MouseButton::Right && isTips())
-            showTip(Picmain::Surface::Pic3);
+            screen_.showTip(Picmain::Surface::Pic3);
         else
             Pic3_MouseMove(button, x);
     };
@@ -113,30 +96,28 @@ void form1::bindBars() {
 void form1::Pic2a_MouseDown(int x) {
     const int column = x / kColumnWidth;
     const NoteReadout note =
-        velmora::Pic2a_MouseDown(app_.workspace.score, app_.workspace.view.ViewFirstColumn + column);
+        velmora::Pic2a_MouseDown(desk_.workspace.score, desk_.workspace.view.ViewFirstColumn + column);
     screen_.showNote(note, column);
     screen_.setToolText({}, noteLine(note));
 }
 
 void form1::Pic3_MouseMove(MouseButton button, int x) {
-    if (app_.workspace.play.Playing)
+    if (desk_.workspace.play.Playing)
         return;
-    const auto column = polynotes_.move(app_.workspace, button, x, app_.workspace.effects.Combo3);
-    if (!column)
-        return;
-    Picmain_->markPolynote(*column);
-    Picmain_->DrawNoteArray();
+    const auto column = polynotes_.move(desk_.workspace, button, x, desk_.workspace.effects.Combo3);
+    if (column)
+        Picmain_->markPolynote(*column);
 }
 
 void form1::FunctionBut_Click() {
-    setMouseMode(app_.workspace.view.MouseMode == Mouse::Select ? Mouse::Draw : Mouse::Select);
+    setMouseMode(desk_.workspace.view.MouseMode == Mouse::Select ? Mouse::Draw : Mouse::Select);
 }
 
 /// Pointer and button show what the left mouse button does.
 void form1::showMouseMode() {
-    const bool selects = app_.workspace.view.MouseMode == Mouse::Select;
+    const bool selects = desk_.workspace.view.MouseMode == Mouse::Select;
     for (const Box box : {Box::MusicBox, Box::Beatbox})
-        screen_.setPointer(box, pointerAtRest(app_.workspace.view.MouseMode));
+        screen_.setPointer(box, pointerAtRest(desk_.workspace.view.MouseMode));
     CommandButton& onPage = Lb1_[lb1("mode")];
     CommandButton& onBar = Cmd2_[cmd2("mode")];
     const CommandRow& row = Lb1_.row(lb1("mode"));
@@ -145,16 +126,16 @@ void form1::showMouseMode() {
     onBar.setChecked(selects);
     const QString tip = QLatin1String(selects ? kSelectTip : kDrawTip);
     for (CommandButton* button : {&onPage, &onBar})
-        app_.tips.SetToolTip(*button, {toQString(row.title), tip, std::string(row.icon)});
+        desk_.tips.SetToolTip(*button, {toQString(row.title), tip, std::string(row.icon)});
 }
 
 /// A click plays a note and draws nothing; this and the effects of single notes exclude each other.
 void form1::Check4_Click() {
-    ViewState& view = app_.workspace.view;
+    const Edit edit(desk_.workspace, Change::Modes);
+    ViewState& view = desk_.workspace.view;
     view.Check4 = !view.Check4;
     if (view.Check4)
         view.NoteEffectsOn = false;
-    showModes();
 }
 
 } // namespace velmora

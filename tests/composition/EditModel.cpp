@@ -76,7 +76,7 @@ void EditModel::copy() {
 }
 
 void EditModel::cut() {
-    if (SelectStart < 0 || SelectEnd == -1)
+    if (SelectStart < 0 || SelectEnd < 0)
         return;
     keepWhole(false);
     copySelectedArea(true);
@@ -285,6 +285,16 @@ void EditModel::findEndOfSong() {
         } else if (c > 0) {
             inUse[i] = shown[i] = false;
         }
+    }
+}
+
+void EditModel::leaveEmptyChannels() {
+    for (int c = 0; c <= 12; ++c) {
+        int notes = 0;
+        for (int p = 0; p <= NumNotes; ++p)
+            notes += *read(score[Cell], c, p) >= 0 ? 1 : 0;
+        if (notes == 0 && c != ActiveChannel)
+            inUse[static_cast<std::size_t>(c)] = false;
     }
 }
 

@@ -45,6 +45,8 @@ struct EditModel {
     /// Before a stroke on `MusicBox`.
     void keepChannel();
     void findEndOfSong();
+    /// Channels without a cell are in use no more, but for the active one: once the notes have changed.
+    void leaveEmptyChannels();
     /// "Add new notes" and "Subtract notes".
     void setLength(int numNotes);
 

@@ -4,6 +4,7 @@
 #include "composition/MelodyMaker.h"
 #include "composition/ScoreEditing.h"
 #include "tests/composition/WorkspaceFixture.h"
+#include "tests/support/RecordingWatcher.h"
 
 #include <cstdlib>
 #include <random>
@@ -41,6 +42,7 @@ class Walk {
 public:
     Walk(Workspace& workspace, std::mt19937& random)
         : workspace_(workspace)
+        , watcher_(workspace)
         , random_(random)
         , model_(workspace.score.NumNotes) {
         model_.inUse = workspace.score.ChannelInUse.values;
@@ -52,11 +54,18 @@ public:
     }
 
     void turnSwitches();
-    /// @return the command's name
-    std::string command();
+    /// Gives a command, and lets both take in what it changed.
+    /// @return its name
+    std::string step() {
+        std::string name = command();
+        if (watcher_.take().any(kAnyNotes))
+            model_.leaveEmptyChannels();
+        return name;
+    }
     void expectSame() const;
 
 private:
+    std::string command();
     int pick(int from, int to) { return std::uniform_int_distribution(from, to)(random_); }
     bool oneIn(int times) { return pick(1, times) == 1; }
     void fill();
@@ -68,6 +77,7 @@ private:
     void expectSameRecords() const;
 
     Workspace& workspace_;
+    RecordingWatcher watcher_;
     std::mt19937& random_;
     EditModel model_;
 };
@@ -244,7 +254,12 @@ std::string Walk::command() {
     default:
         break;
     }
-    EXPECT_EQ(workspace_.undoLast(), model_.undo());
+    const bool undone = model_.undo();
+    EXPECT_EQ(workspace_.undoLast(), undone);
+    if (undone) { // shown from its beginning
+        model_.ViewFirstColumn = model_.PlayMark = 0;
+        model_.SelectStart = model_.SelectEnd = -1;
+    }
     return "undo";
 }
 
@@ -299,7 +314,7 @@ TEST_F(EditModelTest, ThousandsOfCommandsLeaveWhatTheRulesSay) {
         std::string told;
         for (int number = 0; number < kCommandsOfOneScore && done < wanted; ++number, ++done) {
             walk.turnSwitches();
-            told += walk.command() + ", ";
+            told += walk.step() + ", ";
             walk.expectSame();
             if (HasFailure())
                 FAIL() << "after command " << done << ": " << told;

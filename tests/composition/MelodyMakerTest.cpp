@@ -239,10 +239,10 @@ TEST_F(MelodyMakerTest, PlayableNotesNeverPassTheLoop) {
 
 TEST_F(MelodyMakerTest, TheStartSelectsThePositionBeforeItAndTheMelodyReachesIt) {
     edit().TotalNotes = 20;
-    takeStart(edit(), workspace().view, 21);
+    takeStart(workspace(), 21);
     EXPECT_EQ(workspace().view.SelectStart, 20);
     EXPECT_EQ(edit().TotalNotes, 20);
-    takeStart(edit(), workspace().view, 22);
+    takeStart(workspace(), 22);
     EXPECT_EQ(edit().TotalNotes, 22);
     EXPECT_EQ(edit().txtStart, 22);
 }

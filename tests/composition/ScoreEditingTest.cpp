@@ -278,7 +278,7 @@ TEST_F(ScoreEditingTest, FewerSpacesThanNoneInsertNothing) {
 
 TEST_F(ScoreEditingTest, AStartThatWasTypedAloneIsNotCut) {
     notes(0, 0, {60, 61, 62, 63});
-    takeStart(workspace().edit, workspace().view, 3);
+    takeStart(workspace(), 3);
     EXPECT_FALSE(CutBut_Click(workspace()));
     EXPECT_THAT(cells(0, 0, 5), ElementsAre(60, 61, 62, 63, -1));
     EXPECT_EQ(workspace().view.SelectStart, 2);

@@ -12,7 +12,7 @@ protected:
     void meter(std::int16_t beats, std::int16_t note, std::int16_t notes) {
         setup().TxtMeter = beats;
         setup().NoteX = note;
-        TxBeats_Change(setup(), score(), notes);
+        TxBeats_Change(workspace(), notes);
     }
     /// Whether every position of the channel holds the value.
     static bool holds(const ChannelGrid& grid, int channel, std::int16_t value) {
@@ -62,46 +62,46 @@ TEST_F(SetupRulesTest, AValueBetweenTwoPositionsStepsToTheNext) {
 
 TEST_F(SetupRulesTest, FourQuartersAreSixteenNotes) {
     meter(4, 2, 8);
-    EXPECT_TRUE(NoteX_Change(setup(), score(), 4));
+    EXPECT_TRUE(NoteX_Change(workspace(), 4));
     EXPECT_EQ(setup().TxBeats, 16);
     EXPECT_EQ(score().NotesPerMeasure, 16);
 }
 
 TEST_F(SetupRulesTest, AProductUpToSixteenIsTaken) {
     meter(4, 4, 16);
-    TxtMeter_Change(setup(), score(), 3);
+    TxtMeter_Change(workspace(), 3);
     EXPECT_EQ(setup().TxBeats, 12);
-    NoteX_Change(setup(), score(), 2);
+    NoteX_Change(workspace(), 2);
     EXPECT_EQ(setup().TxBeats, 6);
 }
 
 TEST_F(SetupRulesTest, AMultipleOfSixteenIsSixteenInEither) {
     meter(16, 1, 12);
-    NoteX_Change(setup(), score(), 32); // 512
+    NoteX_Change(workspace(), 32); // 512
     EXPECT_EQ(setup().TxBeats, 16);
     meter(1, 32, 12);
-    TxtMeter_Change(setup(), score(), 16);
+    TxtMeter_Change(workspace(), 16);
     EXPECT_EQ(setup().TxBeats, 16);
 }
 
 TEST_F(SetupRulesTest, AMultipleOfThirtyTwoIsSixteenToo) {
     meter(4, 8, 12);
-    TxtMeter_Change(setup(), score(), 8); // 64
+    TxtMeter_Change(workspace(), 8); // 64
     EXPECT_EQ(setup().TxBeats, 16);
 }
 
 TEST_F(SetupRulesTest, AnyOtherProductIsForTheBeatsAlone) {
     meter(10, 1, 12);
-    EXPECT_FALSE(NoteX_Change(setup(), score(), 2)); // 20
+    EXPECT_FALSE(NoteX_Change(workspace(), 2)); // 20
     EXPECT_EQ(setup().TxBeats, 12);
-    EXPECT_TRUE(TxtMeter_Change(setup(), score(), 10));
+    EXPECT_TRUE(TxtMeter_Change(workspace(), 10));
     EXPECT_EQ(setup().TxBeats, 20);
     EXPECT_EQ(score().NotesPerMeasure, 20);
 }
 
 TEST_F(SetupRulesTest, ALetterInAFieldMakesTheMeasureNothing) {
     meter(4, 4, 16);
-    TxtMeter_Change(setup(), score(), *fieldNumber("x"));
+    TxtMeter_Change(workspace(), *fieldNumber("x"));
     EXPECT_EQ(setup().TxBeats, 0);
     EXPECT_FALSE(topBarText(score(), setup()).empty());
 }
@@ -109,7 +109,7 @@ TEST_F(SetupRulesTest, ALetterInAFieldMakesTheMeasureNothing) {
 TEST_F(SetupRulesTest, AProductThatIsTooLargeLeavesTheMeasure) {
     meter(4, 4, 16);
     setup().NoteX = 9999;
-    EXPECT_FALSE(TxtMeter_Change(setup(), score(), 9999));
+    EXPECT_FALSE(TxtMeter_Change(workspace(), 9999));
     EXPECT_EQ(setup().TxBeats, 16);
 }
 
@@ -139,11 +139,11 @@ TEST_F(SetupRulesTest, TheStartOfTheBarIsFullVolume) {
 
 TEST_F(SetupRulesTest, AVolumeIsTheActiveChannelsAlone) {
     score().ActiveChannel = 2;
-    setVelocity(score(), setup(), 90);
+    setVelocity(workspace(), 90);
     EXPECT_EQ(score().ChannelVelocity[2], 90);
     EXPECT_EQ(setup().channels[2].volume, 90);
     EXPECT_EQ(score().ChannelVelocity[1], 127);
-    fillVolume(score(), 90);
+    fillVolume(workspace(), 90);
     EXPECT_TRUE(holds(score().Volume, 2, 90));
     EXPECT_TRUE(holds(score().Volume, 1, 127));
 }
@@ -156,7 +156,7 @@ TEST_F(SetupRulesTest, TheEffectsFillEveryPositionOfTheChannel) {
     values.reverb = 20;
     values.chorus = 30;
     values.modulation = 40;
-    fillEffects(score(), setup());
+    fillEffects(workspace());
     EXPECT_TRUE(holds(score().Pan_Change, 3, 10));
     EXPECT_TRUE(holds(score().Reverb_Change, 3, 20));
     EXPECT_TRUE(holds(score().Chorus_Change, 3, 30));
@@ -166,7 +166,7 @@ TEST_F(SetupRulesTest, TheEffectsFillEveryPositionOfTheChannel) {
 
 TEST_F(SetupRulesTest, ClosedTheToolbarFillsNoEffects) {
     setup().channels[0].pan = 10;
-    fillEffects(score(), setup());
+    fillEffects(workspace());
     EXPECT_TRUE(holds(score().Pan_Change, 0, 64));
 }
 
@@ -187,7 +187,7 @@ TEST_F(SetupRulesTest, NoItemOfTheChordListChangesNothing) {
 
 TEST_F(SetupRulesTest, AChordForTheChannelIsTheListsIndexItself) {
     Combo3_Click(setup(), workspace().chords, 1);
-    Ch_Click(score(), setup(), 0, true);
+    Ch_Click(workspace(), 0, true);
     EXPECT_TRUE(holds(score().Polyphonics, 1, 1));
     EXPECT_TRUE(holds(score().Polyphonics, 0, 0));
     EXPECT_TRUE(setup().Ch[0]);
@@ -195,38 +195,39 @@ TEST_F(SetupRulesTest, AChordForTheChannelIsTheListsIndexItself) {
 
 TEST_F(SetupRulesTest, TheFirstChordOfTheListLeavesNone) {
     Combo3_Click(setup(), workspace().chords, 0);
-    Ch_Click(score(), setup(), 7, true);
+    Ch_Click(workspace(), 7, true);
     EXPECT_TRUE(holds(score().Polyphonics, 8, 0));
     EXPECT_TRUE(setup().Ch[7]);
 }
 
 TEST_F(SetupRulesTest, ClearedTheChannelHasNoChords) {
     Combo3_Click(setup(), workspace().chords, 3);
-    Ch_Click(score(), setup(), 7, true);
-    Ch_Click(score(), setup(), 7, false);
+    Ch_Click(workspace(), 7, true);
+    Ch_Click(workspace(), 7, false);
     EXPECT_TRUE(holds(score().Polyphonics, 8, 0));
     EXPECT_FALSE(setup().Ch[7]);
 }
 
 TEST_F(SetupRulesTest, PercussionHasNoChords) {
     Combo3_Click(setup(), workspace().chords, 3);
-    Ch_Click(score(), setup(), 8, true);
+    Ch_Click(workspace(), 8, true);
     EXPECT_TRUE(holds(score().Polyphonics, 9, 0));
 }
 
 TEST_F(SetupRulesTest, OneChannelAloneIsLit) {
     score().ChannelShown[1] = true;
-    showOnly(score(), 12);
+    TrackSel_Click(workspace(), settings, 12);
     EXPECT_FALSE(score().ChannelShown[1]);
     EXPECT_TRUE(score().ChannelShown[12]);
-    showOnly(score(), 16);
+    TrackSel_Click(workspace(), settings, 16);
     EXPECT_TRUE(score().ChannelShown[12]);
 }
 
 TEST_F(SetupRulesTest, ARowIsNeverTooLowToSee) {
-    EXPECT_EQ(lineHeightWithin(0), 4);
-    EXPECT_EQ(lineHeightWithin(12), 12);
-    EXPECT_EQ(lineHeightWithin(999), 40);
+    for (const auto& [typed, taken] : {std::pair<std::int16_t, int>{0, 4}, {12, 12}, {999, 40}}) {
+        Text3_Change(workspace(), typed);
+        EXPECT_EQ(workspace().view.Line_Height, taken);
+    }
 }
 
 TEST_F(SetupRulesTest, ALongerScoreKeepsItsNotes) {

@@ -45,15 +45,14 @@ INSTANTIATE_TEST_SUITE_P(Golden, InEverySkin, testing::ValuesIn(cases({1, 2, 3, 
 
 TEST_P(InEverySkin, TheStartWindowLooksAsKept) {
     GoldenProgram program(GetParam().skin);
-    openerF window(*program.skins, program.tips);
+    openerF window(program.skins, program.tips);
     settle(window);
     expectGolden("openerF", GetParam(), pictureOf(window, GetParam().scale));
 }
 
 TEST_P(InEverySkin, TheEmptyComposingWindowLooksAsKept) {
     GoldenProgram program(GetParam().skin);
-    Application application = program.application();
-    form1 window(application);
+    form1 window(program.desk());
     window.resize(880, 520);
     settle(window);
     expectGolden("form1", GetParam(), pictureOf(window, GetParam().scale));
@@ -64,13 +63,12 @@ INSTANTIATE_TEST_SUITE_P(Golden, InSomeSkins, testing::ValuesIn(cases({1, 6, 7})
 
 TEST_P(InSomeSkins, TheSheetOfPartsLooksAsKept) {
     GoldenProgram program(GetParam().skin);
-    expectGolden("parts", GetParam(), pictureOfParts(program.skins->look(), program.menu, GetParam().scale));
+    expectGolden("parts", GetParam(), pictureOfParts(program.skins.look(), program.menu, GetParam().scale));
 }
 
 TEST(GoldenTest, TheComposingWindowOnACommonScreenLooksAsKept) {
     GoldenProgram program(1);
-    Application application = program.application();
-    form1 window(application);
+    form1 window(program.desk());
     window.resize(1366, 768);
     settle(window);
     expectGolden("form1-1366x768", {1, 1}, pictureOf(window, 1));

@@ -50,16 +50,16 @@ void choose(Workspace& workspace) {
 
 /// The three pages under each other.
 QImage pictureOfPages(GoldenProgram& program, int width) {
-    choose(*program.workspace);
-    Ground ground(program.skins->look());
+    choose(program.workspace());
+    Ground ground(program.skins.look());
     ground.resize(width, kHeight);
-    CommandBank Lb1("Lb1", kLb1, program.skins->look(), program.tips, &ground);
+    CommandBank Lb1("Lb1", kLb1, program.skins.look(), program.tips, &ground);
     for (int index = 0; index < Lb1.size(); ++index) {
         Lb1.bind(index, [] {});
         Lb1[index].setVisible(index == lb1("clear") || index >= lb1("hide"));
     }
     Lb1.setOn(lb1("mode"), true);
-    ToolPanel panel(program.skins->look(), Lb1, program.tips, *program.workspace, &ground);
+    ToolPanel panel(program.skins.look(), Lb1, program.tips, program.workspace(), &ground);
     panel.setGeometry(12, 4, width - 24, 60);
     panel.layOut(formWidth(width));
     panel.effects().showEffects(24, -12, 100, 0);

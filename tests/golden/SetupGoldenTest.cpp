@@ -37,9 +37,8 @@ void choose(Workspace& workspace) {
 
 void expectPanels(int skin, int scale, int first, int last) {
     GoldenProgram program(skin);
-    choose(*program.workspace);
-    Application application = program.application();
-    frmsetup window(application, {}, nullptr);
+    choose(program.workspace());
+    frmsetup window(program.desk(), nullptr);
     for (int panel = first; panel <= last; ++panel) {
         window.Lmnu_Click(panel);
         const std::string name = std::string("frmsetup-") + kPanelNames[static_cast<std::size_t>(panel)];
@@ -57,8 +56,7 @@ TEST_P(SetupInSomeSkins, ThePanelsOfTheSetupToolbarLookAsKept) {
 
 TEST_P(SetupInSomeSkins, TheInstrumentPickerLooksAsKept) {
     GoldenProgram program(GetParam());
-    Application application = program.application();
-    FrmInst window(application, nullptr);
+    FrmInst window(program.desk(), nullptr);
     expectGolden("FrmInst", GetParam(), 1, window);
 }
 

@@ -13,8 +13,8 @@ class FrmInstTest : public form1Fixture {
 protected:
     FrmInst& picker() {
         if (!picker_) {
-            picker_ = std::make_unique<FrmInst>(application(), nullptr);
-            picker_->onPicked = [this](FrmInst::Picked what) {
+            picker_ = std::make_unique<FrmInst>(desk(), nullptr);
+            picker_->onPicked = [this](PickedInstrument what) {
                 ++picks;
                 picked = what;
             };
@@ -38,7 +38,7 @@ protected:
     void key(QWidget& on, Qt::Key which) { QTest::keyClick(&on, which); }
 
     int picks = 0;
-    FrmInst::Picked picked;
+    PickedInstrument picked;
 
 private:
     std::unique_ptr<FrmInst> picker_;
@@ -160,7 +160,7 @@ TEST_F(FrmInstTest, EnterInThePercussionListTakesItsSound) {
 
 TEST_F(FrmInstTest, ANoteTakesWhatWasPickedAndOfTwoWhatIsOfItsChannelsGroup) {
     struct Row {
-        FrmInst::Picked picked;
+        PickedInstrument picked;
         int channel;
         std::int16_t code;
     };
@@ -196,7 +196,7 @@ TEST_F(FrmInstTest, EnterOnCancelCancels) {
 
 TEST_F(FrmInstTest, ItStandsInTheMiddleOfTheApplication) {
     window().setGeometry(100, 50, 900, 560);
-    FrmInst over(application(), &window());
+    FrmInst over(desk(), &window());
     over.open();
     EXPECT_LE((over.geometry().center() - window().geometry().center()).manhattanLength(), 2);
 }

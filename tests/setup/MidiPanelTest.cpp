@@ -31,20 +31,20 @@ TEST_F(MidiPanelTest, AChosenDeviceIsKeptAndOpened) {
     opened(4);
     choose("Combo2", 2);
     EXPECT_EQ(stored("Devices"), "1");
-    EXPECT_THAT(midi.opened, ElementsAre(1));
+    EXPECT_THAT(port.opened, ElementsAre(1));
     EXPECT_EQ(workspace().setup.Combo2, 2);
 }
 
 TEST_F(MidiPanelTest, ADeviceThatFailsLeavesTheMapper) {
     store("Devices", "0");
     opened(4);
-    midi.failing = true;
+    port.refused = {0, 1, 2};
     auto& list = control<QComboBox>("Combo2");
     QTest::keyClick(&list, Qt::Key_Down);
     EXPECT_EQ(list.currentIndex(), 0);
-    EXPECT_EQ(midi.opened.back(), -1);
+    EXPECT_EQ(port.opened.back(), -1);
     EXPECT_EQ(stored("Devices"), "1");
-    toolbar().refresh();
+    Edit(workspace(), Change::Device);
     EXPECT_EQ(list.currentIndex(), 0);
 }
 
@@ -52,7 +52,7 @@ TEST_F(MidiPanelTest, ADeviceThatComesIsListedWhileThePanelIsShown) {
     store("Devices", "0");
     opened(4);
     auto& list = control<QComboBox>("Combo2");
-    midi.names.push_back("third");
+    port.names.push_back("third");
     EXPECT_TRUE(QTest::qWaitFor([&] { return list.count() == 4; }, 10000));
     EXPECT_EQ(list.currentText(), "first");
 }
@@ -61,15 +61,15 @@ TEST_F(MidiPanelTest, TheListIsUpToDateWhenItOpens) {
     store("Devices", "0");
     opened(4);
     auto& list = control<QComboBox>("Combo2");
-    midi.names = {"other"};
+    port.names = {"other"};
     list.showPopup();
     EXPECT_EQ(list.count(), 2);
     EXPECT_EQ(list.currentText(), "other");
-    midi.names.push_back("late");
-    toolbar().refresh();
+    port.names.push_back("late");
+    Edit(workspace(), Change::Device);
     EXPECT_EQ(list.count(), 2); // an open list stays
     list.hidePopup();
-    toolbar().refresh();
+    Edit(workspace(), Change::Device);
     EXPECT_EQ(list.count(), 3);
 }
 
@@ -77,8 +77,8 @@ TEST_F(MidiPanelTest, TheMapperSoundsWhereTheOpenDeviceGoesWhileThePanelIsShown)
     store("Devices", "0");
     opened(4);
     choose("Combo2", 2);
-    midi.names = {"first"};
-    EXPECT_TRUE(QTest::qWaitFor([&] { return midi.opened.back() == MidiPort::kMapper; }, 10000));
+    port.names = {"first"};
+    EXPECT_TRUE(QTest::qWaitFor([&] { return port.opened.back() == MidiPort::kMapper; }, 10000));
     EXPECT_EQ(control<QComboBox>("Combo2").currentText(), "MIDI Mapper");
     EXPECT_EQ(stored("Devices"), "1");
 }
@@ -90,7 +90,7 @@ TEST_F(MidiPanelTest, NotesAreAdded) {
     EXPECT_EQ(score().NumNotes, 1200);
     EXPECT_EQ(shownIn("Text1"), "1200");
     EXPECT_EQ(stored("NumNotes"), "1200");
-    EXPECT_THAT(asked, ElementsAre("length", "undo"));
+    EXPECT_THAT(watcher().told, ElementsAre(Change::Length | Change::Marks));
 }
 
 TEST_F(MidiPanelTest, NotesAreSubtracted) {
@@ -110,7 +110,7 @@ TEST_F(MidiPanelTest, MoreThanThereAreIsNotSubtracted) {
     click(control("Command1"));
     EXPECT_EQ(score().NumNotes, 1000);
     EXPECT_EQ(stored("NumNotes"), "none");
-    EXPECT_THAT(asked, IsEmpty());
+    EXPECT_THAT(watcher().told, IsEmpty());
 }
 
 TEST_F(MidiPanelTest, LettersAddNothing) {

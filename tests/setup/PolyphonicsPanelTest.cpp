@@ -18,24 +18,27 @@ TEST_F(PolyphonicsPanelTest, TheChordListOffersSevenChordsAndSetsTheirSteps) {
     EXPECT_EQ(workspace().chords.ChordStep1, -12);
 }
 
-TEST_F(PolyphonicsPanelTest, AChordForTheActiveChannelRepaintsItsMarks) {
+TEST_F(PolyphonicsPanelTest, AChordForAChannelIsToldOnce) {
     opened(0);
     choose("Combo3", 2);
-    asked.clear();
+    watcher().told.clear();
     click(control("Ch", 0));
-    EXPECT_THAT(asked, ElementsAre("mode 2", "chords 0", "notes"));
+    EXPECT_THAT(watcher().told, ElementsAre(Change::Cells | Change::Modes));
+    EXPECT_EQ(workspace().view.RightClickMode, RightClick::Polyphonic);
     EXPECT_TRUE(holds(score().Polyphonics, 1, 2));
-    asked.clear();
+    watcher().told.clear();
     click(control("Ch", 0));
-    EXPECT_THAT(asked, ElementsAre("chords 0", "notes"));
+    EXPECT_THAT(watcher().told, ElementsAre(Changes(Change::Cells)));
     EXPECT_TRUE(holds(score().Polyphonics, 1, 0));
 }
 
-TEST_F(PolyphonicsPanelTest, AChordForAnotherChannelLeavesTheMarks) {
+TEST_F(PolyphonicsPanelTest, AnotherChannelMayHaveAChordToo) {
     opened(0);
+    choose("Combo3", 2);
     click(control("Ch", 5));
-    EXPECT_THAT(asked, ElementsAre("mode 2", "notes"));
     EXPECT_TRUE(workspace().setup.Ch[5]);
+    EXPECT_TRUE(holds(score().Polyphonics, 6, 2));
+    EXPECT_TRUE(holds(score().Polyphonics, 1, 0));
 }
 
 TEST_F(PolyphonicsPanelTest, PercussionHasNoChordBox) {

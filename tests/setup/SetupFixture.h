@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "parts/FrmInst.h"
 #include "setup/frmsetup.h"
+#include "tests/support/RecordingWatcher.h"
 #include "tests/tableau/form1Fixture.h"
 
 #include <QCheckBox>
@@ -10,32 +12,22 @@
 
 namespace velmora {
 
-/// A port whose devices come, go and fail.
-class DevicesPort : public RecordingPort {
-public:
-    using RecordingPort::RecordingPort;
-    int deviceCount() override { return static_cast<int>(names.size()); }
-    std::string deviceName(int device) override {
-        return device >= 0 && device < deviceCount() ? names[static_cast<std::size_t>(device)] : "";
-    }
-    int open(int device) override {
-        opened.push_back(device);
-        return failing && device >= 0 ? 1 : kOk;
-    }
-
-    std::vector<std::string> names{"first", "second"};
-    std::vector<int> opened;
-    bool failing = false;
-};
-
-/// The setup toolbar among fakes, with a composing window that writes down what it is asked.
+/// The setup toolbar among fakes, beside which a watcher is told what it changes.
 class SetupFixture : public form1Fixture {
 protected:
+    SetupFixture() {
+        port.names = {"first", "second"};
+        windows.makePicker = [this](QWidget& over, std::function<void(PickedInstrument)> picked) {
+            auto* picker = new FrmInst(desk(), &over);
+            picker->setAttribute(Qt::WA_DeleteOnClose);
+            picker->onPicked = std::move(picked);
+            picker->open();
+        };
+    }
+
     frmsetup& toolbar() {
-        if (!toolbar_) {
-            app_ = std::make_unique<Application>(applicationOn(midi, midiDevices));
-            toolbar_ = std::make_unique<frmsetup>(*app_, composing(), nullptr);
-        }
+        if (!toolbar_)
+            toolbar_ = std::make_unique<frmsetup>(desk(), nullptr);
         return *toolbar_;
     }
     /// Open, with that panel in front, and with the focus.
@@ -43,34 +35,18 @@ protected:
         toolbar().open();
         toolbar().Lmnu_Click(panel);
         EXPECT_TRUE(QTest::qWaitForWindowActive(&toolbar()));
-        asked.clear();
+        watcher().told.clear();
         return toolbar();
     }
     void close() { toolbar_.reset(); }
 
-    ComposingWindow composing() {
-        const auto note = [this](const char* what) { return [this, what] { asked.emplace_back(what); }; };
-        return {
-            .TrackSel_Click =
-                [this](int channel) {
-                    asked.push_back("TrackSel " + std::to_string(channel));
-                    workspace().selectChannel(channel);
-                },
-            .DrawNoteArray = note("notes"),
-            .DrawBeatArray = note("beats"),
-            .PrintTopBar = note("top bar"),
-            .drawChordMarks = [this](int channel) { asked.push_back("chords " + std::to_string(channel)); },
-            .layOut = note("lay out"),
-            .NumNotesChanged = note("length"),
-            .setRightClickMode =
-                [this](RightClick mode) {
-                    asked.push_back("mode " + std::to_string(static_cast<int>(mode)));
-                },
-            .toggleMuted = [this](int channel) { workspace().toggleMuted(channel); },
-            .showInstruments = note("instruments"),
-            .showChannels = note("channels"),
-            .showUndo = note("undo")};
+    RecordingWatcher& watcher() {
+        if (!watcher_)
+            watcher_ = std::make_unique<RecordingWatcher>(workspace());
+        return *watcher_;
     }
+    /// What the watcher has been told since the last call.
+    Changes told() { return watcher().take(); }
 
     template<class Part = QWidget>
     Part& control(const std::string& name) {
@@ -114,17 +90,8 @@ protected:
             QTest::keyClick(&combo, combo.currentIndex() < item ? Qt::Key_Down : Qt::Key_Up);
     }
 
-    DevicesPort midi{loop};
-    DeviceChooser midiDevices{midi,
-                              {.read = [this]() -> std::optional<int> {
-                                   const std::string text = stored("Devices");
-                                   return text == "none" ? std::nullopt : std::optional(std::stoi(text));
-                               },
-                               .write = [this](int device) { store("Devices", std::to_string(device)); }}};
-    std::vector<std::string> asked;
-
 private:
-    std::unique_ptr<Application> app_;
+    std::unique_ptr<RecordingWatcher> watcher_;
     std::unique_ptr<frmsetup> toolbar_;
 };
 

@@ -2,6 +2,7 @@
 #include "setup/SoundPanel.h"
 
 #include "SetupFixture.h"
+#include "composition/SetupRules.h"
 #include "shell/Slider.h"
 #include "sound/ShortMessage.h"
 
@@ -41,7 +42,7 @@ TEST_F(SoundPanelTest, WithNoButtonPressedTheNotesKeepTheirVolume) {
 TEST_F(SoundPanelTest, AControllerIsKeptShownAndSentAtOnce) {
     workspace().selectChannel(2);
     opened(2);
-    midi.sent.clear();
+    port.sent.clear();
     struct Row {
         const char* bar;
         const char* label;
@@ -51,22 +52,22 @@ TEST_F(SoundPanelTest, AControllerIsKeptShownAndSentAtOnce) {
     for (const Row& row : {Row{"LblMod", "LMod", 1, &PlaybackChannelSetup::modulation},
                            Row{"LblReverb", "LReverb", 91, &PlaybackChannelSetup::reverb},
                            Row{"LblChorus", "LChorus", 93, &PlaybackChannelSetup::chorus}}) {
-        midi.sent.clear();
+        port.sent.clear();
         QTest::keyClick(&control(row.bar), Qt::Key_End);
         EXPECT_EQ(workspace().setup.channels[2].*row.value, 127);
         EXPECT_EQ(shownIn(row.label), "127");
-        EXPECT_THAT(midi.words(), ElementsAre(shortmessage::controller(2, row.number, 127)));
+        EXPECT_THAT(port.words(), ElementsAre(shortmessage::controller(2, row.number, 127)));
     }
 }
 
 TEST_F(SoundPanelTest, ThePanIsShownFromItsMiddle) {
     opened(2);
-    midi.sent.clear();
+    port.sent.clear();
     EXPECT_EQ(shownIn("LPan"), "0");
     QTest::keyClick(&control("LblPan"), Qt::Key_Left);
     EXPECT_EQ(shownIn("LPan"), "-1");
     EXPECT_EQ(workspace().setup.channels[0].pan, 63);
-    EXPECT_THAT(midi.words(), ElementsAre(shortmessage::controller(0, 10, 63)));
+    EXPECT_THAT(port.words(), ElementsAre(shortmessage::controller(0, 10, 63)));
     QTest::keyClick(&control("LblPan"), Qt::Key_End);
     EXPECT_EQ(shownIn("LPan"), "63");
 }
@@ -75,7 +76,7 @@ TEST_F(SoundPanelTest, AControllerFillsTheScoreOnlyWithTheNextChannelChange) {
     opened(2);
     QTest::keyClick(&control("LblReverb"), Qt::Key_End);
     EXPECT_TRUE(holds(score().Reverb_Change, 0, 0));
-    toolbar().channelChanged();
+    chooseChannel(workspace(), 0);
     EXPECT_TRUE(holds(score().Reverb_Change, 0, 127));
 }
 
@@ -83,16 +84,16 @@ TEST_F(SoundPanelTest, AChannelsValuesAreShownWhenItIsSelected) {
     workspace().setup.channels[3].pan = 100;
     workspace().setup.channels[3].chorus = 9;
     opened(1);
-    midi.sent.clear();
+    port.sent.clear();
     click(control("TrackSel", 3));
     EXPECT_EQ(shownIn("LPan"), "36");
     EXPECT_EQ(shownIn("LChorus"), "9");
     EXPECT_TRUE(holds(score().Pan_Change, 3, 100));
-    EXPECT_THAT(midi.words(), IsEmpty()); // showing sends nothing
+    EXPECT_THAT(port.words(), IsEmpty()); // showing sends nothing
 }
 
 TEST_F(SoundPanelTest, ClosedItFillsNoEffects) {
     workspace().setup.channels[0].pan = 100;
-    toolbar().channelChanged();
+    chooseChannel(workspace(), 0);
     EXPECT_TRUE(holds(score().Pan_Change, 0, 64));
 }

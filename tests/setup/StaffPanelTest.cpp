@@ -19,7 +19,7 @@ TEST_F(StaffPanelTest, TheStaffBoxesAreKeptAtOnce) {
     EXPECT_EQ(stored("Show Treble staff"), "0");
     EXPECT_EQ(stored("Show Bass staff"), "0");
     EXPECT_EQ(stored("Show_Sharp_guides"), "0");
-    EXPECT_THAT(asked, ElementsAre("notes", "notes", "notes"));
+    EXPECT_THAT(watcher().told, ElementsAre(Change::Looks, Change::Looks, Change::Looks));
 }
 
 TEST_F(StaffPanelTest, TheLineSpacingLaysOutTheComposingWindow) {
@@ -27,7 +27,7 @@ TEST_F(StaffPanelTest, TheLineSpacingLaysOutTheComposingWindow) {
     type("Text3", "9");
     EXPECT_EQ(workspace().view.Line_Height, 9);
     EXPECT_EQ(stored("Line_Height"), "9");
-    EXPECT_THAT(asked, ElementsAre("lay out", "notes"));
+    EXPECT_THAT(watcher().told, ElementsAre(Changes(Change::Looks)));
     QTest::keyClick(&control("VScroll3"), Qt::Key_Down);
     EXPECT_EQ(shownIn("Text3"), "8");
 }

@@ -188,7 +188,7 @@ TEST_F(frmsetupTest, F1ShowsItsPageOfTheHelp) {
     opened(2);
     const Shortcut help(Qt::Key_F1, toolbar());
     QTest::keyClick(&control("LblPan"), Qt::Key_F1);
-    EXPECT_THAT(pages, ElementsAre("setup-toolbar"));
+    EXPECT_THAT(windows.pages, ElementsAre("setup-toolbar"));
     EXPECT_EQ(help.pressed, 0);
 }
 
@@ -205,18 +205,18 @@ TEST_F(frmsetupTest, LoadedLaterItLeavesTheOpenScoreAsItIs) {
     EXPECT_EQ(score().Tempo, 240);
 }
 
-TEST_F(frmsetupTest, RefreshingAsksNothingAndChangesNothing) {
+TEST_F(frmsetupTest, ShowingEverythingAnewChangesNothing) {
     opened(3);
     workspace().setup.TxtMeter = 10;
     workspace().setup.NoteX = 2;
     workspace().setup.TxBeats = 5;
     score().Tempo = 77;
-    toolbar().refresh();
+    Edit(workspace(), Change::File);
     EXPECT_EQ(shownIn("TxtMeter"), "10");
     EXPECT_EQ(shownIn("TempoLabel"), "77");
     EXPECT_EQ(workspace().setup.TxBeats, 5);
     EXPECT_EQ(score().Tempo, 77);
-    EXPECT_THAT(asked, IsEmpty());
+    EXPECT_THAT(watcher().told, testing::ElementsAre(Changes(Change::File)));
 }
 
 TEST_F(frmsetupTest, EveryControlHasANameAndATip) {

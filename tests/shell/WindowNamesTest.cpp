@@ -59,8 +59,7 @@ void expectWords(QWidget& window) {
 
 TEST(WindowNamesTest, EveryControlOfTheComposingWindowSaysWhatItIs) {
     GoldenProgram program(1);
-    Application application = program.application();
-    form1 window(application);
+    form1 window(program.desk());
     window.resize(1366, 768);
     window.show();
     for (const int page : {17, 18, 19}) {
@@ -71,8 +70,7 @@ TEST(WindowNamesTest, EveryControlOfTheComposingWindowSaysWhatItIs) {
 
 TEST(WindowNamesTest, EveryControlOfTheSetupToolbarSaysWhatItIs) {
     GoldenProgram program(1);
-    Application application = program.application();
-    frmsetup window(application, {}, nullptr);
+    frmsetup window(program.desk(), nullptr);
     window.show();
     for (int panel = 0; panel < 6; ++panel) {
         window.Lmnu_Click(panel);
@@ -82,22 +80,20 @@ TEST(WindowNamesTest, EveryControlOfTheSetupToolbarSaysWhatItIs) {
 
 TEST(WindowNamesTest, EveryControlOfTheSmallWindowsSaysWhatItIs) {
     GoldenProgram program(1);
-    Application application = program.application();
-    openerF opener(*program.skins, program.tips);
+    openerF opener(program.skins, program.tips);
     opener.show();
     expectWords(opener);
-    FrmInst picker(application, nullptr);
+    FrmInst picker(program.desk(), nullptr);
     picker.show();
     expectWords(picker);
-    HelpWindow help(*program.skins, program.tips, HelpLibrary());
+    HelpWindow help(program.skins, program.tips, HelpLibrary());
     help.show();
     expectWords(help);
 }
 
 TEST(WindowNamesTest, FieldsAndTheirSlidersAreNamedByTheirCaptions) {
     GoldenProgram program(1);
-    Application application = program.application();
-    form1 window(application);
+    form1 window(program.desk());
     for (const auto& [caption, controls] :
          {std::pair("Start at X", std::array{"vcrStart", "txtStart", "IStart1"}),
           std::pair("Cycle Length", std::array{"VSrep", "TxtRep", "IRepeat"})})
@@ -107,26 +103,25 @@ TEST(WindowNamesTest, FieldsAndTheirSlidersAreNamedByTheirCaptions) {
 
 TEST(WindowNamesTest, EveryButtonOfTheComposingWindowHasAName) {
     GoldenProgram program(1);
-    Application application = program.application();
-    const form1 window(application);
+    const form1 window(program.desk());
     expectNames(window);
 }
 
 TEST(WindowNamesTest, EveryButtonOfTheStartWindowHasAName) {
     GoldenProgram program(1);
-    const openerF window(*program.skins, program.tips);
+    const openerF window(program.skins, program.tips);
     expectNames(window);
 }
 
 TEST(WindowNamesTest, EveryButtonOfTheHelpWindowHasAName) {
     GoldenProgram program(1);
-    const HelpWindow window(*program.skins, program.tips, HelpLibrary());
+    const HelpWindow window(program.skins, program.tips, HelpLibrary());
     expectNames(window);
 }
 
 TEST(WindowNamesTest, TheHelpWindowHasTheProgramsTipsAndNoneOfThePlatform) {
     GoldenProgram program(1);
-    const HelpWindow window(*program.skins, program.tips, HelpLibrary());
+    const HelpWindow window(program.skins, program.tips, HelpLibrary());
     for (const auto* control : window.findChildren<QWidget*>())
         EXPECT_TRUE(control->toolTip().isEmpty()) << control->objectName().toStdString();
     for (const char* name : {"txtHelpSearch", "btnHelpBack", "btnHelpForward", "btnHelpHome"}) {

@@ -6,12 +6,14 @@
 
 #include <cstdint>
 #include <ostream>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace velmora {
 
-/// A port that keeps what it is sent, with the moment on the loop's clock.
+/// A port that keeps what it is sent, with the moment on the loop's clock, and which devices were opened. They
+/// come, go and fail as a test says.
 class RecordingPort : public MidiPort {
 public:
     struct Sent {
@@ -23,10 +25,18 @@ public:
 
     explicit RecordingPort(const MessageLoop& loop) : loop_(loop) {}
 
-    int deviceCount() override { return 1; }
-    std::string deviceName(int) override { return "recording"; }
-    int open(int) override { return kOk; }
-    int close() override { return kOk; }
+    int deviceCount() override { return static_cast<int>(names.size()); }
+    std::string deviceName(int device) override {
+        return device >= 0 && device < deviceCount() ? names[static_cast<std::size_t>(device)] : "";
+    }
+    int open(int device) override {
+        opened.push_back(device);
+        return refused.contains(device) ? kOk + 1 : kOk;
+    }
+    int close() override {
+        ++closed;
+        return kOk;
+    }
     void reset() override { sent.push_back({kReset, loop_.now()}); }
     void send(std::uint32_t word) override { sent.push_back({word, loop_.now()}); }
 
@@ -46,6 +56,10 @@ public:
     }
 
     std::vector<Sent> sent;
+    std::vector<std::string> names{"recording"};
+    std::vector<int> opened;
+    std::set<int> refused; ///< devices that can't be opened
+    int closed = 0;
 
 private:
     const MessageLoop& loop_;

@@ -3,6 +3,7 @@
 
 #include "PagesFixture.h"
 #include "shell/Slider.h"
+#include "tests/support/RecordingWatcher.h"
 
 using namespace velmora;
 
@@ -118,12 +119,11 @@ TEST_F(MakerPageTest, AKeyMovesThePictureThatHasTheFocus) {
 
 TEST_F(MakerPageTest, AMovedStartIsTold) {
     opened();
-    int told = 0;
-    panel().maker().onStart = [&] { ++told; };
+    RecordingWatcher watcher(workspace());
     type("TxtRep", "4");
-    EXPECT_EQ(told, 0);
+    EXPECT_THAT(watcher.told, testing::IsEmpty());
     type("txtStart", "4");
-    EXPECT_EQ(told, 1);
+    EXPECT_THAT(watcher.told, testing::ElementsAre(Changes(Change::Marks)));
 }
 
 TEST_F(MakerPageTest, ABoxPicksItsChannel) {

@@ -70,11 +70,11 @@ TEST_F(MouseModesTest, AMarkThatAPressClearsIsNoLongerSeen) {
             view().SelectStart = 3;
             view().SelectEnd = 9;
             bool seen = true;
-            screen().inMenu = [&] { seen = screen().count("DrawNoteArray") == 0; };
+            screen().inMenu = [&] { seen = screen().count("marks") == 0; };
             screen().calls.clear();
             press(40, 10, button);
             EXPECT_EQ(view().SelectStart, -1);
-            EXPECT_EQ(screen().calls.front(), "DrawNoteArray");
+            EXPECT_EQ(screen().calls.front(), "marks");
             if (mode == RightClick::Menu && button == kRight) {
                 EXPECT_FALSE(seen) << "a menu that asks for a selection would belie it";
             }
@@ -87,7 +87,7 @@ TEST_F(MouseModesTest, InCursorModeALeftPressSetsThePlayMark) {
     view().ViewFirstColumn = 20;
     press(3, 10);
     EXPECT_EQ(view().PlayMark, 23);
-    EXPECT_EQ(screen().count("DrawNoteArray"), 1);
+    EXPECT_EQ(screen().count("marks"), 1);
     EXPECT_EQ(screen().pointer(Box::MusicBox), Pointer::Cursor);
     release(3, 10);
     EXPECT_EQ(view().PlayMark, 23);
@@ -128,11 +128,11 @@ TEST_F(MouseModesTest, ASelectionNeverEndsBeforeItsStart) {
 TEST_F(MouseModesTest, AFirstOrEarlierSelectionIsBegunWithAnEdge) {
     view().MouseMode = Mouse::Select;
     press(9, 10);
-    EXPECT_THAT(screen().calls, ElementsAre("GetBox", "drawSelectEdge 9", "DrawNoteArray"));
+    EXPECT_THAT(screen().calls, ElementsAre("GetBox", "drawSelectEdge 9", "marks"));
     release(9, 10);
     screen().calls.clear();
     press(4, 10);
-    EXPECT_THAT(screen().calls, ElementsAre("GetBox", "drawSelectEdge 4", "DrawNoteArray"));
+    EXPECT_THAT(screen().calls, ElementsAre("GetBox", "drawSelectEdge 4", "marks"));
 }
 
 TEST_F(MouseModesTest, ALaterSelectionIsBegunWithTheStripOfTheLastPaint) {
@@ -141,7 +141,7 @@ TEST_F(MouseModesTest, ALaterSelectionIsBegunWithTheStripOfTheLastPaint) {
     release(4, 10);
     screen().calls.clear();
     press(9, 10);
-    EXPECT_THAT(screen().calls, ElementsAre("DrawNoteArray", "GetBox", "blendSelectStrip"));
+    EXPECT_THAT(screen().calls, ElementsAre("marks", "GetBox", "blendSelectStrip"));
 }
 
 TEST_F(MouseModesTest, TheSelectionGrowsAndShrinksOverTheSavedTableau) {
@@ -177,7 +177,7 @@ TEST_F(MouseModesTest, InSelectModeTheRightButtonOpensTheEditMenuAndThenClearsTh
     EXPECT_EQ(view().SelectStart, -1);
     EXPECT_EQ(view().SelectEnd, -1);
     EXPECT_EQ(view().PlayMark, 0);
-    EXPECT_EQ(screen().calls.back(), "DrawNoteArray");
+    EXPECT_EQ(screen().calls.back(), "marks");
 }
 
 // The static test

@@ -30,6 +30,8 @@ protected:
         area.setGeometry(0, 0, 1366, layout.textLine.top() - origin.y());
         resizeView(view(), 1366, area.height(), score().NumNotes);
         area.layOut(layout, origin);
+        area.followView();
+        area.drawAll();
         area.show();
     }
     ViewState& view() { return workspace().view; }

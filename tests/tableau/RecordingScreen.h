@@ -16,15 +16,15 @@
 
 namespace velmora {
 
-/// A screen that keeps what it is asked, as words, and behaves like a window where a gesture depends on it.
-class RecordingScreen : public TableauScreen {
+/// A screen that keeps what it is asked and told, as words, and behaves like a window where a gesture depends
+/// on it.
+class RecordingScreen : public TableauScreen, private Watcher {
 public:
-    explicit RecordingScreen(Workspace& workspace) : workspace_(workspace) {}
+    explicit RecordingScreen(Workspace& workspace)
+        : workspace_(workspace)
+        , watching_(workspace.watchers.join(*this)) {}
 
     int width(Box /*box*/) const override { return pixels; }
-    void DrawNoteArray() override { keep("DrawNoteArray"); }
-    void DrawBeatArray() override { keep("DrawBeatArray"); }
-    void drawPolynoteBar() override { keep("drawPolynoteBar"); }
     void GetRow(Box box, int row) override { keep("GetRow", {index(box), row}); }
     void PutRow(Box box, int row) override { keep("PutRow", {index(box), row}); }
     void GetBox() override { keep("GetBox"); }
@@ -53,7 +53,6 @@ public:
         shown = note;
         keep("showNote", {column});
     }
-    void showSongEnd() override { keep("showSongEnd", {workspace_.score.SongEnd}); }
     void advanceScroll(int columns) override {
         workspace_.view.ViewFirstColumn += columns;
         keep("advanceScroll", {columns});
@@ -66,14 +65,6 @@ public:
     }
     void openFileMenu() override { keep("openFileMenu"); }
     void showTip(Box box) override { keep("showTip", {index(box)}); }
-    void TrackSel_Click(int channel) override {
-        keep("TrackSel_Click", {channel});
-        workspace_.selectChannel(channel);
-    }
-    void applyNoteEffects(int position) override {
-        workspace_.score.NoteInstrument.set(workspace_.score.ActiveChannel, position, kApplied);
-        keep("applyNoteEffects", {position});
-    }
 
     [[nodiscard]] Pointer pointer(Box box) const { return pointers[static_cast<std::size_t>(index(box))]; }
     [[nodiscard]] long count(const std::string& call) const {
@@ -88,8 +79,6 @@ public:
         return list;
     }
 
-    static constexpr std::int16_t kApplied = 77; ///< the instrument that `applyNoteEffects` gives
-
     int pixels = 1207; ///< a hundred columns and a bit
     bool quiet = false;
     std::vector<std::string> calls;
@@ -100,6 +89,16 @@ public:
     std::function<void()> inMenu; ///< what the user does while the Edit menu is open
 
 private:
+    void changed(Changes changes) override {
+        if (changes.any(Change::Channels))
+            keep("channel", {workspace_.score.ActiveChannel});
+        if (changes.any(Change::Cells))
+            keep("melody");
+        if (changes.any(Change::Beats))
+            keep("beats");
+        if (changes.any(Change::Marks))
+            keep("marks");
+    }
     static int index(Box box) { return static_cast<int>(box); }
     void keep(const char* name, std::initializer_list<int> numbers = {}) {
         if (quiet)
@@ -111,6 +110,7 @@ private:
     }
 
     Workspace& workspace_;
+    Guests<Watcher>::Stay watching_;
 };
 
 } // namespace velmora

@@ -50,7 +50,7 @@ TEST_F(StrokeShownTest, ADragNeverRepaintsTheScore) {
     press(4, 10);
     screen().calls.clear();
     drag(20, 10);
-    EXPECT_THAT(screen().callsOf("DrawNoteArray"), IsEmpty());
+    EXPECT_THAT(screen().callsOf("melody"), IsEmpty());
 }
 
 TEST_F(StrokeShownTest, ADragStepTakesNoMemory) {
@@ -80,8 +80,8 @@ TEST_F(StrokeShownTest, TheReleaseShowsTheNewNoteAndTheSongsEnd) {
         << "the song's end before the note";
     EXPECT_EQ(screen().count("showNote 2"), 1);
     EXPECT_EQ(screen().shown.number, "3");
-    EXPECT_EQ(screen().count("showSongEnd 6"), 1);
-    EXPECT_EQ(screen().calls.back(), "DrawNoteArray");
+    EXPECT_EQ(score().SongEnd, 6);
+    EXPECT_EQ(screen().calls.back(), "melody");
 }
 
 TEST_F(StrokeShownTest, AStrokeClearsTheMarksAndLeavesItsLastColumnAsSelectEnd) {

@@ -22,13 +22,13 @@ protected:
     }
     void expectGone() {
         EXPECT_FALSE(window().isVisible());
-        EXPECT_EQ(quits, 1);
+        EXPECT_EQ(windows.quits, 1);
         EXPECT_GE(port.closed, 1);
         EXPECT_TRUE(score().usedChannels().empty());
     }
     void expectKept() {
         EXPECT_TRUE(window().isVisible());
-        EXPECT_EQ(quits, 0);
+        EXPECT_EQ(windows.quits, 0);
         EXPECT_EQ(port.closed, 0);
         EXPECT_EQ(score().SongEnd, 8);
     }
@@ -124,7 +124,7 @@ TEST_F(form1CloseTest, EscLosesNothing) {
 TEST_F(form1CloseTest, ASecondCloseQuitsNoSecondTime) {
     shown().close();
     window().close();
-    EXPECT_EQ(quits, 1);
+    EXPECT_EQ(windows.quits, 1);
 }
 
 TEST_F(form1CloseTest, TheUndoFileAndTheDemoMediaGo) {
@@ -165,7 +165,7 @@ TEST_F(form1CloseTest, ThePlaceIsReadAtLoadAndSavedAtOnce) {
     store("form1 width", "3000");
     store("form1 Width", "99999"); // read by nobody
     store("form1 Height", "1500");
-    const form1 made(application());
+    const form1 made(desk());
     const QRect screen = made.screen()->availableGeometry();
     const QRect expected = openingFrame({10, 30, 200, 100}, screen, kLeastForm);
     EXPECT_EQ(made.pos(), expected.topLeft());
@@ -182,7 +182,7 @@ TEST_F(form1CloseTest, AWindowStoredOffTheScreenIsPulledBack) {
     store("form1 top", "900000");
     store("form1 width", "3000");
     store("form1 Height", "1500");
-    const form1 made(application());
+    const form1 made(desk());
     const QRect screen = made.screen()->availableGeometry();
     EXPECT_GE(made.x(), screen.left());
     EXPECT_GE(made.y(), screen.top());

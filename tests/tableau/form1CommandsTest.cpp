@@ -97,7 +97,7 @@ public:
     std::string deed() {
         const Workspace& space = workspace();
         Deed deed;
-        deed("notes", space.score.SongEnd)("active", space.score.ActiveChannel)("quits", quits);
+        deed("notes", space.score.SongEnd)("active", space.score.ActiveChannel)("quits", windows.quits);
         deed("playing", space.play.Playing)("mark", space.view.PlayMark)("waits", loop.waits);
         deed("mode", static_cast<int>(space.view.RightClickMode))("open", window().isVisible());
         for (const auto& [key, value] : settings.values)
@@ -106,7 +106,7 @@ public:
             deed(asked.kind.c_str(), asked.title);
         for (const std::uint32_t word : port.words())
             deed("sent", word);
-        for (const std::string& page : pages)
+        for (const std::string& page : windows.pages)
             deed("page", page);
         return deed.words();
     }

@@ -123,8 +123,9 @@ TEST_F(form1EffectsTest, APickedInstrumentGoesToTheSelection) {
     workspace().view.SelectStart = 2;
     workspace().view.SelectEnd = 3;
     window().CmdInst_Click();
-    ASSERT_TRUE(onPick);
-    onPick(56);
+    ASSERT_TRUE(windows.onPick);
+    workspace().instruments.MelodyInstrument = 56;
+    windows.onPick({.melody = true});
     EXPECT_EQ(score().NoteInstrument.valueOr(0, 2, -1), 56);
     EXPECT_EQ(score().NoteInstrument.valueOr(0, 4, -1), 24);
     EXPECT_EQ(workspace().effects.NoteInstrumentPick, 56);
@@ -138,7 +139,8 @@ TEST_F(form1EffectsTest, AMelodyInstrumentIsRefusedOnAPercussionChannel) {
         said = wordsOf(message);
         pressIn(message, "ok");
     });
-    onPick(56);
+    workspace().instruments.MelodyInstrument = 56;
+    windows.onPick({.melody = true});
     EXPECT_EQ(workspace().effects.NoteInstrumentPick, 40);
     EXPECT_EQ(said, "This is a percussion instrument");
 }

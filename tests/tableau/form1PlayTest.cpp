@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Playing, and the MIDI port.
 #include "form1Fixture.h"
+#include "tests/support/RecordingWatcher.h"
 
 #include <QLabel>
 
@@ -182,7 +183,7 @@ TEST_F(form1PlayTest, ClosingWhileItPlaysEndsBoth) {
     };
     window().Cmd2_Click(3);
     EXPECT_LE(loop.waits, 7);
-    EXPECT_EQ(quits, 1);
+    EXPECT_EQ(windows.quits, 1);
     EXPECT_GE(port.closed, 1);
     EXPECT_FALSE(window().isVisible());
     EXPECT_FALSE(workspace().play.Playing);
@@ -197,7 +198,7 @@ TEST_F(form1PlayTest, AKeptWindowStaysWithItsScoreAfterAStoppedPlay) {
             window().close();
     };
     window().Cmd2_Click(3);
-    EXPECT_EQ(quits, 0);
+    EXPECT_EQ(windows.quits, 0);
     EXPECT_TRUE(window().isVisible());
     EXPECT_EQ(score().SongEnd, 100);
 }
@@ -238,10 +239,11 @@ TEST_F(form1PlayTest, AChosenDeviceThatFailsGivesWayToTheMapperAndTheToolbarSays
     shown();
     store("Devices", "1");
     port.refused = {1};
+    RecordingWatcher watcher(workspace());
     activate(false);
-    EXPECT_EQ(mappersShown, 0);
+    EXPECT_THAT(watcher.told, IsEmpty());
     activate(true);
-    EXPECT_EQ(mappersShown, 1);
+    EXPECT_THAT(watcher.told, ElementsAre(Changes(Change::Device)));
     EXPECT_EQ(port.opened.back(), MidiPort::kMapper);
 }
 

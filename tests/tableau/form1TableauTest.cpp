@@ -155,7 +155,6 @@ TEST_F(form1TableauTest, APressOnBeatboxGoesToPercussionAndBackAgain) {
     draw(2, 60, 1);
     EXPECT_EQ(score().ActiveChannel, 3);
     EXPECT_EQ(score().NoteCell.valueOr(3, 2, -9), 60);
-    EXPECT_GE(channelChanges, 3);
 }
 
 TEST_F(form1TableauTest, ARightClickErasesTheWholeNote) {
@@ -170,10 +169,8 @@ TEST_F(form1TableauTest, MutingTakesTheChannelOffTheTableau) {
     putNotes(score(), 0, 60, 2);
     shown();
     EXPECT_EQ(pixel(melody(1, 60) + QPoint(0, 1)), QColor(255, 0, 0));
-    const int before = refreshes;
     QTest::mousePress(&square(0), Qt::RightButton);
     EXPECT_NE(pixel(melody(1, 60) + QPoint(0, 1)), QColor(255, 0, 0));
-    EXPECT_GT(refreshes, before) << "the setup toolbar has a box for it";
 }
 
 TEST_F(form1TableauTest, TheHintGoesWithTheFirstNoteAndComesBackWithAnEmptyScore) {
@@ -432,7 +429,6 @@ TEST_F(form1TableauTest, AnOpenedScoreIsShownFromItsBeginningWithItsPercussion) 
     window().openScore(folders.home() / "beat.sng");
     EXPECT_EQ(workspace().view.ViewFirstColumn, 0);
     EXPECT_TRUE(child("Beatbox").isVisible()) << "notes that nobody sees would be a riddle";
-    EXPECT_GE(refreshes, 1);
 }
 
 TEST_F(form1TableauTest, HoweverPlayingEndsNoNoteIsLeftOn) {
@@ -518,5 +514,5 @@ TEST_F(form1TableauTest, AtTempoZeroNothingPlaysAndEverythingWorksAfterwards) {
 TEST_F(form1TableauTest, SetupOpensItsToolbar) {
     shown().Lb1_Click(1);
     menu.item("mnuSetup").trigger();
-    EXPECT_EQ(setupOpened, 2);
+    EXPECT_THAT(windows.opened, ElementsAre(Windows::Name::frmsetup, Windows::Name::frmsetup));
 }

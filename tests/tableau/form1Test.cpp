@@ -138,7 +138,7 @@ TEST_F(form1Test, HelpHasThePageOfTheWindowAndTheMenusTheIndex) {
     QTest::keyClick(&window(), Qt::Key_F1);
     QTest::mouseClick(&child("imgTitleHelp"), Qt::LeftButton);
     menu.item("mnuHelpfile").trigger();
-    EXPECT_THAT(pages, testing::ElementsAre("composing-window", "composing-window", "index"));
+    EXPECT_THAT(windows.pages, testing::ElementsAre("composing-window", "composing-window", "index"));
 }
 
 TEST_F(form1Test, TabGoesThroughTheStripsFromTopToBottomAndFromLeftToRight) {

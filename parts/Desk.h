@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+namespace velmora {
+
+class clsDialog;
+class DeviceChooser;
+class ExToolTip;
+class frmskins;
+class Frmmenu;
+class MessageLoop;
+class MidiPort;
+class Player;
+class ProgramFolders;
+class SettingsStore;
+class Windows;
+struct Workspace;
+
+/// What every window of the program is given: all that there is one of. It owns nothing, and what it refers
+/// to outlives the windows.
+struct Desk {
+    SettingsStore& settings;
+    const ProgramFolders& folders;
+    frmskins& skins;
+    Frmmenu& menu;
+    ExToolTip& tips;
+    clsDialog& dialogs;
+    MessageLoop& loop;
+    MidiPort& port;
+    DeviceChooser& devices;
+    Workspace& workspace;
+    Player& player;
+    Windows& windows;
+};
+
+} // namespace velmora

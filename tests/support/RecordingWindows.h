@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "parts/Windows.h"
+
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace velmora {
+
+/// The program's other windows: what is asked of them is written down.
+class RecordingWindows : public Windows {
+public:
+    [[nodiscard]] bool has(Name name) const override { return present.contains(name); }
+    void open(Name name, Focus /*focus*/ = Focus::Take) override { opened.push_back(name); }
+    void help(const QString& page) override { pages.push_back(page.toStdString()); }
+    void pickInstrument(QWidget& over, std::function<void(PickedInstrument)> picked) override {
+        if (makePicker)
+            return makePicker(over, std::move(picked));
+        onPick = std::move(picked);
+    }
+    void quit() override { ++quits; }
+
+    std::set<Name> present{Name::form1, Name::frmsetup};
+    std::vector<Name> opened;
+    std::vector<std::string> pages;
+    int quits = 0;
+    std::function<void(PickedInstrument)> onPick; ///< to be called with what is picked
+    /// Where a test wants a picker that can be pressed.
+    std::function<void(QWidget& over, std::function<void(PickedInstrument)> picked)> makePicker;
+};
+
+} // namespace velmora

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "base/ProgramFolders.h"
+#include "base/VirtualLoop.h"
+#include "composition/Player.h"
+#include "composition/Workspace.h"
+#include "parts/Desk.h"
+#include "shell/ExToolTip.h"
+#include "shell/Frmmenu.h"
+#include "shell/frmskins.h"
+#include "sound/DeviceChooser.h"
+#include "tests/support/MemorySettings.h"
+#include "tests/support/RecordingPort.h"
+#include "tests/support/RecordingWindows.h"
+#include "tests/support/ScriptedDialogs.h"
+
+#include <QTemporaryDir>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace velmora {
+
+/// A virtual clock on which a hand may act at each step of playing.
+class HandLoop : public VirtualLoop {
+public:
+    void serveUntil(double moment) override {
+        VirtualLoop::serveUntil(moment);
+        ++waits;
+        if (onWait)
+            onWait(waits);
+    }
+
+    std::function<void(int)> onWait; ///< with the number of the wait, from 1
+    int waits = 0;
+};
+
+/// Everything that a window is given, and nothing of the machine's.
+template<class Loop = HandLoop>
+class BasicTestDesk {
+public:
+    /// @param stored what the settings hold before anything reads them
+    explicit BasicTestDesk(const std::function<void(SettingsStore&)>& stored = {})
+        : settings(filled(stored)) {}
+
+    /// Made at the first call, so that a test may fill the store before.
+    Workspace& workspace() {
+        if (!workspace_)
+            workspace_ = std::make_unique<Workspace>(settings, folders);
+        return *workspace_;
+    }
+    Score& score() { return workspace().score; }
+    Player& player() {
+        if (!player_)
+            player_ = std::make_unique<Player>(workspace(), port, loop);
+        return *player_;
+    }
+    Desk& desk() {
+        if (!desk_)
+            desk_.emplace(Desk{.settings = settings,
+                               .folders = folders,
+                               .skins = skins,
+                               .menu = menu,
+                               .tips = tips,
+                               .dialogs = dialogs,
+                               .loop = loop,
+                               .port = port,
+                               .devices = devices,
+                               .workspace = workspace(),
+                               .player = player(),
+                               .windows = windows});
+        return *desk_;
+    }
+    void store(std::string_view key, std::string_view value) { settings.SaveSetting("Settings", key, value); }
+    std::string stored(std::string_view key) { return settings.GetSetting("Settings", key, "none"); }
+
+    QTemporaryDir home;
+    ProgramFolders folders{std::filesystem::path(home.path().toStdString())};
+    MemorySettings settings;
+    ScriptedDialogs dialogs;
+    Loop loop;
+    RecordingPort port{loop};
+    DeviceChooser devices{port,
+                          {.read = [this]() -> std::optional<int> {
+                               const std::string text = stored("Devices");
+                               return text == "none" ? std::nullopt : std::optional(std::stoi(text));
+                           },
+                           .write = [this](int device) { store("Devices", std::to_string(device)); }}};
+    frmskins skins{settings};
+    ExToolTip tips{settings};
+    Frmmenu menu;
+    RecordingWindows windows;
+
+private:
+    static MemorySettings filled(const std::function<void(SettingsStore&)>& stored) {
+        MemorySettings settings;
+        if (stored)
+            stored(settings);
+        return settings;
+    }
+
+    std::unique_ptr<Workspace> workspace_;
+    std::unique_ptr<Player> player_;
+    std::optional<Desk> desk_;
+};
+
+using TestDesk = BasicTestDesk<>;
+
+} // namespace velmora
