@@ -41,6 +41,8 @@ const SoundFileLibrary& library() {
     return only;
 }
 
+constexpr std::size_t kFlushSamples = std::size_t{1} << 21; ///< 4 MiB: a few times a second at the most
+
 /// libsndfile's words, without the frame that it puts around some of them.
 std::string reason(std::string_view words) {
     for (const std::string_view frame : {"Error : ", "System error : "}) {
@@ -92,8 +94,14 @@ std::string WavFile::write(std::span<const float> interleaved) {
     toSixteenBits(interleaved, rounded_.data());
     const auto frames = static_cast<sf_count_t>(interleaved.size() / 2);
     errno = 0;
-    if (library().sf_writef_short(writer_->sound, rounded_.data(), frames) == frames)
+    if (library().sf_writef_short(writer_->sound, rounded_.data(), frames) == frames) {
+        unflushed_ += interleaved.size();
+        if (unflushed_ >= kFlushSamples) {
+            file_.beginFlushing();
+            unflushed_ = 0;
+        }
         return {};
+    }
     return errno != 0 ? file_.failure(errno) : file_.failure(reason(library().sf_strerror(writer_->sound)));
 }
 
