@@ -91,6 +91,9 @@ Settings makeSettings(const SynthOptions& options) {
     fluid().fluid_settings_setint(settings.get(), "synth.cpu-cores", options.cores);
     fluid().fluid_settings_setint(settings.get(), "synth.dynamic-sample-loading", 1);
     fluid().fluid_settings_setint(settings.get(), "synth.threadsafe-api", 0); // it works by locking
+    // An audio thread must never wait for a page; for a file, locking each sample only takes time.
+    fluid().fluid_settings_setint(settings.get(), "synth.lock-memory",
+                                  options.presets == PresetLoading::Ahead);
     return settings;
 }
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <thread>
 #include <vector>
 
 namespace velmora {
@@ -134,6 +135,11 @@ RenderResult failed(std::string error) {
     return {RenderResult::End::Failed, std::move(error), 0};
 }
 } // namespace
+
+int coresHere() {
+    constexpr unsigned kMost = 16; // beyond, the effects hold them up, which one thread calculates
+    return static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, kMost));
+}
 
 RenderResult renderOffline(std::span<const TimedMessage> messages, SampleSink& sink,
                            const RenderOptions& options) {

@@ -13,10 +13,13 @@ namespace velmora {
 
 class SampleSink;
 
+/// As many threads as the machine runs at once.
+[[nodiscard]] int coresHere();
+
 struct RenderOptions {
     std::filesystem::path soundFont;
     int sampleRate = 44100;
-    int cores = 2; ///< threads that calculate voices; any number gives the same samples
+    int cores = coresHere(); ///< threads that calculate voices; any number gives the same samples
     /// Called from the rendering thread now and then, with a part from 0 to 1 that never falls; 1 comes once,
     /// when all is done.
     std::function<void(double)> progress = {};
