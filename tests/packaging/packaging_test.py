@@ -50,8 +50,8 @@ ONLY_WITHOUT_PACKAGE = ["share/doc/velmora/COPYING"]
 ONLY_IN_PACKAGE = ["share/doc/velmora/changelog.gz", "share/doc/velmora/copyright"]
 
 DEPENDS = ["fluid-soundfont-gm | timgm6mb-soundfont", "fonts-liberation", "fonts-noto-core", "libc6", "libfluidsynth3",
-           "libjack-jackd2-0", "libmp3lame0", "libpulse0", "libqt6core6", "libqt6gui6", "libqt6svg6", "libqt6widgets6", "librtmidi6",
-           "libsdl2-2.0-0", "libsndfile1", "libxcb-shape0", "libxcb1"]
+           "libjack-jackd2-0", "libmp3lame0", "libpulse0", "libqt6core6", "libqt6gui6", "libqt6svg6", "libqt6widgets6",
+           "librtmidi6", "libsdl2-2.0-0", "libsndfile1", "libxcb-shape0", "libxcb1"]
 
 
 def source(*names):
