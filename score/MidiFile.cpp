@@ -26,6 +26,8 @@ constexpr std::size_t kChunkHead = 8; ///< id and length
 constexpr std::size_t kLongestPosition = 17;
 constexpr std::size_t kUsualPosition = 8; ///< note off and note on
 constexpr std::size_t kTrackRest = 32;    ///< chunk head, closing note off, end of track
+/// Smaller pieces take a busy disk more time than they spare.
+constexpr std::size_t kFlushBytes = std::size_t{1} << 20;
 constexpr int kProgramChange = 0xC0;
 constexpr int kNoteOn = 0x90;
 constexpr int kNoteOff = 0x80;
@@ -282,11 +284,16 @@ std::string MidiFile(const std::filesystem::path& path, Score& score, ChordSteps
                      std::int32_t& NumBytes) {
     PendingFile file(path);
     std::string problem = file.open();
+    std::size_t unflushed = 0;
     forEachChunk(score, steps, NumBytes, [&](std::string_view chunk, std::size_t /*expected*/) {
         if (!problem.empty())
             return; // the score is left as after a success all the same
         problem = file.write(std::as_bytes(std::span(chunk)));
-        file.beginFlushing();
+        unflushed += chunk.size();
+        if (unflushed >= kFlushBytes) {
+            file.beginFlushing();
+            unflushed = 0;
+        }
     });
     return problem.empty() ? file.commit() : problem;
 }
