@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "score/KeptLayers.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
+#include <new>
 
 namespace velmora {
 
@@ -21,6 +24,20 @@ std::size_t usedLength(std::span<const std::int16_t> row, std::int16_t cleared) 
     while (length > 0 && row[length - 1] == cleared)
         --length;
     return length;
+}
+
+/// Memory of large pages where there are any: taken in small ones, it would cost more than the copy.
+std::int16_t* cellsFor(std::size_t count) {
+    constexpr std::size_t kLargePage = std::size_t{2} << 20;
+    const std::size_t bytes = (count * sizeof(std::int16_t) / kLargePage + 1) * kLargePage;
+    const bool isLarge = bytes > kLargePage;
+    void* const memory =
+        isLarge ? std::aligned_alloc(kLargePage, bytes) : std::malloc(count * sizeof(std::int16_t) + 1);
+    if (!memory)
+        throw std::bad_alloc();
+    if (isLarge)
+        static_cast<void>(madvise(memory, bytes, MADV_HUGEPAGE)); // a wish
+    return static_cast<std::int16_t*>(memory);
 }
 } // namespace
 
@@ -46,7 +63,7 @@ void KeptLayers::copy() {
     std::size_t all = 0;
     for (const Row& row : rows_)
         all += row.cells.size();
-    cells_ = std::make_unique_for_overwrite<std::int16_t[]>(all);
+    cells_.reset(cellsFor(all));
     std::int16_t* to = cells_.get();
     for (Row& row : rows_) {
         std::ranges::copy(row.cells, to);

@@ -3,6 +3,7 @@
 
 #include "score/SngContents.h"
 
+#include <cstdlib>
 #include <memory>
 #include <vector>
 
@@ -34,7 +35,10 @@ private:
 
     SngContents contents_;
     std::vector<Row> rows_;
-    std::unique_ptr<std::int16_t[]> cells_; ///< of all rows
+    struct Free {
+        void operator()(std::int16_t* cells) const { std::free(cells); }
+    };
+    std::unique_ptr<std::int16_t[], Free> cells_; ///< of all rows
 };
 
 } // namespace velmora
