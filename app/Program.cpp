@@ -51,7 +51,7 @@ void Program::start() {
     // The first picture waits for nothing that makes sound, nor for what another window shows.
     const auto prepare = [this] {
         prepareComposing();
-        prepareFirstPicture(skins_.look(), opener_.devicePixelRatioF());
+        prepareFirstPicture(opener_, skins_.look(), opener_.devicePixelRatioF());
     };
     afterFirstPaint(opener_, prepare);
 }
