@@ -51,7 +51,7 @@ ONLY_IN_PACKAGE = ["share/doc/velmora/changelog.gz", "share/doc/velmora/copyrigh
 
 DEPENDS = ["fluid-soundfont-gm | timgm6mb-soundfont", "fonts-liberation", "fonts-noto-core", "libc6", "libfluidsynth3",
            "libmp3lame0", "libpulse0", "libqt6core6", "libqt6gui6", "libqt6svg6", "libqt6widgets6", "librtmidi6",
-           "libsdl2-2.0-0", "libsndfile1", "libxcb-shape0", "libxcb1"]
+           "libsdl2-2.0-0", "libsndfile1", "libxcb-shape0", "libxcb1", "qt6-wayland"]
 
 
 def source(*names):
