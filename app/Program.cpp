@@ -97,8 +97,9 @@ void Program::startComposing() {
             openSetup(frmsetup::Focus::Leave);
         if (!recovered && !score_.empty())
             form1_->openScore(score_);
-        watch_.emplace(recovery_, *workspace_, loop_);
-        watchScoreIn(RecoveryWatch::kPeriod);
+        const double period = RecoveryWatch::periodOfUser();
+        watch_.emplace(recovery_, *workspace_, loop_, period);
+        watchScoreIn(period);
     });
 }
 
