@@ -13,7 +13,8 @@ struct PlatformRequest {
     std::string platform;       ///< QT_QPA_PLATFORM; blank if it isn't set
     std::string waylandDisplay; ///< WAYLAND_DISPLAY
     std::string display;        ///< DISPLAY
-    std::vector<std::filesystem::path> pluginFolders; ///< each may hold a folder `platforms`, or the plug-ins themselves
+    std::vector<std::filesystem::path>
+        pluginFolders; ///< each may hold a folder `platforms`, or the plug-ins themselves
 };
 /// That of this process. No QApplication is needed.
 [[nodiscard]] PlatformRequest platformRequest();
@@ -23,7 +24,8 @@ struct PlatformRequest {
 [[nodiscard]] std::string platformWords(const PlatformRequest& request, std::string_view qtSays);
 
 /// While this lives, a fatal message of Qt's becomes words on the standard error, and the program ends with
-/// status 1: without a platform plug-in Qt would abort, with a core file and nothing that a user could follow.
+/// status 1: without a platform plug-in Qt would abort, with a core file and nothing that a user could
+/// follow.
 class PlatformWordsAtEnd {
 public:
     PlatformWordsAtEnd();
