@@ -11,7 +11,7 @@ from composing import Tableau, filled, play_line_moves
 from desktop import wait_for
 from journey import MARCH, Journey
 
-PERIOD = 1  # seconds from a change to the file at most; the rest of the program has ten
+PERIOD = 2  # seconds from a change to the file at most; the rest of the program has ten
 ROUNDS = int(os.environ.get("VELMORA_KILLS", "2"))
 
 
