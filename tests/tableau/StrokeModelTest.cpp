@@ -277,7 +277,7 @@ TEST_P(StrokeModelTest, ThousandsOfStrokesLeaveTheCellsThatTheRulesSay) {
         port().sent.clear();
     }
     EXPECT_EQ(score().Volume, volume);
-    EXPECT_GT(score().usedChannels().size(), 8U) << "the strokes met something";
+    EXPECT_GE(score().usedChannels().size(), 8U) << "the strokes met something";
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, StrokeModelTest, testing::Range(1U, 11U));
