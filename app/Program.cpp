@@ -58,7 +58,7 @@ struct Program::Composing {
                .workspace = workspace,
                .player = player,
                .windows = windows}
-        , watch(program.recovery_, workspace, program.loop_) {}
+        , watch(program.recovery_, workspace, program.loop_, RecoveryWatch::periodOfUser()) {}
 
     DeviceChooser devices;
     Workspace workspace;
@@ -89,7 +89,7 @@ void Program::start() {
     // The first picture waits for nothing that makes sound, nor for what another window shows.
     const auto prepare = [this] {
         prepareComposing();
-        prepareFirstPicture(skins_.look(), opener_.devicePixelRatioF());
+        prepareFirstPicture(opener_, skins_.look(), opener_.devicePixelRatioF());
     };
     afterFirstPaint(opener_, prepare);
 }
@@ -124,7 +124,7 @@ void Program::composingIsSeen() {
         composing_->windows.open(Windows::Name::frmsetup, Windows::Focus::Leave);
     if (!recovered && !score_.empty())
         composing_->windows.composing().openScore(score_);
-    watchScoreIn(RecoveryWatch::kPeriod);
+    watchScoreIn(RecoveryWatch::periodOfUser());
 }
 
 bool Program::offerRecovery() {

@@ -14,8 +14,8 @@
 namespace velmora {
 
 namespace {
-/// A window by its name: how it is made over the composing window, how it comes up, and what it keeps when the
-/// program ends. Without a maker it is still to come.
+/// A window by its name: how it is made over the composing window, how it comes up, and what it keeps when
+/// the program ends. Without a maker it is still to come.
 struct Row {
     Windows::Name name;
     std::unique_ptr<SkinnedWindow> (*make)(Desk&, QWidget* composing) = nullptr;
@@ -33,13 +33,13 @@ constexpr Row rowOf(Windows::Name name) {
                     return std::make_unique<Window>(desk);
             },
             [](SkinnedWindow& window, Windows::Focus focus) {
-                if constexpr (requires(Window& own) { own.open(focus); })
+                if constexpr (requires(Window & own) { own.open(focus); })
                     static_cast<Window&>(window).open(focus);
                 else
                     window.show();
             },
             [](SkinnedWindow& window) {
-                if constexpr (requires(Window& own) { own.unload(); })
+                if constexpr (requires(Window & own) { own.unload(); })
                     static_cast<Window&>(window).unload();
             }};
 }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "app/PlatformWords.h"
 #include "app/Program.h"
 #include "base/SingleInstance.h"
 #include "shell/MessageBox.h"
@@ -9,6 +10,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 
 namespace {
 
@@ -35,7 +37,9 @@ int main(int argc, char* argv[]) {
     auto backends = createMidiBackends();
     QApplication::setApplicationName("velmora");
     QApplication::setDesktopFileName("velmora");
+    std::optional<PlatformWordsAtEnd> words(std::in_place);
     const QApplication application(argc, argv);
+    words.reset();
     // A quick drag over notes reaches each of them: no move of the mouse is left out for the next one. The
     // platform asks for the contrary when the application is made.
     QApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);

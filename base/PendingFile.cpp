@@ -67,6 +67,11 @@ std::string PendingFile::write(std::span<const std::byte> bytes) {
     return {};
 }
 
+void PendingFile::beginFlushing() {
+    if (!beside_.empty())
+        sync_file_range(descriptor_, 0, 0, SYNC_FILE_RANGE_WRITE); // from the beginning to the end
+}
+
 std::string PendingFile::overwrite(std::size_t offset, std::span<const std::byte> bytes) {
     if (beside_.empty())
         return {};

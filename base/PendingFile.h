@@ -23,6 +23,9 @@ public:
     [[nodiscard]] std::string open();
     /// Appends.
     [[nodiscard]] std::string write(std::span<const std::byte> bytes);
+    /// Has what was written so far set out for the disk, while more is made; `commit` then waits less. Does
+    /// not wait itself, and cannot fail: whether all has arrived is seen at `commit`.
+    void beginFlushing();
     /// Replaces bytes that were written before; nothing happens where there is no going back.
     [[nodiscard]] std::string overwrite(std::size_t offset, std::span<const std::byte> bytes);
     /// Flushes and moves the file into its place.

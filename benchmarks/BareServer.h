@@ -10,7 +10,8 @@
 
 namespace velmora {
 
-/// An X server of the benchmark's own, as long as it lives.
+/// An X server of the benchmark's own, as long as it lives. It doesn't begin anew when its last client goes:
+/// on a desktop there is always another one.
 class BareServer {
 public:
     BareServer() {
@@ -22,8 +23,8 @@ public:
             const std::string end = std::to_string(ends[1]);
             if (!std::freopen("/dev/null", "w", stderr))
                 _exit(126);
-            execlp("Xvfb", "Xvfb", "-displayfd", end.c_str(), "-screen", "0", "1366x768x24", "-nolisten",
-                   "tcp", static_cast<char*>(nullptr));
+            execlp("Xvfb", "Xvfb", "-displayfd", end.c_str(), "-screen", "0", "1366x768x24", "-noreset",
+                   "-nolisten", "tcp", static_cast<char*>(nullptr));
             _exit(127);
         }
         close(ends[1]);

@@ -66,10 +66,15 @@ void composingPress(benchmark::State& state) {
 }
 BENCHMARK(composingPress)->Iterations(1);
 
-void composingOpen(benchmark::State& state) {
-    probe(state, "open", {"open_ms", "open_worst_ms", ""});
+void composingPressByHand(benchmark::State& state) {
+    probe(state, "hand", {"hand_to_port_p50_us", "hand_to_port_p99_us", "hand_to_port_worst_us"});
 }
-BENCHMARK(composingOpen)->Iterations(1);
+BENCHMARK(composingPressByHand)->Iterations(1);
+
+void composingOpen(benchmark::State& state) {
+    probe(state, "open " + std::to_string(state.range(0)), {"open_ms", "clear_ms", "undo_ms"});
+}
+BENCHMARK(composingOpen)->ArgName("positions")->Arg(1000)->Arg(32767)->Arg(200000)->Iterations(1);
 
 void composingScroll(benchmark::State& state) {
     probe(state, "scroll", {"scroll_ms", "scroll_worst_ms", "steps_a_second"});
@@ -78,7 +83,7 @@ BENCHMARK(composingScroll)->Iterations(1);
 
 void composingPlayForAMinute(benchmark::State& state) {
     const RestlessMouse mouse(server().display());
-    probe(state, "play 60", {"late_p50_us", "late_p99_us", "cpu_percent"});
+    probe(state, "play 60", {"late_p50_us", "late_p99_us", "slower_percent"});
 }
 BENCHMARK(composingPlayForAMinute)->Iterations(1);
 

@@ -1,78 +1,47 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-// velmora_composing_probe WHAT [SECONDS]: the composing window with a score, on the X server that is there;
+// velmora_composing_probe WHAT [NUMBER]: the composing window with a score, on the X server that is there;
 // prints three numbers.
 //
-//   press   microseconds at the median from a press of the mouse to its note-on at the port, of a step of a
-//           drag, and of the release
-//   open    milliseconds from the command to a painted score of 1000 positions, at the median, and at worst;
-//   0 scroll  milliseconds of a step of the thumb to the screen, at the median, at worst; steps a second play
-//   how late steps begin at tempo 500 with the play line on, in microseconds, at the median and at the
-//           99th of a hundred; per cent of a core
-#include "base/ProgramFolders.h"
+// clang-format off
+//   press    microseconds at the median from a press of the mouse to its note-on at the port, of a step of a
+//            drag, and of the release: events of Qt's
+//   hand     the same press made at the X server: at the median, at the 99th of a hundred, at worst
+//   open     milliseconds from the command to the painted window with a score of NUMBER positions, at the
+//            median: of opening, of clearing and of undoing that
+//   scroll   milliseconds of a step of the thumb to the screen, at the median, at worst; steps a second
+//   play     NUMBER seconds at tempo 500 with the play line on: microseconds by which steps begin later than
+//            start + n steps at the median and at the 99th of a hundred, and how much slower than written it
+//            plays, in percent
+// clang-format on
+#include "Share.h"
 #include "base/QtMessageLoop.h"
 #include "base/Settings.h"
 #include "base/SteadyClock.h"
 #include "composition/Workspace.h"
-#include "parts/Desk.h"
 #include "score/SngFile.h"
-#include "shell/ExToolTip.h"
-#include "shell/Frmmenu.h"
-#include "shell/QtFileDialogs.h"
-#include "shell/frmskins.h"
-#include "sound/DeviceChooser.h"
-#include "sound/ShortMessage.h"
 #include "tableau/form1.h"
+#include "tests/support/TestDesk.h"
 
 #include <QtWidgets>
 
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
-#include <fstream>
 #include <string_view>
 
 using namespace velmora;
 
 namespace {
+constexpr double kStep = 0.0276; ///< at tempo 500
 
-/// Notes when the first note-on came.
-class TimingPort : public MidiPort {
-public:
-    int deviceCount() override { return 1; }
-    std::string deviceName(int /*device*/) override { return "Port"; }
-    int open(int /*device*/) override { return kOk; }
-    int close() override { return kOk; }
-    void reset() override {}
-    void send(std::uint32_t word) override {
-        if ((word & 0xF0U) == 0x90U && noteOn == 0)
-            noteOn = steadySeconds();
-    }
-    double noteOn = 0;
-};
-
-/// How late each wait of playing ends.
+/// When each wait of playing ends.
 class TimingLoop : public QtMessageLoop {
 public:
     void serveUntil(double moment) override {
         QtMessageLoop::serveUntil(moment);
-        late.push_back(1e6 * (now() - moment));
+        began.push_back(now());
     }
-    std::vector<double> late;
+    std::vector<double> began;
 };
-
-double shareOf(std::vector<double> values, double share) {
-    if (values.empty())
-        return -1;
-    std::ranges::sort(values);
-    return values[static_cast<std::size_t>(std::lround(share * static_cast<double>(values.size() - 1)))];
-}
-
-double threadSeconds() {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
 
 /// Eight channels of short notes and four of percussion, from the beginning to the end.
 void fill(Score& score) {
@@ -93,27 +62,16 @@ void fill(Score& score) {
     score.FindEndOfSong();
 }
 
-struct Stage {
-    explicit Stage(int positions) {
-        settings.SaveSetting("Settings", settings::NumNotes.key, std::to_string(positions));
-        settings.SaveSetting("Settings", settings::Percussion.key, "-1");
-        workspace.emplace(settings, folders);
-        application.emplace(Application{.settings = settings,
-                                        .folders = folders,
-                                        .skins = skins,
-                                        .menu = menu,
-                                        .tips = tips,
-                                        .dialogs = dialogs,
-                                        .loop = loop,
-                                        .port = port,
-                                        .devices = devices,
-                                        .workspace = *workspace,
-                                        .openHelp = {},
-                                        .setup = {},
-                                        .quit = {}});
-        window.emplace(*application);
-        window->setGeometry(0, 0, 1366, 768);
-        window->show();
+/// The composing window with fakes but for the clock.
+struct Stage : BasicTestDesk<TimingLoop> {
+    explicit Stage(int positions)
+        : BasicTestDesk([positions](SettingsStore& store) {
+            settings::save(store, settings::NumNotes, positions);
+            settings::save(store, settings::Percussion, true);
+        })
+        , window(desk()) {
+        window.setGeometry(0, 0, 1366, 768);
+        window.show();
         settle(0.3);
     }
     static void settle(double seconds) {
@@ -122,7 +80,7 @@ struct Stage {
             QApplication::processEvents();
         } while (steadySeconds() < end);
     }
-    QWidget& box() { return *window->findChild<QWidget*>("MusicBox"); }
+    QWidget& box() { return *window.findChild<QWidget*>("MusicBox"); }
     void mouse(QEvent::Type type, QPoint at, Qt::MouseButtons held) {
         const bool moves = type == QEvent::MouseMove;
         QMouseEvent event(type, at, box().mapToGlobal(QPointF(at)), moves ? Qt::NoButton : Qt::LeftButton,
@@ -130,19 +88,15 @@ struct Stage {
         QApplication::sendEvent(&box(), &event);
     }
 
-    QTemporaryDir home;
-    SettingsFile settings{std::filesystem::path(home.path().toStdString()) / "settings"};
-    ProgramFolders folders{std::filesystem::path(home.path().toStdString())};
-    frmskins skins{settings};
-    Frmmenu menu;
-    ExToolTip tips{settings};
-    QtFileDialogs dialogs{nullptr, DialogSource::Qt};
-    TimingLoop loop;
-    TimingPort port;
-    DeviceChooser devices{port, {.read = [] { return std::nullopt; }, .write = [](int /*device*/) {}}};
-    std::optional<Workspace> workspace;
-    std::optional<Application> application;
-    std::optional<form1> window;
+    /// When the port was first sent a note-on since it was cleared; 0 for not yet.
+    [[nodiscard]] double noteOn() const {
+        for (const RecordingPort::Sent& one : port.sent)
+            if ((one.word & 0xF0U) == 0x90U)
+                return one.moment;
+        return 0;
+    }
+
+    form1 window;
 };
 
 void report(double first, double second, double third) {
@@ -153,17 +107,17 @@ void report(double first, double second, double third) {
 
 void press() {
     Stage stage(1000);
-    fill(stage.workspace->score);
-    stage.window->TrackSel_Click(3);
+    fill(stage.workspace().score);
+    stage.window.TrackSel_Click(3);
     std::vector<double> toPort;
     std::vector<double> step;
     std::vector<double> release;
     for (int stroke = 0; stroke < 200; ++stroke) {
         const QPoint begin(60 + stroke % 50 * 12, 100 + stroke % 30 * 8);
-        stage.port.noteOn = 0;
+        stage.port.sent.clear();
         double before = steadySeconds();
         stage.mouse(QEvent::MouseButtonPress, begin, Qt::LeftButton);
-        toPort.push_back(1e6 * (stage.port.noteOn - before));
+        toPort.push_back(1e6 * (stage.noteOn() - before));
         for (int along = 1; along <= 20; ++along) {
             before = steadySeconds();
             stage.mouse(QEvent::MouseMove, begin + QPoint(12 * along, 0), Qt::LeftButton);
@@ -178,33 +132,64 @@ void press() {
     report(shareOf(toPort, 0.5), shareOf(step, 0.5), shareOf(release, 0.5));
 }
 
-void open() {
+/// A press at the X server, as a hand makes it.
+void hand() {
     Stage stage(1000);
-    fill(stage.workspace->score);
-    const auto file = std::filesystem::path(stage.home.path().toStdString()) / "full.sng";
-    stage.workspace->score.currentFile = file.string();
-    if (!SavePoliFile(stage.workspace->score, stage.workspace->setup).empty())
-        report(-1, -1, -1);
-    std::vector<double> taken;
-    for (int time = 0; time < 20; ++time) {
-        stage.workspace->score.ClearAll();
-        stage.window->DrawNoteArray();
-        Stage::settle(0.05);
+    fill(stage.workspace().score);
+    stage.window.TrackSel_Click(3);
+    std::FILE* const mouse = popen("xdotool -", "w");
+    std::vector<double> toPort;
+    for (int stroke = 0; mouse && stroke < 300; ++stroke) {
+        const QPoint at = stage.box().mapToGlobal(QPoint(60 + stroke % 50 * 12, 100 + stroke % 30 * 8));
+        std::fprintf(mouse, "mousemove %d %d\n", at.x(), at.y());
+        std::fflush(mouse);
+        Stage::settle(0.02);
+        stage.port.sent.clear();
         const double before = steadySeconds();
-        stage.window->openScore(file);
+        std::fputs("mousedown 1\n", mouse);
+        std::fflush(mouse);
+        while (stage.noteOn() == 0 && steadySeconds() < before + 0.5)
+            QApplication::processEvents();
+        if (stage.noteOn() != 0)
+            toPort.push_back(1e6 * (stage.noteOn() - before));
+        std::fputs("mouseup 1\n", mouse);
+        std::fflush(mouse);
+        Stage::settle(0.02);
+    }
+    report(shareOf(toPort, 0.5), shareOf(toPort, 0.99), shareOf(toPort, 1));
+}
+
+void open(int positions) {
+    Stage stage(positions);
+    fill(stage.workspace().score);
+    const auto file = std::filesystem::path(stage.home.path().toStdString()) / "full.sng";
+    stage.workspace().score.currentFile = file.string();
+    if (!SavePoliFile(stage.workspace().score, stage.workspace().setup).empty())
+        report(-1, -1, -1);
+    std::vector<double> opened;
+    std::vector<double> cleared;
+    std::vector<double> undone;
+    const auto time = [&stage](std::vector<double>& taken, const auto& command) {
+        Stage::settle(0.3);
+        const double before = steadySeconds();
+        command();
         QApplication::processEvents();
         QGuiApplication::sync();
         taken.push_back(1e3 * (steadySeconds() - before));
+    };
+    for (int round = 0; round < 9; ++round) {
+        time(cleared, [&] { stage.window.ClearAll(); });
+        time(undone, [&] { stage.window.OpenforUndo(); });
+        time(opened, [&] { stage.window.openScore(file); });
     }
-    report(shareOf(taken, 0.5), shareOf(taken, 1), 0);
+    report(shareOf(opened, 0.5), shareOf(cleared, 0.5), shareOf(undone, 0.5));
 }
 
 void scroll() {
     Stage stage(2000);
-    fill(stage.workspace->score);
-    stage.window->DrawNoteArray();
-    stage.window->showLength();
-    auto* bar = stage.window->findChild<QScrollBar*>("HScroll1");
+    fill(stage.workspace().score);
+    Edit(stage.workspace(), kAnotherScore);
+    auto* bar = stage.window.findChild<QScrollBar*>("HScroll1");
     std::vector<double> taken;
     for (int value = bar->minimum(); value < bar->minimum() + 600; ++value) {
         const double before = steadySeconds();
@@ -217,17 +202,18 @@ void scroll() {
 }
 
 void play(double seconds) {
-    Stage stage(static_cast<int>(seconds / 0.0276) + 200);
-    fill(stage.workspace->score);
-    stage.workspace->score.Tempo = 500;
-    stage.workspace->play.ShowPlayLine = true;
-    QTimer::singleShot(static_cast<int>(seconds * 1000), [&stage] { stage.window->PlayAndStop_Click(true); });
-    const double before = steadySeconds();
-    const double processorBefore = threadSeconds();
-    stage.window->PlayAndStop_Click(false);
-    const double processor = threadSeconds() - processorBefore;
-    report(shareOf(stage.loop.late, 0.5), shareOf(stage.loop.late, 0.99),
-           100 * processor / (steadySeconds() - before));
+    Stage stage(static_cast<int>(seconds / kStep) + 200);
+    fill(stage.workspace().score);
+    stage.workspace().score.Tempo = 500;
+    stage.workspace().play.ShowPlayLine = true;
+    QTimer::singleShot(static_cast<int>(seconds * 1000), [&stage] { stage.window.PlayAndStop_Click(true); });
+    stage.window.PlayAndStop_Click(false);
+    const std::vector<double>& began = stage.loop.began;
+    std::vector<double> late;
+    for (std::size_t step = 0; step < began.size(); ++step)
+        late.push_back(1e6 * (began[step] - began[0] - kStep * static_cast<double>(step)));
+    const double steps = kStep * static_cast<double>(began.size() - 1);
+    report(shareOf(late, 0.5), shareOf(late, 0.99), 100 * ((began.back() - began[0]) / steps - 1));
 }
 
 } // namespace
@@ -237,8 +223,10 @@ int main(int argc, char* argv[]) {
     const std::string_view what = argc > 1 ? argv[1] : "";
     if (what == "press")
         press();
+    else if (what == "hand")
+        hand();
     else if (what == "open")
-        open();
+        open(argc > 2 ? std::atoi(argv[2]) : 1000);
     else if (what == "scroll")
         scroll();
     else if (what == "play")

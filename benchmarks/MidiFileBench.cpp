@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Exporting the largest score as a MIDI file, beside the cost of the disk alone.
+// Exporting the largest score as a MIDI file, beside what the disk alone costs: a write, a flush, a rename.
+#include "FlushedFile.h"
 #include "score/MidiFile.h"
 #include "score/Score.h"
 #include "sound/Chords.h"
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 
 using namespace velmora;
 
@@ -64,11 +64,8 @@ BENCHMARK(exportMidi)->Unit(benchmark::kMillisecond)->UseRealTime();
 void exportFloor(benchmark::State& state) {
     Export full;
     const std::string bytes = buildMidiFile(full.score, full.steps, full.NumBytes);
-    const std::string beside = full.path.string() + "~";
-    for (auto _ : state) {
-        std::ofstream(beside, std::ios::binary) << bytes;
-        std::filesystem::rename(beside, full.path);
-    }
+    for (auto _ : state)
+        writeFlushed(full.path, bytes);
     countBytes(state, bytes.size());
 }
 BENCHMARK(exportFloor)->Unit(benchmark::kMillisecond)->UseRealTime();

@@ -1,64 +1,39 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Sound files of three dense minutes, beside what the stock commands take for the same music.
-#include "DenseScore.h"
-#include "studio/Mp3File.h"
-#include "studio/OfflineRender.h"
-#include "studio/WavFile.h"
-
+// Sound files of three dense minutes, beside what the stock commands take for the same music. All are whole
+// commands whose result is on the disk at the end; each round runs them in turn, so that other work on the
+// machine meets all of them, and the medians of the ratios, round by round, are told.
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <functional>
-#include <limits>
-#include <map>
-
-using namespace velmora;
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace {
-constexpr double kSeconds = 180;
-constexpr const char* kSoundFont = "/usr/share/sounds/sf2/FluidR3_GM.sf2";
-
-/// The score and a folder for what is made of it; removed at the end.
-struct Workshop {
-    DenseScore score = makeDenseScore(kSeconds);
-    std::filesystem::path folder;
-
-    Workshop() {
-        std::string name = (std::filesystem::temp_directory_path() / "velmora-bench-XXXXXX").string();
-        folder = mkdtemp(name.data());
-        std::ofstream(folder / "dense.mid", std::ios::binary) << score.midiFile;
-    }
-    ~Workshop() { std::filesystem::remove_all(folder); }
-    Workshop(const Workshop&) = delete;
-    Workshop& operator=(const Workshop&) = delete;
-
-    [[nodiscard]] std::string path(const char* name) const { return (folder / name).string(); }
-};
-const Workshop& workshop() {
-    static const Workshop only;
-    return only;
-}
+constexpr int kRounds = 5;
+const std::string kProbe = VELMORA_RENDER_PROBE;
+const std::string kSoundFont = "/usr/share/sounds/sf2/FluidR3_GM.sf2";
 
 struct Cost {
     double seconds = 0;
-    double processor = 0; ///< seconds of all threads: what a busy machine can't distort much
-    double megabytes = 0; ///< the most that was resident
+    double processor = 0; ///< seconds of all threads
+    double megabytes = 0; ///< the most that one process had resident
     bool done = false;
 };
 
-/// Runs a piece of work in a process of its own.
-Cost inChild(const std::function<bool()>& work) {
+Cost command(const std::string& line) {
     const auto start = std::chrono::steady_clock::now();
     const pid_t child = fork();
-    if (child == 0)
-        _exit(work() ? 0 : 1);
+    if (child == 0) {
+        execl("/bin/sh", "sh", "-c", ("{ " + line + "; } >/dev/null 2>&1").c_str(), nullptr);
+        _exit(127);
+    }
     int status = 0;
     rusage usage{};
     wait4(child, &status, 0, &usage);
@@ -70,84 +45,91 @@ Cost inChild(const std::function<bool()>& work) {
             static_cast<double>(usage.ru_maxrss) / 1024, WIFEXITED(status) && WEXITSTATUS(status) == 0};
 }
 
-Cost command(std::string line) {
-    return inChild([&line] {
-        line += " >/dev/null 2>&1";
-        execl("/bin/sh", "sh", "-c", ("exec " + line).c_str(), nullptr);
-        return false;
-    });
-}
+/// A folder with the music; removed at the end.
+class Workshop {
+public:
+    Workshop() {
+        std::string name = (std::filesystem::temp_directory_path() / "velmora-bench-XXXXXX").string();
+        folder_ = mkdtemp(name.data());
+        command(kProbe + " " + folder_.string());
+    }
+    ~Workshop() { std::filesystem::remove_all(folder_); }
+    Workshop(const Workshop&) = delete;
+    Workshop& operator=(const Workshop&) = delete;
 
-bool ours(SampleSink&& sink) {
-    const RenderResult result = renderOffline(workshop().score.messages, sink, {.soundFont = kSoundFont});
-    std::fputs(result.error.c_str(), stderr);
-    return result.end == RenderResult::End::Done;
-}
+    [[nodiscard]] std::string path(const char* name) const { return (folder_ / name).string(); }
 
-/// One way to a sound file. The fastest run of each is kept, as other work on the machine only ever adds;
-/// ours, which come after the stock way, tell the ratio.
-struct Way {
-    const char* name;
-    std::function<Cost()> run;
-    const char* beside; ///< the stock way to compare with; blank for a stock way
+private:
+    std::filesystem::path folder_;
 };
 
-std::map<std::string, double> fastest;
+double median(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::ranges::nth_element(values, middle);
+    return *middle;
+}
 
-void measure(benchmark::State& state, const Way& way) {
-    double most = 0;
-    double least = std::numeric_limits<double>::infinity();
-    double processor = 0;
+using Commands = std::vector<std::pair<std::string, std::string>>; ///< name of a way, and its line
+
+/// The last of the commands is ours.
+void beside(benchmark::State& state, const Commands& commands) {
+    std::vector<std::vector<double>> ratios(commands.size());
+    std::vector<std::vector<double>> seconds(commands.size());
+    Cost ours;
     for (auto unused : state) {
         (void)unused;
-        const Cost cost = way.run();
-        if (!cost.done)
-            return state.SkipWithError("it failed; are the SoundFont and the stock commands installed?");
-        state.SetIterationTime(cost.seconds);
-        least = std::min(least, cost.seconds);
-        processor += cost.processor;
-        most = std::max(most, cost.megabytes);
+        std::vector<double> round;
+        for (const auto& [name, line] : commands) {
+            ours = command(line);
+            if (!ours.done)
+                return state.SkipWithError((name + " failed; is it installed, and the SoundFont?").c_str());
+            round.push_back(ours.seconds);
+        }
+        state.SetIterationTime(ours.seconds);
+        for (std::size_t i = 0; i < commands.size(); ++i) {
+            seconds[i].push_back(round[i]);
+            ratios[i].push_back(ours.seconds / round[i]);
+        }
     }
-    fastest[way.name] = least;
-    state.counters["fastest_s"] = least;
-    state.counters["MB"] = most;
-    state.counters["cpu_s"] = processor / static_cast<double>(state.iterations());
-    if (*way.beside)
-        state.counters["ratio"] = least / fastest[way.beside];
+    for (std::size_t i = 0; i < commands.size(); ++i) {
+        state.counters[commands[i].first + "_s"] = median(seconds[i]);
+        if (i + 1 < commands.size())
+            state.counters["of_" + commands[i].first] = median(ratios[i]);
+    }
+    state.counters["cpu_s"] = ours.processor;
+    state.counters["MB"] = ours.megabytes;
 }
 
-std::string synthCommand(const char* settings) {
-    return std::string("fluidsynth -niq ") + settings + " -F " + workshop().path("stock.wav") + " " +
-           kSoundFont + " " + workshop().path("dense.mid");
+/// A file of the one workshop.
+std::string file(const char* name) {
+    static const Workshop workshop;
+    return workshop.path(name);
 }
 
-const Way kWays[] = {
-    {"Wav/fluidsynth", [] { return command(synthCommand("")); }, ""},
-    {"Wav/fluidsynth, tuned",
-     [] { return command(synthCommand("-o synth.cpu-cores=2 -o synth.dynamic-sample-loading=1 -z 4096")); },
-     ""},
-    {"Wav/ours", [] { return inChild([] { return ours(WavFile(workshop().path("ours.wav"))); }); },
-     "Wav/fluidsynth"},
-    {"Mp3/fluidsynth, then lame",
-     [] {
-         const Cost sound = command(synthCommand(""));
-         const Cost music = command("lame --quiet -b 224 " + workshop().path("stock.wav") + " " +
-                                    workshop().path("stock.mp3"));
-         return Cost{sound.seconds + music.seconds, sound.processor + music.processor,
-                     std::max(sound.megabytes, music.megabytes), sound.done && music.done};
-     },
-     ""},
-    {"Mp3/ours", [] { return inChild([] { return ours(Mp3File(workshop().path("ours.mp3"))); }); },
-     "Mp3/fluidsynth, then lame"},
-};
+std::string synth(const std::string& settings) {
+    return "fluidsynth -niq " + settings + " -F " + file("stock.wav") + " " + kSoundFont + " " +
+           file("dense.mid");
+}
 
-[[maybe_unused]] const bool registered = [] {
-    for (const Way& way : kWays) {
-        benchmark::RegisterBenchmark((std::string("Render/") + way.name).c_str(), measure, way)
-            ->UseManualTime()
-            ->Iterations(3)
-            ->Unit(benchmark::kMillisecond);
-    }
-    return true;
-}();
+std::string thenFlush(const std::string& line, const char* name) {
+    return line + " && sync -d " + file(name);
+}
+
+std::string ours(const char* name) {
+    return kProbe + " " + file(name) + " " + kSoundFont;
+}
+
+void renderWav(benchmark::State& state) {
+    const std::string tuning = "-o synth.cpu-cores=2 -o synth.dynamic-sample-loading=1 -z 4096";
+    beside(state, {{"stock", thenFlush(synth(""), "stock.wav")},
+                   {"tuned", thenFlush(synth(tuning), "stock.wav")},
+                   {"ours", ours("ours.wav")}});
+}
+BENCHMARK(renderWav)->UseManualTime()->Iterations(kRounds)->Unit(benchmark::kMillisecond);
+
+void renderMp3(benchmark::State& state) {
+    const std::string lame = "lame --quiet -b 224 " + file("stock.wav") + " " + file("stock.mp3");
+    beside(state, {{"stock", thenFlush(synth("") + " && " + lame, "stock.mp3")}, {"ours", ours("ours.mp3")}});
+}
+BENCHMARK(renderMp3)->UseManualTime()->Iterations(kRounds)->Unit(benchmark::kMillisecond);
 } // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Reading and writing the largest score file, each beside its floor.
+// Reading and writing score files of three lengths, each beside its floor.
+#include "FlushedFile.h"
 #include "base/Files.h"
 #include "score/Score.h"
 #include "score/SngFile.h"
@@ -12,7 +13,6 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <fstream>
 #include <random>
 
 using namespace velmora;
@@ -55,8 +55,20 @@ Score plainScore(int numNotes) {
 }
 
 Score scoreFor(const benchmark::State& state) {
-    constexpr int kLargest = 32767;
-    return state.range(0) == 0 ? plainScore(kLargest) : fullScore(kLargest);
+    const int positions = static_cast<int>(state.range(1));
+    return state.range(0) == 0 ? plainScore(positions) : fullScore(positions);
+}
+
+void kindsAndLengths(benchmark::internal::Benchmark* bench) {
+    bench->ArgNames({"random", "positions"})->Unit(benchmark::kMillisecond)->UseRealTime();
+    for (const int random : {0, 1})
+        for (const int positions : {1000, 32767, 200000})
+            bench->Args({random, positions});
+}
+void lengths(benchmark::internal::Benchmark* bench) {
+    bench->ArgNames({"random", "positions"})->Unit(benchmark::kMillisecond)->UseRealTime();
+    for (const int positions : {1000, 32767, 200000})
+        bench->Args({0, positions});
 }
 
 void countBytes(benchmark::State& state, std::size_t bytes) {
@@ -73,7 +85,7 @@ void readScore(benchmark::State& state) {
     }
     countBytes(state, text.size());
 }
-BENCHMARK(readScore)->ArgName("random")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(readScore)->Apply(kindsAndLengths);
 
 void readFloor(benchmark::State& state) {
     const std::string text = serializePoliFile(scoreFor(state), SetupState{});
@@ -90,7 +102,7 @@ void readFloor(benchmark::State& state) {
     }
     countBytes(state, text.size());
 }
-BENCHMARK(readFloor)->ArgName("random")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(readFloor)->Apply(kindsAndLengths);
 
 void writeScore(benchmark::State& state) {
     const Score score = scoreFor(state);
@@ -103,7 +115,7 @@ void writeScore(benchmark::State& state) {
     }
     countBytes(state, bytes);
 }
-BENCHMARK(writeScore)->ArgName("random")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(writeScore)->Apply(kindsAndLengths);
 
 void writeFloor(benchmark::State& state) {
     const std::string text = serializePoliFile(scoreFor(state), SetupState{});
@@ -113,7 +125,25 @@ void writeFloor(benchmark::State& state) {
     }
     countBytes(state, text.size());
 }
-BENCHMARK(writeFloor)->ArgName("random")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(writeFloor)->Apply(kindsAndLengths);
+
+/// What opening does before anything is painted.
+void openScoreFile(benchmark::State& state) {
+    const QTemporaryDir folder(QStringLiteral("velmora_bench_XXXXXX"));
+    Score score = scoreFor(state);
+    SetupState setup;
+    score.currentFile = folder.filePath("full.sng").toStdString();
+    if (!SavePoliFile(score, setup).empty())
+        state.SkipWithError("the file could not be written");
+    for (auto _ : state) {
+        const auto text = readWholeFile(score.currentFile);
+        benchmark::DoNotOptimize(longestRow(*text));
+        parseSng(*text, SngReader::OpenPoliFile, score, setup);
+        benchmark::ClobberMemory();
+    }
+    countBytes(state, std::filesystem::file_size(score.currentFile));
+}
+BENCHMARK(openScoreFile)->Apply(kindsAndLengths);
 
 void saveScoreFile(benchmark::State& state) {
     const QTemporaryDir folder(QStringLiteral("velmora_bench_XXXXXX"));
@@ -125,19 +155,17 @@ void saveScoreFile(benchmark::State& state) {
     }
     countBytes(state, std::filesystem::file_size(score.currentFile));
 }
-BENCHMARK(saveScoreFile)->ArgName("random")->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(saveScoreFile)->Apply(lengths);
 
 void saveFloor(benchmark::State& state) {
     const QTemporaryDir folder(QStringLiteral("velmora_bench_XXXXXX"));
     const std::filesystem::path path = folder.filePath("full.sng").toStdString();
     const std::string text = serializePoliFile(scoreFor(state), SetupState{});
-    for (auto _ : state) {
-        std::ofstream(path.string() + "~", std::ios::binary) << text;
-        std::filesystem::rename(path.string() + "~", path);
-    }
+    for (auto _ : state)
+        writeFlushed(path, text);
     countBytes(state, text.size());
 }
-BENCHMARK(saveFloor)->ArgName("random")->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(saveFloor)->Apply(lengths);
 
 void saveForUndo(benchmark::State& state) {
     const QTemporaryDir folder(QStringLiteral("velmora_bench_XXXXXX"));
@@ -152,6 +180,7 @@ BENCHMARK(saveForUndo)
     ->ArgName("positions")
     ->Arg(1000)
     ->Arg(32767)
+    ->Arg(200000)
     ->Unit(benchmark::kMicrosecond)
     ->UseRealTime();
 } // namespace

@@ -1,139 +1,97 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-// velmora_start_probe MOMENT WINDOW [CHILDREN]: shows a window as the program does and prints, once it stands
+// velmora_start_probe MOMENT WHAT [DELAY]: shows a window as the program does and prints, once it stands
 // painted on the screen: the seconds that took, the memory in KiB, and how many children it has.
 //
-//   opener       the start window; seconds from MOMENT (nanoseconds of the steady clock), the start of the
-//   process form1        the composing window, from the press of "Start Program" plain        a window of
-//   Qt's with CHILDREN children, from MOMENT plain-later  the same, from its construction while another
-//   window is open
+// clang-format off
+//   opener   the start window; seconds from MOMENT (nanoseconds of the steady clock), the start of the process
+//   form1    the composing window, from where the start window's button is pressed by a call
+//   return   the same, from a press of Return at the X server, DELAY milliseconds after the start window's
+//            first picture
+//   skins    changes the skin with the composing window and the help open: the longest change, memory, skins
+// clang-format on
+#include "ExposeWatch.h"
 #include "app/Program.h"
-#include "base/SteadyClock.h"
+#include "shell/FirstPaint.h"
+#include "shell/openerF.h"
 #include "sound/MidiBackends.h"
+#include "tableau/form1.h"
 
-#include <QtWidgets>
-
-#include <cstdio>
-#include <cstdlib>
-#include <fstream>
+#include <chrono>
+#include <memory>
+#include <optional>
 #include <string_view>
+#include <thread>
+
+using namespace velmora;
 
 namespace {
 
-long residentKiB() {
-    std::ifstream file("/proc/self/statm");
-    long size = 0;
-    long resident = 0;
-    file >> size >> resident;
-    return resident * 4;
-}
-
-QWidget* windowNamed(const QString& name) {
-    for (QWidget* widget : QApplication::topLevelWidgets())
-        if (widget->objectName() == name)
-            return widget;
-    return nullptr;
-}
-
-/// Prints and ends the process when the window named @p window has been painted.
-class Watch : public QObject {
-public:
-    Watch(QString window, double since) : window_(std::move(window)), since_(since) {
-        qApp->installEventFilter(this);
-    }
-    void setSince(double since) { since_ = since; }
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        const auto* window = qobject_cast<QWindow*>(watched);
-        if (window && event->type() == QEvent::Expose && window->isExposed() && !seen_ &&
-            window->objectName().startsWith(window_)) {
-            seen_ = true;
-            QTimer::singleShot(0, this, [this] { report(); });
-        }
-        return false;
-    }
-
-private:
-    void report() const {
-        QGuiApplication::sync();
-        const double seconds = velmora::steadySeconds() - since_;
-        const auto children = windowNamed(window_)->findChildren<QWidget*>().size();
-        std::printf("%.6f %ld %lld\n", seconds, residentKiB(), static_cast<long long>(children));
-        std::fflush(stdout);
-        std::_Exit(0);
-    }
-
-    QString window_;
-    double since_;
-    bool seen_ = false;
-};
+constexpr int kSettled = 500; ///< milliseconds until the start window has nothing left to do
 
 /// With the composing window and the help open.
 [[noreturn]] void reportSkins() {
-    auto* opener = dynamic_cast<velmora::openerF*>(windowNamed("openerF"));
+    auto* opener = dynamic_cast<openerF*>(windowNamed("openerF"));
     opener->Command2_Click();
-    auto* form = dynamic_cast<velmora::form1*>(windowNamed("form1"));
+    auto* form = dynamic_cast<form1*>(windowNamed("form1"));
     form->imgTitleHelp_Click();
-    const double open = velmora::steadySeconds() + 1;
-    while (velmora::steadySeconds() < open)
+    const double open = steadySeconds() + 1;
+    while (steadySeconds() < open)
         QApplication::processEvents();
     double longest = 0;
-    for (int skin = 1; skin <= velmora::kSkinCount; ++skin) {
-        const double begin = velmora::steadySeconds();
+    for (int skin = 1; skin <= kSkinCount; ++skin) {
+        const double begin = steadySeconds();
         form->skins().Skintype_Click(skin);
         QApplication::processEvents();
         QGuiApplication::sync();
-        longest = std::max(longest, velmora::steadySeconds() - begin);
+        longest = std::max(longest, steadySeconds() - begin);
     }
-    std::printf("%.6f %ld %d\n", longest, residentKiB(), velmora::kSkinCount);
+    std::printf("%.6f %ld %d\n", longest, residentKiB(), kSkinCount);
     std::fflush(stdout);
     std::_Exit(0);
 }
 
-std::unique_ptr<QWidget> plainWindow(int children) {
-    auto window = std::make_unique<QWidget>();
-    window->setObjectName("plain");
-    window->resize(1000, 600);
-    for (int i = 0; i < children; ++i) {
-        QWidget* child = i % 4 == 0 ? static_cast<QWidget*>(new QLabel("label", window.get()))
-                                    : new QPushButton("button", window.get());
-        child->setGeometry(4 + i % 12 * 80, 4 + i / 12 * 28, 76, 24);
+/// Presses Return at the X server; on a thread of its own, since a user waits for no event loop.
+class Hand {
+public:
+    explicit Hand(int delay, ExposeWatch& watch) : hand_(popen("xdotool -", "w"), pclose) {
+        say("mousemove 683 384\n");
+        thread_ = std::jthread([this, delay, &watch] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(delay));
+            watch.setSince(steadySeconds());
+            say("key Return\n");
+        });
     }
-    window->show();
-    return window;
-}
+
+private:
+    void say(const char* words) {
+        std::fputs(words, hand_.get());
+        std::fflush(hand_.get());
+    }
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> hand_;
+    std::jthread thread_;
+};
 
 } // namespace
 
 int main(int argc, char* argv[]) {
-    using namespace velmora;
     const double started = argc > 1 ? std::atof(argv[1]) * 1e-9 : 0;
     const std::string_view what = argc > 2 ? argv[2] : "";
-    const int children = argc > 3 ? std::atoi(argv[3]) : 0;
-    auto backends = what.starts_with("plain") ? decltype(createMidiBackends())() : createMidiBackends();
+    auto backends = createMidiBackends();
     const QApplication application(argc, argv);
-    if (what.starts_with("plain")) {
-        if (what == "plain") {
-            const Watch watch("plain", started);
-            const auto window = plainWindow(children);
-            return QApplication::exec();
-        }
-        QWidget first;
-        first.show();
-        QApplication::processEvents();
-        const Watch watch("plain", steadySeconds());
-        const auto window = plainWindow(children);
-        return QApplication::exec();
-    }
     Program program(std::move(backends), {});
-    Watch watch(what == "form1" ? "form1" : what == "opener" ? "openerF" : "none", started);
+    const bool composes = what == "form1" || what == "return";
+    ExposeWatch watch(composes ? "form1" : what == "opener" ? "openerF" : "none", started);
     program.start();
+    std::optional<Hand> hand;
     if (what == "form1")
-        QTimer::singleShot(500, [&watch] {
+        QTimer::singleShot(kSettled, [&watch] {
             watch.setSince(steadySeconds());
             dynamic_cast<openerF*>(windowNamed("openerF"))->Command2_Click();
         });
+    if (what == "return")
+        afterFirstPaint(*windowNamed("openerF"),
+                        [&] { hand.emplace(argc > 3 ? std::atoi(argv[3]) : kSettled, watch); });
     if (what == "skins")
-        QTimer::singleShot(500, reportSkins);
+        QTimer::singleShot(kSettled, reportSkins);
     return QApplication::exec();
 }

@@ -118,8 +118,33 @@ void scrollByAColumn(benchmark::State& state) {
 }
 BENCHMARK(scrollByAColumn)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
-void firstPaint(benchmark::State& state) {
-    const DenseTableau tableau;
+void scrollByARow(benchmark::State& state) {
+    DenseTableau tableau;
+    QImage surface = pictureOf(kWidth, kHeight, state);
+    MelodyPainter painter;
+    for (auto _ : state) {
+        tableau.view.ViewTopRow = 40 + (tableau.view.ViewTopRow + 1) % 20;
+        painter.paint(surface, tableau.scene());
+    }
+}
+BENCHMARK(scrollByARow)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+
+/// Another channel becomes the active one: every note may change its colour and what lies on top.
+void selectChannel(benchmark::State& state) {
+    DenseTableau tableau;
+    QImage surface = pictureOf(kWidth, kHeight, state);
+    MelodyPainter painter;
+    for (auto _ : state) {
+        tableau.score.ActiveChannel = (tableau.score.ActiveChannel + 1) % kMelodyChannels;
+        painter.paint(surface, tableau.scene());
+    }
+}
+BENCHMARK(selectChannel)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+
+void firstPaint(benchmark::State& state, int style) {
+    needApplication();
+    DenseTableau tableau;
+    tableau.view.Notationstyle = static_cast<std::int16_t>(style);
     for (auto _ : state) {
         QImage surface = pictureOf(kWidth, kHeight, state);
         MelodyPainter painter;
@@ -127,7 +152,8 @@ void firstPaint(benchmark::State& state) {
         benchmark::DoNotOptimize(surface.constBits());
     }
 }
-BENCHMARK(firstPaint)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(firstPaint, colourful, 0)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(firstPaint, traditional, 1)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
 /// A step of a drag: the strip is put back, and the band drawn one column longer.
 void rubberBand(benchmark::State& state) {

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-// How long until a window stands painted on a bare X server, beside a plain window of Qt's with as many
-// children.
+// How long until a window stands painted on a bare X server, in turns with a window of Qt's own with as many
+// children, of a program that is nothing else.
 #include "BareServer.h"
+#include "Share.h"
 #include "base/SteadyClock.h"
 
 #include <benchmark/benchmark.h>
@@ -10,8 +11,10 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace {
+using velmora::shareOf;
 
 struct Shown {
     double seconds = -1;
@@ -19,7 +22,8 @@ struct Shown {
     int children = 0;
 };
 
-Shown show(const std::string& what, int children) {
+/// @param words what the program is told after the moment of its start
+Shown show(const std::string& program, const std::string& words) {
     static const velmora::BareServer server;
     static const std::string folder =
         (std::filesystem::temp_directory_path() / "velmora-start-bench").string();
@@ -27,8 +31,8 @@ Shown show(const std::string& what, int children) {
     const auto moment = static_cast<long long>(velmora::steadySeconds() * 1e9);
     const std::string command = "exec env DISPLAY=" + server.display() +
                                 " QT_QPA_PLATFORM=xcb VELMORA_HOME=" + folder + " XDG_CONFIG_HOME=" + folder +
-                                " PULSE_SERVER=none " VELMORA_START_PROBE " " + std::to_string(moment) + ' ' +
-                                what + ' ' + std::to_string(children) + " 2>/dev/null";
+                                " PULSE_SERVER=none " + program + " " + std::to_string(moment) + ' ' + words +
+                                " 2>/dev/null";
     Shown shown;
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> output(popen(command.c_str(), "r"), pclose);
     if (!output || std::fscanf(output.get(), "%lf %ld %d", &shown.seconds, &shown.kib, &shown.children) != 3)
@@ -36,41 +40,53 @@ Shown show(const std::string& what, int children) {
     return shown;
 }
 
-void windowStart(benchmark::State& state, const std::string& window, const std::string& plain) {
-    const int children = show(window, 0).children;
-    double ours = 0;
-    double theirs = 0;
-    long kib = 0;
+Shown showOurs(const std::string& window) {
+    return show(VELMORA_START_PROBE, window);
+}
+
+void windowStart(benchmark::State& state, const std::string& window, const std::string& bare) {
+    const Shown first = showOurs(window);
+    std::vector<double> ours;
+    std::vector<double> theirs;
     for (auto _ : state) {
-        const Shown one = show(window, 0);
-        const Shown other = show(plain, children);
+        const Shown one = showOurs(window);
+        const Shown other = show(VELMORA_BARE_WINDOW, bare + ' ' + std::to_string(first.children));
         if (one.seconds < 0 || other.seconds < 0) {
             state.SkipWithError("A window did not come up; is Xvfb installed?");
             return;
         }
         state.SetIterationTime(one.seconds);
-        ours += one.seconds;
-        theirs += other.seconds;
-        kib = one.kib;
+        ours.push_back(one.seconds * 1e3);
+        theirs.push_back(other.seconds * 1e3);
     }
-    state.counters["plain_ms"] = theirs / static_cast<double>(state.iterations()) * 1e3;
-    state.counters["ratio"] = ours / theirs;
-    state.counters["MiB"] = static_cast<double>(kib) / 1024;
-    state.counters["children"] = children;
+    state.counters["p50_ms"] = shareOf(ours, 0.5);
+    state.counters["worst_ms"] = shareOf(ours, 1);
+    state.counters["bare_ms"] = shareOf(theirs, 0.5);
+    state.counters["ratio"] = shareOf(ours, 0.5) / shareOf(theirs, 0.5);
+    state.counters["MiB"] = static_cast<double>(first.kib) / 1024;
+    state.counters["children"] = first.children;
 }
 
-BENCHMARK_CAPTURE(windowStart, openerF, "opener", "plain")
+BENCHMARK_CAPTURE(windowStart, openerF, "opener", "start")
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(25);
+BENCHMARK_CAPTURE(windowStart, form1, "form1", "later")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
     ->Iterations(15);
-BENCHMARK_CAPTURE(windowStart, form1, "form1", "plain-later")
+BENCHMARK_CAPTURE(windowStart, form1_by_Return, "return 500", "later")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(10);
+    ->Iterations(15);
+BENCHMARK_CAPTURE(windowStart, form1_by_quick_Return, "return 20", "later")
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(15);
 
 void skinChange(benchmark::State& state) {
     for (auto _ : state) {
-        const Shown shown = show("skins", 0);
+        const Shown shown = showOurs("skins");
         if (shown.seconds < 0) {
             state.SkipWithError("The windows did not come up; is Xvfb installed?");
             return;

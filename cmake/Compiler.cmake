@@ -7,9 +7,11 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
   # What a precompiled header may differ in without the rest being compiled anew.
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE_PROGRAM})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options(-fpch-preprocess) # without it no file that uses one is cached
+  elseif(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    add_compile_options("SHELL:-Xclang -fno-pch-timestamp") # nor without this
   endif()
 endif()
 

@@ -32,9 +32,8 @@ void Player::silence() {
 }
 
 void Player::silenceMuted(int channel) {
-    const auto index = static_cast<std::size_t>(channel);
-    std::int16_t& cell = played_.score.PlayedCell[index];
-    if (!played_.state.Playing || !played_.score.ChannelMuted[index] || cell < 0)
+    std::int16_t& cell = played_.score.PlayedCell[channel];
+    if (!played_.state.Playing || !played_.score.ChannelMuted[channel] || cell < 0)
         return;
     notes_.CurrentChannel = channel;
     notes_.StopNote(cellRow(std::exchange(cell, kEmptyCell)));

@@ -13,8 +13,8 @@ namespace velmora {
 
 enum class RecoveryAnswer : std::uint8_t { BringBack, Drop, Later };
 
-/// Asks about the scores that a crash left, one after the other: each that is not wanted is removed, and without
-/// an answer everything stays for the next start.
+/// Asks about the scores that a crash left, one after the other: each that is not wanted is removed, and
+/// without an answer everything stays for the next start.
 /// @param named the score that the user started the program with, which one that is brought back keeps shut;
 /// blank for none
 /// @return the one that is to be brought back

@@ -6,15 +6,23 @@
 #include "composition/Workspace.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace velmora {
 
 namespace {
 constexpr double kAfterStep = 0.002; ///< for the work of the step
 constexpr double kWhileWriting = 1;
+constexpr double kLeastPeriod = 0.1;
 constexpr double kReserve = 4;   ///< times what a look has cost
 constexpr double kHeldUp = -0.1; ///< a step that is so late waits for a menu or a message, not for a look
 } // namespace
+
+double RecoveryWatch::periodOfUser() {
+    const char* seconds = std::getenv("VELMORA_RECOVERY_PERIOD");
+    const double wanted = seconds ? std::strtod(seconds, nullptr) : 0;
+    return wanted > 0 ? std::clamp(wanted, kLeastPeriod, kPeriod) : kPeriod;
+}
 
 double RecoveryWatch::look() {
     if (const double wait = waitForTime(); wait > 0)
@@ -22,7 +30,7 @@ double RecoveryWatch::look() {
     const double begin = loop_.now();
     const auto kept = file_.keep(workspace_.score, workspace_.setup);
     cost_ = std::max(cost_, loop_.now() - begin);
-    return kept == RecoveryFile::Kept::Busy ? kWhileWriting : kPeriod;
+    return kept == RecoveryFile::Kept::Busy ? std::min(kWhileWriting, period_) : period_;
 }
 
 /// 0 if a look can delay nothing.

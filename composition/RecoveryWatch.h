@@ -11,13 +11,19 @@ struct Workspace;
 /// has to say that it happened, and stands aside while a step of playing is due.
 class RecoveryWatch {
 public:
-    RecoveryWatch(RecoveryFile& file, const Workspace& workspace, const MessageLoop& loop)
-        : file_(file)
-        , workspace_(workspace)
-        , loop_(loop) {}
-
     /// Seconds from one look to the next: what a crash can cost.
     static constexpr double kPeriod = 10;
+    /// `kPeriod`, or the seconds in VELMORA_RECOVERY_PERIOD, which may be less: 0.1 at least.
+    [[nodiscard]] static double periodOfUser();
+
+    /// @param period seconds
+    RecoveryWatch(RecoveryFile& file, const Workspace& workspace, const MessageLoop& loop,
+                  double period = kPeriod)
+        : file_(file)
+        , workspace_(workspace)
+        , loop_(loop)
+        , period_(period) {}
+
     /// Seconds until a step is due that a look needs at least.
     static constexpr double kLeastTime = 0.005;
 
@@ -30,6 +36,7 @@ private:
     RecoveryFile& file_;
     const Workspace& workspace_;
     const MessageLoop& loop_;
+    double period_;
     double cost_ = 0; ///< seconds of the dearest look
 };
 

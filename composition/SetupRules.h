@@ -17,8 +17,8 @@ struct Score;
 struct SetupState;
 struct Workspace;
 
-// What the fields of the setup toolbar do to the Score and to their own record. None of it shows anything; who
-// watches the workspace does.
+// What the fields of the setup toolbar do to the Score and to their own record. None of it shows anything;
+// who watches the workspace does.
 
 /// As `fieldNumber`, for a count of notes, which may be larger.
 [[nodiscard]] std::optional<std::int32_t> fieldCount(std::string_view text);
@@ -56,8 +56,8 @@ void fillEffects(Workspace& workspace);
 void chooseChannel(Workspace& workspace, int channel);
 /// `TrackSel` of the toolbar: the same, and its button alone is lit, and it takes the chosen instrument.
 void TrackSel_Click(Workspace& workspace, const SettingsStore& settings, int channel);
-/// Gives the chosen instrument, or if none is yet that of the settings, to the active channel and to its notes
-/// within the selection, which "Undo Last note" brings back.
+/// Gives the chosen instrument, or if none is yet that of the settings, to the active channel and to its
+/// notes within the selection, which "Undo Last note" brings back.
 void applyInstrument(Workspace& workspace, const SettingsStore& settings);
 
 /// `Combo3`: the chord list's item, and its steps. The hint beside the other list stays.

@@ -72,7 +72,7 @@ FrmInst::FrmInst(Desk& desk, QWidget* owner)
     attachTips(desk_.tips);
     desk_.tips.SetToolTip(*LstInstruments, {"Melody", "Instruments. Double click one to pick it", ""});
     desk_.tips.SetToolTip(*LstInstruments2,
-                         {"Percussion", "Percussion sounds. Double click one to pick it", ""});
+                          {"Percussion", "Percussion sounds. Double click one to pick it", ""});
     desk_.tips.SetToolTip(*CmdOk, {"Ok", "Pick what is selected", ""});
     desk_.tips.SetToolTip(*CmdCancel, {"Cancel", "Keep the instruments as they are", ""});
     selectCurrent();

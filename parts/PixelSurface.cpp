@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace velmora {
 
@@ -55,6 +56,7 @@ PixelSurface::PixelSurface(QImage& image) {
     width_ = image.width();
     height_ = image.height();
     lineWidth_ = deviceLine(scale_);
+    clip_ = rect();
 }
 
 int PixelSurface::edge(double logical) const {
@@ -71,7 +73,7 @@ int PixelSurface::logicalHeight() const {
 
 /// Nothing of a rectangle of negative size, which an intersection would turn round.
 QRect PixelSurface::clipped(const QRect& device) const {
-    return device.isEmpty() ? QRect() : device & rect();
+    return device.isEmpty() ? QRect() : device & clip_;
 }
 
 QRect PixelSurface::fillDevice(const QRect& device, QRgb colour) {
@@ -81,10 +83,31 @@ QRect PixelSurface::fillDevice(const QRect& device, QRgb colour) {
     return inside;
 }
 
-QRect PixelSurface::fillBox(int left, int top, int right, int bottom, QRgb colour) {
+QRect PixelSurface::box(int left, int top, int right, int bottom) const {
     const int x = edge(left);
     const int y = edge(top);
-    return fillDevice({x, y, edge(right + 1.0) - x, edge(bottom + 1.0) - y}, colour);
+    return {x, y, edge(right + 1.0) - x, edge(bottom + 1.0) - y};
+}
+
+QRect PixelSurface::fillBox(int left, int top, int right, int bottom, QRgb colour) {
+    return fillDevice(box(left, top, right, bottom), colour);
+}
+
+void PixelSurface::moveBy(QPoint device) {
+    const QRect to = rect() & rect().translated(device);
+    if (to.isEmpty())
+        return;
+    const auto bytes = static_cast<std::size_t>(to.width()) * sizeof(QRgb);
+    const auto moveRow = [&](int y) {
+        std::memmove(row(y) + to.left(), row(y - device.y()) + (to.left() - device.x()), bytes);
+    };
+    // A row is read before it is written.
+    if (device.y() > 0)
+        for (int y = to.bottom(); y >= to.top(); --y)
+            moveRow(y);
+    else
+        for (int y = to.top(); y <= to.bottom(); ++y)
+            moveRow(y);
 }
 
 QRect PixelSurface::verticalLine(int x, QRgb colour) {
@@ -104,7 +127,7 @@ QRect PixelSurface::blendStrip(int x, int width, QRgb source) {
 
 QRect PixelSurface::put(const Stamp& stamp, int x, int y) {
     const QRect place = stamp.bounds().translated(x, y);
-    const QRect inside = place & rect();
+    const QRect inside = place & clip_;
     if (inside.isEmpty())
         return {};
     const int from = inside.left() - place.left();

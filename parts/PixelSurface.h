@@ -29,6 +29,12 @@ public:
     [[nodiscard]] int edge(double logical) const;
     [[nodiscard]] qreal scale() const { return scale_; }
     [[nodiscard]] QRect rect() const { return {0, 0, width_, height_}; }
+    /// From now on nothing outside of @p device, in pixels of the device, is written; `row` knows no bounds.
+    void clipTo(const QRect& device) { clip_ = device & rect(); }
+    [[nodiscard]] QRect clip() const { return clip_; }
+    /// Moves everything by so many pixels of the device, as far as it stays in the picture; what comes in at
+    /// the other edge is left as it was.
+    void moveBy(QPoint device);
     /// Sizes in logical pixels.
     [[nodiscard]] int logicalWidth() const;
     [[nodiscard]] int logicalHeight() const;
@@ -36,6 +42,8 @@ public:
     [[nodiscard]] int lineWidth() const { return lineWidth_; }
 
     QRect fillBox(int left, int top, int right, int bottom, QRgb colour);
+    /// The pixels of the device of such a box, in the picture or not.
+    [[nodiscard]] QRect box(int left, int top, int right, int bottom) const;
     QRect verticalLine(int x, QRgb colour);
     /// Blends a strip over the full height with alpha 100 of 255.
     QRect blendStrip(int x, int width, QRgb source);
@@ -57,6 +65,7 @@ private:
     int width_ = 0;
     int height_ = 0;
     int lineWidth_ = 1;
+    QRect clip_;
 };
 
 /// Pixel of the device for a logical coordinate, which may be any number.

@@ -19,7 +19,17 @@ struct PickedInstrument {
 /// The program's windows, to be asked for by name: no window knows another.
 class Windows {
 public:
-    enum class Name : std::uint8_t { form1, frmsetup, frmsynth, Record, frmLog, CDWriter, MDIScore, fPrint, Wiz };
+    enum class Name : std::uint8_t {
+        form1,
+        frmsetup,
+        frmsynth,
+        Record,
+        frmLog,
+        CDWriter,
+        MDIScore,
+        fPrint,
+        Wiz
+    };
     enum class Focus : std::uint8_t { Take, Leave };
 
     virtual ~Windows() = default;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "score/MidiFile.h"
 
-#include "base/Files.h"
+#include "base/PendingFile.h"
 #include "score/Numbers.h"
 #include "score/Score.h"
 #include "sound/Chords.h"
@@ -26,6 +26,8 @@ constexpr std::size_t kChunkHead = 8; ///< id and length
 constexpr std::size_t kLongestPosition = 17;
 constexpr std::size_t kUsualPosition = 8; ///< note off and note on
 constexpr std::size_t kTrackRest = 32;    ///< chunk head, closing note off, end of track
+/// Smaller pieces take a busy disk more time than they spare.
+constexpr std::size_t kFlushBytes = std::size_t{1} << 20;
 constexpr int kProgramChange = 0xC0;
 constexpr int kNoteOn = 0x90;
 constexpr int kNoteOff = 0x80;
@@ -234,27 +236,41 @@ ByteCursor TrackWriter::WriteNoteOn(ByteCursor to, int cell, int position) {
 ByteCursor TrackWriter::WriteNoteOff(ByteCursor to) {
     return writeEvent(to, kNoteOff + EventChannel(), EventNote(cellRow(score_.PlayedCell[channel_])), 0);
 }
-} // namespace
 
-std::string buildMidiFile(Score& score, ChordSteps& steps, std::int32_t& NumBytes) {
+/// Gives the file to @p take chunk by chunk, each valid until the next, with the size of all as far as it can
+/// be told.
+template<class Take>
+void forEachChunk(Score& score, ChordSteps& steps, std::int32_t& NumBytes, Take&& take) {
     // One channel more in a state that editing can only reach by accident; never fewer than the thirteen.
     const int extraTracks = score.TopMelodyHint >= 4 && score.TopChannel <= score.TopMelodyHint
                                 ? std::max(score.TopChannel - score.TopMelodyHint + 1, 0)
                                 : 0;
     const int tracks = kUsedChannels + extraTracks;
-    std::string bytes = fileHead(score, tracks);
+    const std::string head = fileHead(score, tracks);
+    std::size_t size = head.size();
     score.FindEndOfSong();
     ++score.SongEnd;
-    bytes.reserve(static_cast<std::size_t>(tracks) *
-                  (kUsualPosition * static_cast<std::size_t>(score.SongEnd) + kTrackRest));
+    const std::size_t expected = static_cast<std::size_t>(tracks) *
+                                 (kUsualPosition * static_cast<std::size_t>(score.SongEnd) + kTrackRest);
+    take(head, expected);
     TrackWriter writer(score, steps);
     for (int channel = 0; channel < tracks; ++channel) {
         const std::string_view track = writer.track(channel);
-        bytes += track;
-        if (static_cast<std::size_t>(std::max(NumBytes, 0)) < bytes.size())
+        take(track, expected);
+        size += track.size();
+        if (static_cast<std::size_t>(std::max(NumBytes, 0)) < size)
             NumBytes = static_cast<std::int32_t>(track.size() - kChunkHead) + kRoomToGrow;
     }
     clearSpreadChords(score);
+}
+} // namespace
+
+std::string buildMidiFile(Score& score, ChordSteps& steps, std::int32_t& NumBytes) {
+    std::string bytes;
+    forEachChunk(score, steps, NumBytes, [&](std::string_view chunk, std::size_t expected) {
+        bytes.reserve(expected);
+        bytes += chunk;
+    });
     return bytes;
 }
 
@@ -265,7 +281,20 @@ std::string buildMidiFile(Score& score, ChordSteps& steps) {
 
 std::string MidiFile(const std::filesystem::path& path, Score& score, ChordSteps& steps,
                      std::int32_t& NumBytes) {
-    return replaceFile(path, buildMidiFile(score, steps, NumBytes));
+    PendingFile file(path);
+    std::string problem = file.open();
+    std::size_t unflushed = 0;
+    forEachChunk(score, steps, NumBytes, [&](std::string_view chunk, std::size_t /*expected*/) {
+        if (!problem.empty())
+            return; // the score is left as after a success all the same
+        problem = file.write(std::as_bytes(std::span(chunk)));
+        unflushed += chunk.size();
+        if (unflushed >= kFlushBytes) {
+            file.beginFlushing();
+            unflushed = 0;
+        }
+    });
+    return problem.empty() ? file.commit() : problem;
 }
 
 } // namespace velmora

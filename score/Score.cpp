@@ -5,6 +5,17 @@
 
 namespace velmora {
 
+namespace {
+/// Whether no cell of a block is filled. Without a branch, so that many are looked at together.
+template<std::size_t size>
+bool isEmpty(const std::int16_t* cells) {
+    std::int16_t all = -1;
+    for (std::size_t i = 0; i < size; ++i)
+        all = static_cast<std::int16_t>(all & cells[i]);
+    return all < 0;
+}
+} // namespace
+
 Score::Score(int numNotes)
     : NumNotes(std::max(numNotes, 0))
     , NoteCell(NumNotes + 1, kEmptyCell)
@@ -67,7 +78,10 @@ void Score::ClearAll() {
 
 int Score::lastFilledPosition(int channel, int bound) const {
     const auto cells = NoteCell.row(channel);
+    constexpr int kBlock = 64;
     int position = std::min(bound, static_cast<int>(cells.size()) - 1);
+    while (position >= kBlock - 1 && isEmpty<kBlock>(&cells[static_cast<std::size_t>(position - kBlock + 1)]))
+        position -= kBlock;
     while (position >= 0 && cells[static_cast<std::size_t>(position)] < 0)
         --position;
     return position;

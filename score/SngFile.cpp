@@ -4,6 +4,7 @@
 #include "base/Files.h"
 #include "score/Numbers.h"
 #include "score/Score.h"
+#include "score/SngContents.h"
 #include "score/SngText.h"
 #include "sound/SetupState.h"
 
@@ -65,7 +66,17 @@ bool open(const std::filesystem::path& path, SngReader reader, Score& score, Set
 }
 
 std::size_t fieldCount(std::string_view line) {
-    return line.empty() ? 0 : static_cast<std::size_t>(std::ranges::count(line, ',')) + 1;
+    constexpr std::size_t kBlock = 32; // counted together
+    std::size_t commas = 0;
+    std::size_t at = 0;
+    for (; at + kBlock <= line.size(); at += kBlock) {
+        std::uint8_t found = 0;
+        for (std::size_t i = 0; i < kBlock; ++i)
+            found = static_cast<std::uint8_t>(found + (line[at + i] == ',' ? 1 : 0));
+        commas += found;
+    }
+    commas += static_cast<std::size_t>(std::ranges::count(line.substr(at), ','));
+    return line.empty() ? 0 : commas + 1;
 }
 } // namespace
 
@@ -111,31 +122,7 @@ std::size_t longestRow(std::string_view bytes) {
 }
 
 std::string serializePoliFile(const Score& score, const SetupState& setup) {
-    PerChannel<std::size_t, kUsedChannels> last;
-    for (int channel = 0; channel < kUsedChannels; ++channel)
-        last[channel] =
-            static_cast<std::size_t>(std::max(score.lastFilledPosition(channel, score.NumNotes), 0));
-    // Rows end one index after the last note, where an effect of that note stands, or with the array.
-    const std::size_t effectEnd =
-        std::min(*std::ranges::max_element(last) + 2, static_cast<std::size_t>(score.Volume.positions()));
-
-    SngWriter out(100 * effectEnd);
-    for (int channel = 0; channel < kUsedChannels; ++channel) {
-        const std::size_t fields = last[channel] + 1;
-        out.row(score.NoteCell.row(channel).first(fields));
-        out.row(score.NoteInstrument.row(channel).first(fields));
-    }
-    out.row(std::span(score.ChannelInstrument).first(kUsedChannels));
-    out.line(kPolyphonicsKeyword);
-    for (int row = 0; row < kPolyphonicsRows; ++row)
-        out.row(score.Polyphonics.row(row).first(effectEnd));
-    for (const EffectSection& section : kEffectSections) {
-        out.line(section.keyword);
-        for (int channel = 0; channel < kUsedChannels; ++channel)
-            out.row((score.*section.grid).row(channel).first(effectEnd).subspan(1));
-    }
-    writeKeyLines(out, score, setup);
-    return out.take();
+    return serialize(sngContents(score, setup));
 }
 
 std::string SavePoliFile(const Score& score, const SetupState& setup) {

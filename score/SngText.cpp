@@ -5,6 +5,7 @@
 #include "sound/SetupState.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cstring>
 #include <utility>
@@ -17,9 +18,49 @@ using namespace std::string_view_literals;
 
 constexpr std::size_t kLongestField = 7; ///< "-32768,"
 constexpr std::ptrdiff_t kFastField = 6; ///< "-9999,"
+constexpr std::ptrdiff_t kRoomToCompare = 8;
 
 bool isLineEnd(char c) {
     return c == '\n' || c == '\r';
+}
+
+/// The first end of a line; many characters at a time, since rows are long.
+const char* findLineEnd(const char* at, const char* end) {
+    constexpr std::ptrdiff_t kBlock = 32;
+    while (end - at >= kBlock) {
+        bool found = false;
+        for (std::ptrdiff_t i = 0; i < kBlock; ++i)
+            found |= isLineEnd(at[i]);
+        if (found)
+            break;
+        at += kBlock;
+    }
+    return std::find_if(at, end, isLineEnd);
+}
+
+std::uint64_t eightBytes(const char* at) {
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, at, sizeof bytes);
+    return bytes;
+}
+
+/// Whether the field of @p length characters before @p at, its comma included, stands there again. Eight
+/// characters from @p at on are the text's.
+bool isRepeated(const char* at, std::ptrdiff_t length) {
+    const std::uint64_t different = eightBytes(at) ^ eightBytes(at - length);
+    const auto others = static_cast<unsigned>(8 * (8 - length));
+    return (std::endian::native == std::endian::little ? different << others : different >> others) == 0;
+}
+
+/// How often it does.
+std::size_t repeats(const char* at, const char* end, std::ptrdiff_t length) {
+    constexpr std::ptrdiff_t kWord = sizeof(std::uint64_t);
+    const char* same = at;
+    while (end - same >= kWord && eightBytes(same) == eightBytes(same - length))
+        same += kWord;
+    while (same != end && *same == same[-length])
+        ++same;
+    return static_cast<std::size_t>((same - at) / length);
 }
 
 /// The value of a digit; above 9 for everything else.
@@ -77,7 +118,7 @@ void SngLines::passLineEnd() {
 }
 
 void SngLines::skipToLineEnd() {
-    at_ = std::find_if(at_, end_, isLineEnd);
+    at_ = findLineEnd(at_, end_);
 }
 
 std::string_view SngLines::line() {
@@ -105,6 +146,7 @@ std::size_t SngLines::row(std::span<std::int16_t> cells) {
     for (;;) {
         // Whole numbers of up to four digits with a comma after them; all else goes the slow way.
         while (fields < cells.size() && end_ - at > kFastField) {
+            const char* const field = at;
             const bool negative = *at == '-';
             const char* next = at + (negative ? 1 : 0);
             const char* const fourth = next + 3;
@@ -115,8 +157,17 @@ std::size_t SngLines::row(std::span<std::int16_t> cells) {
                 magnitude = magnitude * 10 + more;
             if (*next != ',')
                 break;
-            cells[fields++] = static_cast<std::int16_t>(negative ? -magnitude : magnitude);
+            const auto value = static_cast<std::int16_t>(negative ? -magnitude : magnitude);
+            cells[fields++] = value;
             at = next + 1;
+            const std::ptrdiff_t length = at - field;
+            if (end_ - at < kRoomToCompare || !isRepeated(at, length))
+                continue;
+            // Most rows say the same over long stretches.
+            const std::size_t more = std::min(repeats(at, end_, length), cells.size() - fields);
+            std::fill_n(cells.begin() + static_cast<std::ptrdiff_t>(fields), more, value);
+            fields += more;
+            at += static_cast<std::ptrdiff_t>(more) * length;
         }
         at_ = at;
         if (fields == cells.size())
@@ -170,18 +221,22 @@ void applyKeyLine(std::string_view line, Score& score, SetupState& setup, MeterF
         score.Tempo = *value;
 }
 
+void writeKeyLines(SngWriter& out, std::int16_t tempo, const MeterFields& meter) {
+    out.line("Tempo=" + std::to_string(tempo));
+    out.line("Notes per measure=" + std::to_string(meter.TxBeats));
+    out.line("Beats per measure=" + std::to_string(meter.TxtMeter));
+    out.line("Note Value=" + std::to_string(meter.NoteX));
+}
+
 void writeKeyLines(SngWriter& out, const Score& score, const SetupState& setup) {
-    out.line("Tempo=" + std::to_string(score.Tempo));
-    out.line("Notes per measure=" + std::to_string(setup.TxBeats));
-    out.line("Beats per measure=" + std::to_string(setup.TxtMeter));
-    out.line("Note Value=" + std::to_string(setup.NoteX));
+    writeKeyLines(out, score.Tempo, {setup.TxBeats, setup.TxtMeter, setup.NoteX});
 }
 
 void rememberBeats(Score& score, int channel, std::size_t fields) {
     if (channel < kFirstPercussion)
         return;
     const auto codes = std::as_const(score.NoteInstrument).row(channel).first(fields);
-    for (std::size_t position = 0; position < codes.size(); ++position) {
+    for (std::size_t position = 0; position < std::min(codes.size(), score.BeatMemo[0].size()); ++position) {
         if (codes[position] >= 1)
             score.rememberBeat(channel, static_cast<int>(position), codes[position]);
     }

@@ -90,6 +90,7 @@ struct MeterFields {
 /// is the number after the first "=". `NotesPerMeasure` follows `TxBeats`; nothing else is worked out.
 void applyKeyLine(std::string_view line, Score& score, SetupState& setup, MeterFields& read);
 /// The four key lines that end a text.
+void writeKeyLines(SngWriter& out, std::int16_t tempo, const MeterFields& meter);
 void writeKeyLines(SngWriter& out, const Score& score, const SetupState& setup);
 
 /// Notes the percussion instruments of a row that was read in `BeatMemo`.

@@ -1,34 +1,28 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "score/UndoSnapshot.h"
 
-#include "base/Files.h"
+#include "score/KeptLayers.h"
 #include "score/Score.h"
-#include "score/SngFile.h"
 #include "score/SngText.h"
 #include "sound/SetupState.h"
 
 #include <algorithm>
-#include <fstream>
-#include <functional>
+#include <utility>
 
 namespace velmora {
 
 namespace {
 constexpr int kBeyondSongEnd = 100; ///< positions after the song's end that a snapshot still looks at
-
-std::size_t hashOf(std::string_view text) {
-    return std::hash<std::string_view>{}(text);
-}
 } // namespace
 
-UndoSnapshot::UndoSnapshot(std::filesystem::path path) : path_(std::move(path)) {}
+UndoSnapshot::UndoSnapshot(std::filesystem::path path) : file_(std::move(path)) {}
 
 void UndoSnapshot::SaveforUndo(const Score& score, const SetupState& setup, std::string_view step) {
     if (holds_ > 0)
         return;
     forget();
     ++snapshots;
-    if (!score.ChannelInUse.contains(score.ActiveChannel) || !write(serializeUndo(score, setup)))
+    if (!score.ChannelInUse.contains(score.ActiveChannel) || !file_.write(serializeUndo(score, setup)))
         return;
     UndoChannel = score.ActiveChannel;
     step_ = step;
@@ -40,30 +34,35 @@ void UndoSnapshot::keepWhole(const Score& score, const SetupState& setup, std::s
         return;
     forget();
     ++snapshots;
-    if (!write(serializePoliFile(score, setup)))
+    auto layers = std::make_shared<const KeptLayers>(score, setup);
+    if (!file_.write(layers))
         return;
-    whole_.emplace(Whole{ScoreRemainder(score, setup), scope});
+    whole_.emplace(Whole{ScoreRemainder(score, setup), std::move(layers), scope});
     step_ = step;
 }
 
 bool UndoSnapshot::OpenforUndo(Score& score, SetupState& setup) {
-    if (step_.empty())
+    if (step().empty())
         return false;
-    const auto text = readWholeFile(path_);
-    if (!text || hashOf(*text) != written_)
-        return false;
-    if (!whole_)
+    if (whole_) {
+        if (!file_.isThere())
+            return false;
+        if (whole_->scope == StepScope::Score)
+            whole_->remainder.putBackWhole(*whole_->layers, score, setup);
+        else
+            whole_->remainder.putBack(*whole_->layers, score, setup);
+    } else {
+        const auto text = file_.text();
+        if (!text)
+            return false;
         parseUndo(*text, UndoChannel, score, setup);
-    else if (whole_->scope == StepScope::Score)
-        whole_->remainder.putBackWhole(*text, score, setup);
-    else
-        whole_->remainder.putBack(*text, score, setup);
+    }
     forget();
     return true;
 }
 
 std::string_view UndoSnapshot::step() const {
-    return step_;
+    return file_.failed() ? std::string_view() : step_;
 }
 
 bool UndoSnapshot::bringsScoreBack() const {
@@ -74,18 +73,6 @@ void UndoSnapshot::forget() {
     UndoChannel = -1;
     whole_.reset();
     step_ = {};
-}
-
-bool UndoSnapshot::write(std::string_view text) {
-    // Not flushed to the disk, for no snapshot is wanted after a crash and this runs before each stroke. The
-    // old one is deleted because file systems do flush a file that is cut to nothing and written anew.
-    std::error_code ignored;
-    std::filesystem::remove(path_, ignored);
-    std::ofstream file(path_, std::ios::binary | std::ios::trunc);
-    file.write(text.data(), static_cast<std::streamsize>(text.size()));
-    file.close();
-    written_ = hashOf(text);
-    return !file.fail();
 }
 
 std::string serializeUndo(const Score& score, const SetupState& setup) {

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "score/ScoreRemainder.h"
+#include "score/UndoFile.h"
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,6 +24,7 @@ enum class StepScope : std::uint8_t {
 
 /// The one undo step, kept as a file of its own in one of two forms: the channel that is about to be drawn
 /// on, or the whole Score before anything that reaches further. A new step takes the old one's place.
+/// The whole Score is kept in memory, too, and comes back from there, but never without its file.
 class UndoSnapshot {
 public:
     static constexpr std::string_view kNoteStep = "Last note";
@@ -42,6 +45,8 @@ public:
     /// with nothing to undo, or a file that is gone or no longer what was written, everything stays as it was
     bool OpenforUndo(Score& score, SetupState& setup);
 
+    /// Waits for the file: a large one is written while the user goes on.
+    void finishWriting() { file_.finish(); }
     /// What undoing would take back, in the user's words; blank while there is nothing.
     [[nodiscard]] std::string_view step() const;
     /// Whether the step is another score's taking the place of one with notes.
@@ -62,15 +67,14 @@ public:
 private:
     struct Whole {
         ScoreRemainder remainder;
+        std::shared_ptr<const KeptLayers> layers;
         StepScope scope;
     };
     void forget();
-    bool write(std::string_view text);
 
-    std::filesystem::path path_;
-    std::optional<Whole> whole_; ///< beside the file, for the whole form
+    UndoFile file_;
+    std::optional<Whole> whole_; ///< for the whole form
     std::string_view step_;
-    std::size_t written_ = 0; ///< a hash of the file's text
     int holds_ = 0;
 };
 

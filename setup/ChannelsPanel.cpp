@@ -3,9 +3,9 @@
 
 #include "base/QtText.h"
 #include "composition/Workspace.h"
-#include "parts/Desk.h"
 #include "parts/ChannelColours.h"
 #include "parts/ChannelSquare.h"
+#include "parts/Desk.h"
 #include "parts/InstrumentField.h"
 #include "setup/SetupParts.h"
 #include "shell/ControlPainter.h"
@@ -35,7 +35,7 @@ public:
         setCheckable(true);
         setAttribute(Qt::WA_Hover);
         setFocusPolicy(Qt::TabFocus);
-        setText(QString::fromLatin1(kChannelColours[static_cast<std::size_t>(channel)].caption));
+        setText(QString::fromLatin1(kChannelColours[channel].caption));
         setAccessibleName("Channel " + text());
     }
 
@@ -81,13 +81,12 @@ void ChannelsPanel::addChannels(QGroupBox& group, int first, int last, int pitch
     for (int channel = first; channel <= last; ++channel) {
         if (channel == kNoChannel)
             continue;
-        const auto index = static_cast<std::size_t>(channel);
         auto* button = new ChannelButton(look_, channel, &group);
         button->setObjectName(QStringLiteral("TrackSel(%1)").arg(channel));
         button->setGeometry(QRect(QPoint(x, 36), kButton));
         channels_->addButton(button, channel);
         desk_.tips.SetToolTip(*button, {button->accessibleName(), "Make this the active channel", ""});
-        TrackSel[index] = button;
+        TrackSel[channel] = button;
 
         QCheckBox* box =
             addBox(group, QStringLiteral("TrackHide(%1)").arg(channel), {x + kButton.width() / 2, 79});
@@ -98,7 +97,7 @@ void ChannelsPanel::addChannels(QGroupBox& group, int first, int last, int pitch
             if (TrackHide_Click)
                 TrackHide_Click(channel, hidden);
         });
-        TrackHide[index] = box;
+        TrackHide[channel] = box;
         boxes.push_back(box);
         x += pitch;
     }
@@ -142,23 +141,20 @@ void ChannelsPanel::refresh() {
     const Score& score = desk_.workspace.score;
     const InstrumentSelection& chosen = desk_.workspace.instruments;
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        const auto index = static_cast<std::size_t>(channel);
-        if (!TrackSel[index])
+        if (!TrackSel[channel])
             continue;
         if (channel == score.ActiveChannel)
-            TrackSel[index]->setChecked(true);
-        TrackHide[index]->setChecked(score.ChannelMuted[index]);
+            TrackSel[channel]->setChecked(true);
+        TrackHide[channel]->setChecked(score.ChannelMuted[channel]);
     }
     LblInst1->showName(toQString(chosen.MelodyInstrumentName));
     LblInst2->showName(toQString(chosen.PercussionInstrumentName));
-    const auto active = static_cast<std::size_t>(score.ActiveChannel);
-    if (active < desk_.workspace.setup.channels.size())
-        Label2->setText(QString::number(desk_.workspace.setup.channels[active].volume));
+    Label2->setText(QString::number(desk_.workspace.setup.channels[score.ActiveChannel].volume));
 }
 
 bool ChannelsPanel::isPressed(int channel) const {
-    const auto index = static_cast<std::size_t>(channel);
-    return index < TrackSel.size() && TrackSel[index] && TrackSel[index]->isChecked();
+    const QAbstractButton* button = TrackSel[channel];
+    return button && button->isChecked();
 }
 
 } // namespace velmora

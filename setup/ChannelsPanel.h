@@ -5,7 +5,6 @@
 
 #include <QWidget>
 
-#include <array>
 #include <functional>
 
 class QAbstractButton;
@@ -41,8 +40,8 @@ private:
     Desk& desk_;
     const Appearance& look_;
     QButtonGroup* channels_;
-    std::array<QAbstractButton*, kUsedChannels> TrackSel{};
-    std::array<QCheckBox*, kUsedChannels> TrackHide{};
+    PerChannel<QAbstractButton*, kUsedChannels> TrackSel;
+    PerChannel<QCheckBox*, kUsedChannels> TrackHide;
     InstrumentField* LblInst1 = nullptr;
     InstrumentField* LblInst2 = nullptr;
     QLabel* Label2 = nullptr;

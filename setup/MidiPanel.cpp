@@ -35,10 +35,7 @@ public:
 };
 } // namespace
 
-MidiPanel::MidiPanel(Desk& desk, const Appearance& look,
-                     QWidget* parent)
-    : QWidget(parent)
-    , desk_(desk) {
+MidiPanel::MidiPanel(Desk& desk, const Appearance& look, QWidget* parent) : QWidget(parent), desk_(desk) {
     setObjectName("midiPanel");
     addDevices(*addGroup(*this, "Midi Device", {8, 8, 480, 84}));
     addLength(*addGroup(*this, "Score Length", {8, 100, 480, 156}), look);

@@ -4,8 +4,8 @@
 #include "base/QtText.h"
 #include "composition/SetupRules.h"
 #include "composition/Workspace.h"
-#include "parts/Desk.h"
 #include "parts/ChannelSquare.h"
+#include "parts/Desk.h"
 #include "setup/SetupParts.h"
 #include "shell/ExToolTip.h"
 #include "sound/Chords.h"
@@ -21,9 +21,7 @@ constexpr int kFirstColumn = 172; ///< its middle
 constexpr int kColumn = 40;
 } // namespace
 
-PolyphonicsPanel::PolyphonicsPanel(Desk& desk, QWidget* parent)
-    : QWidget(parent)
-    , desk_(desk) {
+PolyphonicsPanel::PolyphonicsPanel(Desk& desk, QWidget* parent) : QWidget(parent), desk_(desk) {
     setObjectName("polyphonicsPanel");
     addList();
     addChannels();
@@ -49,36 +47,34 @@ void PolyphonicsPanel::addChannels() {
     for (int channel = 0; channel < kMelodyChannels; ++channel) {
         const int middle = kFirstColumn + channel * kColumn;
         (new ChannelSquare(channel, group))->move(middle - 10, 42);
-        Ch[static_cast<std::size_t>(channel)] =
-            addBox(*group, QStringLiteral("Ch(%1)").arg(channel), {middle, 84});
+        Ch[channel] = addBox(*group, QStringLiteral("Ch(%1)").arg(channel), {middle, 84});
     }
     for (int channel = 0; channel < kMelodyChannels; ++channel)
-        Chkstrum[static_cast<std::size_t>(channel)] = addBox(
-            *group, QStringLiteral("Chkstrum(%1)").arg(channel), {kFirstColumn + channel * kColumn, 116});
+        Chkstrum[channel] = addBox(*group, QStringLiteral("Chkstrum(%1)").arg(channel),
+                                   {kFirstColumn + channel * kColumn, 116});
     for (int channel = 0; channel < kMelodyChannels; ++channel) {
-        const auto index = static_cast<std::size_t>(channel);
         const QString number = QString::number(channel + 1);
-        Ch[index]->setAccessibleName("Chord on channel " + number);
-        Chkstrum[index]->setAccessibleName("Strum the chords of channel " + number);
-        desk_.tips.SetToolTip(*Ch[index],
-                             {"Chord on channel " + number, "Give every position the chord of the list", ""});
-        desk_.tips.SetToolTip(*Chkstrum[index],
-                             {"Strum channel " + number, "Play the notes of a chord one after another", ""});
-        connect(Ch[index], &QCheckBox::clicked, this, [this, channel] { Ch_Click(channel); });
-        connect(Chkstrum[index], &QCheckBox::clicked, this,
-                [this, index](bool ticked) { desk_.workspace.setup.Chkstrum[index] = ticked; });
+        Ch[channel]->setAccessibleName("Chord on channel " + number);
+        Chkstrum[channel]->setAccessibleName("Strum the chords of channel " + number);
+        desk_.tips.SetToolTip(
+            *Ch[channel], {"Chord on channel " + number, "Give every position the chord of the list", ""});
+        desk_.tips.SetToolTip(*Chkstrum[channel],
+                              {"Strum channel " + number, "Play the notes of a chord one after another", ""});
+        connect(Ch[channel], &QCheckBox::clicked, this, [this, channel] { Ch_Click(channel); });
+        connect(Chkstrum[channel], &QCheckBox::clicked, this,
+                [this, channel](bool ticked) { desk_.workspace.setup.Chkstrum[channel] = ticked; });
     }
     addSmallWords(*group, "A right click on a note then gives it the chord of the list.", {12, 138, 456, 16});
 }
 
 void PolyphonicsPanel::Ch_Click(int channel) {
-    velmora::Ch_Click(desk_.workspace, channel, Ch[static_cast<std::size_t>(channel)]->isChecked());
+    velmora::Ch_Click(desk_.workspace, channel, Ch[channel]->isChecked());
 }
 
 void PolyphonicsPanel::refresh() {
     const SetupState& setup = desk_.workspace.setup;
     Combo3->setCurrentIndex(setup.Combo3);
-    for (std::size_t channel = 0; channel < Ch.size(); ++channel) {
+    for (int channel = 0; channel < kMelodyChannels; ++channel) {
         Ch[channel]->setChecked(setup.Ch[channel]);
         Chkstrum[channel]->setChecked(setup.Chkstrum[channel]);
     }

@@ -5,7 +5,6 @@
 
 #include <QWidget>
 
-#include <array>
 
 class QCheckBox;
 class QComboBox;
@@ -28,8 +27,8 @@ private:
 
     Desk& desk_;
     QComboBox* Combo3 = nullptr;
-    std::array<QCheckBox*, kMelodyChannels> Ch{};
-    std::array<QCheckBox*, kMelodyChannels> Chkstrum{};
+    PerChannel<QCheckBox*, kMelodyChannels> Ch;
+    PerChannel<QCheckBox*, kMelodyChannels> Chkstrum;
 };
 
 } // namespace velmora

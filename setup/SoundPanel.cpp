@@ -3,8 +3,8 @@
 
 #include "composition/SetupRules.h"
 #include "composition/Workspace.h"
-#include "parts/Desk.h"
 #include "parts/ChannelSquare.h"
+#include "parts/Desk.h"
 #include "setup/SetupParts.h"
 #include "shell/ExToolTip.h"
 #include "shell/ReadOut.h"
@@ -90,14 +90,14 @@ void SoundPanel::dragVolume(int value) {
 void SoundPanel::dragEffect(std::size_t effect, int value) {
     const int channel = desk_.workspace.score.ActiveChannel;
     auto& channels = desk_.workspace.setup.channels;
-    if (static_cast<std::size_t>(channel) >= channels.size())
+    if (!channels.contains(channel))
         return;
     const QScopedValueRollback dragging(dragging_, bars_[effect]);
     const EffectRow& row = kEffectRows[effect];
     const auto stored = static_cast<std::int16_t>(value + row.middle);
     labels_[effect]->setText(QString::number(value));
     const Edit edit(desk_.workspace, Change::Sound);
-    channels[static_cast<std::size_t>(channel)].*row.value = stored;
+    channels[channel].*row.value = stored;
     row.send(desk_.port, stored, channel);
 }
 
@@ -108,11 +108,11 @@ void SoundPanel::show(Slider& slider, int value) const {
 }
 
 void SoundPanel::refresh() {
-    const auto channel = static_cast<std::size_t>(desk_.workspace.score.ActiveChannel);
-    if (channel >= desk_.workspace.setup.channels.size())
+    const int channel = desk_.workspace.score.ActiveChannel;
+    if (!desk_.workspace.setup.channels.contains(channel))
         return;
     const PlaybackChannelSetup& values = desk_.workspace.setup.channels[channel];
-    square_->setChannel(static_cast<int>(channel));
+    square_->setChannel(channel);
     show(*lblVolume, values.volume);
     Label15->setText(QString::number(values.volume));
     for (std::size_t effect = 0; effect < kEffects; ++effect) {

@@ -14,9 +14,7 @@
 
 namespace velmora {
 
-StaffPanel::StaffPanel(Desk& desk, QWidget* parent)
-    : QWidget(parent)
-    , desk_(desk) {
+StaffPanel::StaffPanel(Desk& desk, QWidget* parent) : QWidget(parent), desk_(desk) {
     setObjectName("staffPanel");
     addBoxes(*addGroup(*this, "Staff", {8, 8, 480, 136}));
     addSpacing(*addGroup(*this, "Rows", {8, 152, 480, 104}));
@@ -60,7 +58,7 @@ void StaffPanel::addSpacing(QGroupBox& group) {
     Text3->setAccessibleName("Line spacing");
     Text3->setGeometry(120, 44, 72, 24);
     desk_.tips.SetToolTip(*Text3,
-                         {"Line spacing", "The height of a row of the Melody Tableau, in pixels", ""});
+                          {"Line spacing", "The height of a row of the Melody Tableau, in pixels", ""});
     const ViewState& view = desk_.workspace.view;
     Text3->number = [&view] { return view.Line_Height; };
     Text3->onNumber = [this](std::int16_t height) { Text3_Change(height); };

@@ -23,10 +23,7 @@ constexpr int kTempoStep = 4;
 constexpr int kTempoPage = 20;
 } // namespace
 
-TimingPanel::TimingPanel(Desk& desk, const Appearance& look,
-                         QWidget* parent)
-    : QWidget(parent)
-    , desk_(desk) {
+TimingPanel::TimingPanel(Desk& desk, const Appearance& look, QWidget* parent) : QWidget(parent), desk_(desk) {
     setObjectName("timingPanel");
     addTempo(*addGroup(*this, "Timing", {8, 8, 480, 100}), look);
     QGroupBox* meter = addGroup(*this, "Meter", {8, 116, 480, 140});
@@ -40,10 +37,14 @@ TimingPanel::TimingPanel(Desk& desk, const Appearance& look,
     const SetupState& setup = workspace.setup;
     TxtMeter->number = [&setup] { return setup.TxtMeter; };
     TxtMeter->onNumber = [&workspace](std::int16_t number) { TxtMeter_Change(workspace, number); };
-    TxtMeter->onStep = [&workspace](int steps) { TxtMeter_Change(workspace, stepped(kBeats, workspace.setup.TxtMeter, steps)); };
+    TxtMeter->onStep = [&workspace](int steps) {
+        TxtMeter_Change(workspace, stepped(kBeats, workspace.setup.TxtMeter, steps));
+    };
     NoteX->number = [&setup] { return setup.NoteX; };
     NoteX->onNumber = [&workspace](std::int16_t number) { NoteX_Change(workspace, number); };
-    NoteX->onStep = [&workspace](int steps) { NoteX_Change(workspace, stepped(kNoteValues, workspace.setup.NoteX, steps)); };
+    NoteX->onStep = [&workspace](int steps) {
+        NoteX_Change(workspace, stepped(kNoteValues, workspace.setup.NoteX, steps));
+    };
     TxBeats->number = [&setup] { return setup.TxBeats; };
     TxBeats->onNumber = [&workspace](std::int16_t number) { TxBeats_Change(workspace, number); };
     TxBeats->onStep = [&workspace](int steps) {

@@ -17,8 +17,7 @@ struct Desk;
 /// says of it.
 class TimingPanel : public QWidget {
 public:
-    TimingPanel(Desk& desk, const Appearance& look,
-                QWidget* parent);
+    TimingPanel(Desk& desk, const Appearance& look, QWidget* parent);
 
     void refresh();
 

@@ -246,8 +246,7 @@ void frmsetup::TrackSel_Click(int channel) {
 
 void frmsetup::TrackHide_Click(int channel, bool hidden) {
     const auto& muted = desk_.workspace.score.ChannelMuted;
-    if (static_cast<std::size_t>(channel) < muted.size() &&
-        muted[static_cast<std::size_t>(channel)] != hidden) {
+    if (muted.contains(channel) && muted[channel] != hidden) {
         desk_.workspace.toggleMuted(channel);
         desk_.player.silenceMuted(channel);
     }

@@ -16,13 +16,15 @@ namespace velmora {
 
 /// The help pages, to be framed by a window. It opens with the first page shown.
 ///
-///   control        what the user sees                       what it does
-///   txtHelpSearch  field "Search help" at the upper left    lists the pages that have the words; Esc clears
-///   it lstHelpPages   the pages, or what the search found      shows the page btnHelpBack    "Back" the page
-///   before, where it was left (Alt+Left) btnHelpForward "Forward"                                the page
-///   one came back from (Alt+Right) btnHelpHome    "Home"                                   the first page
-///   (Alt+Home) txtHelpPage    the page                                 links lead to other pages, and
-///   nowhere else
+// clang-format off
+///   control         what the user sees                       what it does
+///   txtHelpSearch   field "Search help" at the upper left    lists the pages that have the words; Esc clears it
+///   lstHelpPages    the pages, or what the search found      shows the page
+///   btnHelpBack     "Back"                                   the page before, where it was left (Alt+Left)
+///   btnHelpForward  "Forward"                                the page one came back from (Alt+Right)
+///   btnHelpHome     "Home"                                   the first page (Alt+Home)
+///   txtHelpPage     the page                                 links lead to other pages, and nowhere else
+// clang-format on
 class HelpView : public QWidget {
 public:
     explicit HelpView(HelpLibrary library, QWidget* parent = nullptr);

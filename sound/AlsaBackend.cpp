@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "LateNames.h"
+#include "base/LateLibrary.h"
 #include "sound/MidiBackends.h"
 #include "sound/PacedOutlet.h"
 
 #include <RtMidi.h>
+#include <rtmidi_c.h>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -20,26 +23,56 @@ bool sequencerAnswers() {
     return true;
 }
 
-void ignoreError(RtMidiError::Type, const std::string&, void*) {}
+struct RtMidiLibrary : LateLibrary {
+    RtMidiLibrary() : LateLibrary(kRtMidiLibrary) {}
+    VELMORA_LATE_CALL(rtmidi_out_create);
+    VELMORA_LATE_CALL(rtmidi_out_free);
+    VELMORA_LATE_CALL(rtmidi_out_send_message);
+};
 
-/// Null where there is no sequencer.
-std::unique_ptr<RtMidiOut> connectToSequencer() {
-    if (!sequencerAnswers())
-        return nullptr;
-    try {
-        auto client = std::make_unique<RtMidiOut>(RtMidi::LINUX_ALSA, kMidiClientName);
-        client->setErrorCallback(ignoreError);
-        return client;
-    } catch (const RtMidiError&) {
-        return nullptr;
-    }
+/// Loaded where it is first called: on the back end's thread.
+const RtMidiLibrary& library() {
+    static const RtMidiLibrary only;
+    return only;
 }
 
-std::vector<std::string> portNames(RtMidiOut& client) {
+void ignoreError(RtMidiError::Type, const std::string&, void*) {}
+
+/// A client of the sequencer. RtMidi's functions for C make it, as they can be called late; what it is has
+/// virtual functions, which need no linking either.
+class Client {
+public:
+    Client() : handle_(library().rtmidi_out_create(RTMIDI_API_LINUX_ALSA, kMidiClientName)) {
+        if (handle_->ok)
+            midi().setErrorCallback(ignoreError, nullptr);
+    }
+    ~Client() { library().rtmidi_out_free(handle_); }
+    Client(const Client&) = delete;
+    Client& operator=(const Client&) = delete;
+
+    [[nodiscard]] bool connected() const { return handle_->ok; }
+    [[nodiscard]] RtMidi& midi() const { return *static_cast<RtMidiOut*>(handle_->ptr); }
+    void send(std::span<const unsigned char> message) const {
+        library().rtmidi_out_send_message(handle_, message.data(), static_cast<int>(message.size()));
+    }
+
+private:
+    RtMidiOutPtr handle_;
+};
+
+/// Null where there is no sequencer.
+std::unique_ptr<Client> connectToSequencer() {
+    if (!sequencerAnswers() || !library().complete())
+        return nullptr;
+    auto client = std::make_unique<Client>();
+    return client->connected() ? std::move(client) : nullptr;
+}
+
+std::vector<std::string> portNames(const Client& client) {
     std::vector<std::string> names;
-    const unsigned count = client.getPortCount();
+    const unsigned count = client.midi().getPortCount();
     for (unsigned port = 0; port < count; ++port)
-        names.push_back(client.getPortName(port));
+        names.push_back(client.midi().getPortName(port));
     return names;
 }
 
@@ -59,25 +92,24 @@ public:
     }
 
     std::unique_ptr<MidiOutlet> open(const std::string& destination) override {
-        std::shared_ptr<RtMidiOut> client = connectToSequencer();
+        std::shared_ptr<Client> client = connectToSequencer();
         if (!client)
             return nullptr;
         const auto names = portNames(*client);
         for (unsigned port = 0; port < names.size(); ++port) {
             if (names[port] != destination)
                 continue;
-            client->openPort(port, "Output");
-            if (!client->isPortOpen())
+            client->midi().openPort(port, "Output");
+            if (!client->midi().isPortOpen())
                 return nullptr;
-            return std::make_unique<PacedOutlet>([client](std::span<const unsigned char> message) {
-                client->sendMessage(message.data(), message.size());
-            });
+            return std::make_unique<PacedOutlet>(
+                [client](std::span<const unsigned char> message) { client->send(message); });
         }
         return nullptr;
     }
 
 private:
-    std::unique_ptr<RtMidiOut> lister_;
+    std::unique_ptr<Client> lister_;
 };
 } // namespace
 

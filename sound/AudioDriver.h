@@ -9,6 +9,8 @@
 
 namespace velmora {
 
+class AudioBell;
+
 inline constexpr int kAudioRate = 44100; ///< frames a second of the one output stream
 inline constexpr int kAudioChannels = 2;
 
@@ -31,6 +33,12 @@ struct StreamRequest {
 class StreamClient {
 public:
     virtual ~StreamClient() = default;
+    /// True if nothing sounds and nobody listens: a driver without a device need not render then, until the
+    /// bell rings. After such a rest it counts its frames from 0 again. Realtime-safe: yes.
+    [[nodiscard]] virtual bool isSilent() noexcept { return false; }
+    /// Rings when there may be sound again, but for other reasons too. Null for a client that is never
+    /// silent; always the same. Thread-safe: yes. Realtime-safe: yes.
+    [[nodiscard]] virtual AudioBell* bell() noexcept { return nullptr; }
     /// Fills the request. Realtime-safe: yes.
     virtual void render(const StreamRequest& request) noexcept = 0;
     /// `AudioDriver::state` has changed. Realtime-safe: no.
@@ -67,7 +75,8 @@ public:
 /// without a card.
 [[nodiscard]] std::unique_ptr<AudioDriver> makeSdlDriver(const std::string& system,
                                                          const StreamSettings& settings);
-/// Nothing sounds, but time passes: blocks of 10 ms by the steady clock. Never fails.
+/// Nothing sounds, but time passes: blocks of 10 ms by the steady clock, and none while the client is silent.
+/// Never fails.
 [[nodiscard]] std::unique_ptr<AudioDriver> makeNullDriver(const StreamSettings& settings);
 
 struct AudioDriverRow {

@@ -36,13 +36,29 @@ int AudioMixer::framesToSkip(double moment, int frames) const noexcept {
 
 void AudioMixer::mix(const AudioBlock& block) noexcept {
     std::fill_n(block.samples, kAudioChannels * block.frames, 0.0F);
-    sources.visit([&](AudioSource& source) { source.render(block); });
+    const bool tapped = isTapped();
+    sources.visit([&](AudioSource& source) {
+        if (tapped || !source.rests())
+            source.render(block);
+    });
     limiter_.process(block.samples, block.frames);
     // The limiter holds sound back: its first frame out was rendered that much earlier.
     const AudioBlock mixed{block.samples, block.frames, block.moment - kLimiterDelay};
     taps.visit([&](AudioTap& tap) { tap.tapped(mixed); });
     renderedTo_ = block.moment + double(block.frames) / kAudioRate;
     frames_.fetch_add(block.frames, std::memory_order_relaxed);
+}
+
+bool AudioMixer::isTapped() noexcept {
+    bool tapped = false;
+    taps.visit([&](AudioTap&) { tapped = true; });
+    return tapped;
+}
+
+bool AudioMixer::isSilent() noexcept {
+    bool silent = !isTapped();
+    sources.visit([&](AudioSource& source) { silent = silent && source.rests(); });
+    return silent;
 }
 
 } // namespace velmora

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "sound/AudioBell.h"
 #include "sound/AudioDriver.h"
 #include "sound/AudioSlots.h"
 #include "sound/AudioSource.h"
@@ -22,11 +23,16 @@ public:
 
     AudioSlots<AudioSource, 32> sources;
     AudioSlots<AudioTap, 8> taps;
+    AudioBell bell; ///< to be rung after a source or a tap is added, and when a source goes on after a rest
 
     /// Renders the request. Where it would reach further than `kOverlap` back into what has been rendered, as
     /// at a change of drivers, silence goes out and neither source nor tap is called: for them time goes on
     /// without a seam. Thread-safe: one caller at a time. Realtime-safe: yes.
     void render(const StreamRequest& request) noexcept;
+
+    /// True if every source rests and there is no tap. For the thread that renders, between two renderings.
+    /// Realtime-safe: yes.
+    [[nodiscard]] bool isSilent() noexcept;
 
     /// Steady seconds of the last callback; 0 before the first.
     /// Thread-safe: yes. Realtime-safe: yes.
@@ -40,6 +46,7 @@ public:
 private:
     [[nodiscard]] int framesToSkip(double moment, int frames) const noexcept;
     void mix(const AudioBlock& block) noexcept;
+    [[nodiscard]] bool isTapped() noexcept;
 
     StreamClock clock_{kAudioRate};
     Limiter limiter_;

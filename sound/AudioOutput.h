@@ -38,13 +38,17 @@ public:
 
     /// The source sounds from the next block on. It must be removed before it dies. False if there are too
     /// many (32). Thread-safe: yes, but not from the audio thread. Realtime-safe: no.
-    bool add(AudioSource& source) { return mixer_.sources.add(source); }
+    bool add(AudioSource& source);
     /// Once it returns the audio thread is out of the source; waits for the end of a block at the most.
     /// Thread-safe: yes, but not from the audio thread. Realtime-safe: no.
     void remove(AudioSource& source) { mixer_.sources.remove(source); }
     /// As for sources; 8 at the most.
-    bool addTap(AudioTap& tap) { return mixer_.taps.add(tap); }
+    bool addTap(AudioTap& tap);
     void removeTap(AudioTap& tap) { mixer_.taps.remove(tap); }
+
+    /// To be called when a source that may rest has been told to sound. Thread-safe: yes, but not from the
+    /// audio thread. Realtime-safe: no.
+    void wake() noexcept { mixer_.bell.ring(); }
 
     /// Thread-safe: yes. Realtime-safe: yes.
     [[nodiscard]] AudioOutputFigures figures() const noexcept;

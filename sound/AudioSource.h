@@ -19,6 +19,10 @@ public:
     /// Adds its sound to the block. Called from the audio thread alone.
     /// Realtime-safe: must take no lock, allocate nothing, touch no file.
     virtual void render(const AudioBlock& block) noexcept = 0;
+    /// True if nothing but silence would come from it until it is told to sound. The mix then may leave it
+    /// out for as long as nobody taps: for the source no time passes meanwhile. Called from the audio thread
+    /// alone, between blocks. Realtime-safe: must be.
+    [[nodiscard]] virtual bool rests() noexcept { return false; }
 };
 
 /// What listens to the finished mix: a recording.

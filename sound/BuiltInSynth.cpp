@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <span>
 
 namespace velmora {
 
@@ -75,6 +76,8 @@ void BuiltInSynth::reset(double moment) {
 void BuiltInSynth::push(const Event& event, std::size_t spare) {
     if (!events_.push(event, spare) && spare == 0)
         endsLost_.store(true, std::memory_order_release);
+    if (onMessage)
+        onMessage();
 }
 
 /// Loads what a program change will ask for before the audio thread meets it. The rule for banks is
@@ -139,6 +142,28 @@ void BuiltInSynth::refill(SynthEngine& engine, const AudioBlock& block, int fram
     engine.render(span_.data(), frames);
     spanAt_ = 0;
     spanEnd_ = frames;
+    listenForSilence(engine);
+}
+
+void BuiltInSynth::listenForSilence(SynthEngine& engine) noexcept {
+    const std::span<const float> sound(span_.data(), std::size_t{2} * static_cast<std::size_t>(spanEnd_));
+    const auto audible = [](float sample) { return !(std::fabs(sample) < kInaudible); };
+    if (engine.voicesSounding() > 0 || std::ranges::any_of(sound, audible))
+        quietFrames_ = 0;
+    else if (quietFrames_ < kRestSeconds * sampleRate_)
+        quietFrames_ += spanEnd_;
+}
+
+/// What is left of the span is silence, and would only hold up the next note.
+bool BuiltInSynth::rests() noexcept {
+    if (events_.front() || endsLost_.load(std::memory_order_relaxed))
+        return false;
+    if (failed_.load(std::memory_order_acquire))
+        return true;
+    if (quietFrames_ < kRestSeconds * sampleRate_)
+        return false;
+    spanAt_ = spanEnd_ = 0;
+    return true;
 }
 
 /// Frames from the block's first to the one that the event belongs to.
@@ -155,6 +180,7 @@ bool BuiltInSynth::applyDue(SynthEngine& engine, const AudioBlock& block, int fr
         if (!applyEvent(engine, *event))
             return false;
         events_.pop();
+        quietFrames_ = 0;
     }
     if (endsLost_.load(std::memory_order_relaxed) && endsLost_.exchange(false, std::memory_order_acquire))
         engine.reset(); // the lost message may have been the end of a note

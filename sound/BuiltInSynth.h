@@ -10,6 +10,7 @@
 #include <array>
 #include <atomic>
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -31,6 +32,14 @@ public:
     /// Places of the queue that notes can't take: a flood of notes must not keep their ends out.
     static constexpr std::size_t kPlacesForEnds = 2048;
     static constexpr double kStaleSeconds = 0.5;
+    /// Seconds of silence, after the last voice and the last message, until it rests.
+    static constexpr double kRestSeconds = 3;
+    /// What counts as silence for that: -120 dB.
+    static constexpr float kInaudible = 1e-6F;
+
+    /// Called at each message, on the sender's thread; to be set before the first. It may wake whoever leaves
+    /// the synthesizer out while it rests.
+    std::function<void()> onMessage;
 
     /// @p options name SoundFont and sample rate; one core is used and presets load ahead, whatever they say.
     explicit BuiltInSynth(SynthOptions options);
@@ -60,6 +69,7 @@ public:
 
     /// Adds the synthesizer's sound. Realtime-safe: yes.
     void render(const AudioBlock& block) noexcept override;
+    [[nodiscard]] bool rests() noexcept override;
 
 private:
     struct Event {
@@ -80,6 +90,7 @@ private:
     [[nodiscard]] bool applyDue(SynthEngine& engine, const AudioBlock& block, int frame) noexcept;
     [[nodiscard]] bool applyEvent(SynthEngine& engine, const Event& event) const noexcept;
     void refill(SynthEngine& engine, const AudioBlock& block, int frame) noexcept;
+    void listenForSilence(SynthEngine& engine) noexcept;
 
     const int sampleRate_;
     SpscRing<Event, kQueueCapacity> events_;
@@ -106,6 +117,7 @@ private:
     std::array<float, std::size_t{2} * kSpanFrames> span_{};
     int spanAt_ = 0;
     int spanEnd_ = 0;
+    int quietFrames_ = 0; ///< rendered since the last sound or message, as far as they matter
     bool started_ = false;
     double staleBefore_ = 0;
 

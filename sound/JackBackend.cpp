@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "LateNames.h"
+#include "base/LateLibrary.h"
 #include "base/SteadyClock.h"
 #include "sound/MessageBytes.h"
 #include "sound/MidiBackends.h"
@@ -25,12 +27,47 @@ namespace velmora {
 namespace {
 constexpr double kDrainSeconds = 0.4; ///< and a few periods more; then the server is stalled
 
+struct JackLibrary : LateLibrary {
+    JackLibrary() : LateLibrary(kJackLibrary) {}
+    VELMORA_LATE_CALL(jack_activate);
+    VELMORA_LATE_CALL(jack_client_close);
+    VELMORA_LATE_CALL(jack_client_open);
+    VELMORA_LATE_CALL(jack_connect);
+    VELMORA_LATE_CALL(jack_disconnect);
+    VELMORA_LATE_CALL(jack_frame_time);
+    VELMORA_LATE_CALL(jack_free);
+    VELMORA_LATE_CALL(jack_get_buffer_size);
+    VELMORA_LATE_CALL(jack_get_ports);
+    VELMORA_LATE_CALL(jack_get_sample_rate);
+    VELMORA_LATE_CALL(jack_last_frame_time);
+    VELMORA_LATE_CALL(jack_midi_clear_buffer);
+    VELMORA_LATE_CALL(jack_midi_event_reserve);
+    VELMORA_LATE_CALL(jack_midi_max_event_size);
+    VELMORA_LATE_CALL(jack_on_shutdown);
+    VELMORA_LATE_CALL(jack_port_get_buffer);
+    VELMORA_LATE_CALL(jack_port_name);
+    VELMORA_LATE_CALL(jack_port_register);
+    VELMORA_LATE_CALL(jack_set_error_function);
+    VELMORA_LATE_CALL(jack_set_info_function);
+    VELMORA_LATE_CALL(jack_set_process_callback);
+};
+
+/// Loaded where it is first called: on the back end's thread.
+const JackLibrary& jack() {
+    static const JackLibrary library;
+    return library;
+}
+
 /// Our client of one running server, with its one output port.
 class JackClient {
 public:
-    /// Null when no server runs.
+    /// Null when no server runs, or JACK's library is not there.
     static std::shared_ptr<JackClient> openAtServer() {
-        jack_client_t* handle = jack_client_open(kMidiClientName, JackNoStartServer, nullptr);
+        if (!jack().complete())
+            return nullptr;
+        jack().jack_set_error_function([](const char*) {});
+        jack().jack_set_info_function([](const char*) {});
+        jack_client_t* handle = jack().jack_client_open(kMidiClientName, JackNoStartServer, nullptr);
         if (handle == nullptr)
             return nullptr;
         auto client = std::make_shared<JackClient>(handle);
@@ -38,7 +75,7 @@ public:
     }
 
     explicit JackClient(jack_client_t* handle) : handle_(handle) {}
-    ~JackClient() { jack_client_close(handle_); }
+    ~JackClient() { jack().jack_client_close(handle_); }
     JackClient(const JackClient&) = delete;
     JackClient& operator=(const JackClient&) = delete;
 
@@ -48,12 +85,12 @@ public:
 
     /// @param connection the number that `connect` gave
     bool send(std::uint32_t word, unsigned connection) noexcept {
-        return !serverLost_ && queue_.push({jack_frame_time(handle_), connection, word});
+        return !serverLost_ && queue_.push({jack().jack_frame_time(handle_), connection, word});
     }
 
     /// Connects the port to a destination and gives the connection's number; none if that has gone.
     std::optional<unsigned> connect(const std::string& destination) {
-        const int result = jack_connect(handle_, jack_port_name(port_), destination.c_str());
+        const int result = jack().jack_connect(handle_, jack().jack_port_name(port_), destination.c_str());
         if (result != 0 && result != EEXIST)
             return std::nullopt;
         return connection_.load();
@@ -65,14 +102,14 @@ public:
         drain();
         ++connection_;
         if (!serverLost_)
-            jack_disconnect(handle_, jack_port_name(port_), destination.c_str());
+            jack().jack_disconnect(handle_, jack().jack_port_name(port_), destination.c_str());
     }
 
 private:
     /// Waits until all that was sent has left our port, but never for long.
     void drain() const {
         const double period =
-            static_cast<double>(jack_get_buffer_size(handle_)) / jack_get_sample_rate(handle_);
+            static_cast<double>(jack().jack_get_buffer_size(handle_)) / jack().jack_get_sample_rate(handle_);
         const double deadline = steadySeconds() + kDrainSeconds + 4 * period;
         // What leaves in one period is read by the receiver in that or the next.
         unsigned long enough = periods_ + 2;
@@ -90,24 +127,24 @@ private:
     };
 
     bool activate() {
-        port_ = jack_port_register(handle_, "Output", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0);
-        jack_on_shutdown(
+        port_ = jack().jack_port_register(handle_, "Output", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0);
+        jack().jack_on_shutdown(
             handle_, [](void* self) { static_cast<JackClient*>(self)->serverLost_ = true; }, this);
-        jack_set_process_callback(
+        jack().jack_set_process_callback(
             handle_,
             [](jack_nframes_t frames, void* self) {
                 static_cast<JackClient*>(self)->process(frames);
                 return 0;
             },
             this);
-        return port_ != nullptr && jack_activate(handle_) == 0;
+        return port_ != nullptr && jack().jack_activate(handle_) == 0;
     }
 
     /// On JACK's thread. Realtime-safe: yes.
     void process(jack_nframes_t frames) noexcept {
-        void* buffer = jack_port_get_buffer(port_, frames);
-        jack_midi_clear_buffer(buffer);
-        const jack_nframes_t start = jack_last_frame_time(handle_);
+        void* buffer = jack().jack_port_get_buffer(port_, frames);
+        jack().jack_midi_clear_buffer(buffer);
+        const jack_nframes_t start = jack().jack_last_frame_time(handle_);
         const int last = static_cast<int>(frames) - 1;
         int offset = 0;
         while (const Event* event = queue_.front()) {
@@ -123,10 +160,10 @@ private:
                 break;
             offset = std::clamp(due > last ? 0 : due, offset, last);
             const auto message = messageBytes(event->word);
-            if (jack_midi_max_event_size(buffer) < message.length)
+            if (jack().jack_midi_max_event_size(buffer) < message.length)
                 break;
             auto* place =
-                jack_midi_event_reserve(buffer, static_cast<jack_nframes_t>(offset), message.length);
+                jack().jack_midi_event_reserve(buffer, static_cast<jack_nframes_t>(offset), message.length);
             if (place == nullptr)
                 break;
             std::memcpy(place, message.bytes.data(), message.length);
@@ -172,12 +209,12 @@ public:
         if (!connected())
             return names;
         const char** ports =
-            jack_get_ports(client_->handle(), nullptr, JACK_DEFAULT_MIDI_TYPE, JackPortIsInput);
+            jack().jack_get_ports(client_->handle(), nullptr, JACK_DEFAULT_MIDI_TYPE, JackPortIsInput);
         if (ports == nullptr)
             return names;
         for (const char** port = ports; *port != nullptr; ++port)
             names.emplace_back(*port);
-        jack_free(ports);
+        jack().jack_free(ports);
         return names;
     }
 
@@ -212,8 +249,6 @@ std::unique_ptr<MidiBackend> createJackBackend() {
     // A user who runs no server wants none. The option at jack_client_open asks for the same, but not every
     // implementation of the library heeds it.
     ::setenv("JACK_NO_START_SERVER", "1", 1);
-    jack_set_error_function([](const char*) {});
-    jack_set_info_function([](const char*) {});
     return std::make_unique<JackBackend>();
 }
 

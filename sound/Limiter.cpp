@@ -15,6 +15,13 @@ namespace {
 constexpr std::uint64_t kReleasePart = 4096;  ///< a 4096th of the way a frame: back to 63 % in 93 ms
 constexpr std::uint32_t kReleaseLeast = 1024; ///< and a millionth of full gain at least, so that it arrives
 
+bool isWithin(const float* samples, int count) noexcept {
+    bool within = true;
+    for (int i = 0; i < count; ++i)
+        within &= std::fabs(samples[i]) <= Limiter::kCeiling; // no number is not
+    return within;
+}
+
 float finiteOrSilent(float value) noexcept {
     return std::isfinite(value) ? value : 0.0F;
 }
@@ -57,6 +64,34 @@ Limiter::Gain Limiter::smoothed(Gain held) noexcept {
 }
 
 void Limiter::process(float* samples, int frames) noexcept {
+    while (frames > 0) {
+        const int place = static_cast<int>(frame_ % kDelay);
+        const int piece = std::min(frames, kDelay - place); // up to the end of the delay line
+        if (isAtUnity() && isWithin(samples, 2 * piece))
+            pass(samples, place, piece);
+        else
+            limit(samples, piece);
+        samples += std::ptrdiff_t{2} * piece;
+        frames -= piece;
+    }
+}
+
+/// True if no frame that is still to come out, nor one of those before, wanted another gain.
+bool Limiter::isAtUnity() const noexcept {
+    const bool isHeld = count_ > 0 && falling_[static_cast<std::size_t>(head_)].gain != kUnity;
+    return !isHeld && released_ == kUnity && sum_ == std::uint64_t{kUnity} * kDelay;
+}
+
+/// What `limit` does for frames within the ceiling while the gain is one, and nearly all frames are.
+void Limiter::pass(float* samples, int place, int frames) noexcept {
+    std::swap_ranges(samples, samples + std::ptrdiff_t{2} * frames,
+                     line_.begin() + std::ptrdiff_t{2} * place);
+    frame_ += frames;
+    falling_[static_cast<std::size_t>(head_)] = {frame_ - 1, kUnity};
+    count_ = 1;
+}
+
+void Limiter::limit(float* samples, int frames) noexcept {
     for (int i = 0; i < frames; ++i, ++frame_, samples += 2) {
         const float left = finiteOrSilent(samples[0]);
         const float right = finiteOrSilent(samples[1]);

@@ -38,6 +38,9 @@ private:
         Gain gain;
     };
 
+    [[nodiscard]] bool isAtUnity() const noexcept;
+    void pass(float* samples, int place, int frames) noexcept;
+    void limit(float* samples, int frames) noexcept;
     [[nodiscard]] Gain heldMinimum(Gain wanted) noexcept;
     [[nodiscard]] Gain smoothed(Gain held) noexcept;
 

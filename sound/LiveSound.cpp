@@ -10,6 +10,7 @@ LiveSound::LiveSound(std::vector<std::unique_ptr<MidiBackend>> backends,
     : synth({.soundFont = soundFont, .sampleRate = AudioOutput::kRate})
     , output(settings)
     , devices(synth, std::move(backends)) {
+    synth.onMessage = [this] { output.wake(); };
     output.add(synth);
 }
 

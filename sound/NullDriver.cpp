@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "base/SteadyClock.h"
+#include "sound/AudioBell.h"
 #include "sound/AudioDriver.h"
 
 #include <array>
@@ -23,6 +24,7 @@ public:
     ~NullDriver() override { stop(); }
 
     void start(StreamClient& client) override {
+        client_ = &client;
         thread_ = std::thread([this, &client] { run(client); });
     }
 
@@ -32,6 +34,9 @@ public:
             stopping_ = true;
         }
         stopped_.notify_all();
+        if (AudioBell* const bell = client_ != nullptr ? client_->bell() : nullptr) {
+            bell->ring();
+        }
         if (thread_.joinable()) {
             thread_.join();
         }
@@ -51,7 +56,30 @@ private:
             }
             client.render({samples.data(), kBlockFrames, written, steadySeconds(), 0});
             written += kBlockFrames;
+            if (restedWhileSilent(client)) {
+                deadline = Clock::now();
+                written = 0;
+            }
         }
+    }
+
+    /// True if it has waited for the bell.
+    [[nodiscard]] bool restedWhileSilent(StreamClient& client) {
+        AudioBell* const bell = client.bell();
+        if (bell == nullptr) {
+            return false;
+        }
+        const unsigned heard = bell->rings();
+        if (isStopping() || !client.isSilent()) {
+            return false;
+        }
+        bell->waitBeyond(heard);
+        return true;
+    }
+
+    [[nodiscard]] bool isStopping() {
+        const std::scoped_lock lock(mutex_);
+        return stopping_;
     }
 
     [[nodiscard]] bool stoppedBefore(Clock::time_point deadline) {
@@ -62,6 +90,7 @@ private:
     std::mutex mutex_;
     std::condition_variable stopped_;
     bool stopping_ = false;
+    StreamClient* client_ = nullptr;
     std::thread thread_;
 };
 } // namespace

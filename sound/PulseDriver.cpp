@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "LateNames.h"
+#include "base/LateLibrary.h"
 #include "base/SteadyClock.h"
 #include "sound/AudioDriver.h"
 
@@ -17,6 +19,47 @@ constexpr double kGrowth = 1.5;      ///< of the buffer, when the server ran dry
 constexpr double kDryAgain = 30;     ///< seconds; after that it counts as a first time
 constexpr double kGrowthPause = 0.1; ///< seconds in which the last growth may take effect
 constexpr double kLargestBuffer = 0.12;
+
+struct PulseLibrary : LateLibrary {
+    PulseLibrary() : LateLibrary(kPulseLibrary) {}
+    VELMORA_LATE_CALL(pa_context_connect);
+    VELMORA_LATE_CALL(pa_context_disconnect);
+    VELMORA_LATE_CALL(pa_context_get_state);
+    VELMORA_LATE_CALL(pa_context_new_with_proplist);
+    VELMORA_LATE_CALL(pa_context_set_state_callback);
+    VELMORA_LATE_CALL(pa_context_unref);
+    VELMORA_LATE_CALL(pa_operation_unref);
+    VELMORA_LATE_CALL(pa_proplist_free);
+    VELMORA_LATE_CALL(pa_proplist_new);
+    VELMORA_LATE_CALL(pa_proplist_sets);
+    VELMORA_LATE_CALL(pa_stream_begin_write);
+    VELMORA_LATE_CALL(pa_stream_connect_playback);
+    VELMORA_LATE_CALL(pa_stream_disconnect);
+    VELMORA_LATE_CALL(pa_stream_get_state);
+    VELMORA_LATE_CALL(pa_stream_get_timing_info);
+    VELMORA_LATE_CALL(pa_stream_new);
+    VELMORA_LATE_CALL(pa_stream_set_buffer_attr);
+    VELMORA_LATE_CALL(pa_stream_set_latency_update_callback);
+    VELMORA_LATE_CALL(pa_stream_set_state_callback);
+    VELMORA_LATE_CALL(pa_stream_set_underflow_callback);
+    VELMORA_LATE_CALL(pa_stream_set_write_callback);
+    VELMORA_LATE_CALL(pa_stream_unref);
+    VELMORA_LATE_CALL(pa_stream_writable_size);
+    VELMORA_LATE_CALL(pa_stream_write);
+    VELMORA_LATE_CALL(pa_threaded_mainloop_free);
+    VELMORA_LATE_CALL(pa_threaded_mainloop_get_api);
+    VELMORA_LATE_CALL(pa_threaded_mainloop_new);
+    VELMORA_LATE_CALL(pa_threaded_mainloop_set_name);
+    VELMORA_LATE_CALL(pa_threaded_mainloop_start);
+    VELMORA_LATE_CALL(pa_threaded_mainloop_stop);
+    VELMORA_LATE_CALL(pa_timeval_age);
+    VELMORA_LATE_CALL(pa_usec_to_bytes);
+};
+
+const PulseLibrary& pulse() {
+    static const PulseLibrary library;
+    return library;
+}
 
 /// All callbacks come from the main loop's thread, which `stop` ends before it takes anything down: none of
 /// them needs the main loop's lock, and nobody else ever holds it.
@@ -56,54 +99,55 @@ private:
 
 void PulseDriver::start(StreamClient& client) {
     client_ = &client;
-    if (!connect()) {
+    if (!pulse().complete() || !connect()) {
         change(StreamState::Failed);
     }
 }
 
 bool PulseDriver::connect() {
-    loop_ = pa_threaded_mainloop_new();
+    loop_ = pulse().pa_threaded_mainloop_new();
     if (loop_ == nullptr) {
         return false;
     }
-    pa_threaded_mainloop_set_name(loop_, "audio");
-    pa_proplist* properties = pa_proplist_new();
-    pa_proplist_sets(properties, PA_PROP_APPLICATION_NAME, "Velmora");
-    pa_proplist_sets(properties, PA_PROP_APPLICATION_ICON_NAME, "velmora");
-    pa_proplist_sets(properties, PA_PROP_MEDIA_ROLE, "music");
-    context_ = pa_context_new_with_proplist(pa_threaded_mainloop_get_api(loop_), "Velmora", properties);
-    pa_proplist_free(properties);
+    pulse().pa_threaded_mainloop_set_name(loop_, "audio");
+    pa_proplist* properties = pulse().pa_proplist_new();
+    pulse().pa_proplist_sets(properties, PA_PROP_APPLICATION_NAME, "Velmora");
+    pulse().pa_proplist_sets(properties, PA_PROP_APPLICATION_ICON_NAME, "velmora");
+    pulse().pa_proplist_sets(properties, PA_PROP_MEDIA_ROLE, "music");
+    context_ = pulse().pa_context_new_with_proplist(pulse().pa_threaded_mainloop_get_api(loop_), "Velmora",
+                                                    properties);
+    pulse().pa_proplist_free(properties);
     if (context_ == nullptr) {
         return false;
     }
-    pa_context_set_state_callback(
+    pulse().pa_context_set_state_callback(
         context_, [](pa_context*, void* self) { static_cast<PulseDriver*>(self)->contextChanged(); }, this);
     // The loop's thread does not run yet, so no lock is needed.
-    return pa_context_connect(context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) >= 0 &&
-           pa_threaded_mainloop_start(loop_) >= 0;
+    return pulse().pa_context_connect(context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) >= 0 &&
+           pulse().pa_threaded_mainloop_start(loop_) >= 0;
 }
 
 void PulseDriver::stop() {
     if (loop_ != nullptr) {
-        pa_threaded_mainloop_stop(loop_);
+        pulse().pa_threaded_mainloop_stop(loop_);
     }
     if (stream_ != nullptr) {
-        pa_stream_set_state_callback(stream_, nullptr, nullptr);
-        pa_stream_set_write_callback(stream_, nullptr, nullptr);
-        pa_stream_set_underflow_callback(stream_, nullptr, nullptr);
-        pa_stream_set_latency_update_callback(stream_, nullptr, nullptr);
-        pa_stream_disconnect(stream_);
-        pa_stream_unref(stream_);
+        pulse().pa_stream_set_state_callback(stream_, nullptr, nullptr);
+        pulse().pa_stream_set_write_callback(stream_, nullptr, nullptr);
+        pulse().pa_stream_set_underflow_callback(stream_, nullptr, nullptr);
+        pulse().pa_stream_set_latency_update_callback(stream_, nullptr, nullptr);
+        pulse().pa_stream_disconnect(stream_);
+        pulse().pa_stream_unref(stream_);
         stream_ = nullptr;
     }
     if (context_ != nullptr) {
-        pa_context_set_state_callback(context_, nullptr, nullptr);
-        pa_context_disconnect(context_);
-        pa_context_unref(context_);
+        pulse().pa_context_set_state_callback(context_, nullptr, nullptr);
+        pulse().pa_context_disconnect(context_);
+        pulse().pa_context_unref(context_);
         context_ = nullptr;
     }
     if (loop_ != nullptr) {
-        pa_threaded_mainloop_free(loop_);
+        pulse().pa_threaded_mainloop_free(loop_);
         loop_ = nullptr;
     }
 }
@@ -116,14 +160,14 @@ void PulseDriver::change(StreamState state) {
 }
 
 void PulseDriver::contextChanged() {
-    const pa_context_state_t state = pa_context_get_state(context_);
+    const pa_context_state_t state = pulse().pa_context_get_state(context_);
     if (!PA_CONTEXT_IS_GOOD(state) || (state == PA_CONTEXT_READY && !openStream())) {
         change(StreamState::Failed);
     }
 }
 
 void PulseDriver::streamChanged() {
-    if (!PA_STREAM_IS_GOOD(pa_stream_get_state(stream_))) {
+    if (!PA_STREAM_IS_GOOD(pulse().pa_stream_get_state(stream_))) {
         change(StreamState::Failed);
     }
 }
@@ -133,7 +177,7 @@ pa_buffer_attr PulseDriver::attributes() const {
     pa_buffer_attr attributes{};
     attributes.maxlength = kServersChoice;
     attributes.tlength =
-        static_cast<std::uint32_t>(pa_usec_to_bytes(static_cast<pa_usec_t>(buffer_ * 1e6), &kSpec));
+        static_cast<std::uint32_t>(pulse().pa_usec_to_bytes(static_cast<pa_usec_t>(buffer_ * 1e6), &kSpec));
     // No pause to fill up after the server has run dry: the place of what comes next stays where it was in
     // time.
     attributes.prebuf = 0;
@@ -143,22 +187,22 @@ pa_buffer_attr PulseDriver::attributes() const {
 }
 
 bool PulseDriver::openStream() {
-    stream_ = pa_stream_new(context_, "Velmora", &kSpec, nullptr);
+    stream_ = pulse().pa_stream_new(context_, "Velmora", &kSpec, nullptr);
     if (stream_ == nullptr) {
         return false;
     }
-    pa_stream_set_state_callback(
+    pulse().pa_stream_set_state_callback(
         stream_, [](pa_stream*, void* self) { static_cast<PulseDriver*>(self)->streamChanged(); }, this);
-    pa_stream_set_write_callback(
+    pulse().pa_stream_set_write_callback(
         stream_, [](pa_stream*, std::size_t, void* self) { static_cast<PulseDriver*>(self)->serve(); }, this);
-    pa_stream_set_underflow_callback(
+    pulse().pa_stream_set_underflow_callback(
         stream_, [](pa_stream*, void* self) { static_cast<PulseDriver*>(self)->wentDry(); }, this);
-    pa_stream_set_latency_update_callback(
+    pulse().pa_stream_set_latency_update_callback(
         stream_, [](pa_stream*, void* self) { static_cast<PulseDriver*>(self)->timingReported(); }, this);
     const pa_buffer_attr wanted = attributes();
     constexpr int kFlags = PA_STREAM_ADJUST_LATENCY | PA_STREAM_AUTO_TIMING_UPDATE;
-    return pa_stream_connect_playback(stream_, nullptr, &wanted, static_cast<pa_stream_flags_t>(kFlags),
-                                      nullptr, nullptr) >= 0;
+    return pulse().pa_stream_connect_playback(stream_, nullptr, &wanted,
+                                              static_cast<pa_stream_flags_t>(kFlags), nullptr, nullptr) >= 0;
 }
 
 /// Fills all the room there is. That the server asks a second time shows that the device takes sound; the
@@ -169,7 +213,7 @@ void PulseDriver::serve() {
         change(StreamState::Running);
     }
     for (;;) {
-        const std::size_t room = pa_stream_writable_size(stream_);
+        const std::size_t room = pulse().pa_stream_writable_size(stream_);
         if (room == static_cast<std::size_t>(-1) || room < kFrameBytes) {
             return;
         }
@@ -182,7 +226,7 @@ void PulseDriver::serve() {
 
 bool PulseDriver::writePiece(std::size_t bytes, double called) {
     void* data = nullptr;
-    if (pa_stream_begin_write(stream_, &data, &bytes) < 0 || data == nullptr || bytes < kFrameBytes) {
+    if (pulse().pa_stream_begin_write(stream_, &data, &bytes) < 0 || data == nullptr || bytes < kFrameBytes) {
         return false;
     }
     const auto frames = static_cast<int>(bytes / kFrameBytes);
@@ -190,17 +234,17 @@ bool PulseDriver::writePiece(std::size_t bytes, double called) {
         heardOrigin_ ? *heardOrigin_ + static_cast<double>(written_) / kAudioRate - called : 0;
     client_->render({static_cast<float*>(data), frames, written_, called, std::max(ahead, 0.0)});
     written_ += frames;
-    return pa_stream_write(stream_, data, static_cast<std::size_t>(frames) * kFrameBytes, nullptr, 0,
-                           PA_SEEK_RELATIVE) >= 0;
+    return pulse().pa_stream_write(stream_, data, static_cast<std::size_t>(frames) * kFrameBytes, nullptr, 0,
+                                   PA_SEEK_RELATIVE) >= 0;
 }
 
 /// The library's own interpolation is off by 100 ms for a minute after a server stood still; one line through
 /// the last report is exact enough.
 void PulseDriver::timingReported() {
-    const pa_timing_info* const info = pa_stream_get_timing_info(stream_);
+    const pa_timing_info* const info = pulse().pa_stream_get_timing_info(stream_);
     if (info != nullptr && info->playing != 0 && info->read_index_corrupt == 0) {
         const double reported =
-            steadySeconds() - static_cast<double>(pa_timeval_age(&info->timestamp)) * 1e-6;
+            steadySeconds() - static_cast<double>(pulse().pa_timeval_age(&info->timestamp)) * 1e-6;
         const double frame = static_cast<double>(info->read_index) / kFrameBytes;
         heardOrigin_ = reported + static_cast<double>(info->sink_usec) * 1e-6 - frame / kAudioRate;
     }
@@ -223,8 +267,8 @@ void PulseDriver::wentDry() {
 void PulseDriver::enlargeBuffer() {
     buffer_ = std::min(buffer_ * kGrowth, kLargestBuffer);
     const pa_buffer_attr wanted = attributes();
-    if (pa_operation* operation = pa_stream_set_buffer_attr(stream_, &wanted, nullptr, nullptr)) {
-        pa_operation_unref(operation);
+    if (pa_operation* operation = pulse().pa_stream_set_buffer_attr(stream_, &wanted, nullptr, nullptr)) {
+        pulse().pa_operation_unref(operation);
     }
 }
 } // namespace

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "LateNames.h"
+#include "base/LateLibrary.h"
 #include "base/SteadyClock.h"
 #include "sound/AudioDriver.h"
 
@@ -14,6 +16,23 @@
 namespace velmora {
 
 namespace {
+struct SdlLibrary : LateLibrary {
+    SdlLibrary() : LateLibrary(kSdlLibrary) {}
+    VELMORA_LATE_CALL(SDL_AudioInit);
+    VELMORA_LATE_CALL(SDL_AudioQuit);
+    VELMORA_LATE_CALL(SDL_CloseAudioDevice);
+    VELMORA_LATE_CALL(SDL_GetAudioDeviceStatus);
+    VELMORA_LATE_CALL(SDL_OpenAudioDevice);
+    VELMORA_LATE_CALL(SDL_PauseAudioDevice);
+    VELMORA_LATE_CALL(SDL_SetHint);
+    VELMORA_LATE_CALL(SDL_TLSCleanup);
+};
+
+const SdlLibrary& sdl() {
+    static const SdlLibrary library;
+    return library;
+}
+
 /// SDL_AudioInit and SDL_OpenAudioDevice alone: SDL_Init would also bring up events, and they take over
 /// signals.
 class SdlDriver final : public AudioDriver {
@@ -25,8 +44,12 @@ public:
 
     void start(StreamClient& client) override {
         client_ = &client;
-        SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
-        isUp_ = SDL_AudioInit(system_.c_str()) == 0;
+        if (!sdl().complete()) {
+            state_.store(StreamState::Failed);
+            return;
+        }
+        sdl().SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+        isUp_ = sdl().SDL_AudioInit(system_.c_str()) == 0;
         if (isUp_) {
             open();
         }
@@ -36,20 +59,23 @@ public:
     }
 
     void stop() override {
+        if (!sdl().complete()) {
+            return;
+        }
         if (device_ != 0) {
-            SDL_CloseAudioDevice(device_);
+            sdl().SDL_CloseAudioDevice(device_);
             device_ = 0;
         }
         if (isUp_) {
-            SDL_AudioQuit();
+            sdl().SDL_AudioQuit();
             isUp_ = false;
         }
-        SDL_TLSCleanup(); // this thread's error text, which SDL frees only for threads of its own
+        sdl().SDL_TLSCleanup(); // this thread's error text, which SDL frees only for threads of its own
     }
 
     [[nodiscard]] StreamState state() const override {
         // SDL stops a device that was pulled out, and tells nobody who doesn't run its event loop.
-        const bool isGone = device_ != 0 && SDL_GetAudioDeviceStatus(device_) == SDL_AUDIO_STOPPED;
+        const bool isGone = device_ != 0 && sdl().SDL_GetAudioDeviceStatus(device_) == SDL_AUDIO_STOPPED;
         return isGone ? StreamState::Failed : state_.load();
     }
 
@@ -67,9 +93,9 @@ private:
         };
         wanted.userdata = this;
         period_ = static_cast<double>(wanted.samples) / kAudioRate;
-        device_ = SDL_OpenAudioDevice(nullptr, 0, &wanted, nullptr, 0);
+        device_ = sdl().SDL_OpenAudioDevice(nullptr, 0, &wanted, nullptr, 0);
         if (device_ != 0) {
-            SDL_PauseAudioDevice(device_, 0);
+            sdl().SDL_PauseAudioDevice(device_, 0);
         }
     }
 

@@ -32,6 +32,10 @@ public:
             std::fill_n(request.samples, kAudioChannels * request.frames, 0.0F);
         }
     }
+    [[nodiscard]] bool isSilent() noexcept override {
+        return isLive_.load() && supervisor_.mixer_.isSilent();
+    }
+    [[nodiscard]] AudioBell* bell() noexcept override { return &supervisor_.mixer_.bell; }
     void stateChanged() noexcept override { supervisor_.wake(); }
     void ranDry() noexcept override {
         if (isLive_.load()) {

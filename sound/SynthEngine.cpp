@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "sound/SynthEngine.h"
 
+#include "LateNames.h"
+#include "base/LateLibrary.h"
 #include "sound/ShortMessage.h"
 #include "sound/TeamOfOne.h"
 
@@ -30,9 +32,43 @@ struct Preset {
 };
 enum class Samples : std::uint8_t { NotAskedFor, Loaded, Unreadable };
 
+struct FluidLibrary : LateLibrary {
+    FluidLibrary() : LateLibrary(kFluidSynthLibrary) {}
+    VELMORA_LATE_CALL(delete_fluid_settings);
+    VELMORA_LATE_CALL(delete_fluid_synth);
+    VELMORA_LATE_CALL(fluid_set_log_function);
+    VELMORA_LATE_CALL(fluid_settings_setint);
+    VELMORA_LATE_CALL(fluid_settings_setnum);
+    VELMORA_LATE_CALL(fluid_sfont_get_preset);
+    VELMORA_LATE_CALL(fluid_synth_add_sfont);
+    VELMORA_LATE_CALL(fluid_synth_all_notes_off);
+    VELMORA_LATE_CALL(fluid_synth_cc);
+    VELMORA_LATE_CALL(fluid_synth_channel_pressure);
+    VELMORA_LATE_CALL(fluid_synth_get_active_voice_count);
+    VELMORA_LATE_CALL(fluid_synth_get_program);
+    VELMORA_LATE_CALL(fluid_synth_get_sfont_by_id);
+    VELMORA_LATE_CALL(fluid_synth_key_pressure);
+    VELMORA_LATE_CALL(fluid_synth_noteoff);
+    VELMORA_LATE_CALL(fluid_synth_noteon);
+    VELMORA_LATE_CALL(fluid_synth_pin_preset);
+    VELMORA_LATE_CALL(fluid_synth_pitch_bend);
+    VELMORA_LATE_CALL(fluid_synth_program_change);
+    VELMORA_LATE_CALL(fluid_synth_remove_sfont);
+    VELMORA_LATE_CALL(fluid_synth_sfload);
+    VELMORA_LATE_CALL(fluid_synth_write_float);
+    VELMORA_LATE_CALL(new_fluid_settings);
+    VELMORA_LATE_CALL(new_fluid_synth);
+};
+
+/// `SynthEngine::create` calls it first, so that the audio thread finds it loaded.
+const FluidLibrary& fluid() {
+    static const FluidLibrary library;
+    return library;
+}
+
 struct Deleter {
-    void operator()(fluid_settings_t* settings) const { delete_fluid_settings(settings); }
-    void operator()(fluid_synth_t* synth) const { delete_fluid_synth(synth); }
+    void operator()(fluid_settings_t* settings) const { fluid().delete_fluid_settings(settings); }
+    void operator()(fluid_synth_t* synth) const { fluid().delete_fluid_synth(synth); }
 };
 using Settings = std::unique_ptr<fluid_settings_t, Deleter>;
 using Synth = std::unique_ptr<fluid_synth_t, Deleter>;
@@ -42,19 +78,22 @@ void muteLog() {
     static std::once_flag once;
     std::call_once(once, [] {
         for (int level = 0; level < LAST_LOG_LEVEL; ++level)
-            fluid_set_log_function(level, nullptr, nullptr);
+            fluid().fluid_set_log_function(level, nullptr, nullptr);
     });
 }
 
 Settings makeSettings(const SynthOptions& options) {
-    Settings settings(new_fluid_settings());
+    Settings settings(fluid().new_fluid_settings());
     if (!settings)
         return settings;
-    fluid_settings_setnum(settings.get(), "synth.sample-rate", options.sampleRate);
-    fluid_settings_setnum(settings.get(), "synth.gain", kGain);
-    fluid_settings_setint(settings.get(), "synth.cpu-cores", options.cores);
-    fluid_settings_setint(settings.get(), "synth.dynamic-sample-loading", 1);
-    fluid_settings_setint(settings.get(), "synth.threadsafe-api", 0); // it works by locking
+    fluid().fluid_settings_setnum(settings.get(), "synth.sample-rate", options.sampleRate);
+    fluid().fluid_settings_setnum(settings.get(), "synth.gain", kGain);
+    fluid().fluid_settings_setint(settings.get(), "synth.cpu-cores", options.cores);
+    fluid().fluid_settings_setint(settings.get(), "synth.dynamic-sample-loading", 1);
+    fluid().fluid_settings_setint(settings.get(), "synth.threadsafe-api", 0); // it works by locking
+    // An audio thread must never wait for a page; for a file, locking each sample only takes time.
+    fluid().fluid_settings_setint(settings.get(), "synth.lock-memory",
+                                  options.presets == PresetLoading::Ahead);
     return settings;
 }
 
@@ -63,9 +102,9 @@ Settings makeKeeperSettings() {
     Settings settings = makeSettings({.soundFont = {}});
     if (!settings)
         return settings;
-    fluid_settings_setint(settings.get(), "synth.polyphony", 1);
-    fluid_settings_setint(settings.get(), "synth.reverb.active", 0);
-    fluid_settings_setint(settings.get(), "synth.chorus.active", 0);
+    fluid().fluid_settings_setint(settings.get(), "synth.polyphony", 1);
+    fluid().fluid_settings_setint(settings.get(), "synth.reverb.active", 0);
+    fluid().fluid_settings_setint(settings.get(), "synth.chorus.active", 0);
     return settings;
 }
 
@@ -113,7 +152,7 @@ struct SynthEngine::Parts {
     Parts& operator=(const Parts&) = delete;
     ~Parts() {
         if (keeper && soundFont)
-            fluid_synth_remove_sfont(keeper.get(), soundFont); // it isn't the keeper's to delete
+            fluid().fluid_synth_remove_sfont(keeper.get(), soundFont); // it isn't the keeper's to delete
     }
 
     [[nodiscard]] bool open(const SynthOptions& options);
@@ -131,13 +170,13 @@ bool SynthEngine::Parts::open(const SynthOptions& options) {
     (void)teamsOfOneArePlainCalls();
     settings = makeSettings(options);
     if (settings)
-        synth.reset(new_fluid_synth(settings.get()));
+        synth.reset(fluid().new_fluid_synth(settings.get()));
     if (!synth)
         return false;
-    soundFontId = fluid_synth_sfload(synth.get(), options.soundFont.c_str(), 1);
+    soundFontId = fluid().fluid_synth_sfload(synth.get(), options.soundFont.c_str(), 1);
     if (soundFontId == FLUID_FAILED)
         return false;
-    soundFont = fluid_synth_get_sfont_by_id(synth.get(), soundFontId);
+    soundFont = fluid().fluid_synth_get_sfont_by_id(synth.get(), soundFontId);
     if (options.presets == PresetLoading::Ahead && !openKeeper())
         return false;
     return load({0, 0}) && load({kDrumBank, 0}); // what a new synthesizer starts with
@@ -146,11 +185,11 @@ bool SynthEngine::Parts::open(const SynthOptions& options) {
 bool SynthEngine::Parts::openKeeper() {
     keeperSettings = makeKeeperSettings();
     if (keeperSettings)
-        keeper.reset(new_fluid_synth(keeperSettings.get()));
+        keeper.reset(fluid().new_fluid_synth(keeperSettings.get()));
     if (!keeper)
         return false;
     // Adding numbers the SoundFont anew; being the first in both, it keeps its number.
-    return fluid_synth_add_sfont(keeper.get(), soundFont) == soundFontId;
+    return fluid().fluid_synth_add_sfont(keeper.get(), soundFont) == soundFontId;
 }
 
 /// The preset that FluidSynth takes for one that the SoundFont lacks; none if it has no such thing either.
@@ -158,7 +197,7 @@ std::optional<Preset> SynthEngine::Parts::resolved(Preset preset) const {
     const Preset sameProgram = {preset.bank == kDrumBank ? kDrumBank : 0, preset.program};
     const Preset first = {sameProgram.bank, 0};
     for (const Preset each : {preset, sameProgram, first}) {
-        if (fluid_sfont_get_preset(soundFont, each.bank, each.program))
+        if (fluid().fluid_sfont_get_preset(soundFont, each.bank, each.program))
             return each;
     }
     return std::nullopt;
@@ -176,7 +215,7 @@ bool SynthEngine::Parts::load(Preset preset) {
                                        // microseconds
         fluid_synth_t* pinner = keeper ? keeper.get() : synth.get();
         const bool done =
-            fluid_synth_pin_preset(pinner, soundFontId, found->bank, found->program) == FLUID_OK;
+            fluid().fluid_synth_pin_preset(pinner, soundFontId, found->bank, found->program) == FLUID_OK;
         presetsBusy.clear(std::memory_order_release);
         state.store(done ? Samples::Loaded : Samples::Unreadable, std::memory_order_release);
     }
@@ -188,18 +227,20 @@ void SynthEngine::Parts::changeProgram(int channel, int program) {
     int unused = 0;
     Preset preset{kDrumBank, program};
     if (channel != shortmessage::kDrumChannel)
-        fluid_synth_get_program(synth.get(), channel, &unused, &preset.bank, &unused);
+        fluid().fluid_synth_get_program(synth.get(), channel, &unused, &preset.bank, &unused);
     if (!keeper)
         load(preset);
     const std::optional<Preset> found = resolved(preset);
     if (!found || samplesOf(*found).load(std::memory_order_acquire) == Samples::Loaded)
-        fluid_synth_program_change(synth.get(), channel, program);
+        fluid().fluid_synth_program_change(synth.get(), channel, program);
 }
 
 SynthEngine::SynthEngine(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {}
 SynthEngine::~SynthEngine() = default;
 
 SynthEngine::Created SynthEngine::create(const SynthOptions& options) {
+    if (!fluid().complete())
+        return {nullptr, "There is no synthesizer: " + fluid().problem()};
     muteLog();
     if (std::string error = whyNoSoundFont(options.soundFont); !error.empty())
         return {nullptr, std::move(error)};
@@ -218,24 +259,24 @@ bool SynthEngine::apply(std::uint32_t word) {
     const int data2 = shortmessage::data2(word);
     switch (shortmessage::status(word)) {
     case 0x80:
-        fluid_synth_noteoff(synth, channel, data1);
+        fluid().fluid_synth_noteoff(synth, channel, data1);
         break;
     case 0x90:
-        fluid_synth_noteon(synth, channel, data1, data2);
+        fluid().fluid_synth_noteon(synth, channel, data1, data2);
         break;
     case 0xA0:
-        fluid_synth_key_pressure(synth, channel, data1, data2);
+        fluid().fluid_synth_key_pressure(synth, channel, data1, data2);
         break;
     case 0xB0:
-        fluid_synth_cc(synth, channel, data1, data2);
+        fluid().fluid_synth_cc(synth, channel, data1, data2);
         break;
     case 0xC0:
         return changeProgram(channel, data1);
     case 0xD0:
-        fluid_synth_channel_pressure(synth, channel, data1);
+        fluid().fluid_synth_channel_pressure(synth, channel, data1);
         break;
     case 0xE0:
-        fluid_synth_pitch_bend(synth, channel, data1 | data2 << 7);
+        fluid().fluid_synth_pitch_bend(synth, channel, data1 | data2 << 7);
         break;
     default:
         break;
@@ -265,18 +306,18 @@ void SynthEngine::reset() {
     constexpr int kSostenuto = 66;
     fluid_synth_t* synth = parts_->synth.get();
     for (int channel = 0; channel < 16; ++channel) {
-        fluid_synth_cc(synth, channel, kSustain, 0);
-        fluid_synth_cc(synth, channel, kSostenuto, 0);
+        fluid().fluid_synth_cc(synth, channel, kSustain, 0);
+        fluid().fluid_synth_cc(synth, channel, kSostenuto, 0);
     }
-    fluid_synth_all_notes_off(synth, -1);
+    fluid().fluid_synth_all_notes_off(synth, -1);
 }
 
 void SynthEngine::render(float* samples, int frames) {
-    fluid_synth_write_float(parts_->synth.get(), frames, samples, 0, 2, samples, 1, 2);
+    fluid().fluid_synth_write_float(parts_->synth.get(), frames, samples, 0, 2, samples, 1, 2);
 }
 
 int SynthEngine::voicesSounding() {
-    return fluid_synth_get_active_voice_count(parts_->synth.get());
+    return fluid().fluid_synth_get_active_voice_count(parts_->synth.get());
 }
 
 } // namespace velmora

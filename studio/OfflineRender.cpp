@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <thread>
 #include <vector>
 
 namespace velmora {
@@ -17,8 +18,8 @@ constexpr int kGrid = SynthEngine::kGridFrames;
 /// FluidSynth's threads are worth their waking from about this many frames on.
 constexpr int kBlockFrames = 4096;
 constexpr int kTailFrames = 1024;
-constexpr float kInaudible = 1e-4F; ///< -80 dB
-constexpr double kQuietSeconds = 0.2;
+constexpr float kSilence = 0.5F / 32768.0F; ///< the most that a 16-bit file holds as zero
+constexpr double kQuietSeconds = 0.25;
 constexpr double kLastFrame = 1e15;
 constexpr double kUsualTail = 2; ///< seconds, as far as the progress is concerned
 
@@ -51,17 +52,23 @@ public:
         return true;
     }
 
+    /// Renders until every voice has ended, for a voice may be silent now and loud later, but leaves out all
+    /// silence after the last sound beyond kQuietSeconds.
     bool ringOut() {
         const std::int64_t last = frame_ + std::int64_t{options_.sampleRate} * static_cast<int>(kLongestTail);
-        const auto enough = static_cast<std::int64_t>(kQuietSeconds * options_.sampleRate);
-        std::int64_t quiet = 0;
-        while (frame_ < last && quiet < enough) {
-            const std::span<const float> sound = render(kTailFrames);
-            quiet = engine_.voicesSounding() == 0 && peak(sound) < kInaudible ? quiet + kTailFrames : 0;
+        const int enough = static_cast<int>(kQuietSeconds * options_.sampleRate);
+        int heard = filled_; // frames of the block up to the last sound
+        while (frame_ < last && (engine_.voicesSounding() > 0 || filled_ - heard < enough)) {
+            if (options_.cancel.stop_requested())
+                return false;
+            if (peak(render(kTailFrames)) <= kSilence)
+                continue;
             if (filled_ >= kBlockFrames && !hand())
                 return false;
+            heard = filled_;
         }
         render(Limiter::kDelay); // what the limiter still holds
+        filled_ = std::min(filled_, heard + enough + Limiter::kDelay);
         return hand();
     }
 
@@ -85,8 +92,11 @@ private:
         return true;
     }
 
-    /// Appends to the block, which has room for another kBlockFrames until it must be handed on.
+    /// Appends to the block, which seldom grows: only by silence at the end that sound may follow.
     std::span<const float> render(int frames) {
+        const std::size_t needed = std::size_t{2} * static_cast<std::size_t>(filled_ + frames);
+        if (block_.size() < needed)
+            block_.resize(needed);
         float* samples = block_.data() + std::ptrdiff_t{2} * filled_;
         engine_.render(samples, frames);
         filled_ += frames;
@@ -125,6 +135,11 @@ RenderResult failed(std::string error) {
     return {RenderResult::End::Failed, std::move(error), 0};
 }
 } // namespace
+
+int coresHere() {
+    constexpr unsigned kMost = 16; // beyond, the effects hold them up, which one thread calculates
+    return static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, kMost));
+}
 
 RenderResult renderOffline(std::span<const TimedMessage> messages, SampleSink& sink,
                            const RenderOptions& options) {

@@ -13,10 +13,13 @@ namespace velmora {
 
 class SampleSink;
 
+/// As many threads as the machine runs at once.
+[[nodiscard]] int coresHere();
+
 struct RenderOptions {
     std::filesystem::path soundFont;
     int sampleRate = 44100;
-    int cores = 2; ///< threads that calculate voices; any number gives the same samples
+    int cores = coresHere(); ///< threads that calculate voices; any number gives the same samples
     /// Called from the rendering thread now and then, with a part from 0 to 1 that never falls; 1 comes once,
     /// when all is done.
     std::function<void(double)> progress = {};
@@ -33,8 +36,8 @@ struct RenderResult {
 /// Renders messages as fast as it goes, with the sound of `BuiltInSynth` sample for sample, and gives the
 /// sound to
 /// @p sink: frame 0 is second 0. After the last message the sound goes on until every voice has ended and the
-/// reverberation has died away, but no longer than kLongestTail. Beyond full scale the limiter of the live
-/// mix holds it.
+/// reverberation has died away, but no longer than kLongestTail; of the silence behind the last sound a
+/// quarter of a second is kept. Beyond full scale the limiter of the live mix holds it.
 ///
 /// The caller's thread renders, a second one writes; the call returns when both are through. If the result is
 /// not Done, the sink is not finished, and the caller lets it go.

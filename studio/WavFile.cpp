@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "studio/WavFile.h"
 
+#include "LateNames.h"
+#include "base/LateLibrary.h"
+
 #include <sndfile.h>
 
 #include <algorithm>
@@ -24,6 +27,22 @@ void toSixteenBits(std::span<const float> from, std::int16_t* to) {
 }
 
 namespace {
+struct SoundFileLibrary : LateLibrary {
+    SoundFileLibrary() : LateLibrary(kSoundFileLibrary) {}
+    VELMORA_LATE_CALL(sf_close);
+    VELMORA_LATE_CALL(sf_error_number);
+    VELMORA_LATE_CALL(sf_open_fd);
+    VELMORA_LATE_CALL(sf_strerror);
+    VELMORA_LATE_CALL(sf_writef_short);
+};
+
+const SoundFileLibrary& library() {
+    static const SoundFileLibrary only;
+    return only;
+}
+
+constexpr std::size_t kFlushSamples = std::size_t{1} << 21; ///< 4 MiB: a few times a second at the most
+
 /// libsndfile's words, without the frame that it puts around some of them.
 std::string reason(std::string_view words) {
     for (const std::string_view frame : {"Error : ", "System error : "}) {
@@ -38,7 +57,7 @@ std::string reason(std::string_view words) {
 
 struct WavFile::Writer {
     explicit Writer(SNDFILE* opened) : sound(opened) {}
-    ~Writer() { sf_close(sound); }
+    ~Writer() { library().sf_close(sound); }
     Writer(const Writer&) = delete;
     Writer& operator=(const Writer&) = delete;
 
@@ -51,15 +70,17 @@ WavFile::WavFile(std::filesystem::path path, int sampleRate)
 WavFile::~WavFile() = default;
 
 std::string WavFile::open() {
+    if (!library().complete())
+        return file_.failure(library().problem());
     if (std::string error = file_.open(); !error.empty())
         return error;
     SF_INFO info{};
     info.samplerate = sampleRate_;
     info.channels = 2;
     info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
-    SNDFILE* sound = sf_open_fd(file_.descriptor(), SFM_WRITE, &info, SF_FALSE);
+    SNDFILE* sound = library().sf_open_fd(file_.descriptor(), SFM_WRITE, &info, SF_FALSE);
     if (!sound)
-        return file_.failure(reason(sf_strerror(nullptr)));
+        return file_.failure(reason(library().sf_strerror(nullptr)));
     writer_ = std::make_unique<Writer>(sound);
     return {};
 }
@@ -73,16 +94,22 @@ std::string WavFile::write(std::span<const float> interleaved) {
     toSixteenBits(interleaved, rounded_.data());
     const auto frames = static_cast<sf_count_t>(interleaved.size() / 2);
     errno = 0;
-    if (sf_writef_short(writer_->sound, rounded_.data(), frames) == frames)
+    if (library().sf_writef_short(writer_->sound, rounded_.data(), frames) == frames) {
+        unflushed_ += interleaved.size();
+        if (unflushed_ >= kFlushSamples) {
+            file_.beginFlushing();
+            unflushed_ = 0;
+        }
         return {};
-    return errno != 0 ? file_.failure(errno) : file_.failure(reason(sf_strerror(writer_->sound)));
+    }
+    return errno != 0 ? file_.failure(errno) : file_.failure(reason(library().sf_strerror(writer_->sound)));
 }
 
 std::string WavFile::finish() {
-    const int code = sf_close(writer_->sound); // writes the lengths into the header
+    const int code = library().sf_close(writer_->sound); // writes the lengths into the header
     writer_->sound = nullptr;
     writer_.reset();
-    return code == 0 ? file_.commit() : file_.failure(reason(sf_error_number(code)));
+    return code == 0 ? file_.commit() : file_.failure(reason(library().sf_error_number(code)));
 }
 
 } // namespace velmora

@@ -30,6 +30,7 @@ private:
     PendingFile file_;
     int sampleRate_;
     std::vector<std::int16_t> rounded_;
+    std::size_t unflushed_ = 0; ///< samples that no one has sent to the disk yet
     std::size_t samplesLeft_ =
         (0xFFFFFFFFU - 64U) / sizeof(std::int16_t); ///< lengths in the header have 32 bits
     std::unique_ptr<Writer> writer_;                ///< after file_: it ends first

@@ -47,24 +47,66 @@ GridLook gridLook(const PixelSurface& surface, const TableauScene& scene) {
             .bass = scene.setup.ChBass};
 }
 
+int GridLook::logicalWidth() const {
+    return static_cast<int>(std::lround(size.width() / scale));
+}
+
+int GridLook::logicalHeight() const {
+    return static_cast<int>(std::lround(size.height() / scale));
+}
+
+int clefColumns(const GridLook& look) {
+    if (!(look.treble || look.bass))
+        return 0;
+    return (clefsWidth(look.lineHeight) + kColumnWidth) / kColumnWidth; // with the pixel of a rounded edge
+}
+
 bool GridRows::renew(const GridLook& look) {
     if (look_ == look)
         return false;
+    GridLook moved = look;
+    if (look_)
+        moved.firstColumn = look_->firstColumn;
+    const bool onlyAcross = look_ == moved;
     look_ = look;
     lines_.emplace(
         look.size.width(), look.scale, look.firstColumn,
         [&](int position) { return isBeat(position, look.notesPerMeasure, look.meter); },
         [&](int position) { return isMultiple(position, look.notesPerMeasure); });
-    sortRows();
-    const int width = look.size.width();
+    if (!onlyAcross) {
+        sortRows();
+        inkClefs();
+    }
+    composeRows();
+    paintClefs();
+    return true;
+}
+
+std::vector<QRect> GridRows::rowsUnlike(const std::vector<std::uint8_t>& before, int by) const {
+    std::vector<QRect> rows;
+    const int height = look_->size.height();
+    for (int y = 0; y < height; ++y) {
+        const int from = y - by;
+        const bool same = from >= 0 && from < static_cast<int>(before.size()) &&
+                          before[static_cast<std::size_t>(from)] == kinds_[static_cast<std::size_t>(y)];
+        if (same)
+            continue;
+        if (!rows.empty() && rows.back().bottom() == y - 1)
+            rows.back().setBottom(y);
+        else
+            rows.emplace_back(0, y, look_->size.width(), 1);
+    }
+    return rows;
+}
+
+void GridRows::composeRows() {
+    const int width = look_->size.width();
     for (std::uint8_t kind = 0; kind < kKinds; ++kind) {
         Row& row = rows_[kind];
         row.resize(static_cast<std::size_t>(width));
         composeUnder(row.data(), width, kind);
         composeOver(row.data(), width, kind);
     }
-    paintClefs();
-    return true;
 }
 
 double GridRows::lineY(int row) const {
@@ -135,25 +177,30 @@ void GridRows::composeOver(QRgb* row, int width, std::uint8_t kind) const {
     writeLines(row, width, lines_->measures, lines_->thickness, kInk);
 }
 
-void GridRows::paintClefs() {
-    clefs_ = {};
+/// They stand still when the view goes to other columns.
+void GridRows::inkClefs() {
+    inkedClefs_ = {};
     const GridLook& look = *look_;
     if (look.size.isEmpty() || !isNamed(look.topRow) || look.lineHeight <= 0 || !(look.treble || look.bass))
         return;
     const int width = std::min(look.size.width(), deviceEdge(clefsWidth(look.lineHeight), look.scale));
-    clefs_ = QImage(width, look.size.height(), QImage::Format_RGB32);
-    const auto line = [&](int at) { return reinterpret_cast<QRgb*>(clefs_.scanLine(at)); };
-    for (int at = 0; at < clefs_.height(); ++at)
-        composeUnder(line(at), width, kinds_[static_cast<std::size_t>(at)]);
-    QPainter painter(&clefs_);
+    inkedClefs_ = QImage(width, look.size.height(), QImage::Format_RGB32);
+    for (int at = 0; at < inkedClefs_.height(); ++at)
+        composeUnder(reinterpret_cast<QRgb*>(inkedClefs_.scanLine(at)), width,
+                     kinds_[static_cast<std::size_t>(at)]);
+    QPainter painter(&inkedClefs_);
     painter.scale(look.scale, look.scale);
     if (look.treble)
         paintTrebleClef(painter, lineY(kTrebleRows.front()), look.lineHeight);
     if (look.bass)
         paintBassClef(painter, lineY(kBassRows[1]), look.lineHeight);
-    painter.end();
+}
+
+void GridRows::paintClefs() {
+    clefs_ = inkedClefs_.copy();
     for (int at = 0; at < clefs_.height(); ++at)
-        composeOver(line(at), width, kinds_[static_cast<std::size_t>(at)]);
+        composeOver(reinterpret_cast<QRgb*>(clefs_.scanLine(at)), clefs_.width(),
+                    kinds_[static_cast<std::size_t>(at)]);
 }
 
 void GridRows::restoreRow(QRgb* row, int y, int left, int right) const {

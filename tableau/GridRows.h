@@ -27,8 +27,12 @@ struct GridLook {
     bool sharpGuides = false, treble = false, bass = false;
 
     bool operator==(const GridLook&) const = default;
+    [[nodiscard]] int logicalWidth() const;
+    [[nodiscard]] int logicalHeight() const;
 };
 [[nodiscard]] GridLook gridLook(const PixelSurface& surface, const TableauScene& scene);
+/// How many columns at the left edge the clefs stand in, wherever the view does.
+[[nodiscard]] int clefColumns(const GridLook& look);
 
 /// `MusicBox` without notes. Its rows are of five kinds, and one of each is kept: they stay in the
 /// processor's cache, where a copy of the whole picture would not. Only the clefs, at the left, differ from
@@ -42,11 +46,19 @@ public:
     /// Takes a stamp away again.
     void restore(PixelSurface& surface, const Stamp& stamp, QPoint at) const;
 
+    /// What each row of the device is.
+    [[nodiscard]] const std::vector<std::uint8_t>& kinds() const { return kinds_; }
+    /// The rows that are not what @p before has @p by rows further up, neighbours together, over the whole
+    /// width.
+    [[nodiscard]] std::vector<QRect> rowsUnlike(const std::vector<std::uint8_t>& before, int by) const;
+
 private:
     static constexpr int kKinds = 5;
     using Row = std::vector<QRgb>;
 
     void sortRows();
+    void composeRows();
+    void inkClefs();
     void markBands();
     void markStaff(const std::array<int, 5>& staff);
     void markStaffLines(const std::array<int, 5>& staff);
@@ -61,7 +73,8 @@ private:
     std::optional<ColumnLines> lines_;
     std::vector<std::uint8_t> kinds_; ///< of each row of the device
     std::array<Row, kKinds> rows_;
-    QImage clefs_; ///< the left edge, if a clef stands there
+    QImage inkedClefs_; ///< the left edge, if a clef stands there, without what lies over the clefs
+    QImage clefs_;      ///< the same as it is seen
 };
 
 } // namespace velmora

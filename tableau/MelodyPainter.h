@@ -4,21 +4,23 @@
 #include "parts/NoteGlyphs.h"
 #include "parts/Stamp.h"
 #include "tableau/GridRows.h"
+#include "tableau/MelodyInk.h"
 #include "tableau/TableauScene.h"
 
 #include <QImage>
 #include <QRect>
 
 #include <map>
+#include <optional>
 #include <vector>
 
 namespace velmora {
 
-struct NoteSpan;
+class ColumnMarks;
 class PixelSurface;
 
-/// Paints `MusicBox`. It keeps the grid and the shapes of notes, and remembers where it painted: the next
-/// painting of the same picture renews only that.
+/// Paints `MusicBox`. It keeps the grid and the shapes of notes, and remembers what it painted: the next
+/// painting of the same picture moves what has been scrolled, and paints no more than what differs.
 ///
 /// A picture that someone else has written to since is painted wholly anew, which is slower and never wrong.
 /// Who draws over the picture through `drawOver` says where, and the next painting stays fast.
@@ -42,15 +44,28 @@ public:
     }
 
 private:
+    class Brush;
+    class Eraser;
+    class Reach;
+
     void noteTouched(const QImage& surface, const QRect& rect);
-    void restoreGrid(PixelSurface& surface, const TableauScene& scene, bool ownPicture);
-    void paintChannel(PixelSurface& surface, const TableauScene& scene, int channel);
-    void paintNote(PixelSurface& surface, const TableauScene& scene, const NoteSpan& span, QPoint at,
-                   QRgb colour);
-    void DrawRealNote(PixelSurface& surface, const TableauScene& scene, const NoteSpan& span, QPoint at);
-    void paintSelection(PixelSurface& surface, const ViewState& view);
-    void paintPlayMark(PixelSurface& surface, const ViewState& view);
-    void put(PixelSurface& surface, const Stamp& stamp, QPoint logical);
+    void useScale(qreal scale);
+    /// Where the picture, moved by so many pixels of the device, is not what it is to be; nothing if that is
+    /// most of it.
+    [[nodiscard]] std::optional<std::vector<QRect>> changedParts(const PixelSurface& surface, QPoint by);
+    void markChangedNotes(ColumnMarks& marks, int columnsBy);
+    void markSeams(ColumnMarks& marks, int columnsBy, bool rowsMove) const;
+    bool paintMoved(PixelSurface& surface);
+    void paintWithin(PixelSurface& surface, const QRect& part);
+    void paintInk(PixelSurface& surface);
+    void takeInkOff(PixelSurface& surface);
+
+    /// Gives @p sink the parts of a note from the lowest to the topmost.
+    template<typename Sink>
+    void lay(const MelodyInk& ink, const InkNote& note, Sink& sink);
+    template<typename Sink>
+    void DrawRealNote(const MelodyInk& ink, const InkNote& note, QPoint at, Sink& sink);
+    void keepGlyphDrop();
     [[nodiscard]] const Stamp& ball(QRgb colour, qreal scale);
     [[nodiscard]] const Stamp& ring(QRgb colour, qreal scale);
 
@@ -60,15 +75,10 @@ private:
     qreal stampScale_ = 0;
     int GlyphDrop_ = 0; ///< of the last note, without what its accidental adds
 
-    // Where the picture differs from the grid, in pixels of the device.
-    struct PutStamp {
-        const Stamp* stamp;
-        QPoint at;
-    };
-    std::vector<QRect> boxes_;
-    std::vector<PutStamp> stamps_;
-
-    qint64 key_ = -1; ///< of the picture as this left it
+    MelodyInk shown_;          ///< what the picture shows
+    MelodyInk next_;           ///< what it is to show
+    std::vector<QRect> boxes_; ///< what was drawn over since, in pixels of the device
+    qint64 key_ = -1;          ///< of the picture as this left it
 };
 
 } // namespace velmora

@@ -14,8 +14,8 @@ enum class MouseButton : std::uint8_t { None = 0, Left = 1, Right = 2 };
 /// The arrow at rest, a pencil while a note is drawn, and one each for the modes Cursor and Select.
 enum class Pointer : std::uint8_t { Arrow, Pencil, Cursor, Select };
 
-/// What gestures ask of the composing window, beside what it learns as a watcher of the composition. Columns and
-/// rows are those of the view, positions are the Score's.
+/// What gestures ask of the composing window, beside what it learns as a watcher of the composition. Columns
+/// and rows are those of the view, positions are the Score's.
 class TableauScreen {
 public:
     virtual ~TableauScreen() = default;
@@ -39,11 +39,11 @@ public:
     virtual void doNotemod(int position) = 0;
     virtual void showNote(const NoteReadout& note, int column) = 0; ///< `Pic2a` and its labels
 
-    virtual void advanceScroll(int columns) = 0;     ///< `HScroll1` + columns
-    virtual void setScrollMaximum(int maximum) = 0;  ///< of `HScroll1`
-    virtual void openEditMenu() = 0; ///< at the mouse; returns when it is closed
-    virtual void openFileMenu() = 0; ///< likewise
-    virtual void showTip(Box box) = 0; ///< about the Tableau
+    virtual void advanceScroll(int columns) = 0;    ///< `HScroll1` + columns
+    virtual void setScrollMaximum(int maximum) = 0; ///< of `HScroll1`
+    virtual void openEditMenu() = 0;                ///< at the mouse; returns when it is closed
+    virtual void openFileMenu() = 0;                ///< likewise
+    virtual void showTip(Box box) = 0;              ///< about the Tableau
 };
 
 } // namespace velmora

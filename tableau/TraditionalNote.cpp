@@ -80,9 +80,9 @@ std::optional<Accidental> accidentalOf(int row) {
     }
 }
 
-Stem stemOf(int y, const ViewState& view, bool bassStaff) {
-    const double treble = staffLineY(kMiddleTreble, view);
-    const double bass = staffLineY(kMiddleBass, view);
+Stem stemOf(int y, int topRow, int lineHeight, bool bassStaff) {
+    const double treble = staffLineY(kMiddleTreble, topRow, lineHeight);
+    const double bass = staffLineY(kMiddleBass, topRow, lineHeight);
     const bool lower = bassStaff && y > bass - kBassBand;
     return y > (lower ? bass : treble) ? Stem::Up : Stem::Down;
 }

@@ -25,6 +25,9 @@ inline constexpr int kHeadInRow = 5; ///< from the top of a row to the middle of
 [[nodiscard]] std::optional<Accidental> accidentalOf(int row);
 
 /// @param y of the middle of the head, on `MusicBox`
-[[nodiscard]] Stem stemOf(int y, const ViewState& view, bool bassStaff);
+[[nodiscard]] Stem stemOf(int y, int topRow, int lineHeight, bool bassStaff);
+[[nodiscard]] inline Stem stemOf(int y, const ViewState& view, bool bassStaff) {
+    return stemOf(y, view.ViewTopRow, view.Line_Height, bassStaff);
+}
 
 } // namespace velmora

@@ -281,6 +281,38 @@ class CliTest(unittest.TestCase):
             self.assertEqual(done.returncode, 0)
             self.assertIn("velmora-cli " + command, " ".join(done.stdout.split()))
 
+    # Libraries that are loaded when they are needed
+
+    def without(self, library):
+        """An environment in which a library is found and is none."""
+        folder = self.path("broken")
+        os.makedirs(folder, exist_ok=True)
+        with open(os.path.join(folder, library), "w", encoding="utf-8"):
+            pass
+        return dict(os.environ, LD_LIBRARY_PATH=folder)
+
+    def test_a_library_that_is_missing_is_named_and_leaves_the_old_file(self):
+        for library, name in (("libfluidsynth.so.3", "tune.wav"), ("libsndfile.so.1", "tune.wav"),
+                              ("libmp3lame.so.0", "tune.mp3")):
+            out = self.path(name)
+            with open(out, "w", encoding="utf-8") as file:
+                file.write("old")
+            done = run("convert", self.tune(), out, "--soundfont", SMALL_SOUNDFONT, env=self.without(library))
+            shutil.rmtree(self.path("broken"))
+            self.assertEqual(done.returncode, 1, done.stderr)
+            self.assertIn(library, done.stderr)
+            with open(out, encoding="utf-8") as file:
+                self.assertEqual(file.read(), "old")
+
+    def test_without_the_libraries_of_sound_servers_and_devices_everything_else_works(self):
+        for library in ("libjack.so.0", "librtmidi.so.6"):
+            self.without(library)
+        done = run("devices", env=self.without("libasound.so.2"))
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertEqual(done.stdout.splitlines()[0], "MIDI Mapper")
+        done = run("convert", self.tune(), self.path("tune.mid"), env=self.without("libpulse.so.0"))
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+
     # Playing
 
     def test_an_unknown_device_is_answered_with_the_known_ones(self):

@@ -5,6 +5,7 @@
 #include "composition/ScoreEditing.h"
 #include "tests/composition/WorkspaceFixture.h"
 #include "tests/support/RecordingWatcher.h"
+#include "tests/support/Walks.h"
 
 #include <cstdlib>
 #include <random>
@@ -18,7 +19,7 @@ constexpr int kCommandsOfOneScore = 200;
 /// `VELMORA_EDIT_WALK` raises the number.
 int commandsToWalk() {
     const char* wanted = std::getenv("VELMORA_EDIT_WALK");
-    return wanted ? std::atoi(wanted) : 8000;
+    return wanted ? std::atoi(wanted) : stepsOfWalk(8000);
 }
 
 struct LayerPair {

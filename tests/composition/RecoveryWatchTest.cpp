@@ -4,6 +4,7 @@
 #include "WorkspaceFixture.h"
 #include "base/VirtualLoop.h"
 #include "composition/RecoveryFile.h"
+#include "tests/support/Environment.h"
 
 using namespace velmora;
 
@@ -45,6 +46,30 @@ TEST_F(RecoveryWatchTest, AChangeIsOnDiskAfterTenSecondsAtMost) {
     double wait = 0;
     EXPECT_TRUE(looks(wait));
     EXPECT_EQ(wait, 10);
+}
+
+TEST_F(RecoveryWatchTest, AShorterPeriodIsKept) {
+    RecoveryWatch often(file, workspace(), loop, 0.5);
+    EXPECT_EQ(often.look(), 0.5);
+    EXPECT_LE(often.look(), 0.5) << "while it is written, too";
+}
+
+TEST_F(RecoveryWatchTest, TheUserMayAskForAShorterPeriodAndForNothingElse) {
+    Environment environment;
+    environment.unset("VELMORA_RECOVERY_PERIOD");
+    EXPECT_EQ(RecoveryWatch::periodOfUser(), 10);
+    for (const auto& [text, seconds] : {std::pair("0.5", 0.5),
+                                        {"3", 3},
+                                        {"0.001", 0.1},
+                                        {"60", 10},
+                                        {"0", 10},
+                                        {"-1", 10},
+                                        {"nan", 10},
+                                        {"often", 10},
+                                        {"", 10}}) {
+        environment.set("VELMORA_RECOVERY_PERIOD", text);
+        EXPECT_EQ(RecoveryWatch::periodOfUser(), seconds) << text;
+    }
 }
 
 TEST_F(RecoveryWatchTest, NothingIsDoneWhileAStepIsDue) {

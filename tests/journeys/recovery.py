@@ -11,11 +11,14 @@ from composing import Tableau, filled, play_line_moves
 from desktop import wait_for
 from journey import MARCH, Journey
 
-PERIOD = 10  # seconds from a change to the file at most
+PERIOD = 2  # seconds from a change to the file at most; the rest of the program has ten
 ROUNDS = int(os.environ.get("VELMORA_KILLS", "2"))
 
 
 class Recovery(Journey):
+    def new_user(self, **environment):
+        return super().new_user(VELMORA_RECOVERY_PERIOD=str(PERIOD), **environment)
+
     def kept(self):
         """The recovery files."""
         try:

@@ -5,6 +5,7 @@
 #include "RandomScore.h"
 #include "base/Files.h"
 #include "sound/Chords.h"
+#include "tests/support/Walks.h"
 
 #include <QTemporaryDir>
 
@@ -266,7 +267,7 @@ TEST_F(MidiFileTest, TheFileIsWrittenOrTheReasonGiven) {
 
 TEST_F(MidiFileTest, RandomScoresAreWrittenByteForByteAsStepByStep) {
     std::minstd_rand random(30);
-    for (int i = 0; i < 1500; ++i) {
+    for (int i = 0; i < stepsOfWalk(1500); ++i) {
         Score got = randomScore(random, below(random, 60));
         got.TopChannel = 1 + below(random, 13);
         got.TopMelodyHint = below(random, 8);

@@ -3,6 +3,8 @@
 
 #include "RandomScore.h"
 #include "base/Files.h"
+#include "score/Numbers.h"
+#include "score/SngText.h"
 
 #include <QTemporaryDir>
 
@@ -256,6 +258,32 @@ TEST_F(SngFileTest, FieldsAreReadByTheirLeadingNumber) {
     const std::int16_t wanted[] = {60, 0, 61, 6, 100, 2, -1, -1, 32767, -32768, -1, 0, 5, 4, 0, -1};
     for (int position = 0; position < static_cast<int>(std::size(wanted)); ++position)
         EXPECT_EQ(score.NoteCell.at(0, position), wanted[position]) << position;
+}
+
+TEST_F(SngFileTest, RepeatedFieldsAreReadAsTheyStand) {
+    for (const std::string field : {"0", "-1", "7", "64", "127", "1060", "-999", "12345"})
+        for (int times = 1; times <= 40; ++times)
+            for (const std::string end : {"", ",", ",6", "0", "\r\n", ",\r\n", ",70000\r\n"}) {
+                std::string row = field;
+                for (int time = 1; time < times; ++time)
+                    row += "," + field;
+                Score read(33);
+                const std::string text = row + end;
+                SngLines lines(text);
+                const std::size_t fields = lines.row(read.NoteCell.row(0));
+                // The same text, a field at a time.
+                std::vector<std::string> texts(static_cast<std::size_t>(times), field);
+                if (end.starts_with(','))
+                    texts.push_back(end.substr(1));
+                else
+                    texts.back() += end;
+                ASSERT_EQ(fields, std::min<std::size_t>(texts.size(), 34)) << row + end;
+                for (std::size_t i = 0; i < fields; ++i) {
+                    const auto value = parseInt16(texts[i]);
+                    ASSERT_EQ(read.NoteCell.at(0, static_cast<int>(i)), value.value_or(kEmptyCell))
+                        << row + end << ", field " << i;
+                }
+            }
 }
 
 TEST_F(SngFileTest, ATrailingCommaIsABlankFieldAndAnEmptyLineHasNone) {

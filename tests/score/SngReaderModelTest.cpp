@@ -4,6 +4,7 @@
 #include "score/SngFile.h"
 
 #include "RandomScore.h"
+#include "tests/support/Walks.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -247,7 +248,7 @@ void damage(std::string& text, std::minstd_rand& random) {
 TEST(SngReaderModelTest, DamagedFilesOfEveryGenerationAreReadAsTheLayoutSays) {
     std::minstd_rand random(20);
     int different = 0;
-    for (int i = 0; i < 3000; ++i) {
+    for (int i = 0; i < stepsOfWalk(3000); ++i) {
         const int numNotes = below(random, 30);
         std::string text = someFile(random, 1 + below(random, 40));
         if (below(random, 4) == 0)
@@ -274,5 +275,5 @@ TEST(SngReaderModelTest, DamagedFilesOfEveryGenerationAreReadAsTheLayoutSays) {
             different += got.NoteCell != before.NoteCell ? 1 : 0;
         }
     }
-    EXPECT_GT(different, 9000); // the files do say something
+    EXPECT_GT(different, stepsOfWalk(9000)); // the files do say something
 }

@@ -3,8 +3,11 @@
 
 #include "RandomScore.h"
 #include "base/Files.h"
+#include "score/SngFile.h"
 
 #include <QTemporaryDir>
+
+#include <fstream>
 
 using namespace velmora;
 using namespace velmora::test;
@@ -22,7 +25,69 @@ struct UndoSnapshotTest : testing::Test {
         score.NoteInstrument.set(channel, position, static_cast<std::int16_t>(code));
     }
 };
+
+/// So large that its file is written beside what the user does.
+struct LargeUndoTest : UndoSnapshotTest {
+    LargeUndoTest() {
+        score.resizeNotes(6000);
+        for (int channel = 0; channel < kUsedChannels; ++channel)
+            for (int position = 0; position <= score.NumNotes; position += 3)
+                note(channel, position, 24 + position % 90);
+        for (int position = 0; position <= score.NumNotes; position += 7)
+            score.Pan_Change.set(5, position, 9);
+        score.Polyphonics.set(12, 7, 3); // no file has this row
+        score.ActiveChannel = 2;
+        score.FindEndOfSong();
+    }
+    void keepAndClear() {
+        undo.keepWhole(score, setup, "Clear", StepScope::Score);
+        score.ClearAll();
+    }
+};
 } // namespace
+
+TEST_F(LargeUndoTest, TheScoreComesBackWhileItsFileMayStillBeBeingWritten) {
+    const Score before = score;
+    for (int time = 0; time < 20; ++time) {
+        keepAndClear();
+        EXPECT_EQ(undo.step(), "Clear");
+        ASSERT_TRUE(undo.OpenforUndo(score, setup));
+        expectSameScore(score, before);
+        EXPECT_EQ(score.ActiveChannel, 2);
+    }
+}
+
+TEST_F(LargeUndoTest, TheFileIsTheScoreInTheNewestForm) {
+    const std::string text = serializePoliFile(score, setup);
+    keepAndClear();
+    undo.finishWriting();
+    EXPECT_EQ(readWholeFile(path), text);
+}
+
+TEST_F(LargeUndoTest, AFileThatIsGoneOrDamagedUndoesNothing) {
+    keepAndClear();
+    undo.finishWriting();
+    const std::string text = readWholeFile(path).value_or("");
+    const Score before = score;
+    for (const std::string& damaged : {std::string(), text.substr(0, text.size() / 2), text + "1"}) {
+        std::ofstream(path, std::ios::binary) << damaged;
+        EXPECT_FALSE(undo.OpenforUndo(score, setup));
+        expectSameScore(score, before);
+    }
+    std::filesystem::remove(path);
+    EXPECT_FALSE(undo.OpenforUndo(score, setup));
+    std::ofstream(path, std::ios::binary) << text;
+    EXPECT_TRUE(undo.OpenforUndo(score, setup)) << "it is there again";
+}
+
+TEST_F(LargeUndoTest, ANewStepTakesThePlaceOfOneThatIsStillBeingWritten) {
+    for (int time = 0; time < 20; ++time) {
+        undo.keepWhole(score, setup, "Paste", StepScope::Cells);
+        undo.SaveforUndo(score, setup);
+        EXPECT_EQ(readWholeFile(path), serializeUndo(score, setup));
+        EXPECT_EQ(undo.step(), UndoSnapshot::kNoteStep);
+    }
+}
 
 TEST_F(UndoSnapshotTest, TheSnapshotHoldsTheActiveChannelAlone) {
     note(0, 0, 24);

@@ -14,8 +14,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cmath>
 #include <numbers>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -75,17 +77,26 @@ struct ScorePlayTest : testing::Test {
     /// A machine that is busy elsewhere lets the stream run dry, which moves all that follows: then once
     /// more.
     void play() {
+        hear([this](MidiPort& port) {
+            Player player({score, setup, view, state, chords}, port, loop);
+            player.PlayAndStop_Click(false);
+        });
+    }
+
+    template<class Perform>
+    void hear(Perform perform) {
         if (!std::exchange(started, true))
             server.start();
         for (int attempt = 0; attempt < 20; ++attempt) {
-            ASSERT_NO_FATAL_FAILURE(playOnce());
+            ASSERT_NO_FATAL_FAILURE(hearOnce(perform));
             if (!ranDry)
                 return;
         }
         FAIL() << "the stream ran dry in every attempt";
     }
 
-    void playOnce() {
+    template<class Perform>
+    void hearOnce(Perform perform) {
         heard.clear();
         LiveSound sound(kSmallSoundFont, kLargeBuffer);
         ASSERT_TRUE(sound.synth.waitUntilReady(10)) << sound.synth.error();
@@ -93,8 +104,7 @@ struct ScorePlayTest : testing::Test {
         ASSERT_EQ(sound.devices.open(MidiPort::kMapper), MidiPort::kOk);
         MonitorRecorder recorder;
         WatchedPort port(sound.devices);
-        Player player({score, setup, view, state, chords}, port, loop);
-        player.PlayAndStop_Click(false);
+        perform(port);
         sentAt = port.noteOns;
         ranDry = sound.output.figures().underruns > 0;
         const std::size_t end = recorder.frames() + AudioOutput::kRate / 4; // what is still on its way
@@ -163,6 +173,31 @@ TEST_F(ScorePlayTest, NotesAreHeardAtTheirTimes) {
         largestShift = std::min(largestShift, shift);
     }
     EXPECT_LE(largestShift, 0.0015) << "in the best of all attempts";
+}
+
+TEST_F(ScorePlayTest, ANoteIsHeardNoLaterAfterTheSynthesizerHasRested) {
+    const auto strike = [](MidiPort& port) {
+        port.send(shortmessage::noteOn(0, 84, 100));
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        port.send(shortmessage::noteOff(0, 84));
+    };
+    double leastShift = 1;
+    for (int attempt = 0; attempt < 4 && leastShift > 0.0015; ++attempt) {
+        ASSERT_NO_FATAL_FAILURE(hear([&](MidiPort& port) {
+            port.send(shortmessage::programChange(0, kXylophone));
+            strike(port);
+            constexpr double kDyingAway = 3;
+            std::this_thread::sleep_for(
+                std::chrono::duration<double>(kDyingAway + BuiltInSynth::kRestSeconds));
+            strike(port);
+        }));
+        const auto found = onsets();
+        ASSERT_EQ(sentAt.size(), 2U);
+        ASSERT_EQ(found.size(), 2U);
+        const double heardApart = double(found[1] - found[0]) / AudioOutput::kRate;
+        leastShift = std::min(leastShift, std::fabs(heardApart - (sentAt[1] - sentAt[0])));
+    }
+    EXPECT_LE(leastShift, 0.0015) << "in the best of all attempts"; // a block of the synthesizer's grid
 }
 
 TEST_F(ScorePlayTest, NotesAreHeardAtTheirPitch) {

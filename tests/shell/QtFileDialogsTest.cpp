@@ -216,7 +216,7 @@ TEST_F(QtFileDialogsTest, ReplacingIsAskedAboutTheFileThatWillBeWritten) {
     touch("my.song.sng");
     for (const auto& [typed, written, returned] :
          {std::array{"tune", "tune.sng", "tune.sng"}, std::array{"my.song", "my.song.sng", "my.song"}}) {
-        driver_.in<QFileDialog>([&](QFileDialog& dialog) {
+        driver_.in<QFileDialog>([&, typed = typed, written = written](QFileDialog& dialog) {
             answer(written, QMessageBox::Yes);
             typeAndConfirm(dialog, typed);
         });
@@ -301,7 +301,7 @@ TEST_F(QtFileDialogsTest, WithTheCallersExtensionEitherFileIsAskedAbout) {
     touch("tune.key");
     touch("my.song");
     for (const auto& [typed, written] : {std::array{"tune", "tune.key"}, std::array{"my.song", "my.song"}}) {
-        driver_.in<QFileDialog>([&](QFileDialog& dialog) {
+        driver_.in<QFileDialog>([&, typed = typed, written = written](QFileDialog& dialog) {
             answer(written, QMessageBox::Yes);
             typeAndConfirm(dialog, typed);
         });

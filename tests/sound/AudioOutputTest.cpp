@@ -35,6 +35,13 @@ struct Tone : AudioSource {
     std::atomic<int> ran{0};
 };
 
+/// A tone that rests when it is told to.
+struct RestingTone : Tone {
+    using Tone::Tone;
+    [[nodiscard]] bool rests() noexcept override { return resting.load(); }
+    std::atomic<bool> resting{false};
+};
+
 /// A driver that the test turns by hand.
 class HandDriver : public AudioDriver {
 public:
@@ -214,6 +221,66 @@ TEST_F(AudioOutputTest, TheNullStreamKeepsTheRateOfTheClockAndLosesNoTime) {
     expectSeamless(tap);
     EXPECT_EQ(output.figures().driver, "none");
     EXPECT_NEAR(output.figures().distance, 0.0105, 0.02);
+}
+
+TEST_F(AudioOutputTest, ASourceThatRestsIsLeftOutUnlessSomebodyTaps) {
+    AudioOutput output(with(kHandOnly));
+    ASSERT_TRUE(runs(output, "hand"));
+    RestingTone tone(0.5F);
+    ASSERT_TRUE(output.add(tone));
+    HandDriver::ask(200);
+    EXPECT_EQ(tone.ran, 1);
+    tone.resting = true;
+    HandDriver::ask(200);
+    EXPECT_EQ(tone.ran, 1);
+    Listener tap;
+    ASSERT_TRUE(output.addTap(tap));
+    HandDriver::ask(200);
+    EXPECT_EQ(tone.ran, 2);
+    output.removeTap(tap);
+    output.remove(tone);
+}
+
+TEST_F(AudioOutputTest, TheNullStreamStandsStillWhileAllSourcesRestAndGoesOnWhenItIsWoken) {
+    AudioOutput output(with(kNullOnly));
+    RestingTone tone(0.5F);
+    ASSERT_TRUE(output.add(tone));
+    ASSERT_TRUE(within(2, [&] { return tone.ran > 3; }));
+    tone.resting = true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(50)); // the block under way
+    const std::int64_t frames = output.figures().frames;
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    EXPECT_EQ(output.figures().frames, frames);
+
+    tone.resting = false;
+    const int before = tone.ran;
+    const double woken = steadySeconds();
+    output.wake();
+    ASSERT_TRUE(within(2, [&] { return tone.ran > before; }));
+    EXPECT_LT(steadySeconds() - woken, 0.1);
+    output.remove(tone);
+}
+
+TEST_F(AudioOutputTest, ATapWakesTheNullStreamAndKeepsItAwake) {
+    AudioOutput output(with(kNullOnly));
+    ASSERT_TRUE(runs(output, "none"));
+    std::this_thread::sleep_for(std::chrono::milliseconds(50)); // nothing is there to sound
+    Listener tap;
+    ASSERT_TRUE(output.addTap(tap));
+    const double added = steadySeconds();
+    ASSERT_TRUE(within(2, [&] { return tap.heard > 4410; }));
+    output.removeTap(tap);
+    EXPECT_NEAR(tap.blocks.front().moment, added, 0.03);
+    expectSeamless(tap);
+}
+
+TEST_F(AudioOutputTest, ANullStreamThatRestsEndsAtOnce) {
+    const double begun = steadySeconds();
+    for (int i = 0; i < 20; ++i) {
+        AudioOutput output(with(kNullOnly));
+        std::this_thread::sleep_for(std::chrono::milliseconds(5 * i % 25));
+    }
+    EXPECT_LT(steadySeconds() - begun, 3);
 }
 
 TEST_F(AudioOutputTest, SourcesComeAndGoWhileTheStreamRuns) {

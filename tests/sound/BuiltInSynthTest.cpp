@@ -164,6 +164,45 @@ TEST_F(BuiltInSynthTest, EndsThatFindNoPlaceAreMadeUpFor) {
     EXPECT_LT(peak(listener.hear(kRate)), 0.0001F);
 }
 
+TEST_F(BuiltInSynthTest, RestsOnceNothingHasSoundedForSomeSecondsAndNoMessageWaits) {
+    constexpr int kRestFrames = static_cast<int>(BuiltInSynth::kRestSeconds * kRate);
+    synth.send(shortmessage::noteOn(0, kA4, 127), kStart);
+    for (int i = 0; i < 40; ++i) {
+        listener.hear(1000);
+        ASSERT_FALSE(synth.rests());
+    }
+    synth.send(shortmessage::noteOff(0, kA4), listener.now());
+    std::vector<float> sound;
+    while (!synth.rests() && listener.heard < 60 * kRate)
+        sound = listener.hear(1000);
+    ASSERT_TRUE(synth.rests()) << "after a minute";
+    EXPECT_FALSE(synth.sounding());
+    EXPECT_LT(peak(sound), BuiltInSynth::kInaudible);
+
+    int woken = 0;
+    synth.onMessage = [&woken] { ++woken; };
+    synth.send(shortmessage::controller(0, 7, 90), listener.now());
+    EXPECT_EQ(woken, 1);
+    EXPECT_FALSE(synth.rests());
+    listener.hear(1000);
+    EXPECT_FALSE(synth.rests()) << "a message begins the time anew";
+    for (int frames = 0; frames < kRestFrames; frames += 1000)
+        listener.hear(1000);
+    EXPECT_TRUE(synth.rests());
+}
+
+TEST_F(BuiltInSynthTest, ANoteAfterARestSoundsFromTheGridBlockOfItsMomentOn) {
+    while (!synth.rests() && listener.heard < 60 * kRate)
+        listener.hear(777); // no multiple of the grid: something is left of what was rendered
+    ASSERT_TRUE(synth.rests());
+    listener.heard += 12345; // the mix leaves it out
+    synth.send(shortmessage::programChange(0, kOrgan), listener.now());
+    synth.send(shortmessage::noteOn(0, kA4, 127), listener.now() + 1000.0 / kRate);
+    const std::vector<float> sound = listener.hear(4096);
+    EXPECT_GE(firstSound(sound), 960U);
+    EXPECT_LT(firstSound(sound), 1024U);
+}
+
 TEST_F(BuiltInSynthTest, RenderingTakesNoMemoryAndNoLock) {
     for (int program = 0; program < 128; ++program)
         synth.send(shortmessage::programChange(program % 9, program), kStart);

@@ -91,6 +91,25 @@ TEST(LimiterTest, TheCutIntoBlocksChangesNothing) {
     EXPECT_EQ(limited(in, 441), whole);
 }
 
+TEST(LimiterTest, AfterEveryLoudPassageQuietSoundComesOutBitForBitAgain) {
+    constexpr std::size_t kPassage = 61 * 1600; // frames, no multiple of the delay
+    auto in = noise(4 * static_cast<int>(kPassage), 0.9F);
+    for (std::size_t frame = 0; frame < in.size() / 2; ++frame) {
+        if (frame / kPassage % 2 == 1 && frame % kPassage < 1000)
+            in[2 * frame] *= 3;
+    }
+    const auto out = limited(in, 4096);
+    EXPECT_EQ(out, limited(in, 1));
+    EXPECT_LE(loudest(out), Limiter::kCeiling);
+    for (const std::size_t loud : {std::size_t{1}, std::size_t{3}}) {
+        const std::vector<float> calmBefore(in.begin(),
+                                            in.begin() + static_cast<std::ptrdiff_t>(2 * loud * kPassage));
+        const std::vector<float> outBefore(out.begin(),
+                                           out.begin() + static_cast<std::ptrdiff_t>(2 * loud * kPassage));
+        EXPECT_TRUE(delayedExactly(calmBefore, outBefore, loud * kPassage - 10000)) << loud;
+    }
+}
+
 TEST(LimiterTest, NumbersThatAreNoneAreSilenceAndSpoilNothing) {
     std::vector<float> in(2 * 500, 0.5F);
     in[100] = std::numeric_limits<float>::quiet_NaN();

@@ -6,12 +6,9 @@
 
 #include <cerrno>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define VELMORA_SANITIZED 1
+#if VELMORA_SANITIZED
 extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*onMalloc)(const volatile void*, std::size_t),
                                                          void (*onFree)(const volatile void*));
-#else
-#define VELMORA_SANITIZED 0
 #endif
 
 namespace {

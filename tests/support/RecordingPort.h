@@ -12,8 +12,8 @@
 
 namespace velmora {
 
-/// A port that keeps what it is sent, with the moment on the loop's clock, and which devices were opened. They
-/// come, go and fail as a test says.
+/// A port that keeps what it is sent, with the moment on the loop's clock, and which devices were opened.
+/// They come, go and fail as a test says.
 class RecordingPort : public MidiPort {
 public:
     struct Sent {

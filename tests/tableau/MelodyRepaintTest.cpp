@@ -6,6 +6,7 @@
 
 #include <QPainter>
 
+#include <algorithm>
 #include <random>
 
 #include <gmock/gmock.h>
@@ -16,16 +17,20 @@ namespace {
 /// A painter and its picture, beside what another one makes of the same scene on a new picture.
 class Repainting {
 public:
-    explicit Repainting(qreal scale) : scale_(scale), surface(surfaceOf(300, 200, scale)) {}
+    explicit Repainting(qreal scale, QSize size = {300, 200})
+        : scale_(scale)
+        , size_(size)
+        , surface(surfaceOf(size.width(), size.height(), scale)) {}
     void paint() { painter.paint(surface, fixture.scene()); }
     [[nodiscard]] QImage anew() const {
-        QImage other = surfaceOf(300, 200, scale_);
+        QImage other = surfaceOf(size_.width(), size_.height(), scale_);
         MelodyPainter().paint(other, fixture.scene());
         return other;
     }
 
 private:
     qreal scale_;
+    QSize size_;
 
 public:
     TableauFixture fixture;
@@ -68,8 +73,31 @@ void change(TableauFixture& fixture, std::mt19937& random) {
 }
 } // namespace
 
+/// Steps of scrolling, and between them now and then an edit or a change of what is marked.
+void scrollOrChange(TableauFixture& fixture, std::mt19937& random) {
+    const auto any = [&](int first, int last) { return std::uniform_int_distribution(first, last)(random); };
+    ViewState& view = fixture.view;
+    switch (any(0, 9)) {
+    case 0:
+        change(fixture, random);
+        break;
+    case 1:
+        fixture.score.NotesPerMeasure = static_cast<std::int16_t>(any(0, 16));
+        break;
+    case 2:
+        view.ViewTopRow = std::clamp(view.ViewTopRow + any(-3, 3), 0, 110);
+        break;
+    case 3:
+        view.ViewTopRow = std::clamp(view.ViewTopRow + any(-1, 1), 0, 110);
+        [[fallthrough]];
+    default:
+        view.ViewFirstColumn = std::max(0, view.ViewFirstColumn + any(-5, 5));
+        view.ViewLastColumn = std::min(view.ViewFirstColumn + 26, 90); // of 100: as at a score's end
+    }
+}
+
 class MelodyRepaint : public testing::TestWithParam<qreal> {};
-INSTANTIATE_TEST_SUITE_P(Scales, MelodyRepaint, testing::Values(1.0, 1.5, 2.0));
+INSTANTIATE_TEST_SUITE_P(Scales, MelodyRepaint, testing::Values(1.0, 1.2, 1.25, 1.5, 2.0));
 
 TEST_P(MelodyRepaint, GivesWhatPaintingAnewGives) {
     Repainting repainting(GetParam());
@@ -79,6 +107,35 @@ TEST_P(MelodyRepaint, GivesWhatPaintingAnewGives) {
         repainting.paint();
         ASSERT_EQ(repainting.surface, repainting.anew()) << step;
     }
+}
+
+TEST_P(MelodyRepaint, ScrollsToWhatPaintingAnewGives) {
+    for (const int style : {0, 1})
+        for (const QSize size : {QSize(300, 200), QSize(307, 211)}) {
+            Repainting repainting(GetParam(), size);
+            std::mt19937 random(11);
+            for (int note = 0; note < 150; ++note)
+                repainting.fixture.draw(note % 8, static_cast<int>(random() % 90), 40 + note % 45,
+                                        1 + note % 9, note % 5 == 0 ? 1 : 0);
+            repainting.fixture.view.Notationstyle = static_cast<std::int16_t>(style);
+            for (int step = 0; step < 120; ++step) {
+                scrollOrChange(repainting.fixture, random);
+                repainting.paint();
+                ASSERT_EQ(repainting.surface, repainting.anew())
+                    << "style " << style << ", " << size.width() << " wide, step " << step;
+            }
+        }
+}
+
+TEST_P(MelodyRepaint, ScrollsWhatWasDrawnOverAway) {
+    Repainting repainting(GetParam());
+    repainting.paint();
+    repainting.painter.drawOver(repainting.surface, QRect(59, 0, 3, 200),
+                                [&] { paintPlayLine(repainting.surface, 5); });
+    repainting.fixture.view.ViewFirstColumn += 2;
+    repainting.fixture.view.ViewLastColumn += 2;
+    repainting.paint();
+    EXPECT_EQ(repainting.surface, repainting.anew());
 }
 
 TEST_P(MelodyRepaint, CoversWhatAStrangerDrew) {

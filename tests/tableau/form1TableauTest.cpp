@@ -452,7 +452,7 @@ TEST_F(form1TableauTest, HoweverPlayingEndsNoNoteIsLeftOn) {
             putNotes(score(), 0, 60, 2, 40);
         bool sounded = false;
         port.sent.clear();
-        loop.onWait = [&, waits = 0](int) mutable {
+        loop.onWait = [&, end = end, waits = 0](int) mutable {
             if (++waits != 4)
                 return;
             sounded = !isSilent();
