@@ -5,7 +5,6 @@
 
 #include <QWidget>
 
-
 class QCheckBox;
 class QComboBox;
 

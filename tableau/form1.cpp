@@ -7,6 +7,7 @@
 #include "base/Settings.h"
 #include "composition/Player.h"
 #include "composition/RecoveryFile.h"
+#include "composition/ScoreFiles.h"
 #include "composition/SetupRules.h"
 #include "composition/Workspace.h"
 #include "parts/Desk.h"
@@ -25,6 +26,10 @@
 #include "tableau/ButtonBar.h"
 #include "tableau/ChannelStrip.h"
 #include "tableau/Commands.h"
+#include "tableau/FormScreen.h"
+#include "tableau/Picmain.h"
+#include "tableau/PolynoteDrag.h"
+#include "tableau/TableauInput.h"
 #include "tableau/TextLine.h"
 #include "tableau/ToolPanel.h"
 #include "tableau/TopBarOverlay.h"
@@ -65,19 +70,20 @@ form1::form1(Desk& desk)
     , Picmain_(new Picmain(look(), desk.tips, desk.workspace, Ibak5()))
     , textLine_(new TextLine(look(), Lb1_, Ibak5()))
     , frminfo_(std::make_unique<frminfo>(desk.tips, this))
-    , files_(desk.workspace, desk.dialogs, desk.settings, desk.folders.songs())
-    , screen_({.window = *this,
-               .Cmd2 = Cmd2_,
-               .effects = toolPanel_->effects(),
-               .channels = *channelStrip_,
-               .readOuts = *TopBarOverlay_,
-               .picmain = *Picmain_,
-               .textLine = *textLine_,
-               .tips = *frminfo_,
-               .menu = desk.menu},
-              desk.workspace)
-    , plays_(desk.player.show(screen_))
-    , input_(desk.workspace, desk.player.notes(), desk.port, screen_)
+    , files_(std::make_unique<ScoreFiles>(desk.workspace, desk.dialogs, desk.settings, desk.folders.songs()))
+    , screen_(std::make_unique<FormScreen>(FormStrips{.window = *this,
+                                                      .Cmd2 = Cmd2_,
+                                                      .effects = toolPanel_->effects(),
+                                                      .channels = *channelStrip_,
+                                                      .readOuts = *TopBarOverlay_,
+                                                      .picmain = *Picmain_,
+                                                      .textLine = *textLine_,
+                                                      .tips = *frminfo_,
+                                                      .menu = desk.menu},
+                                           desk.workspace))
+    , plays_(desk.player.show(*screen_))
+    , input_(std::make_unique<TableauInput>(desk.workspace, desk.player.notes(), desk.port, *screen_))
+    , polynotes_(std::make_unique<PolynoteDrag>())
     , watching_(desk.workspace.watchers.join(*this)) {
     setObjectName("form1");
     setMinimumSize(kLeastForm);
@@ -103,7 +109,7 @@ form1::form1(Desk& desk)
     openAtStoredPlace();
     loading_ = false;
     changed(kAnotherScore);
-    screen_.setPointer(Box::MusicBox, Pointer::Arrow);
+    screen_->setPointer(Box::MusicBox, Pointer::Arrow);
     setOrder();
     // Otherwise the first button, which empties the score, would have the focus, and Space would press it.
     Picmain_->setFocus();
@@ -243,7 +249,7 @@ void form1::changed(Changes changes) {
         {Undo, &form1::showUndo},
     });
     if (changes.any(Channels))
-        input_.rememberChannel();
+        input_->rememberChannel();
     for (const Row& row : kRows)
         if (changes.any(row.when))
             (this->*row.show)();
@@ -255,7 +261,7 @@ void form1::paint(Changes changes) {
     using enum Change;
     if (changes.any(Length | Looks))
         return layOut();
-    if (changes.any(Cells | Channels) && !polynotes_.goesOn())
+    if (changes.any(Cells | Channels) && !polynotes_->goesOn())
         Picmain_->drawPolynoteBar();
     if (changes.any(Cells | Channels | Meter | Marks)) // `Beatbox` shows no marks
         Picmain_->DrawNoteArray();
@@ -275,6 +281,18 @@ void form1::showUsedPercussion() {
         showPercussion(true);
 }
 
+void form1::showChannels() {
+    screen_->showChannels();
+}
+
+void form1::showNextNote() {
+    screen_->showNextNote();
+}
+
+int form1::paintings(Box box) const {
+    return Picmain_->paintings(box);
+}
+
 void form1::showTools() {
     toolPanel_->refresh();
 }
@@ -291,19 +309,19 @@ void form1::imgTitleHelp_Click() {
     desk_.windows.help("composing-window");
 }
 
-void form1::tellOutcome(const ScoreFiles::Outcome& outcome) {
-    if (!outcome.words.empty())
-        tell(skins(), this, toQString(outcome.words));
+void form1::tellUser(const std::string& words) {
+    if (!words.empty())
+        tell(skins(), this, toQString(words));
 }
 
 void form1::Command33_Click() {
     PlayAndStop_Click(true);
-    tellOutcome(files_.open());
+    tellUser(files_->open().words);
 }
 
 void form1::openScore(const std::filesystem::path& file) {
     PlayAndStop_Click(true);
-    tellOutcome(files_.open(file));
+    tellUser(files_->open(file).words);
 }
 
 void form1::bringBack(const LeftScore& left) {
@@ -314,9 +332,9 @@ void form1::bringBack(const LeftScore& left) {
 
 bool form1::mSaveAs_Click() {
     if (!desk_.workspace.holdsNotes())
-        screen_.setToolText({}, "There are no notes yet that could be saved");
-    const ScoreFiles::Outcome outcome = files_.saveAs();
-    tellOutcome(outcome);
+        screen_->setToolText({}, "There are no notes yet that could be saved");
+    const ScoreFiles::Outcome outcome = files_->saveAs();
+    tellUser(outcome.words);
     return outcome.done;
 }
 
@@ -326,17 +344,17 @@ void form1::ClearAll() {
 }
 
 void form1::OpenforUndo() {
-    input_.cancel();
+    input_->cancel();
     desk_.workspace.undoLast();
 }
 
 void form1::PlayAndStop_Click(bool stop) {
-    input_.cancel(); // a note that is being drawn ends here
+    input_->cancel(); // a note that is being drawn ends here
     desk_.player.PlayAndStop_Click(stop);
 }
 
 void form1::PlaySelection_Click() {
-    input_.cancel();
+    input_->cancel();
     desk_.player.playSegment();
 }
 

@@ -2,15 +2,11 @@
 #pragma once
 
 #include "composition/Changes.h"
-#include "composition/ScoreFiles.h"
 #include "parts/CommandBank.h"
 #include "score/ViewState.h"
 #include "shell/SkinnedWindow.h"
 #include "tableau/FormLayout.h"
-#include "tableau/FormScreen.h"
-#include "tableau/Picmain.h"
-#include "tableau/PolynoteDrag.h"
-#include "tableau/TableauInput.h"
+#include "tableau/TableauScreen.h"
 
 #include <filesystem>
 #include <memory>
@@ -21,7 +17,13 @@ namespace velmora {
 
 class ButtonBar;
 class ChannelStrip;
+class FormScreen;
 class MenuStrip;
+class Picmain;
+class PlaybackView;
+class PolynoteDrag;
+class ScoreFiles;
+class TableauInput;
 class TextLine;
 class ToolPanel;
 class TopBarOverlay;
@@ -106,7 +108,7 @@ public:
     void imgTitleHelp_Click();
 
     /// How often a Tableau has been painted anew.
-    [[nodiscard]] int paintings(Box box) const { return Picmain_->paintings(box); }
+    [[nodiscard]] int paintings(Box box) const;
 
 protected:
     void moveEnded() override;
@@ -129,15 +131,14 @@ private:
     void clearMarks();
     void editNotes(const std::function<bool()>& command);
     void mentionBoxes();
-    void rightPress(Picmain::Surface surface, QPoint at);
     void rightPressOnSquare(int channel);
-    void tellOutcome(const ScoreFiles::Outcome& outcome);
+    void tellUser(const std::string& words);
 
     // What is shown of the composition.
     void changed(Changes changes) override;
     void showTitle();
-    void showChannels() { screen_.showChannels(); }
-    void showNextNote() { screen_.showNextNote(); }
+    void showChannels();
+    void showNextNote();
     void PrintTopBar();
     void showModes();
     void showMouseMode();
@@ -165,11 +166,11 @@ private:
     TextLine* textLine_;
     std::unique_ptr<frminfo> frminfo_;
 
-    ScoreFiles files_;
-    FormScreen screen_;
+    std::unique_ptr<ScoreFiles> files_;
+    std::unique_ptr<FormScreen> screen_;
     Guests<PlaybackView>::Stay plays_;
-    TableauInput input_;
-    PolynoteDrag polynotes_;
+    std::unique_ptr<TableauInput> input_;
+    std::unique_ptr<PolynoteDrag> polynotes_;
 
     FormParts parts_;
     bool loading_ = true;    ///< the start-up guard: nothing is laid out or painted

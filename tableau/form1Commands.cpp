@@ -2,6 +2,7 @@
 // Which routine each command of the composing window presses: by button, menu and key alike.
 #include "base/Settings.h"
 #include "composition/Player.h"
+#include "composition/ScoreFiles.h"
 #include "composition/Workspace.h"
 #include "parts/CommandBinding.h"
 #include "parts/Desk.h"
@@ -12,6 +13,8 @@
 #include "tableau/ChannelStrip.h"
 #include "tableau/Commands.h"
 #include "tableau/EffectsPage.h"
+#include "tableau/FormScreen.h"
+#include "tableau/Picmain.h"
 #include "tableau/ToolPanel.h"
 #include "tableau/form1.h"
 
@@ -119,10 +122,10 @@ void form1::bindCommands() {
         if (desk_.windows.has(name))
             bindCommand(*this, desk_.menu, {&Lb1_, index, item},
                         [this, name = name] { desk_.windows.open(name); });
-    files_.onOpened = [this] { opened_ = true; };
+    files_->onOpened = [this] { opened_ = true; };
     desk_.menu.onPrepare(*this, [this] { showModes(); });
     channelStrip_->Label8_Click = [this](int channel) { Label8_Click(channel); };
-    files_.onBusy = [](bool busy) {
+    files_->onBusy = [](bool busy) {
         if (busy)
             QGuiApplication::setOverrideCursor(Qt::WaitCursor);
         else
@@ -131,7 +134,12 @@ void form1::bindCommands() {
 }
 
 void form1::bindRightClick() {
-    Picmain_->onRightPress = [this](Picmain::Surface surface, QPoint at) { rightPress(surface, at); };
+    Picmain_->onRightPress = [this](Picmain::Surface surface, QPoint at) {
+        if (surface == Picmain::Surface::None)
+            desk_.menu.popup("mnupopup6").popup(at);
+        else if (desk_.workspace.view.RightClickMode == RightClick::Tips)
+            screen_->showTip(surface);
+    };
     channelStrip_->onRightPress = [this](int channel) { rightPressOnSquare(channel); };
     const auto tell = [this](QWidget& control, int tip) {
         control.setContextMenuPolicy(Qt::CustomContextMenu);
@@ -153,13 +161,6 @@ void form1::bindRightClick() {
 void form1::setRightClickMode(RightClick mode) {
     const Edit edit(desk_.workspace, Change::Modes);
     desk_.workspace.view.RightClickMode = mode;
-}
-
-void form1::rightPress(Picmain::Surface surface, QPoint at) {
-    if (surface == Picmain::Surface::None)
-        desk_.menu.popup("mnupopup6").popup(at);
-    else if (desk_.workspace.view.RightClickMode == RightClick::Tips)
-        screen_.showTip(surface);
 }
 
 void form1::rightPressOnSquare(int channel) {

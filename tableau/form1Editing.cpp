@@ -9,6 +9,8 @@
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
 #include "tableau/Commands.h"
+#include "tableau/FormScreen.h"
+#include "tableau/TableauInput.h"
 #include "tableau/form1.h"
 
 #include <QAction>
@@ -64,7 +66,7 @@ void form1::bindEditing() {
 void form1::mentionBoxes() {
     const Workspace& workspace = desk_.workspace;
     if (!workspace.CopyonlyOneTrack && std::ranges::none_of(workspace.edit.ChannelPicked, std::identity()))
-        screen_.setToolText({}, "No channel is ticked in the Melody Maker, so nothing was copied");
+        screen_->setToolText({}, "No channel is ticked in the Melody Maker, so nothing was copied");
 }
 
 /// A command that may change any cell, and with that the song's end; it returns whether it did.
@@ -91,7 +93,7 @@ void form1::CutBut_Click() {
 
 void form1::PasteBut_Click() {
     editNotes([this] {
-        velmora::PasteBut_Click(desk_.workspace, input_.stroke().ViewCol);
+        velmora::PasteBut_Click(desk_.workspace, input_->stroke().ViewCol);
         return true;
     });
     mentionBoxes();
@@ -99,7 +101,7 @@ void form1::PasteBut_Click() {
 
 void form1::PasteIntoBut_Click() {
     editNotes([this] {
-        velmora::PasteIntoBut_Click(desk_.workspace, input_.stroke().ViewCol);
+        velmora::PasteIntoBut_Click(desk_.workspace, input_->stroke().ViewCol);
         return true;
     });
     mentionBoxes();
@@ -107,7 +109,7 @@ void form1::PasteIntoBut_Click() {
 
 void form1::InsertColumnBut_Click() {
     editNotes([this] {
-        velmora::InsertColumnBut_Click(desk_.workspace, input_.stroke().ViewCol);
+        velmora::InsertColumnBut_Click(desk_.workspace, input_->stroke().ViewCol);
         return true;
     });
 }
@@ -115,8 +117,8 @@ void form1::InsertColumnBut_Click() {
 void form1::CopyNotes_Click() {
     editNotes([this] {
         duplicateNotes(desk_.workspace, [this] {
-            input_.MusicBox_MouseDown(MouseButton::Left, 0, 1, 1);
-            input_.MusicBox_MouseUp(MouseButton::Left, 0, 1, 1);
+            input_->MusicBox_MouseDown(MouseButton::Left, 0, 1, 1);
+            input_->MusicBox_MouseUp(MouseButton::Left, 0, 1, 1);
         });
         return true;
     });
@@ -142,7 +144,7 @@ void form1::Cmdo_Click() {
 }
 
 void form1::setMouseMode(Mouse mode) {
-    input_.cancel();
+    input_->cancel();
     const Edit edit(desk_.workspace, Change::Modes);
     desk_.workspace.view.MouseMode = mode;
 }

@@ -8,6 +8,7 @@
 #include "shell/MessageBox.h"
 #include "tableau/Commands.h"
 #include "tableau/EffectsPage.h"
+#include "tableau/FormScreen.h"
 #include "tableau/Picmain.h"
 #include "tableau/ToolPanel.h"
 #include "tableau/TopBarOverlay.h"
@@ -36,9 +37,9 @@ void form1::applyAlong(int x) {
     const auto note = applyAlongIndicator(desk_.workspace, desk_.workspace.view.ViewFirstColumn + column);
     if (!note)
         return;
-    screen_.doNotemod(desk_.workspace.view.ViewFirstColumn + column);
-    screen_.showNote(*note, column);
-    screen_.setToolText({}, noteLine(*note));
+    screen_->doNotemod(desk_.workspace.view.ViewFirstColumn + column);
+    screen_->showNote(*note, column);
+    screen_->setToolText({}, noteLine(*note));
 }
 
 void form1::CmdInst_Click() {

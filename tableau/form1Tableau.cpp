@@ -8,6 +8,10 @@
 #include "shell/frminfo.h"
 #include "tableau/ChannelStrip.h"
 #include "tableau/Commands.h"
+#include "tableau/FormScreen.h"
+#include "tableau/Picmain.h"
+#include "tableau/PolynoteDrag.h"
+#include "tableau/TableauInput.h"
 #include "tableau/ToolPanel.h"
 #include "tableau/form1.h"
 
@@ -24,28 +28,28 @@ void form1::bindTableau() {
     TableauBox::Mouse& melody = Picmain_->mouseOn(Picmain::Surface::MusicBox);
     melody.down = [this](MouseButton button, int shift, int x, int y) {
         Picmain_->setFocus(Qt::MouseFocusReason);
-        input_.MusicBox_MouseDown(button, shift, x, y);
+        input_->MusicBox_MouseDown(button, shift, x, y);
     };
     melody.move = [this](MouseButton button, int shift, int x, int y) {
-        input_.MusicBox_MouseMove(button, shift, x, y);
+        input_->MusicBox_MouseMove(button, shift, x, y);
     };
     melody.up = [this](MouseButton button, int shift, int x, int y) {
-        input_.MusicBox_MouseUp(button, shift, x, y);
+        input_->MusicBox_MouseUp(button, shift, x, y);
     };
-    melody.lost = [this] { input_.cancel(); };
+    melody.lost = [this] { input_->cancel(); };
 
     TableauBox::Mouse& beat = Picmain_->mouseOn(Picmain::Surface::Beatbox);
     beat.down = [this](MouseButton button, int shift, int x, int y) {
         Picmain_->setFocus(Qt::MouseFocusReason);
-        input_.Beatbox_MouseDown(button, shift, x, y);
+        input_->Beatbox_MouseDown(button, shift, x, y);
     };
     beat.move = [this](MouseButton button, int shift, int x, int y) {
-        input_.Beatbox_MouseMove(button, shift, x, y);
+        input_->Beatbox_MouseMove(button, shift, x, y);
     };
     beat.up = [this](MouseButton button, int shift, int x, int y) {
-        input_.Beatbox_MouseUp(button, shift, x, y);
+        input_->Beatbox_MouseUp(button, shift, x, y);
     };
-    beat.lost = [this] { input_.cancel(); };
+    beat.lost = [this] { input_->cancel(); };
 
     Picmain_->onScrolled = [this] { PrintTopBar(); };
     Picmain_->onSplit = [this](int height) {
@@ -66,7 +70,7 @@ void form1::bindBars() {
     TableauBox::Mouse& indicator = Picmain_->mouseOn(Picmain::Surface::Pic2a);
     indicator.down = [this, isTips](MouseButton button, int /*shift*/, int x, int /*y*/) {
         if (button == MouseButton::Right && isTips())
-            screen_.showTip(Picmain::Surface::Pic2a);
+            screen_->showTip(Picmain::Surface::Pic2a);
         else if (button == MouseButton::Left)
             Pic2a_MouseDown(x);
         else
@@ -79,7 +83,7 @@ void form1::bindBars() {
     TableauBox::Mouse& chords = Picmain_->mouseOn(Picmain::Surface::Pic3);
     chords.down = [this, isTips](MouseButton button, int /*shift*/, int x, int /*y*/) {
         if (button == MouseButton::Right && isTips())
-            screen_.showTip(Picmain::Surface::Pic3);
+            screen_->showTip(Picmain::Surface::Pic3);
         else
             Pic3_MouseMove(button, x);
     };
@@ -97,14 +101,14 @@ void form1::Pic2a_MouseDown(int x) {
     const int column = x / kColumnWidth;
     const NoteReadout note =
         velmora::Pic2a_MouseDown(desk_.workspace.score, desk_.workspace.view.ViewFirstColumn + column);
-    screen_.showNote(note, column);
-    screen_.setToolText({}, noteLine(note));
+    screen_->showNote(note, column);
+    screen_->setToolText({}, noteLine(note));
 }
 
 void form1::Pic3_MouseMove(MouseButton button, int x) {
     if (desk_.workspace.play.Playing)
         return;
-    const auto column = polynotes_.move(desk_.workspace, button, x, desk_.workspace.effects.Combo3);
+    const auto column = polynotes_->move(desk_.workspace, button, x, desk_.workspace.effects.Combo3);
     if (column)
         Picmain_->markPolynote(*column);
 }
@@ -117,7 +121,7 @@ void form1::FunctionBut_Click() {
 void form1::showMouseMode() {
     const bool selects = desk_.workspace.view.MouseMode == Mouse::Select;
     for (const Box box : {Box::MusicBox, Box::Beatbox})
-        screen_.setPointer(box, pointerAtRest(desk_.workspace.view.MouseMode));
+        screen_->setPointer(box, pointerAtRest(desk_.workspace.view.MouseMode));
     CommandButton& onPage = Lb1_[lb1("mode")];
     CommandButton& onBar = Cmd2_[cmd2("mode")];
     const CommandRow& row = Lb1_.row(lb1("mode"));

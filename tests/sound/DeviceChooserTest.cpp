@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "sound/DeviceChooser.h"
 
+#include "base/VirtualLoop.h"
+#include "tests/support/RecordingPort.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,23 +14,21 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
-/// Writes down every operation; opens succeed or fail as the script says, and fail beyond its end.
-class ScriptedPort : public MidiPort {
+/// Writes down every operation in one list; opens succeed or fail as the script says, and fail beyond its
+/// end.
+class ScriptedPort : private VirtualLoop, public RecordingPort {
 public:
-    std::vector<std::string> names;
+    ScriptedPort() : RecordingPort(static_cast<VirtualLoop&>(*this)) { names.clear(); }
+
     std::deque<bool> script;
     std::string calls;
 
-    [[nodiscard]] int deviceCount() override { return static_cast<int>(names.size()); }
-    [[nodiscard]] std::string deviceName(int device) override {
-        return device >= 0 && device < deviceCount() ? names[static_cast<std::size_t>(device)] : "";
-    }
     int open(int device) override {
         const bool works = !script.empty() && script.front();
         if (!script.empty())
             script.pop_front();
         note("open " + std::to_string(device) + (works ? "" : "!"));
-        return works ? kOk : 4;
+        return works ? kOk : kOk + 1;
     }
     int close() override {
         note("close");
