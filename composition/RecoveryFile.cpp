@@ -146,6 +146,7 @@ std::vector<LeftScore> RecoveryFile::left() const {
     }
     std::ranges::sort(found, std::greater(), [](const auto& entry) { return entry.first; });
     std::vector<LeftScore> scores;
+    scores.reserve(found.size());
     for (auto& entry : found)
         scores.push_back(std::move(entry.second));
     return scores;
