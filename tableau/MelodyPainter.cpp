@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <ranges>
 
 namespace velmora {
 
@@ -270,9 +269,9 @@ void MelodyPainter::DrawRealNote(const MelodyInk& ink, const InkNote& note, QPoi
 void MelodyPainter::keepGlyphDrop() {
     if (next_.colourful || !glyphDrop(next_.look.notesPerMeasure, 1))
         return;
-    for (const int channel : next_.order | std::views::reverse)
+    for (auto channel = next_.order.rbegin(); channel != next_.order.rend(); ++channel)
         for (int column = next_.columns - 1; column >= 0; --column) {
-            const InkCell cell = next_.at(channel, column);
+            const InkCell cell = next_.at(*channel, column);
             const int y = (cell.row - next_.look.topRow) * next_.look.lineHeight;
             if (cell.head == 0 || y > next_.look.logicalHeight() + kReach || y < -kReach)
                 continue;
