@@ -3,9 +3,21 @@
 
 #include <dlfcn.h>
 
+#include <mutex>
+
 namespace velmora {
 
-LateLibrary::LateLibrary(const char* file) : file_(file), handle_(dlopen(file, RTLD_LAZY | RTLD_LOCAL)) {
+namespace {
+/// One after the other, as the system's loader would have it anyway: a library may bring another one along,
+/// which a second thread asks for, and what that has set up is to be seen there.
+void* load(const char* file) {
+    static std::mutex loading;
+    const std::lock_guard lock(loading);
+    return dlopen(file, RTLD_LAZY | RTLD_LOCAL);
+}
+} // namespace
+
+LateLibrary::LateLibrary(const char* file) : file_(file), handle_(load(file)) {
     if (handle_ == nullptr)
         problem_ = "the library " + file_ + " can't be loaded; is its package installed?";
 }
