@@ -73,7 +73,7 @@ ValueOf<T> stored(const SettingsStore& store, const Setting<T>& setting) {
 
 template<class T>
 ValueOf<T> read(const SettingsStore& store, const Setting<T>& setting) {
-    const ValueOf<T> value = stored(store, setting);
+    ValueOf<T> value = stored(store, setting);
     if constexpr (!std::is_same_v<T, std::string_view>) {
         const Range<T>& range = setting.range;
         if (value < range.least)

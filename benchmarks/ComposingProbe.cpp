@@ -188,7 +188,7 @@ void open(int positions) {
 void scroll() {
     Stage stage(2000);
     fill(stage.workspace().score);
-    Edit(stage.workspace(), kAnotherScore);
+    announce(stage.workspace(), kAnotherScore);
     auto* bar = stage.window.findChild<QScrollBar*>("HScroll1");
     std::vector<double> taken;
     for (int value = bar->minimum(); value < bar->minimum() + 600; ++value) {

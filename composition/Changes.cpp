@@ -39,4 +39,8 @@ void Edit::add(Changes changes) {
     workspace_.watchers.pending_ |= changes;
 }
 
+void announce(Workspace& workspace, Changes changes) {
+    const Edit edit(workspace, changes);
+}
+
 } // namespace velmora

@@ -11,7 +11,7 @@ struct Workspace;
 
 /// In what respect the composition has changed.
 enum class Change : std::uint16_t {
-    Cells = 1U << 0,       ///< notes of melody channels, with their chords and effects
+    Cells = 1U << 0,       ///< notes of melody channels, with all that stands at their positions
     Beats = 1U << 1,       ///< the same of percussion channels
     Channels = 1U << 2,    ///< which channel is active, and which are in use, shown or muted
     Instruments = 1U << 3, ///< what the next note will sound like
@@ -26,6 +26,7 @@ enum class Change : std::uint16_t {
     Device = 1U << 12,     ///< which MIDI device is open
     File = 1U << 13,       ///< another score has taken the place
     Name = 1U << 14,       ///< the score has another name
+    Effects = 1U << 15,    ///< volume or effects of positions, which no Tableau shows
 };
 
 /// A set of them.
@@ -58,7 +59,7 @@ inline constexpr Changes kAnyNotes = Change::Cells | Change::Beats;
 /// What a score that takes the place of another changes.
 inline constexpr Changes kAnotherScore = kAnyNotes | Change::Channels | Change::Instruments | Change::Meter |
                                          Change::Length | Change::Marks | Change::Undo | Change::Modes |
-                                         Change::Tools | Change::File | Change::Name;
+                                         Change::Tools | Change::File | Change::Name | Change::Effects;
 
 /// Who shows the composition. It looks at the composition when it is told, and changes nothing then.
 class Watcher {
@@ -99,5 +100,9 @@ public:
 private:
     Workspace& workspace_;
 };
+
+/// What has been changed outside an edit, or is to be shown anew: told at once, or with the edit that goes
+/// on.
+void announce(Workspace& workspace, Changes changes);
 
 } // namespace velmora

@@ -109,7 +109,7 @@ void setVelocity(Workspace& workspace, std::int16_t value) {
 }
 
 void fillVolume(Workspace& workspace, std::int16_t value) {
-    const Edit edit(workspace, changeOfNotes(workspace.score.ActiveChannel));
+    const Edit edit(workspace, Change::Effects);
     workspace.score.Volume.fillRow(workspace.score.ActiveChannel, value);
 }
 
@@ -119,7 +119,7 @@ void fillEffects(Workspace& workspace) {
     const int channel = score.ActiveChannel;
     if (!setup.SetupOpen || !isOf(channel, setup.channels.size()))
         return;
-    const Edit edit(workspace, changeOfNotes(channel));
+    const Edit edit(workspace, Change::Effects);
     const PlaybackChannelSetup& values = setup.channels[channel];
     score.Modulation_Change.fillRow(channel, values.modulation);
     score.Pan_Change.fillRow(channel, values.pan);

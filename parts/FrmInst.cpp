@@ -171,7 +171,7 @@ void FrmInst::takePercussion(int row) {
 
 void FrmInst::finish(PickedInstrument picked) {
     close();
-    Edit(desk_.workspace, Change::Instruments);
+    announce(desk_.workspace, Change::Instruments);
     if (onPicked)
         onPicked(picked);
 }

@@ -95,7 +95,7 @@ bool UndoFile::write(std::string_view text) {
     return !failed();
 }
 
-bool UndoFile::write(std::shared_ptr<const KeptLayers> layers) {
+bool UndoFile::write(const std::shared_ptr<const KeptLayers>& layers) {
     if (!open())
         return false;
     if (layers->fields() > kManyFields) {

@@ -29,7 +29,7 @@ public:
     /// Takes the old file's place; false if it can't be written.
     bool write(std::string_view text);
     /// The same for the whole score. A large one may still be being written, and fail, after this.
-    bool write(std::shared_ptr<const KeptLayers> layers);
+    bool write(const std::shared_ptr<const KeptLayers>& layers);
 
     /// Waits until nothing is being written.
     void finish();

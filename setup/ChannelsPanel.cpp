@@ -47,7 +47,7 @@ protected:
         paintFace(painter, look_, rect(), ButtonPlace::Panel, state);
         if (state.pressed)
             painter.translate(1, 1);
-        paintChip(painter, QPointF(8, (height() - 16) / 2), channel_);
+        paintChip(painter, QPoint(8, (height() - 16) / 2), channel_);
         painter.setPen(inkOn(look_.skin(), state));
         painter.setFont(textFont(12, isChecked()));
         painter.drawText(rect().adjusted(24, 0, 0, 0), Qt::AlignCenter, text());

@@ -30,7 +30,7 @@ std::optional<int> PolynoteDrag::move(Workspace& workspace, MouseButton button, 
     if (!score.Polyphonics.set(score.ActiveChannel + 1, view.ViewFirstColumn + column,
                                static_cast<std::int16_t>(chord)))
         return std::nullopt;
-    Edit(workspace, Change::Cells);
+    announce(workspace, Change::Cells);
     return column;
 }
 

@@ -193,7 +193,7 @@ void TableauInput::finish() {
         leaveView();
         if (stroke_.effectsHeard)
             sound_.silence();
-        Edit(workspace_, changeOfNotes(stroke_.channel));
+        announce(workspace_, changeOfNotes(stroke_.channel));
         break;
     case Stroke::Kind::Select:
         return finishSelect();

@@ -151,7 +151,7 @@ void TableauInput::pressMark() {
 void TableauInput::pressSelect() {
     ViewState& view = workspace_.view;
     const int before = view.SelectStart;
-    const auto showMarks = [this] { Edit(workspace_, Change::Marks); };
+    const auto showMarks = [this] { announce(workspace_, Change::Marks); };
     view.SelectStart = view.PlayMark = pressPosition();
     workspace_.play.SegmentBase = view.ViewFirstColumn;
     if (before < 0 || view.SelectStart < before) {

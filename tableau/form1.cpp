@@ -220,7 +220,7 @@ void form1::Form_Activate() {
     else
         fellBack = desk_.devices.reopenIfChanged() == DeviceChooser::Reopened::ByMapper;
     if (fellBack)
-        Edit(desk_.workspace, Change::Device);
+        announce(desk_.workspace, Change::Device);
     for (int channel = 0; channel < 16; ++channel)
         desk_.port.send(shortmessage::controller(channel, kResetAllControllers, 0));
 }

@@ -129,7 +129,7 @@ TEST_F(ChangesTest, EachCommandIsToldOnceAndInItsRespects) {
         {"beats", [&] { TxtMeter_Change(workspace(), 3); }, Change::Meter},
         {"note value", [&] { NoteX_Change(workspace(), 8); }, Change::Meter},
         {"volume", [&] { setVelocity(workspace(), 90); }, Change::Sound},
-        {"fill", [&] { fillVolume(workspace(), 90); }, Change::Cells},
+        {"fill", [&] { fillVolume(workspace(), 90); }, Change::Effects},
         {"spacing", [&] { Text3_Change(workspace(), 9); }, Change::Looks},
         {"longer", [&] { setScoreLength(workspace(), 1200); }, Change::Length | Change::Marks},
         {"channel", [&] { chooseChannel(workspace(), 8); }, Change::Channels | Change::Instruments},
@@ -157,5 +157,5 @@ TEST_F(ChangesTest, ACommandThatDoesNothingIsNotTold) {
 TEST_F(ChangesTest, WhileTheToolbarIsOpenAChannelThatIsChosenTakesItsEffects) {
     workspace().setup.SetupOpen = true;
     chooseChannel(workspace(), 2);
-    EXPECT_THAT(watcher.told, ElementsAre(Change::Channels | Change::Instruments | Change::Cells));
+    EXPECT_THAT(watcher.told, ElementsAre(Change::Channels | Change::Instruments | Change::Effects));
 }

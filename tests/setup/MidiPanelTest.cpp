@@ -44,7 +44,7 @@ TEST_F(MidiPanelTest, ADeviceThatFailsLeavesTheMapper) {
     EXPECT_EQ(list.currentIndex(), 0);
     EXPECT_EQ(port.opened.back(), -1);
     EXPECT_EQ(stored("Devices"), "1");
-    Edit(workspace(), Change::Device);
+    announce(workspace(), Change::Device);
     EXPECT_EQ(list.currentIndex(), 0);
 }
 
@@ -66,10 +66,10 @@ TEST_F(MidiPanelTest, TheListIsUpToDateWhenItOpens) {
     EXPECT_EQ(list.count(), 2);
     EXPECT_EQ(list.currentText(), "other");
     port.names.push_back("late");
-    Edit(workspace(), Change::Device);
+    announce(workspace(), Change::Device);
     EXPECT_EQ(list.count(), 2); // an open list stays
     list.hidePopup();
-    Edit(workspace(), Change::Device);
+    announce(workspace(), Change::Device);
     EXPECT_EQ(list.count(), 3);
 }
 

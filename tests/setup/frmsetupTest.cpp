@@ -211,7 +211,7 @@ TEST_F(frmsetupTest, ShowingEverythingAnewChangesNothing) {
     workspace().setup.NoteX = 2;
     workspace().setup.TxBeats = 5;
     score().Tempo = 77;
-    Edit(workspace(), Change::File);
+    announce(workspace(), Change::File);
     EXPECT_EQ(shownIn("TxtMeter"), "10");
     EXPECT_EQ(shownIn("TempoLabel"), "77");
     EXPECT_EQ(workspace().setup.TxBeats, 5);

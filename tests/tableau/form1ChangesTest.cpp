@@ -133,14 +133,14 @@ TEST_F(form1ChangesTest, AStrokePaintsItsOwnTableauOnce) {
 
 TEST_F(form1ChangesTest, MarksArePaintedOnTheMelodyAlone) {
     open();
-    EXPECT_EQ(during([&] { Edit(workspace(), Change::Marks); }), (Shown{1, 0, 1}));
+    EXPECT_EQ(during([&] { announce(workspace(), Change::Marks); }), (Shown{1, 0, 1}));
 }
 
 TEST_F(form1ChangesTest, WhatIsNotPaintedOnATableauPaintsNone) {
     open();
     for (const Change change : {Change::Modes, Change::Undo, Change::Tools, Change::Sound, Change::Device,
-                                Change::Instruments, Change::Name})
-        EXPECT_EQ(during([&] { Edit(workspace(), change); }), (Shown{0, 0, 1}));
+                                Change::Instruments, Change::Name, Change::Effects})
+        EXPECT_EQ(during([&] { announce(workspace(), change); }), (Shown{0, 0, 1}));
 }
 
 TEST_F(form1ChangesTest, PaintingChangesNothing) {
