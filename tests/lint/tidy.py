@@ -3,9 +3,13 @@
 each source, a checksum of what was found clean: of the source, its header and the list of checks. What has another checksum
 is looked at anew, and so is what is not in the list.
 
-Usage: tidy.py SOURCES BUILD [--all] [--record]
-BUILD has a compile_commands.json of clang. --all looks at every file, as is due after a change of a header that many
-include; --record writes down what is clean now, for the commit that follows."""
+Sources that nobody has looked at yet stand in `unseen`, with the checksum of today: they too are looked at as soon as they
+change.
+
+Usage: tidy.py SOURCES BUILD [--unseen | --all] [--record]
+BUILD has a compile_commands.json of clang. --unseen looks at what was put off, --all at every file, as is due after a
+change of a header that many include; --record writes down what is clean now, for the commit that follows.
+tidy.py SOURCES BUILD --put-off puts off what is neither clean nor put off."""
 
 import concurrent.futures
 import hashlib
@@ -49,7 +53,7 @@ def plain_command(command):
     return " ".join(kept)
 
 
-def read_clean(path):
+def read_list(path):
     try:
         with open(path, encoding="utf-8") as file:
             return dict(reversed(line.split()) for line in file if not line.startswith("#"))
@@ -57,10 +61,10 @@ def read_clean(path):
         return {}
 
 
-def write_clean(path, clean):
+def write_list(path, words, totals):
     with open(path, "w", encoding="utf-8") as file:
-        file.write("# What clang-tidy has found clean; written by tidy.py --record.\n")
-        file.writelines(f"{total} {name}\n" for name, total in sorted(clean.items()))
+        file.write(f"# {words}; written by tidy.py.\n")
+        file.writelines(f"{total} {name}\n" for name, total in sorted(totals.items()))
 
 
 def look_at(sources, database, path):
@@ -84,10 +88,22 @@ def main(sources, build, *options):
     if not ours:
         print("there is nothing to look at")
         return 1
-    record = os.path.join(sources, "tests", "lint", "clean")
-    clean = {} if "--all" in options else read_clean(record)
-    wanted = [path for path in sorted(ours) if clean.get(path) != checksum(sources, path)]
-    print(f"{len(wanted)} of {len(ours)} sources have changed since they were found clean", flush=True)
+    record, later = (os.path.join(sources, "tests", "lint", name) for name in ("clean", "unseen"))
+    totals = {path: checksum(sources, path) for path in ours}
+    clean = {name: total for name, total in read_list(record).items() if totals.get(name) == total}
+    unseen = {name: total for name, total in read_list(later).items() if totals.get(name) == total}
+
+    def write():
+        write_list(record, "What clang-tidy has found clean", clean)
+        write_list(later, "What clang-tidy has not looked at yet", unseen)
+
+    if "--put-off" in options:
+        unseen |= {path: total for path, total in totals.items() if path not in clean}
+        write()
+        return 0
+    skipped = {} if "--all" in options else clean if "--unseen" in options else clean | unseen
+    wanted = [path for path in sorted(ours) if path not in skipped]
+    print(f"{len(ours)} sources: {len(clean)} clean, {len(unseen)} not seen yet, {len(wanted)} looked at now", flush=True)
     bad = []
     with tempfile.TemporaryDirectory() as database:
         with open(os.path.join(database, "compile_commands.json"), "w", encoding="utf-8") as file:
@@ -99,9 +115,10 @@ def main(sources, build, *options):
                     print(f"== {path}\n{found}", flush=True)
                     clean.pop(path, None)
                     continue
-                clean[path] = checksum(sources, path)
+                clean[path] = totals[path]
+                unseen.pop(path, None)
                 if "--record" in options:
-                    write_clean(record, {name: total for name, total in clean.items() if name in ours})
+                    write()
     print(f"{len(bad)} sources with findings")
     return 1 if bad else 0
 
