@@ -77,6 +77,7 @@ inline constexpr Int16 Notationstyle{"Notationstyle", 0};
 inline constexpr Boolean Accidentals{"Accidentals", true};
 inline constexpr Boolean Percussion{"Percussion", true};
 inline constexpr Boolean Playing_position{"Playing position", true};
+inline constexpr Int16 Classic{"Classic", 0};
 inline constexpr Int16 Devices{"Devices", -1};
 inline constexpr Int16 Skin_type{"Skin type", 1, {.least = 1, .most = 8}};
 inline constexpr Int16 Skin_buttons{
@@ -124,17 +125,17 @@ using AnySetting = std::variant<Int16, Int32, Float, Boolean, Text>;
 
 /// All of them, in the order above.
 inline constexpr auto kAll = std::to_array<AnySetting>({
-    Intrumentval,      Intrumentval2, Inst_Name,       CopyonlyOneTrack,  NumNotes,        Notes_per_measure,
-    Beats_per_measure, Type_of_note,  Line_Height,     Show_Sharp_guides, Show_Bass_staff, Show_Treble_staff,
-    Notationstyle,     Accidentals,   Percussion,      Playing_position,  Devices,         Skin_type,
-    Skin_buttons,      ToolText_type, Editing_Toolbar, Synthup,           frmsetup,        form1_left,
-    form1_top,         form1_width,   form1_Width,     form1_Height,      frmsetup_left,   frmsetup_top,
-    record_left,       record_top,    formS_left,      formS_top,         formS_Width,     formS_Height,
-    keyfile,           frmscore_left, frmscore_top,    frmscore_Width,    frmscore_Height, Wiz_left,
-    Wiz_top,           Show_tips,     NumBytes,        Delete_WAV,        autoencode,      Show_note_position,
-    MP3_bitrate,       MP3_quality,   WAV_format,      BarWidth,          HeaderHeight,    SpacerHeight,
-    JoinNotes,         NewScore,      NumDrums,
+    Intrumentval,       Intrumentval2, Inst_Name,     CopyonlyOneTrack,  NumNotes,        Notes_per_measure,
+    Beats_per_measure,  Type_of_note,  Line_Height,   Show_Sharp_guides, Show_Bass_staff, Show_Treble_staff,
+    Notationstyle,      Accidentals,   Percussion,    Playing_position,  Classic,         Devices,
+    Skin_type,          Skin_buttons,  ToolText_type, Editing_Toolbar,   Synthup,         frmsetup,
+    form1_left,         form1_top,     form1_width,   form1_Width,       form1_Height,    frmsetup_left,
+    frmsetup_top,       record_left,   record_top,    formS_left,        formS_top,       formS_Width,
+    formS_Height,       keyfile,       frmscore_left, frmscore_top,      frmscore_Width,  frmscore_Height,
+    Wiz_left,           Wiz_top,       Show_tips,     NumBytes,          Delete_WAV,      autoencode,
+    Show_note_position, MP3_bitrate,   MP3_quality,   WAV_format,        BarWidth,        HeaderHeight,
+    SpacerHeight,       JoinNotes,     NewScore,      NumDrums,
 });
-static_assert(kAll.size() == 57);
+static_assert(kAll.size() == 58);
 
 } // namespace velmora::settings

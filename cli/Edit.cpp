@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "base/ProgramFolders.h"
+#include "base/Settings.h"
 #include "base/SettingsStore.h"
 #include "cli/Commands.h"
 #include "cli/EditSteps.h"
@@ -32,16 +33,19 @@ namespace fs = std::filesystem;
 /// The settings of a window started for the first time, with a score of a given length.
 class FreshSettings : public SettingsStore {
 public:
-    explicit FreshSettings(int numNotes) : numNotes_(std::to_string(numNotes)) {}
+    FreshSettings(int numNotes, bool classic) : numNotes_(std::to_string(numNotes)), classic_(classic) {}
     [[nodiscard]] std::string GetSetting(std::string_view /*section*/, std::string_view key,
                                          std::string_view fallback) const override {
-        return std::string(key == "NumNotes" ? std::string_view(numNotes_) : fallback);
+        if (key == settings::NumNotes.key)
+            return numNotes_;
+        return std::string(classic_ && key == settings::Classic.key ? "1" : fallback);
     }
     void SaveSetting(std::string_view /*section*/, std::string_view /*key*/,
                      std::string_view /*value*/) override {}
 
 private:
     std::string numNotes_;
+    bool classic_;
 };
 
 struct EditJob {
@@ -120,7 +124,7 @@ int run(const QCommandLineParser& parser) {
     const QTemporaryDir home;
     if (!home.isValid())
         throw Failure("No folder can be made for the step to undo: " + home.errorString().toStdString());
-    HeadlessWindow window(FreshSettings(numNotesFor(longest)),
+    HeadlessWindow window(FreshSettings(numNotesFor(longest), parser.isSet("classic")),
                           ProgramFolders(fs::path(QFile::encodeName(home.path()).toStdString())));
     Workspace& workspace = window.workspace;
     parseSng(text, reader, workspace.score, workspace.setup);
@@ -133,12 +137,17 @@ int run(const QCommandLineParser& parser) {
     return 0;
 }
 
+void addOptions(QCommandLineParser& parser) {
+    addFormOption(parser);
+    addClassicOption(parser);
+}
+
 } // namespace
 
 const Command kEdit{"edit",
                     " IN.sng OUT.sng STEP...|-",
                     "Carries steps out on a score as the composing window would; - reads them, a line each.",
-                    addFormOption,
+                    addOptions,
                     run,
                     [] { return "Steps:" + listOfSteps() + "\n"; }};
 

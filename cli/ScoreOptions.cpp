@@ -67,8 +67,13 @@ void addFormOption(QCommandLineParser& parser) {
         {"form", "The form that the score is read as: newest (default), second, first.", "form", "newest"});
 }
 
+void addClassicOption(QCommandLineParser& parser) {
+    parser.addOption({"classic", "Goes by the old rules, as the window with \"Classic behaviour\" ticked."});
+}
+
 void addScoreOptions(QCommandLineParser& parser) {
     addFormOption(parser);
+    addClassicOption(parser);
     parser.addOptions({
         {"top-channel", "The highest channel that sounds (default: the highest with notes).", "channel"},
         {"top-melody-hint",
@@ -89,9 +94,14 @@ SngReader readForm(const QCommandLineParser& parser) {
     return known->second;
 }
 
+Manners readManners(const QCommandLineParser& parser) {
+    return Manners::of(parser.isSet("classic"));
+}
+
 ScoreOptions readScoreOptions(const QCommandLineParser& parser) {
     ScoreOptions options;
     options.reader = readForm(parser);
+    options.manners = readManners(parser);
     options.topChannel = channelOption(parser, "top-channel");
     options.topMelodyHint = channelOption(parser, "top-melody-hint");
     if (parser.isSet("segment"))

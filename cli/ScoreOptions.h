@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "score/Manners.h"
 #include "score/SngFile.h"
 
 #include <filesystem>
@@ -19,6 +20,7 @@ struct ScoreOptions {
     };
 
     SngReader reader = SngReader::OpenPoliFile;
+    Manners manners = Manners::careful();
     std::optional<int> topChannel; ///< none: as if every channel that holds notes had been selected
     std::optional<int> topMelodyHint;
     std::optional<Segment> segment;
@@ -29,7 +31,10 @@ struct ScoreOptions {
 
 /// `--form` alone, which every command that opens a score has.
 void addFormOption(QCommandLineParser& parser);
-/// `--form` and all options of performing.
+/// `--classic`, which every command that performs or changes a score has.
+void addClassicOption(QCommandLineParser& parser);
+[[nodiscard]] Manners readManners(const QCommandLineParser& parser);
+/// `--form`, `--classic` and all options of performing.
 void addScoreOptions(QCommandLineParser& parser);
 /// Both throw UsageError for a value that is no such thing.
 [[nodiscard]] SngReader readForm(const QCommandLineParser& parser);

@@ -23,7 +23,9 @@ int topChannelOf(const Score& score) {
 
 } // namespace
 
-Session::Session(const std::filesystem::path& file, const ScoreOptions& options) : score(0) {
+Session::Session(const std::filesystem::path& file, const ScoreOptions& options)
+    : manners(options.manners)
+    , score(0) {
     const std::string text = readScoreText(file, options.reader);
     // The window drops what a row holds past NumNotes; here no one could add the notes that are missing.
     score.resizeNotes(static_cast<int>(std::clamp<std::size_t>(longestRow(text), kUsualNotes, kMostNotes)));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/ScoreOptions.h"
+#include "score/Manners.h"
 #include "score/PlayState.h"
 #include "score/PlayedScore.h"
 #include "score/Score.h"
@@ -28,13 +29,14 @@ public:
     Session(const std::filesystem::path& file, const ScoreOptions& options);
 
     /// For a `Player`.
-    [[nodiscard]] PlayedScore played() { return {score, setup, view, state, chords}; }
+    [[nodiscard]] PlayedScore played() { return {score, setup, view, state, chords, manners}; }
     /// Plays the score, or the segment that the options name, to its end. The player is one of this session.
     void perform(Player& player);
 
     /// Seconds from the beginning of the first position that is played to the end of the last.
     [[nodiscard]] double seconds() const;
 
+    Manners manners;
     Score score;
     SetupState setup;
     ChordSteps chords;

@@ -10,7 +10,7 @@ namespace velmora {
 struct Workspace;
 
 /// In what respect the composition has changed.
-enum class Change : std::uint16_t {
+enum class Change : std::uint32_t {
     Cells = 1U << 0,       ///< notes of melody channels, with all that stands at their positions
     Beats = 1U << 1,       ///< the same of percussion channels
     Channels = 1U << 2,    ///< which channel is active, and which are in use, shown or muted
@@ -27,25 +27,26 @@ enum class Change : std::uint16_t {
     File = 1U << 13,       ///< another score has taken the place
     Name = 1U << 14,       ///< the score has another name
     Effects = 1U << 15,    ///< volume or effects of positions, which no Tableau shows
+    Manners = 1U << 16,    ///< classic or careful
 };
 
 /// A set of them.
 class Changes {
 public:
     constexpr Changes() = default;
-    constexpr Changes(Change one) : bits_(static_cast<std::uint16_t>(one)) {}
+    constexpr Changes(Change one) : bits_(static_cast<std::uint32_t>(one)) {}
 
     [[nodiscard]] constexpr bool any() const { return bits_ != 0; }
     [[nodiscard]] constexpr bool any(Changes of) const { return (bits_ & of.bits_) != 0; }
     constexpr Changes& operator|=(Changes more) {
-        bits_ = static_cast<std::uint16_t>(bits_ | more.bits_);
+        bits_ = static_cast<std::uint32_t>(bits_ | more.bits_);
         return *this;
     }
     friend constexpr Changes operator|(Changes one, Changes other) { return one |= other; }
     constexpr bool operator==(const Changes&) const = default;
 
 private:
-    std::uint16_t bits_ = 0;
+    std::uint32_t bits_ = 0;
 };
 
 constexpr Changes operator|(Change one, Change other) {

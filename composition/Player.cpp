@@ -16,8 +16,9 @@ Player::Player(const PlayedScore& played, MidiPort& port, MessageLoop& loop)
     , engine_(played, notes_, port, loop, views_, recorders_) {}
 
 Player::Player(Workspace& workspace, MidiPort& port, MessageLoop& loop)
-    : Player({workspace.score, workspace.setup, workspace.view, workspace.play, workspace.chords}, port,
-             loop) {}
+    : Player({workspace.score, workspace.setup, workspace.view, workspace.play, workspace.chords,
+              workspace.manners},
+             port, loop) {}
 
 void Player::pause() {
     played_.state.PausePending = true;

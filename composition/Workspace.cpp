@@ -19,6 +19,7 @@ static_assert(settings::Line_Height.range.least == kLeastLineHeight &&
 Workspace::Workspace(const SettingsStore& store, const ProgramFolders& folders)
     : score(settings::read(store, settings::NumNotes))
     , undo(folders.undoFile())
+    , manners(Manners::of(settings::read(store, settings::Classic) != 0))
     , CopyonlyOneTrack(settings::read(store, settings::CopyonlyOneTrack)) {
     folders.makeSongs();
     score.ClearAll();
@@ -42,6 +43,11 @@ Workspace::Workspace(const SettingsStore& store, const ProgramFolders& folders)
         score.ChannelInstrument[channel] =
             channel < kMelodyChannels ? instruments.MelodyInstrument : instruments.PercussionInstrument;
     selectChannel(0);
+}
+
+void Workspace::setManners(const Manners& chosen) {
+    const Edit scope(*this, Change::Manners | Change::Undo);
+    manners = chosen;
 }
 
 void Workspace::selectChannel(int channel) {

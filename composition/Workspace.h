@@ -3,6 +3,7 @@
 
 #include "composition/Changes.h"
 #include "composition/EditState.h"
+#include "score/Manners.h"
 #include "score/PlayState.h"
 #include "score/Score.h"
 #include "score/UndoSnapshot.h"
@@ -35,10 +36,13 @@ struct Workspace {
     EditState edit;
     EffectSelectors effects;
 
+    Manners manners;               ///< `setManners` changes them
     bool CopyonlyOneTrack = false; ///< block commands work on the active channel only
 
     Watchers watchers; ///< told of every `Edit`; all that follow here are edits
 
+    /// "Classic behaviour", or careful: from now on.
+    void setManners(const Manners& chosen);
     /// `TrackSel_Click` of the composing window: makes the channel the active one, and lets playing visit it.
     void selectChannel(int channel);
     /// Has playing and the search for the song's end skip the channel, or visit it again.

@@ -4,6 +4,7 @@
 namespace velmora {
 
 struct ChordSteps;
+struct Manners;
 struct PlayState;
 struct Score;
 struct SetupState;
@@ -16,6 +17,7 @@ struct PlayedScore {
     ViewState& view;
     PlayState& state;
     ChordSteps& chords;
+    const Manners& manners;
 };
 
 } // namespace velmora

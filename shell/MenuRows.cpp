@@ -46,6 +46,7 @@ const std::vector<MenuRow>& menuRows() {
         {"mnupopup9", "mnuEdit", -1, "Editing Toolbar", kCheck, ""},
         {"mnupopup9", "mnuRecordtool", -1, "Recording Toolbar", kCommand, ""},
         {"mnupopup9", "mnuPercussion", -1, "Percussion Tableau", kCheck, ""},
+        {"mnupopup9", "mnuClassic", -1, "Classic behaviour", kCheck, ""},
         {"mnupopup9", "mnuSpc22", -1, "", kSeparator, ""},
         {"mnupopup9", "mnuNotestyle", -1, "Notation Style", kSubmenu, ""},
         {"mnuNotestyle", "mnuNotestyle1", -1, "Colorful Line", kChoice, ""},

@@ -104,6 +104,8 @@ public:
     void setAccidentals(bool shown);
     void showPlayLine(bool shown);
     void setLoop(bool on);
+    [[nodiscard]] bool isClassic() const;
+    void setClassic(bool classic);
 
     void imgTitleHelp_Click();
 

@@ -107,6 +107,7 @@ void form1::bindCommands() {
         {{Lb1, lb1("hide")},
          [](form1& form) { form.showEditingToolbar(!form.parts_.editingToolbar); }, "mnuEdit"},
 
+        {{}, [](form1& form) { form.setClassic(!form.isClassic()); }, "mnuClassic"},
         {{Lb1, lb1("erase")}, [](form1& form) {
              form.desk_.workspace.view.NoteEffectsOn = false;
              form.setRightClickMode(RightClick::Erase);
@@ -175,6 +176,15 @@ void form1::toggleMuted(int channel) {
         return;
     desk_.workspace.toggleMuted(channel);
     desk_.player.silenceMuted(channel);
+}
+
+bool form1::isClassic() const {
+    return desk_.workspace.manners == Manners::classic();
+}
+
+void form1::setClassic(bool classic) {
+    desk_.workspace.setManners(Manners::of(classic));
+    settings::save(desk_.settings, settings::Classic, classic ? 1 : 0);
 }
 
 void form1::showPercussion(bool shown) {
@@ -246,6 +256,7 @@ void form1::showModes() {
         desk_.menu.item(row.item).setChecked(row.on);
     }
     desk_.menu.item("mnuNoAccidentals").setChecked(!accidentals);
+    desk_.menu.item("mnuClassic").setChecked(isClassic());
     desk_.menu.item("mnuEdit").setChecked(parts_.editingToolbar);
     Lb1_[lb1("accidentals")].setEnabled(traditional);
     for (const char* item : {"mnuAccidentals", "mnuNoAccidentals"})

@@ -54,6 +54,7 @@ const std::vector<Row> kRows{
     {"Accidentals", "Boolean", "True"},
     {"Percussion", "Boolean", "True"},
     {"Playing position", "Boolean", "True"},
+    {"Classic", "i16", "0"},
     {"Devices", "i16", "-1"},
     {"Skin type", "i16", "1", "Settings", {"1", "1"}, {"8", "8"}},
     {"Skin buttons", "i16", "1", "Settings", {"1", "1"}, {"6", "1"}},

@@ -68,7 +68,7 @@ class EditTest(unittest.TestCase):
         return self.path(name)
 
     def call(self, *steps, **more):
-        return run("edit", self.save(), self.out, *steps, **more)
+        return run("edit", "--classic", self.save(), self.out, *steps, **more)
 
     def edit(self, *steps, said=""):
         """The score that the steps make of the one at hand."""

@@ -118,8 +118,9 @@ TEST_F(PlayerTest, ItPlaysRecordsThatBelongToNoWorkspace) {
     ViewState view;
     PlayState own;
     ChordSteps chords;
+    const Manners manners;
     putNotes(score, 0, 60, 1, 2);
-    Player player({score, setup, view, own, chords}, port, loop);
+    Player player({score, setup, view, own, chords, manners}, port, loop);
     player.PlayAndStop_Click(false);
     EXPECT_THAT(notesSent(), ElementsAre(on(0, 60), off(0, 60), kReset));
     EXPECT_EQ(own.PlayPosition, 3);

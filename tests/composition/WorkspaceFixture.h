@@ -27,6 +27,9 @@ inline void putNotes(Score& score, int channel, int row, int notes, int length =
 /// A user's folder that goes with the test, a store that forgets, and a workspace made from both.
 class WorkspaceFixture : public testing::Test {
 protected:
+    /// In classic manners, unless the test calls `beCareful` first.
+    WorkspaceFixture() { store("Classic", "1"); }
+    void beCareful() { store("Classic", "0"); }
     Workspace& workspace() {
         if (!made_)
             made_ = std::make_unique<Workspace>(settings, folders);

@@ -3,6 +3,9 @@
 
 #include "WorkspaceFixture.h"
 
+#include <array>
+#include <bit>
+
 using namespace velmora;
 using testing::Each;
 
@@ -44,6 +47,19 @@ void fill(Workspace& workspace) {
 }
 } // namespace
 
+TEST_F(WorkspaceTest, MannersAreCarefulUnlessClassicOnesAreStored) {
+    EXPECT_EQ(workspace().manners, Manners::classic());
+    EXPECT_EQ(Workspace(MemorySettings(), folders).manners, Manners::careful());
+}
+
+TEST_F(WorkspaceTest, EveryDepartureIsOfCarefulMannersAlone) {
+    constexpr Manners none{};
+    EXPECT_EQ(Manners::classic(), none);
+    // A field that a preset forgets would be false in it.
+    const auto fields = std::bit_cast<std::array<bool, sizeof(Manners)>>(Manners::careful());
+    EXPECT_THAT(fields, Each(true));
+}
+
 TEST_F(WorkspaceTest, AnEmptyStoreGivesTheStartValues) {
     EXPECT_EQ(score().NumNotes, 1000);
     EXPECT_EQ(score().NotesPerMeasure, 16);
@@ -66,7 +82,7 @@ TEST_F(WorkspaceTest, AnEmptyStoreGivesTheStartValues) {
     EXPECT_EQ(workspace().chords.ChordStep2, 7);
     EXPECT_EQ(workspace().chords.ChordStep3, 12);
     EXPECT_FALSE(workspace().undoLast());
-    EXPECT_TRUE(settings.values.empty()) << "reading writes nothing";
+    EXPECT_EQ(settings.values.size(), 1u) << "reading writes nothing beside the stored manner";
 }
 
 TEST_F(WorkspaceTest, TheFirstTwelveChannelsBeginAtFullVelocity) {

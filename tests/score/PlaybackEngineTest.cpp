@@ -2,6 +2,7 @@
 #include "score/PlaybackEngine.h"
 
 #include "base/VirtualLoop.h"
+#include "score/Manners.h"
 #include "score/NotePlayer.h"
 #include "score/PlayState.h"
 #include "score/PlaybackView.h"
@@ -72,6 +73,7 @@ struct PlaybackEngineTest : testing::Test {
     ViewState view;
     PlayState state;
     ChordSteps chords;
+    Manners manners = Manners::classic();
     HandLoop loop;
     RecordingPort port{loop};
     CountingView window;
@@ -79,7 +81,7 @@ struct PlaybackEngineTest : testing::Test {
     NotePlayer player{score, setup, state, chords, port, loop};
     Guests<PlaybackView> views;
     Guests<RecordingProgress> recorders;
-    PlaybackEngine engine{{score, setup, view, state, chords}, player, port, loop, views, recorders};
+    PlaybackEngine engine{{score, setup, view, state, chords, manners}, player, port, loop, views, recorders};
     Guests<PlaybackView>::Stay shown = views.join(window);
     Guests<RecordingProgress>::Stay recorded = recorders.join(studio);
 

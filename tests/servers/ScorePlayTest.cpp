@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "base/QtMessageLoop.h"
 #include "composition/Player.h"
+#include "score/Manners.h"
 #include "score/PlayState.h"
 #include "score/Score.h"
 #include "score/ViewState.h"
@@ -59,6 +60,7 @@ struct ScorePlayTest : testing::Test {
     ViewState view;
     PlayState state;
     ChordSteps chords;
+    Manners manners = Manners::classic();
     QtMessageLoop loop;
 
     void note(int position, int midiNote, int length = 2) {
@@ -78,7 +80,7 @@ struct ScorePlayTest : testing::Test {
     /// more.
     void play() {
         hear([this](MidiPort& port) {
-            Player player({score, setup, view, state, chords}, port, loop);
+            Player player({score, setup, view, state, chords, manners}, port, loop);
             player.PlayAndStop_Click(false);
         });
     }

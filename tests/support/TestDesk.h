@@ -43,6 +43,7 @@ public:
 template<class Loop = HandLoop>
 class BasicTestDesk {
 public:
+    /// In classic manners, unless @p stored says otherwise.
     /// @param stored what the settings hold before anything reads them
     explicit BasicTestDesk(const std::function<void(SettingsStore&)>& stored = {})
         : settings(filled(stored)) {}
@@ -98,6 +99,7 @@ public:
 private:
     static MemorySettings filled(const std::function<void(SettingsStore&)>& stored) {
         MemorySettings settings;
+        settings.SaveSetting("Settings", "Classic", "1");
         if (stored)
             stored(settings);
         return settings;

@@ -169,7 +169,7 @@ TEST_F(form1CommandsTest, MenuItemsWithoutARoutineAreDisabled) {
         "mnuCopy",       "mnuPasteInsert", "mnuPasteoverwrite", "mnuerase",    "mnuMenu",  "mnuTips",
         "mnuRewind",     "mnuPlay",        "mnupause",          "mnuStopall",  "mnuEdit",  "mnuStopPlaying",
         "mnuPercussion", "mnuNotestyle1",  "mnuNotestyle2",     "mnuHelpfile", "mnuSetup", "mnuXPtooltext",
-        "mnuSkin",       "mnuButton"}; // accidentals go with style 2 alone
+        "mnuSkin",       "mnuButton",      "mnuClassic"}; // accidentals go with style 2 alone
     for (const MenuRow& row : menuRows()) {
         if (row.kind == MenuRow::Kind::Separator || row.kind == MenuRow::Kind::Submenu)
             continue;

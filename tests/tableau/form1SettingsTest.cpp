@@ -58,6 +58,18 @@ TEST_F(form1SettingsTest, StoredModesComeBack) {
     EXPECT_TRUE(isTicked("mnuNoAccidentals"));
 }
 
+TEST_F(form1SettingsTest, ClassicBehaviourIsTickedAndChangesAtOnce) {
+    store("Classic", "0");
+    shown();
+    EXPECT_FALSE(isTicked("mnuClassic"));
+    for (const bool on : {true, false}) {
+        menu.item("mnuClassic").trigger();
+        EXPECT_EQ(workspace().manners, Manners::of(on));
+        EXPECT_EQ(isTicked("mnuClassic"), on);
+        EXPECT_EQ(stored("Classic"), on ? "1" : "0");
+    }
+}
+
 TEST_F(form1SettingsTest, PercussionHidesAndGivesItsHeightToMusicBox) {
     shown();
     const int before = musicBoxHeight();

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+namespace velmora {
+
+/// How the program deals with a user's music where its old rules would lose or falsify it. Each field is one
+/// departure from those rules: rooms read the field, so that none is written twice.
+struct Manners {
+    /// A score that was opened sounds on all its channels: `TopChannel` is the highest in use, and the high
+    /// marks follow. Otherwise channels above 1 are silent until each was selected.
+    bool playsOpenedChannels = false;
+    /// Choosing a channel in the setup toolbar shows its effects, and a layer is written when the user moves
+    /// that slider. Otherwise choosing alone rewrites the four layers of the channel.
+    bool choosingKeepsEffects = false;
+    /// A chord that is chosen in a list is stored as its type. Otherwise the setup toolbar stores the list
+    /// index, one below it.
+    bool storesChordType = false;
+    /// Block commands work on one set: the ticked channels, else the active one. Otherwise copying asks the
+    /// boxes, cutting the mutes.
+    bool oneChannelSet = false;
+    /// Copy and Cut take what is marked, both ends included. Otherwise Copy takes `CycleNotes` positions and
+    /// Cut leaves one behind.
+    bool takesWhatIsMarked = false;
+    /// Every change can be undone and redone, in order. Otherwise there is one step.
+    bool undoesEverything = false;
+    /// A MIDI file has the messages and moments of playing. Otherwise chords take other channels' places, and
+    /// `Tempo` counts as beats per minute.
+    bool exportsWhatIsHeard = false;
+    /// "Create Melody" begins at the column that Start names. Otherwise one further right.
+    bool motifBeginsAtStart = false;
+    /// Save writes to the score's own file, and questions come when, and only when, something is unsaved.
+    /// Otherwise Save always asks for a name, Open asks nothing, leaving always asks.
+    bool asksBeforeLoss = false;
+    /// The score grows to hold a file that is opened. Otherwise what is past `NumNotes` is dropped.
+    bool growsToFile = false;
+    /// Steps of playing fall at start + n steps. Otherwise each waits its time after its work.
+    bool keepsTime = false;
+    /// Single Note Effects give a note all that the page shows. Otherwise instrument and chord alone.
+    bool givesWholeNoteAllEffects = false;
+    /// "Trk" counts channels as the squares do. Otherwise the four percussion channels count on from 8.
+    bool readsChannelAsSquare = false;
+
+    bool operator==(const Manners&) const = default;
+
+    /// The old rules, to the letter.
+    [[nodiscard]] static constexpr Manners classic() { return {}; }
+    /// Nothing is lost or falsified: the default.
+    [[nodiscard]] static constexpr Manners careful() {
+        return {true, true, true, true, true, true, true, true, true, true, true, true, true};
+    }
+    [[nodiscard]] static constexpr Manners of(bool isClassic) { return isClassic ? classic() : careful(); }
+};
+
+} // namespace velmora
