@@ -129,6 +129,7 @@ int run(const QCommandLineParser& parser) {
     Workspace& workspace = window.workspace;
     parseSng(text, reader, workspace.score, workspace.setup);
     trimEnd(workspace.score, longest);
+    workspace.beginHistory();
     performAll(job, window);
 
     workspace.score.currentFile = job.out.string();

@@ -24,6 +24,7 @@ struct EditStep {
     std::string_view words; ///< as the user is told
     std::array<StepWord, 7> kinds;
     void (*perform)(HeadlessWindow&, Values);
+    std::size_t optional = 0; ///< words at the end that may be missing
 };
 
 namespace {
@@ -177,7 +178,7 @@ void indicator(HeadlessWindow& window, Values words) {
 
 void look(HeadlessWindow& window, Values words) {
     window.TrackSel_Click(words[0]);
-    Pic2a_MouseDown(window.workspace.score, words[1]);
+    Pic2a_MouseDown(window.workspace, words[1]);
 }
 
 void instrumentToSelection(HeadlessWindow& window, Values words) {
@@ -196,8 +197,18 @@ void clearEffects(HeadlessWindow& window, Values /*words*/) {
     ClearEffects(window.workspace);
 }
 
-void undo(HeadlessWindow& window, Values /*words*/) {
-    window.workspace.undoLast();
+/// As often as asked, or once; at the end of what there is it stops.
+void undo(HeadlessWindow& window, Values words) {
+    Workspace& workspace = window.workspace;
+    for (int times = words.empty() ? 1 : words[0]; times > 0 && !workspace.undoStep().empty(); --times)
+        if (!workspace.undoLast())
+            throw Failure("The step \"" + std::string(workspace.undoStep()) +
+                          "\" can't be undone: what was kept of it is gone.");
+}
+
+void redo(HeadlessWindow& window, Values words) {
+    for (int times = words.empty() ? 1 : words[0]; times > 0 && window.workspace.redoLast(); --times) {
+    }
 }
 
 using enum StepWord;
@@ -234,9 +245,10 @@ constexpr auto kSteps = std::to_array<EditStep>({
     {"instrument-to-selection", "CODE", {Code}, instrumentToSelection},
     {"clear", "", {}, clear},
     {"clear-effects", "", {}, clearEffects},
-    {"undo", "", {}, undo},
+    {"undo", "[N]", {Count}, undo, 1},
+    {"redo", "[N]", {Count}, redo, 1},
 });
-static_assert(kSteps.size() == 30);
+static_assert(kSteps.size() == 31);
 
 std::string usageOf(const EditStep& step) {
     std::string usage(step.name);
@@ -263,7 +275,8 @@ std::size_t countOf(const EditStep& step) {
 StepCall parseStep(std::string_view text) {
     const auto words = wordsOf(text);
     const EditStep& step = stepNamed(words.empty() ? std::string_view() : words.front(), text);
-    if (words.size() != countOf(step) + 1)
+    const std::size_t most = countOf(step) + 1;
+    if (words.size() > most || words.size() + step.optional < most)
         refuse(text, "wanted is " + usageOf(step));
     StepCall call{&step, {}, std::string(text)};
     for (std::size_t i = 1; i < words.size(); ++i) {

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 
 namespace velmora {
 
@@ -19,7 +20,8 @@ struct BlockRules {
     ChannelSet channels;
 };
 
-/// Copying and pasting ask the boxes, cutting and inserting the mutes; that is meant.
+/// The rules of classic manners: copying and pasting ask the boxes, cutting and inserting the mutes; that is
+/// meant.
 inline constexpr std::array kBlockRules{
     BlockRules{BlockCommand::Copy, ChannelSet::Picked},
     BlockRules{BlockCommand::Cut, ChannelSet::NotMuted},
@@ -28,7 +30,13 @@ inline constexpr std::array kBlockRules{
 };
 static_assert(kBlockRules.size() == 4);
 
-/// Whether the command works on the channel.
+/// Whether the command works on the channel. In careful manners all work on the same: with "Edit All Tracks"
+/// on those that aren't muted, else on the ticked ones, and with none ticked on the active one.
 [[nodiscard]] bool worksOn(const Workspace& workspace, BlockCommand command, int channel);
+/// Whether it is the active channel alone, so that what was copied from one is pasted into another.
+[[nodiscard]] bool worksOnOneTrack(const Workspace& workspace);
+
+/// Which channels the commands of careful manners work on, for the user: "channels 1, 3 and 10".
+[[nodiscard]] std::string blockChannelsInWords(const Workspace& workspace);
 
 } // namespace velmora

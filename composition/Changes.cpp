@@ -21,8 +21,23 @@ void Watchers::tell() {
     }
 }
 
+Act::Act(Workspace& workspace) : workspace_(workspace) {
+    Watchers& watchers = workspace.watchers;
+    if (watchers.acts_++ == 0 && watchers.edits_ == 0)
+        workspace.history.begin(workspace.score, workspace.setup);
+}
+
+Act::~Act() {
+    Watchers& watchers = workspace_.watchers;
+    if (--watchers.acts_ == 0 && watchers.edits_ == 0 &&
+        workspace_.history.commit(workspace_.score, workspace_.setup))
+        announce(workspace_, Change::Undo);
+}
+
 Edit::Edit(Workspace& workspace, Changes changes) : workspace_(workspace) {
-    ++workspace.watchers.edits_;
+    Watchers& watchers = workspace.watchers;
+    if (watchers.edits_++ == 0 && watchers.acts_ == 0)
+        workspace.history.begin(workspace.score, workspace.setup);
     add(changes);
 }
 
@@ -30,13 +45,19 @@ Edit::~Edit() {
     Watchers& watchers = workspace_.watchers;
     if (--watchers.edits_ > 0)
         return;
-    if (watchers.pending_.any(kAnyNotes))
+    if (!std::exchange(watchers.keepsInUse_, false) && watchers.pending_.any(kAnyNotes))
         workspace_.score.Isnotes();
+    if (watchers.acts_ == 0 && workspace_.history.commit(workspace_.score, workspace_.setup))
+        watchers.pending_ |= Change::Undo;
     watchers.tell();
 }
 
 void Edit::add(Changes changes) {
     workspace_.watchers.pending_ |= changes;
+}
+
+void Edit::keepChannelsInUse() {
+    workspace_.watchers.keepsInUse_ = true;
 }
 
 void announce(Workspace& workspace, Changes changes) {

@@ -77,6 +77,7 @@ public:
     Guests<Watcher>::Stay join(Watcher& watcher) { return guests_.join(watcher); }
 
 private:
+    friend class Act;
     friend class Edit;
 
     void tell();
@@ -84,11 +85,26 @@ private:
     Guests<Watcher> guests_;
     Changes pending_;
     int edits_ = 0; ///< that have begun and not ended
+    int acts_ = 0;  ///< likewise
+    bool keepsInUse_ = false;
 };
 
-/// The scope of a change. Edits may stand in one another: at the end of the outermost each watcher is told
-/// once of everything that has changed, and nobody if nothing has. Who changes the composition opens one.
-/// What waits in the message loop within it is seen late.
+/// The scope of an act of the user that takes several edits, a drag say: one step of undo. Who watches is
+/// told at the end of each edit all the same.
+class Act {
+public:
+    explicit Act(Workspace& workspace);
+    ~Act();
+    Act(const Act&) = delete;
+    Act& operator=(const Act&) = delete;
+
+private:
+    Workspace& workspace_;
+};
+
+/// The scope of a change, and a step of undo unless an `Act` goes on. Edits may stand in one another: at the
+/// end of the outermost each watcher is told once of everything that has changed, and nobody if nothing has.
+/// Who changes the composition opens one. What waits in the message loop within it is seen late.
 class Edit {
 public:
     explicit Edit(Workspace& workspace, Changes changes = {});
@@ -97,6 +113,8 @@ public:
     Edit& operator=(const Edit&) = delete;
 
     void add(Changes changes);
+    /// The channels in use are as they are to be, too, though notes have changed.
+    void keepChannelsInUse();
 
 private:
     Workspace& workspace_;

@@ -21,7 +21,8 @@ struct EditState {
     bool Check5 = false;                             ///< "Melody", likewise
 
     int SelectSpan = 0;  ///< `SelectEnd` - `SelectStart` of the last copy; it outlives the marks
-    int ClipChannel = 0; ///< active when a single channel was copied
+    int ClipChannel = 0; ///< active when a single channel was copied; in careful manners the first copied one
+    PerChannel<bool, kUsedChannels> ClipHeld{}; ///< channels that the last copy took
 };
 
 /// What the selectors of Single Note Effects stand on.

@@ -124,8 +124,10 @@ void CopyMelody(Workspace& workspace, int& start, int firstChannel, int lastChan
         (score.*layer.clip).resize(score.NumNotes + 1);
     view.SelectEnd = first + workspace.edit.CycleNotes;
     workspace.edit.SelectSpan = workspace.edit.CycleNotes;
-    const Channels picked = channelsOf(firstChannel, lastChannel,
-                                       [&](int channel) { return workspace.edit.ChannelPicked[channel]; });
+    const Channels picked = channelsOf(firstChannel, lastChannel, [&](int channel) {
+        return workspace.manners.oneChannelSet ? worksOn(workspace, BlockCommand::Copy, channel)
+                                               : workspace.edit.ChannelPicked[channel];
+    });
     for (int channel = 0; channel < kUsedChannels; ++channel) {
         if (!picked[channel])
             continue;
@@ -151,9 +153,11 @@ void CopyRepeat(Workspace& workspace, int firstChannel, int lastChannel) {
     channels.stamped = channelsOf(firstChannel, lastChannel, [&](int channel) {
         return worksOn(workspace, BlockCommand::Copy, channel);
     });
-    // Here the mutes decide what is mended, and not what is stamped; that is meant.
-    channels.mended = channelsOf(firstChannel, lastChannel,
-                                 [&](int channel) { return !workspace.score.ChannelMuted[channel]; });
+    // In classic manners the mutes decide what is mended, and not what is stamped; that is meant.
+    channels.mended = channelsOf(firstChannel, lastChannel, [&](int channel) {
+        return workspace.manners.oneChannelSet ? channels.stamped[channel]
+                                               : !workspace.score.ChannelMuted[channel];
+    });
     stampAlong(workspace, channels);
 }
 
@@ -170,8 +174,10 @@ void duplicateMelody(Workspace& workspace) {
     const EditState& edit = workspace.edit;
     // Single Note Effects take percussion in without its box; that is meant.
     const bool percussion = edit.Check3 || workspace.view.NoteEffectsOn;
-    CopyMelody(workspace, workspace.view.SelectStart, edit.Check5 ? 0 : kFirstPercussion,
-               percussion ? kUsedChannels - 1 : kMelodyChannels - 1);
+    // In careful manners a box leaves the other group out, and with neither the set alone counts.
+    const bool all = workspace.manners.oneChannelSet && !edit.Check5 && !edit.Check3;
+    CopyMelody(workspace, workspace.view.SelectStart, all || edit.Check5 ? 0 : kFirstPercussion,
+               all || percussion ? kUsedChannels - 1 : kMelodyChannels - 1);
 }
 
 void takeCycle(EditState& edit, int notesInLoop, int playableNotes) {

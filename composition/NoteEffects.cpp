@@ -66,6 +66,7 @@ void resetSetup(Workspace& workspace) {
 std::optional<NoteCells> applyNoteEffects(Workspace& workspace, NotePlayer& player, int head) {
     Score& score = workspace.score;
     const Edit edit(workspace, changeOfNotes(score.ActiveChannel));
+    workspace.history.name("Single Note Effects");
     const bool whole = classAt(score, head) == CellClass::Head;
     NoteCells cells{whole ? head : head + 1, head};
     if (whole)
@@ -84,6 +85,7 @@ std::optional<NoteReadout> applyAlongIndicator(Workspace& workspace, int positio
     if (workspace.play.Playing || !score.NoteCell.contains(channel, position))
         return std::nullopt;
     const Edit edit(workspace, changeOfNotes(channel));
+    workspace.history.name("Single Note Effects");
     // An empty cell takes it like a note; that is meant.
     score.NoteInstrument.set(channel, position,
                              isMelody(channel) ? score.ChannelInstrument[channel]
@@ -102,6 +104,7 @@ std::optional<NoteReadout> applyAlongIndicator(Workspace& workspace, int positio
 
 void ClearEffects(Workspace& workspace) {
     const Edit edit(workspace, kAnotherScore);
+    workspace.history.name("Undo all Single Note Effects");
     Score& score = workspace.score;
     score.currentFile.clear();
     for (int row = 0; row < ChannelGrid::kChannels; ++row)
@@ -131,6 +134,7 @@ std::string_view applyInstrumentToSelection(Workspace& workspace, std::int16_t c
     if (const auto refusal = refusalOf(score, code); !refusal.empty())
         return refusal;
     Edit edit(workspace, Change::Tools | Change::Instruments);
+    workspace.history.name("Instrument");
     workspace.effects.NoteInstrumentPick = code;
     if (view.SelectStart < 0)
         return {};

@@ -2,6 +2,7 @@
 #include "composition/NoteReadout.h"
 
 #include "composition/StrokeWriting.h"
+#include "composition/Workspace.h"
 #include "score/Score.h"
 #include "sound/Chords.h"
 #include "sound/Instruments.h"
@@ -50,7 +51,10 @@ NoteReadout readNote(const Score& score, int position) {
     return note;
 }
 
-NoteReadout Pic2a_MouseDown(Score& score, int position) {
+NoteReadout Pic2a_MouseDown(Workspace& workspace, int position) {
+    const Edit edit(workspace);
+    workspace.history.name("Reset effects");
+    Score& score = workspace.score;
     if (cellClass(score.NoteCell.valueOr(score.ActiveChannel, position, kEmptyCell)) == CellClass::Empty)
         resetEffects(score, score.ActiveChannel, position);
     return readNote(score, position);

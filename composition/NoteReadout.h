@@ -6,6 +6,7 @@
 namespace velmora {
 
 struct Score;
+struct Workspace;
 
 /// What the read-outs say about one cell of the active channel.
 struct NoteReadout {
@@ -20,7 +21,7 @@ struct NoteReadout {
 
 [[nodiscard]] NoteReadout readNote(const Score& score, int position);
 /// The left press on `Pic2a`: the same, but looking at a blank cell resets its four effects; that is meant.
-NoteReadout Pic2a_MouseDown(Score& score, int position);
+NoteReadout Pic2a_MouseDown(Workspace& workspace, int position);
 
 /// The tool text line: number, volume and instrument.
 [[nodiscard]] std::string noteLine(const NoteReadout& note);

@@ -110,6 +110,7 @@ std::optional<LeftScore> parseRecovery(std::string_view text) {
 
 void restore(const LeftScore& left, Workspace& workspace) {
     const Edit edit(workspace, kAnotherScore);
+    workspace.history.name("Bring a score back");
     const int wanted = static_cast<int>(std::min<std::size_t>(longestRow(left.score), kMostNotes));
     if (wanted > workspace.score.NumNotes)
         workspace.score.resizeNotes(wanted);

@@ -8,6 +8,10 @@
 #include "composition/Workspace.h"
 
 #include <algorithm>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
 
 namespace velmora {
 
@@ -29,13 +33,24 @@ void forChannels(const Workspace& workspace, BlockCommand command, Work work) {
     }
 }
 
-/// Makes heads of continuations at a position, in every channel that isn't muted: the boxes and
-/// `CopyonlyOneTrack` don't matter here, which is meant.
-void makeHeads(Score& score, int position) {
+/// Where a command mends what it has cut: in classic manners in every channel that isn't muted, for the boxes
+/// and `CopyonlyOneTrack` don't matter there, which is meant.
+bool mends(const Workspace& workspace, BlockCommand command, int channel) {
+    return workspace.manners.oneChannelSet ? worksOn(workspace, command, channel)
+                                           : !isMuted(workspace.score, channel);
+}
+
+/// Makes heads of continuations at a position.
+void makeHeads(Workspace& workspace, BlockCommand command, int position) {
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        if (!isMuted(score, channel))
-            makeHead(score.NoteCell, channel, position);
+        if (mends(workspace, command, channel))
+            makeHead(workspace.score.NoteCell, channel, position);
     }
+}
+
+/// "12 columns", "1 column".
+std::string counted(int count, std::string_view what) {
+    return std::to_string(count).append(" ").append(what).append(count == 1 ? "" : "s");
 }
 
 void clearMarks(ViewState& view) {
@@ -48,6 +63,13 @@ void pullLeft(Score& score, int channel, int first, int by) {
                   score.NumNotes - by + layer.positionShift, by);
 }
 
+/// What is left at the score's end once @p count positions have gone.
+void clearEnd(Score& score, int channel, int count, std::span<const ScoreLayer> layers) {
+    for (const ScoreLayer& layer : layers)
+        fillCells((score.*layer.cells).row(channel + layer.channelShift),
+                  score.NumNotes + 1 - count + layer.positionShift, count, layer.cleared);
+}
+
 void pushRight(Score& score, int channel, int first, int by) {
     for (const ScoreLayer& layer : kScoreLayers) {
         const auto row = (score.*layer.cells).row(channel + layer.channelShift);
@@ -57,17 +79,29 @@ void pushRight(Score& score, int channel, int first, int by) {
     }
 }
 
+/// The channel of the buffers that is pasted into @p channel; -1 for none.
+int sourceOf(const Workspace& workspace, int channel) {
+    const EditState& edit = workspace.edit;
+    if (worksOnOneTrack(workspace)) // a single channel goes to the one that is active now
+        return edit.ClipChannel;
+    const bool held = !workspace.manners.oneChannelSet || edit.ClipHeld[channel];
+    return held ? channel : -1;
+}
+
 void pasteOver(Workspace& workspace, int ViewCol) {
     ViewState& view = workspace.view;
     const int end = std::min(view.PlayMark + workspace.edit.SelectSpan, workspace.score.NumNotes);
     view.SelectEnd = view.ViewFirstColumn + ViewCol;
     forChannels(workspace, BlockCommand::Paste, [&](int channel) {
-        // A single channel goes to the one that is active now.
-        const int source = workspace.CopyonlyOneTrack ? workspace.edit.ClipChannel : channel;
-        pasteFromBuffers(workspace.score, source, channel, view.PlayMark, end - view.PlayMark + 1);
+        if (const int source = sourceOf(workspace, channel); source >= 0)
+            pasteFromBuffers(workspace.score, source, channel, view.PlayMark, end - view.PlayMark + 1);
     });
-    if (end < kLastHeadedPosition)
-        makeHeads(workspace.score, end + 1);
+    if (end < kLastHeadedPosition || workspace.manners.takesWhatIsMarked)
+        makeHeads(workspace, BlockCommand::Paste, end + 1);
+}
+
+void namePaste(Workspace& workspace) {
+    workspace.history.name("Paste " + counted(workspace.edit.SelectSpan + 1, "column"));
 }
 
 int withinView(const ViewState& view, int column) {
@@ -77,22 +111,30 @@ int withinView(const ViewState& view, int column) {
 
 void CopySelectedArea(Workspace& workspace, BlockCommand command) {
     Score& score = workspace.score;
+    EditState& edit = workspace.edit;
     const int first = workspace.view.SelectStart;
-    workspace.edit.SelectSpan = workspace.view.SelectEnd - first;
-    if (workspace.CopyonlyOneTrack)
-        workspace.edit.ClipChannel = score.ActiveChannel;
+    edit.SelectSpan = workspace.view.SelectEnd - first;
+    if (worksOnOneTrack(workspace))
+        edit.ClipChannel = score.ActiveChannel;
+    edit.ClipHeld.fill(false);
     eraseNoteBuffers(score);
-    forChannels(workspace, command,
-                [&](int channel) { copyToBuffers(score, channel, first, workspace.edit.SelectSpan + 1); });
+    forChannels(workspace, command, [&](int channel) {
+        if (workspace.manners.oneChannelSet && std::ranges::none_of(edit.ClipHeld, std::identity()))
+            edit.ClipChannel = channel;
+        edit.ClipHeld[channel] = true;
+        copyToBuffers(score, channel, first, edit.SelectSpan + 1);
+    });
     makeFirstHeads(score);
 }
 
 bool copyIt(Workspace& workspace) {
     ViewState& view = workspace.view;
-    if (view.SelectStart < 0)
+    const bool marked = workspace.manners.takesWhatIsMarked;
+    if (view.SelectStart < 0 || (marked && view.SelectEnd < view.SelectStart))
         return false;
     const Edit edit(workspace, Change::Marks);
-    view.SelectEnd = view.SelectStart + workspace.edit.CycleNotes;
+    if (!marked)
+        view.SelectEnd = view.SelectStart + workspace.edit.CycleNotes;
     CopySelectedArea(workspace, BlockCommand::Copy);
     clearMarks(view);
     return true;
@@ -103,19 +145,25 @@ bool CutBut_Click(Workspace& workspace) {
     Score& score = workspace.score;
     if (view.SelectStart < 0 || view.SelectEnd < 0) // a start that was typed alone selects nothing yet
         return false;
+    if (workspace.manners.takesWhatIsMarked && view.SelectEnd < view.SelectStart)
+        return false;
     const Edit edit(workspace, kMoved);
+    const int marked = view.SelectEnd - view.SelectStart + 1;
+    workspace.history.name("Cut " + counted(marked, "column"));
     workspace.keepForUndo("Cut Selection");
     CopySelectedArea(workspace, BlockCommand::Cut);
-    const int span = workspace.edit.SelectSpan;
+    // One position of what is marked stays behind in classic manners; that is meant.
+    const int gone = workspace.manners.takesWhatIsMarked ? marked : workspace.edit.SelectSpan;
     forChannels(workspace, BlockCommand::Cut,
-                [&](int channel) { pullLeft(score, channel, view.SelectStart, span); });
-    makeHeads(score, view.SelectStart);
-    // The end is emptied in every channel that isn't muted, even when a single one was cut; that is meant.
+                [&](int channel) { pullLeft(score, channel, view.SelectStart, gone); });
+    makeHeads(workspace, BlockCommand::Cut, view.SelectStart);
+    // There the end is emptied of notes alone, in every channel that isn't muted, even when a single one was
+    // cut; that is meant, too.
+    const std::span<const ScoreLayer> layers(kScoreLayers);
     for (int channel = 0; channel < kUsedChannels; ++channel) {
-        if (isMuted(score, channel))
-            continue;
-        fillCells(score.NoteCell.row(channel), score.NumNotes + 1 - span, span, kEmptyCell);
-        fillCells(score.NoteInstrument.row(channel), score.NumNotes + 1 - span, span, 0);
+        if (mends(workspace, BlockCommand::Cut, channel))
+            clearEnd(score, channel, gone,
+                     workspace.manners.takesWhatIsMarked ? layers : layers.first<kNoteLayers>());
     }
     clearMarks(view);
     return true;
@@ -123,12 +171,14 @@ bool CutBut_Click(Workspace& workspace) {
 
 void PasteBut_Click(Workspace& workspace, int ViewCol) {
     const Edit edit(workspace, kMoved);
+    namePaste(workspace);
     workspace.keepForUndo("Paste (Overwrite)");
     pasteOver(workspace, ViewCol);
 }
 
 void PasteIntoBut_Click(Workspace& workspace, int ViewCol) {
     const Edit edit(workspace, kMoved);
+    namePaste(workspace);
     workspace.keepForUndo("Paste (Insert)");
     InsertSpaces(workspace, workspace.edit.SelectSpan + 1, ViewCol);
     pasteOver(workspace, withinView(workspace.view, ViewCol));
@@ -143,8 +193,10 @@ void InsertSpaces(Workspace& workspace, int n, int ViewCol) {
 
 void InsertColumnBut_Click(Workspace& workspace, int ViewCol) {
     const Edit edit(workspace, kMoved);
+    const int spaces = std::max<int>(workspace.edit.Txtspc, 0);
+    workspace.history.name("Insert " + counted(spaces, "space"));
     workspace.keepForUndo("Insert Space(s)");
-    InsertSpaces(workspace, std::max<int>(workspace.edit.Txtspc, 0), ViewCol);
+    InsertSpaces(workspace, spaces, ViewCol);
 }
 
 void CopyNotes(Workspace& workspace, int firstChannel, int lastChannel,
@@ -166,8 +218,9 @@ void CopyNotes(Workspace& workspace, int firstChannel, int lastChannel,
 void duplicateNotes(Workspace& workspace, const std::function<void()>& pressCorner) {
     const Edit edit(workspace, kMoved | Change::Modes);
     workspace.keepForUndo("Duplicate notes");
-    CopyNotes(workspace, workspace.edit.Check2 ? 0 : kFirstPercussion,
-              workspace.view.NoteEffectsOn ? kUsedChannels - 1 : kMelodyChannels - 1, pressCorner);
+    const bool all = workspace.manners.oneChannelSet; // which channels, the set says alone
+    CopyNotes(workspace, all || workspace.edit.Check2 ? 0 : kFirstPercussion,
+              all || workspace.view.NoteEffectsOn ? kUsedChannels - 1 : kMelodyChannels - 1, pressCorner);
 }
 
 } // namespace velmora

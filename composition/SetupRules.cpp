@@ -63,6 +63,7 @@ std::int16_t stepped(std::span<const std::int16_t> list, std::int16_t value, int
 
 bool NoteX_Change(Workspace& workspace, std::int16_t value) {
     const Edit edit(workspace, Change::Meter);
+    workspace.history.name("Meter");
     workspace.setup.NoteX = value;
     const int product = meterProduct(workspace.setup);
     if (product <= 16)
@@ -72,6 +73,7 @@ bool NoteX_Change(Workspace& workspace, std::int16_t value) {
 
 bool TxtMeter_Change(Workspace& workspace, std::int16_t value) {
     const Edit edit(workspace, Change::Meter);
+    workspace.history.name("Meter");
     workspace.setup.TxtMeter = value;
     const int product = meterProduct(workspace.setup);
     // A multiple of 32 is one of 16, so that 32 never results.
@@ -80,12 +82,14 @@ bool TxtMeter_Change(Workspace& workspace, std::int16_t value) {
 
 void TxBeats_Change(Workspace& workspace, std::int16_t value) {
     const Edit edit(workspace, Change::Meter);
+    workspace.history.name("Meter");
     workspace.setup.TxBeats = value;
     workspace.score.NotesPerMeasure = value;
 }
 
 void setTempo(Workspace& workspace, std::int16_t tempo) {
     const Edit edit(workspace, Change::Meter);
+    workspace.history.name("Tempo");
     workspace.score.Tempo = tempo;
 }
 
@@ -110,6 +114,7 @@ void setVelocity(Workspace& workspace, std::int16_t value) {
 
 void fillVolume(Workspace& workspace, std::int16_t value) {
     const Edit edit(workspace, Change::Effects);
+    workspace.history.name("Volume");
     workspace.score.Volume.fillRow(workspace.score.ActiveChannel, value);
 }
 
@@ -120,6 +125,7 @@ void fillEffects(Workspace& workspace) {
     if (!setup.SetupOpen || !isOf(channel, setup.channels.size()))
         return;
     const Edit edit(workspace, Change::Effects);
+    workspace.history.name("Effects of the channel");
     const PlaybackChannelSetup& values = setup.channels[channel];
     score.Modulation_Change.fillRow(channel, values.modulation);
     score.Pan_Change.fillRow(channel, values.pan);
@@ -146,6 +152,7 @@ void TrackSel_Click(Workspace& workspace, const SettingsStore& settings, int cha
 
 void applyInstrument(Workspace& workspace, const SettingsStore& settings) {
     Edit edit(workspace, Change::Instruments);
+    workspace.history.name("Instrument");
     const bool melody = workspace.score.ActiveChannel < kFirstPercussion;
     const auto apply = melody ? applyMelodyInstrument : applyPercussionInstrument;
     const std::int16_t stored =
@@ -171,6 +178,7 @@ void Ch_Click(Workspace& workspace, int channel, bool ticked) {
     if (!isOf(channel, setup.Ch.size()))
         return;
     Edit edit(workspace, Change::Cells);
+    workspace.history.name("Chord");
     if (ticked) {
         workspace.view.RightClickMode = RightClick::Polyphonic;
         edit.add(Change::Modes);
@@ -189,6 +197,7 @@ bool setScoreLength(Workspace& workspace, std::int64_t numNotes) {
     if (numNotes < 1 || numNotes > kMostNotes)
         return false;
     Edit edit(workspace, Change::Length | Change::Marks);
+    workspace.history.name("Score length");
     Score& score = workspace.score;
     const int last = static_cast<int>(numNotes);
     bool cuts = false;
@@ -199,11 +208,7 @@ bool setScoreLength(Workspace& workspace, std::int64_t numNotes) {
         workspace.keepReplaced("Subtract notes");
     }
     score.resizeNotes(last);
-    ViewState& view = workspace.view;
-    if (view.SelectStart > last)
-        view.SelectStart = view.SelectEnd = -1;
-    view.SelectEnd = std::min(view.SelectEnd, last);
-    view.PlayMark = std::min(view.PlayMark, last);
+    workspace.keepMarksWithin();
     score.FindEndOfSong();
     return true;
 }

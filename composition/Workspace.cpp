@@ -5,6 +5,7 @@
 #include "base/Settings.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace velmora {
 
@@ -42,11 +43,14 @@ Workspace::Workspace(const SettingsStore& store, const ProgramFolders& folders)
     for (int channel = 0; channel < kUsedChannels; ++channel)
         score.ChannelInstrument[channel] =
             channel < kMelodyChannels ? instruments.MelodyInstrument : instruments.PercussionInstrument;
+    beginHistory();
     selectChannel(0);
 }
 
 void Workspace::setManners(const Manners& chosen) {
     const Edit scope(*this, Change::Manners | Change::Undo);
+    if (manners != chosen)
+        undo.forget(); // it knows nothing of what has been done meanwhile
     manners = chosen;
 }
 
@@ -99,28 +103,89 @@ void Workspace::showFromStart() {
     view.PlayMark = 0;
 }
 
+void Workspace::beginHistory() {
+    history.restart(score, setup);
+}
+
 void Workspace::keepChannelForUndo(std::string_view step) {
     const Edit scope(*this, Change::Undo);
-    undo.SaveforUndo(score, setup, step);
+    history.name(step);
+    if (!manners.undoesEverything)
+        undo.SaveforUndo(score, setup, step);
 }
 
 void Workspace::keepForUndo(std::string_view step) {
     const Edit scope(*this, Change::Undo);
-    undo.keepWhole(score, setup, step, StepScope::Cells);
+    history.name(step);
+    if (!manners.undoesEverything)
+        undo.keepWhole(score, setup, step, StepScope::Cells);
 }
 
 void Workspace::keepReplaced(std::string_view step) {
     const Edit scope(*this, Change::Undo);
-    if (!undo.bringsScoreBack() || !score.usedChannels().empty())
+    history.name(step);
+    if (!manners.undoesEverything && (!undo.bringsScoreBack() || !score.usedChannels().empty()))
         undo.keepWhole(score, setup, step, StepScope::Score);
 }
 
-bool Workspace::undoLast() {
+Workspace::Undone Workspace::undoLast() {
+    if (manners.undoesEverything)
+        return step(&UndoHistory::undo);
     if (!undo.OpenforUndo(score, setup))
-        return false;
+        return {};
     const Edit scope(*this, kAnotherScore);
+    history.name("Undo");
     showFromStart();
-    return true;
+    return {.done = true};
+}
+
+Workspace::Undone Workspace::redoLast() {
+    return manners.undoesEverything ? step(&UndoHistory::redo) : Undone{};
+}
+
+/// What an act that goes on has changed so far is a step, too.
+Workspace::Undone Workspace::step(std::optional<UndoHistory::Changed> (UndoHistory::*go)(Score&,
+                                                                                         SetupState&)) {
+    history.commit(score, setup);
+    const auto changed = (history.*go)(score, setup);
+    if (!changed)
+        return {};
+    Edit scope(*this, Change::Undo | Change::Channels | Change::Instruments | Change::Effects);
+    const std::pair<bool, Changes> rows[]{{changed->melody, Change::Cells},
+                                          {changed->percussion, Change::Beats},
+                                          {changed->length, Change::Length | Change::Marks},
+                                          {changed->name, Change::Name | Change::File},
+                                          {changed->meter, Change::Meter}};
+    for (const auto& [has, changes] : rows)
+        if (has)
+            scope.add(changes);
+    scope.keepChannelsInUse();
+    keepMarksWithin();
+    return {true, *changed};
+}
+
+void Workspace::keepMarksWithin() {
+    if (view.SelectStart > score.NumNotes)
+        view.SelectStart = view.SelectEnd = -1;
+    view.SelectEnd = std::min(view.SelectEnd, score.NumNotes);
+    view.PlayMark = std::min(view.PlayMark, score.NumNotes);
+}
+
+std::string_view Workspace::undoStep() const {
+    return manners.undoesEverything ? history.undoName() : undo.step();
+}
+
+std::string_view Workspace::redoStep() const {
+    return manners.undoesEverything ? history.redoName() : std::string_view();
+}
+
+bool Workspace::isUnsaved() const {
+    return !history.isSaved() && (!score.currentFile.empty() || !score.usedChannels().empty());
+}
+
+void Workspace::markSaved() {
+    const Edit scope(*this, Change::Undo);
+    history.markSaved();
 }
 
 std::string topBarText(const Score& score, const SetupState& setup) {

@@ -6,6 +6,7 @@
 #include "score/Manners.h"
 #include "score/PlayState.h"
 #include "score/Score.h"
+#include "score/UndoHistory.h"
 #include "score/UndoSnapshot.h"
 #include "score/ViewState.h"
 #include "sound/Chords.h"
@@ -32,7 +33,8 @@ struct Workspace {
     PlayState play;
     ChordSteps chords;
     InstrumentSelection instruments;
-    UndoSnapshot undo;
+    UndoSnapshot undo;   ///< the one step of classic manners
+    UndoHistory history; ///< of careful ones, kept in both
     EditState edit;
     EffectSelectors effects;
 
@@ -54,19 +56,44 @@ struct Workspace {
     void clear();
     /// The view and the marks as after a score has taken the place of another.
     void showFromStart();
-    /// Keeps the active channel before a stroke or a change of its notes.
+    /// The score has been read, and nothing before it is to be undone.
+    void beginHistory();
+
+    // Before a command changes the Score. @p step names it to the user, with a text that lasts. In classic
+    // manners the one step is kept now; the history notices by itself.
+
+    /// Before a stroke or a change of the active channel's notes.
     void keepChannelForUndo(std::string_view step = UndoSnapshot::kNoteStep);
-    /// Keeps the whole score before a command changes cells of many channels; @p step names the command to
-    /// the user, with a text that lasts.
+    /// Before a command changes cells of many channels.
     void keepForUndo(std::string_view step);
-    /// Keeps the whole score before another one takes its place. One without notes does not displace a score
-    /// that can still be brought back: clearing twice costs nothing.
+    /// Before another score takes the place. One without notes does not displace a score that can still be
+    /// brought back: clearing twice costs nothing.
     void keepReplaced(std::string_view step);
-    /// "Undo Last note" and "Undo Last Step" take the newest change back, and that one alone. False if there
-    /// is nothing to undo.
-    bool undoLast();
-    /// What that would take back, "Cut Selection" say, for the tips; blank while there is nothing.
-    [[nodiscard]] std::string_view undoStep() const { return undo.step(); }
+
+    /// What undoing or redoing did.
+    struct Undone {
+        bool done = false; ///< false if there was nothing, and nothing has changed
+        UndoHistory::Changed changed{};
+        explicit operator bool() const { return done; }
+    };
+    /// "Undo Last note" and "Undo Last Step" take the newest change back: in classic manners that one alone.
+    Undone undoLast();
+    /// "Redo" does what was undone last; never anything in classic manners.
+    Undone redoLast();
+    /// What they would do, "Cut 12 columns" say, for the tips; blank while there is nothing.
+    [[nodiscard]] std::string_view undoStep() const;
+    [[nodiscard]] std::string_view redoStep() const;
+
+    /// Whether the score would be lost: it holds something that its file, if it has one, does not.
+    [[nodiscard]] bool isUnsaved() const;
+    /// The score is in its file as it is now, or, within an edit, as it will be at its end.
+    void markSaved();
+
+    /// What is marked lies within the score.
+    void keepMarksWithin();
+
+private:
+    Undone step(std::optional<UndoHistory::Changed> (UndoHistory::*go)(Score&, SetupState&));
 };
 
 /// The tempo and the meter in words, for the strip beside the menus.

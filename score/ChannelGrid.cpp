@@ -19,6 +19,7 @@ ChannelGrid::ChannelGrid(int positions, std::int16_t fill)
 std::span<std::int16_t> ChannelGrid::row(int channel) {
     if (!contains(channel, 0))
         return {};
+    touched_[static_cast<std::size_t>(channel)] = {0, positions_}; // whoever asks may write any of it
     return {cells_.data() + index(channel, 0), static_cast<std::size_t>(positions_)};
 }
 
@@ -39,6 +40,7 @@ void ChannelGrid::resize(int positions) {
     const auto kept = static_cast<std::ptrdiff_t>(std::min(positions_, resized.positions_));
     for (int channel = 0; channel < kChannels && kept > 0; ++channel)
         std::copy_n(row(channel).begin(), kept, resized.row(channel).begin());
+    resized.touched_.fill({0, std::max(positions_, resized.positions_)});
     *this = std::move(resized);
 }
 

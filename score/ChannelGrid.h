@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -40,6 +42,7 @@ public:
         if (!contains(channel, position))
             return false;
         cells_[index(channel, position)] = value;
+        touched_[static_cast<std::size_t>(channel)].add(position);
         return true;
     }
 
@@ -52,7 +55,26 @@ public:
     /// Changes the number of positions; cells that remain keep their value, new ones hold the grid's fill.
     void resize(int positions);
 
-    bool operator==(const ChannelGrid&) const = default;
+    /// What an empty cell of the grid holds.
+    [[nodiscard]] std::int16_t fill() const { return fill_; }
+
+    /// Cells of a row from `first` on, before `end`.
+    struct Range {
+        int first = 0;
+        int end = 0;
+        [[nodiscard]] bool empty() const { return first >= end; }
+        void add(int position) {
+            first = empty() ? position : std::min(first, position);
+            end = std::max(end, position + 1);
+        }
+    };
+    /// Where a channel may have been written since `forgetTouched`: no cell outside has changed.
+    [[nodiscard]] Range touched(int channel) const { return touched_[static_cast<std::size_t>(channel)]; }
+    void forgetTouched() { touched_.fill({}); }
+
+    bool operator==(const ChannelGrid& other) const {
+        return positions_ == other.positions_ && fill_ == other.fill_ && cells_ == other.cells_;
+    }
 
 private:
     [[nodiscard]] std::size_t index(int channel, int position) const {
@@ -63,6 +85,7 @@ private:
     int positions_;
     std::int16_t fill_;
     std::vector<std::int16_t> cells_;
+    std::array<Range, kChannels> touched_{};
 };
 
 } // namespace velmora

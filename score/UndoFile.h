@@ -26,7 +26,7 @@ public:
     UndoFile(const UndoFile&) = delete;
     UndoFile& operator=(const UndoFile&) = delete;
 
-    /// Takes the old file's place; false if it can't be written.
+    /// Takes the old file's place; false, and `failed`, if it can't be written.
     bool write(std::string_view text);
     /// The same for the whole score. A large one may still be being written, and fail, after this.
     bool write(const std::shared_ptr<const KeptLayers>& layers);

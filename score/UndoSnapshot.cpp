@@ -22,8 +22,11 @@ void UndoSnapshot::SaveforUndo(const Score& score, const SetupState& setup, std:
         return;
     forget();
     ++snapshots;
-    if (!score.ChannelInUse.contains(score.ActiveChannel) || !file_.write(serializeUndo(score, setup)))
+    if (!score.ChannelInUse.contains(score.ActiveChannel))
         return;
+    std::string text = serializeUndo(score, setup);
+    if (!file_.write(text))
+        unwritten_ = std::move(text);
     UndoChannel = score.ActiveChannel;
     step_ = step;
 }
@@ -35,8 +38,7 @@ void UndoSnapshot::keepWhole(const Score& score, const SetupState& setup, std::s
     forget();
     ++snapshots;
     auto layers = std::make_shared<const KeptLayers>(score, setup);
-    if (!file_.write(layers))
-        return;
+    file_.write(layers);
     whole_.emplace(Whole{ScoreRemainder(score, setup), std::move(layers), scope});
     step_ = step;
 }
@@ -45,24 +47,20 @@ bool UndoSnapshot::OpenforUndo(Score& score, SetupState& setup) {
     if (step().empty())
         return false;
     if (whole_) {
-        if (!file_.isThere())
+        if (!file_.failed() && !file_.isThere())
             return false;
         if (whole_->scope == StepScope::Score)
             whole_->remainder.putBackWhole(*whole_->layers, score, setup);
         else
             whole_->remainder.putBack(*whole_->layers, score, setup);
     } else {
-        const auto text = file_.text();
+        const auto text = file_.failed() ? std::optional(unwritten_) : file_.text();
         if (!text)
             return false;
         parseUndo(*text, UndoChannel, score, setup);
     }
     forget();
     return true;
-}
-
-std::string_view UndoSnapshot::step() const {
-    return file_.failed() ? std::string_view() : step_;
 }
 
 bool UndoSnapshot::bringsScoreBack() const {
@@ -72,6 +70,7 @@ bool UndoSnapshot::bringsScoreBack() const {
 void UndoSnapshot::forget() {
     UndoChannel = -1;
     whole_.reset();
+    unwritten_.clear();
     step_ = {};
 }
 

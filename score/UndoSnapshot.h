@@ -24,7 +24,8 @@ enum class StepScope : std::uint8_t {
 
 /// The one undo step, kept as a file of its own in one of two forms: the channel that is about to be drawn
 /// on, or the whole Score before anything that reaches further. A new step takes the old one's place.
-/// The whole Score is kept in memory, too, and comes back from there, but never without its file.
+/// The whole Score is kept in memory, too, and comes back from there. A file that is gone takes its step
+/// along; one that could not be written does not.
 class UndoSnapshot {
 public:
     static constexpr std::string_view kNoteStep = "Last note";
@@ -35,7 +36,7 @@ public:
     int UndoChannel = -1; ///< channel of a snapshot of one, -1 while there is none
     int snapshots = 0;    ///< how many edits have asked for one so far, written or not
 
-    /// Keeps the active channel before an edit. If the file can't be written there is nothing to undo.
+    /// Keeps the active channel before an edit.
     /// @param step names the edit to the user; the text must last as long as the program
     void SaveforUndo(const Score& score, const SetupState& setup, std::string_view step = kNoteStep);
     /// Likewise keeps the whole score, in the newest form of the score file.
@@ -48,9 +49,12 @@ public:
     /// Waits for the file: a large one is written while the user goes on.
     void finishWriting() { file_.finish(); }
     /// What undoing would take back, in the user's words; blank while there is nothing.
-    [[nodiscard]] std::string_view step() const;
+    [[nodiscard]] std::string_view step() const { return step_; }
     /// Whether the step is another score's taking the place of one with notes.
     [[nodiscard]] bool bringsScoreBack() const;
+
+    /// There is nothing to undo any more.
+    void forget();
 
     /// Until it ends, nothing takes the place of the step: for what a command sets off on its own.
     class Hold {
@@ -70,10 +74,10 @@ private:
         std::shared_ptr<const KeptLayers> layers;
         StepScope scope;
     };
-    void forget();
 
     UndoFile file_;
     std::optional<Whole> whole_; ///< for the whole form
+    std::string unwritten_;      ///< the other, if the disk has no room for it
     std::string_view step_;
     int holds_ = 0;
 };

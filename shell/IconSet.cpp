@@ -110,6 +110,7 @@ constexpr auto kIcons = std::to_array<Icon>({
      {{{Line, "M4.25 5.5v-3.75h7.5v3.75M4.25 11.25h-2.5v-5.75h12.5v5.75h-2.5"},
        {AccentLine, "M4.25 9.25h7.5v5h-7.5z"}}}},
     {"record", {{{RecordSolid, "M8 8m-5 0a5 5 0 1 0 10 0a5 5 0 1 0 -10 0z"}}}},
+    {"redo", {{{Line, "M13.25 6.25h-7a3.75 3.75 0 0 0 0 7.5h3.5M10 2.75l3.5 3.5-3.5 3.5"}}}},
     {"reset", {{{Line, "M3.25 6a5.25 5.25 0 1 1-.4 3.5M3 2.5v3.75h3.75"}}}},
     {"rewind", {{{Line, "M3 3v10"}, {Solid, "M13 3l-7.5 5 7.5 5z"}}}},
     {"rewrite",
@@ -148,7 +149,7 @@ constexpr auto kIcons = std::to_array<Icon>({
      {{{Line, "M1.75 4h12.5M1.75 7h6M1.75 10h5"},
        {AccentLine, "M7.75 13.5l.6-2.4 4.6-4.6 1.8 1.8-4.6 4.6z"}}}},
 });
-static_assert(kIcons.size() == 48);
+static_assert(kIcons.size() == 49);
 static_assert(std::ranges::is_sorted(kIcons, {}, &Icon::name));
 
 QByteArray paintOf(Part part, const IconColours& colours) {

@@ -23,6 +23,7 @@ const std::vector<MenuRow>& menuRows() {
         {"mnupopup6", "mnuExit", -1, "Exit", kCommand, "Ctrl+Q"},
         // "Edit"
         {"mnupopup7", "undo", -1, "Undo Last note", kCommand, "Ctrl+Z"},
+        {"mnupopup7", "redo", -1, "Redo", kCommand, "Ctrl+Shift+Z"},
         {"mnupopup7", "mnuspc13", -1, "", kSeparator, ""},
         {"mnupopup7", "mnuCut", -1, "Cut selection", kCommand, "Ctrl+X"},
         {"mnupopup7", "mnuCopy", -1, "Copy selection", kCommand, "Ctrl+C"},

@@ -15,7 +15,7 @@ namespace velmora {
 namespace {
 constexpr int kTop = 4;
 constexpr int kButton = 28;
-constexpr int kRoomy = 992; ///< where the bar is narrower, its buttons stand closer to have room
+constexpr int kRoomy = 1024; ///< where the bar is narrower, its buttons stand closer to have room
 constexpr int kFirstStyle = lb1("percussion");
 constexpr int kLastStyle = lb1("accidentals");
 
@@ -34,7 +34,7 @@ ButtonBar::ButtonBar(const Appearance& look, const CommandBank& Cmd2, const Comm
     , Lb1_(Lb1)
     , groups_{buttonsOf(Cmd2, cmd2("clear"), cmd2("save")),
               buttonsOf(Cmd2, cmd2("play"), cmd2("loop")),
-              {&Cmd2[cmd2("mode")], &Lb1[lb1("undo")]},
+              {&Cmd2[cmd2("mode")], &Lb1[lb1("undo")], &Lb1[lb1("redo")]},
               buttonsOf(Cmd2, cmd2("copy"), cmd2("duplicate")),
               buttonsOf(Lb1, kFirstStyle, kLastStyle)}
     , windows_{&Lb1[lb1("songwriter")], &Lb1[lb1("studio")], &Lb1[lb1("keyboard")], &Lb1[lb1("setup")]}

@@ -15,6 +15,7 @@ constexpr int kSlack = 2; ///< pixels that are no move
 std::optional<int> PolynoteDrag::move(Workspace& workspace, MouseButton button, int x, int combo3) {
     if (button == MouseButton::None) {
         lastX_.reset();
+        act_.reset();
         return std::nullopt;
     }
     const int column = columnAt(x);
@@ -26,6 +27,10 @@ std::optional<int> PolynoteDrag::move(Workspace& workspace, MouseButton button, 
     const ViewState& view = workspace.view;
     if (column < 0 || score.ActiveChannel >= kMelodyChannels)
         return std::nullopt;
+    if (!act_)
+        act_.emplace(workspace);
+    const Edit edit(workspace);
+    workspace.history.name("Chord");
     const int chord = view.RightClickMode == RightClick::Polyphonic ? workspace.setup.Combo3 : combo3;
     if (!score.Polyphonics.set(score.ActiveChannel + 1, view.ViewFirstColumn + column,
                                static_cast<std::int16_t>(chord)))

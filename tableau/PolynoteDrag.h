@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "composition/Changes.h"
 #include "tableau/TableauScreen.h"
 
 #include <optional>
@@ -20,6 +21,7 @@ public:
     [[nodiscard]] bool goesOn() const { return lastX_.has_value(); }
 
 private:
+    std::optional<Act> act_;
     std::optional<int> lastX_;
 };
 

@@ -7,6 +7,7 @@
 #include "score/NotePlayer.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace velmora {
 
@@ -173,6 +174,7 @@ void TableauInput::release(Box box, MouseButton button, int x) {
         finish();
     }
     finishing_ = false;
+    act_.reset();
 }
 
 void TableauInput::finish() {
@@ -268,11 +270,13 @@ void TableauInput::clearMarks() {
 }
 
 void TableauInput::keepForUndo() {
-    // Percussion strokes take no snapshot; that is meant.
-    if (stroke_.keptForUndo || stroke_.box == Box::Beatbox)
+    if (std::exchange(stroke_.keptForUndo, true))
         return;
-    stroke_.keptForUndo = true;
-    if (stroke_.button == MouseButton::Left)
+    const bool draws = stroke_.button == MouseButton::Left;
+    workspace_.history.name(draws ? "Draw note" : "Change notes by right click");
+    if (stroke_.box == Box::Beatbox)
+        return; // the one step of classic manners knows no percussion strokes; that is meant
+    if (draws)
         workspace_.keepChannelForUndo();
     else // undoing the form of one channel would cost that channel its chords
         workspace_.keepForUndo(UndoSnapshot::kNoteStep);

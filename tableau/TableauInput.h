@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "composition/Changes.h"
 #include "composition/PressSound.h"
 #include "tableau/Stroke.h"
 #include "tableau/TableauScreen.h"
+
+#include <optional>
 
 namespace velmora {
 
@@ -81,6 +84,7 @@ private:
     TableauScreen& screen_;
     PressSound sound_;
     Stroke stroke_;
+    std::optional<Act> act_; ///< a stroke is one, whatever it paints
     bool finishing_ = false; ///< ending a chord serves events; a press among them is refused
 };
 

@@ -68,6 +68,7 @@ bool TableauInput::takeChannel(Box box) {
 void TableauInput::begin(Box box, MouseButton button, int x, int y) {
     const ViewState& view = workspace_.view;
     stroke_ = Stroke{};
+    act_.emplace(workspace_);
     stroke_.PressActive = true;
     stroke_.box = box;
     stroke_.button = button;
@@ -185,6 +186,7 @@ void TableauInput::openMenu() {
     const Box box = stroke_.box;
     const bool draw = stroke_.kind == Stroke::Kind::Erase;
     stroke_.PressActive = false; // the menu takes the release
+    act_.reset();
     if (draw)
         screen_.setPointer(box, Pointer::Arrow);
     if (draw && box == Box::Beatbox)

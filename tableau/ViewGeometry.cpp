@@ -98,6 +98,19 @@ int topRowForNotes(const ViewState& view, const Score& score, int musicBoxHeight
     return std::clamp(highestBeat, least, std::min(least + around, lowest));
 }
 
+bool showNotes(ViewState& view, const UndoHistory::Changed& notes, int numNotes, int musicBoxHeight) {
+    const int seen = rowsSeen(view, musicBoxHeight);
+    const bool columnSeen = notes.positions.first <= view.ViewFirstColumn + view.ViewColumns &&
+                            notes.positions.end > view.ViewFirstColumn;
+    const bool isMelody = notes.row >= 0 && notes.channel < kMelodyChannels;
+    const bool rowSeen = !isMelody || (notes.row >= view.ViewTopRow && notes.row < view.ViewTopRow + seen);
+    if (!columnSeen) // what stands before them is seen, too
+        scrollToColumn(view, notes.positions.first + view.ViewColumns / 4, numNotes);
+    if (!rowSeen)
+        view.ViewTopRow = std::clamp(notes.row - seen / 2, 0, std::max(0, kLastRow + 1 - seen));
+    return !columnSeen || !rowSeen;
+}
+
 int railValue(const ViewState& view, int songEnd, int place, int length) {
     if (length <= kRailEnd)
         return view.ViewHalfColumns();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "score/UndoHistory.h"
+
 namespace velmora {
 
 struct Score;
@@ -35,6 +37,9 @@ void scrollToRow(ViewState& view, int value);
 /// view; otherwise just so far away that the first one does. A score whose notes all begin further on is seen
 /// likewise.
 [[nodiscard]] int topRowForNotes(const ViewState& view, const Score& score, int musicBoxHeight);
+
+/// Moves the view to the notes of which none is in it. False if there are some, and nothing is moved.
+bool showNotes(ViewState& view, const UndoHistory::Changed& notes, int numNotes, int musicBoxHeight);
 
 /// The value of `HScroll1` for a press or drag at @p place along the rail `Label10`.
 [[nodiscard]] int railValue(const ViewState& view, int songEnd, int place, int length);

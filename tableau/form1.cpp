@@ -345,7 +345,25 @@ void form1::ClearAll() {
 
 void form1::OpenforUndo() {
     input_->cancel();
-    desk_.workspace.undoLast();
+    const Edit edit(desk_.workspace);
+    bringIntoView(desk_.workspace.undoLast());
+}
+
+void form1::redo() {
+    input_->cancel();
+    const Edit edit(desk_.workspace);
+    bringIntoView(desk_.workspace.redoLast());
+}
+
+/// Who undoes something wants to see what it was; while the score plays the view is the player's.
+void form1::bringIntoView(const Workspace::Undone& undone) {
+    Workspace& workspace = desk_.workspace;
+    const int height = Picmain_->surface(Picmain::Surface::MusicBox)->height();
+    const UndoHistory::Changed& changed = undone.changed;
+    if (!undone || workspace.play.Playing || changed.positions.first >= changed.positions.end ||
+        !showNotes(workspace.view, changed, workspace.score.NumNotes, height))
+        return;
+    announce(workspace, Change::Looks);
 }
 
 void form1::PlayAndStop_Click(bool stop) {

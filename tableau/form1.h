@@ -2,6 +2,7 @@
 #pragma once
 
 #include "composition/Changes.h"
+#include "composition/Workspace.h"
 #include "parts/CommandBank.h"
 #include "score/ViewState.h"
 #include "shell/SkinnedWindow.h"
@@ -9,7 +10,10 @@
 #include "tableau/TableauScreen.h"
 
 #include <filesystem>
+#include <initializer_list>
 #include <memory>
+#include <optional>
+#include <string_view>
 
 class QLabel;
 
@@ -70,6 +74,7 @@ public:
     void Command34_Click() { mSaveAs_Click(); }
     void ClearAll();
     void OpenforUndo();
+    void redo();
     void PlayAndStop_Click(bool stop);
     /// Plays what is selected.
     void PlaySelection_Click();
@@ -146,6 +151,9 @@ private:
     void showMouseMode();
     void showTools();
     void showUndo();
+    void showStep(std::initializer_list<int> buttons, const char* item, std::string_view step,
+                  const QString& verb);
+    void bringIntoView(const Workspace::Undone& undone);
     void showUsedPercussion();
     void paint(Changes changes);
     void place();
@@ -173,6 +181,7 @@ private:
     Guests<PlaybackView>::Stay plays_;
     std::unique_ptr<TableauInput> input_;
     std::unique_ptr<PolynoteDrag> polynotes_;
+    std::optional<Act> indicatorAct_; ///< a drag along `Pic2a`
 
     FormParts parts_;
     bool loading_ = true;    ///< the start-up guard: nothing is laid out or painted

@@ -73,6 +73,8 @@ void form1::bindCommands() {
         {{}, [](form1& form) { form.Command34_Click(); }, "mnuSave2", "Ctrl+S"},
         {{}, [](form1& form) { form.Command3_Click(); }, "mnuExit", "Ctrl+Q"},
         {{Lb1, lb1("undo")}, [](form1& form) { form.OpenforUndo(); }, "undo", "Ctrl+Z"},
+        {{Lb1, lb1("redo")}, [](form1& form) { form.redo(); }, "redo", "Ctrl+Shift+Z"},
+        {{}, [](form1& form) { form.redo(); }, "", "Ctrl+Y"},
         {{Lb1, lb1("help")}, [](form1& form) { form.imgTitleHelp_Click(); }, "", "F1"},
         {{}, [](form1& form) { form.desk_.windows.help("index"); }, "mnuHelpfile"},
 

@@ -156,17 +156,23 @@ void form1::clearMarks() {
     view.PlayMark = 0;
 }
 
-/// The undo commands say what they would take back, and are disabled where that is nothing.
+/// The undo commands say what they would do, and are disabled where that is nothing.
 void form1::showUndo() {
-    const std::string_view step = desk_.workspace.undoStep();
+    const Workspace& workspace = desk_.workspace;
+    showStep({lb1("undo"), lb1("undo melody")}, "undo", workspace.undoStep(), "Undo");
+    showStep({lb1("redo")}, "redo", workspace.redoStep(), "Redo");
+}
+
+void form1::showStep(std::initializer_list<int> buttons, const char* item, std::string_view step,
+                     const QString& verb) {
     const QString text = step.empty() ? QStringLiteral("There is nothing to take back")
-                                      : QStringLiteral("Takes back: %1").arg(toQString(step).trimmed());
-    for (const int index : {lb1("undo"), lb1("undo melody")}) {
+                                      : QStringLiteral("%1: %2").arg(verb, toQString(step).trimmed());
+    for (const int index : buttons) {
         Lb1_[index].setEnabled(!step.empty());
         const CommandRow& row = Lb1_.row(index);
         desk_.tips.SetToolTip(Lb1_[index], {toQString(row.title), text, std::string(row.icon)});
     }
-    desk_.menu.item("undo").setEnabled(!step.empty());
+    desk_.menu.item(item).setEnabled(!step.empty());
 }
 
 } // namespace velmora

@@ -73,9 +73,13 @@ void form1::bindBars() {
             screen_->showTip(Picmain::Surface::Pic2a);
         else if (button == MouseButton::Left)
             Pic2a_MouseDown(x);
-        else
+        else {
+            indicatorAct_.emplace(desk_.workspace);
             applyAlong(x);
+        }
     };
+    indicator.up = [this](MouseButton, int, int, int) { indicatorAct_.reset(); };
+    indicator.lost = [this] { indicatorAct_.reset(); };
     indicator.move = [this, isTips, isOn](MouseButton button, int /*shift*/, int x, int /*y*/) {
         if (button == MouseButton::Right && !isTips() && isOn(Picmain::Surface::Pic2a, x))
             applyAlong(x);
@@ -100,7 +104,7 @@ void form1::bindBars() {
 void form1::Pic2a_MouseDown(int x) {
     const int column = x / kColumnWidth;
     const NoteReadout note =
-        velmora::Pic2a_MouseDown(desk_.workspace.score, desk_.workspace.view.ViewFirstColumn + column);
+        velmora::Pic2a_MouseDown(desk_.workspace, desk_.workspace.view.ViewFirstColumn + column);
     screen_->showNote(note, column);
     screen_->setToolText({}, noteLine(note));
 }

@@ -97,6 +97,7 @@ TEST_F(ChangesTest, ChannelsThatHaveLostTheirNotesAreNoLongerInUse) {
 
 TEST_F(ChangesTest, EachCommandIsToldOnceAndInItsRespects) {
     putNotes(score(), 0, 60, 40);
+    workspace().beginHistory();
     workspace().edit.ChannelPicked[0] = true;
     workspace().edit.CycleNotes = workspace().edit.CycleBeats = 4;
     workspace().edit.TotalNotes = 20;
@@ -125,13 +126,13 @@ TEST_F(ChangesTest, EachCommandIsToldOnceAndInItsRespects) {
         {"pick", [&] { std::ignore = applyInstrumentToSelection(workspace(), 30); },
          Change::Tools | Change::Instruments},
         {"no effects", [&] { ClearEffects(workspace()); }, kAnotherScore},
-        {"tempo", [&] { setTempo(workspace(), 90); }, Change::Meter},
-        {"beats", [&] { TxtMeter_Change(workspace(), 3); }, Change::Meter},
-        {"note value", [&] { NoteX_Change(workspace(), 8); }, Change::Meter},
+        {"tempo", [&] { setTempo(workspace(), 90); }, Change::Meter | Change::Undo},
+        {"beats", [&] { TxtMeter_Change(workspace(), 3); }, Change::Meter | Change::Undo},
+        {"note value", [&] { NoteX_Change(workspace(), 8); }, Change::Meter | Change::Undo},
         {"volume", [&] { setVelocity(workspace(), 90); }, Change::Sound},
-        {"fill", [&] { fillVolume(workspace(), 90); }, Change::Effects},
+        {"fill", [&] { fillVolume(workspace(), 90); }, Change::Effects | Change::Undo},
         {"spacing", [&] { Text3_Change(workspace(), 9); }, Change::Looks},
-        {"longer", [&] { setScoreLength(workspace(), 1200); }, Change::Length | Change::Marks},
+        {"longer", [&] { setScoreLength(workspace(), 1200); }, Change::Length | Change::Marks | Change::Undo},
         {"channel", [&] { chooseChannel(workspace(), 8); }, Change::Channels | Change::Instruments},
         {"toolbar's channel", [&] { TrackSel_Click(workspace(), settings, 1); },
          Change::Channels | Change::Instruments},

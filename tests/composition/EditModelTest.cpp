@@ -256,7 +256,7 @@ std::string Walk::command() {
         break;
     }
     const bool undone = model_.undo();
-    EXPECT_EQ(workspace_.undoLast(), undone);
+    EXPECT_EQ(workspace_.undoLast().done, undone);
     if (undone) { // shown from its beginning
         model_.ViewFirstColumn = model_.PlayMark = 0;
         model_.SelectStart = model_.SelectEnd = -1;

@@ -44,7 +44,7 @@ TEST_F(NoteReadoutTest, PercussionHasNoNameAndNoChord) {
 TEST_F(NoteReadoutTest, LookingAtANoteChangesNothing) {
     putNotes(score(), 0, 67, 1);
     score().Reverb_Change.set(0, 1, 9);
-    Pic2a_MouseDown(score(), 0);
+    Pic2a_MouseDown(workspace(), 0);
     EXPECT_EQ(score().Reverb_Change.at(0, 1), 9);
 }
 
@@ -52,7 +52,7 @@ TEST_F(NoteReadoutTest, LookingAtABlankCellResetsItsFourEffects) {
     for (ChannelGrid* grid : {&score().Modulation_Change, &score().Pan_Change, &score().Reverb_Change,
                               &score().Chorus_Change, &score().Volume})
         grid->set(0, 6, 9);
-    EXPECT_EQ(Pic2a_MouseDown(score(), 5).name, " -");
+    EXPECT_EQ(Pic2a_MouseDown(workspace(), 5).name, " -");
     EXPECT_EQ(score().Modulation_Change.at(0, 6), 0);
     EXPECT_EQ(score().Pan_Change.at(0, 6), 64);
     EXPECT_EQ(score().Reverb_Change.at(0, 6), 0);
@@ -61,8 +61,8 @@ TEST_F(NoteReadoutTest, LookingAtABlankCellResetsItsFourEffects) {
 }
 
 TEST_F(NoteReadoutTest, APlaceOutsideTheScoreIsBlank) {
-    EXPECT_EQ(Pic2a_MouseDown(score(), 101).inst, "Blank Note");
-    EXPECT_EQ(Pic2a_MouseDown(score(), -1).inst, "Blank Note");
+    EXPECT_EQ(Pic2a_MouseDown(workspace(), 101).inst, "Blank Note");
+    EXPECT_EQ(Pic2a_MouseDown(workspace(), -1).inst, "Blank Note");
 }
 
 TEST_F(NoteReadoutTest, TheToolTextLineLinesItsNumbersUp) {

@@ -369,6 +369,7 @@ TEST(LongScoreEditingTest, BehindTheThousandthPositionAPasteMendsNothing) {
     ProgramFolders folders{std::filesystem::path(home.path().toStdString())};
     MemorySettings settings;
     settings.SaveSetting("Settings", "NumNotes", "1200");
+    settings.SaveSetting("Settings", "Classic", "1");
     for (const auto& [end, after] : {std::pair{999, 60}, std::pair{1000, 1060}}) {
         Workspace workspace(settings, folders);
         workspace.score.NoteCell.set(0, end + 1, 1060);

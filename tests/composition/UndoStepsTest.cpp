@@ -238,10 +238,12 @@ TEST_F(UndoStepsTest, AScoreThatShrankInBetweenGetsItsLengthBack) {
     expectSameScore(score(), before);
 }
 
-TEST_F(UndoStepsTest, WhereNoFileCanBeWrittenThereIsNothingToUndo) {
+TEST_F(UndoStepsTest, WhereNoFileCanBeWrittenTheStepIsKeptInMemory) {
     makeScore(17);
+    const Score before = score();
     std::filesystem::remove_all(folders.songs());
     CutBut_Click(workspace());
-    EXPECT_EQ(workspace().undoStep(), "");
-    EXPECT_FALSE(workspace().undoLast());
+    EXPECT_EQ(workspace().undoStep(), "Cut Selection");
+    ASSERT_TRUE(workspace().undoLast());
+    expectSameScore(score(), before);
 }

@@ -186,11 +186,26 @@ TEST_F(UndoSnapshotTest, CellsMoreThanAHundredPositionsBeyondTheSongEndAreNotKep
     EXPECT_EQ(score.NoteCell.at(0, 300), 60);
 }
 
-TEST_F(UndoSnapshotTest, WhereNothingCouldBeKeptOrReadNothingIsUndone) {
-    note(0, 4, 24);
+TEST_F(UndoSnapshotTest, WhatTheDiskHasNoRoomForIsKeptInMemory) {
     UndoSnapshot nowhere(path / "no folder" / "temp.sng");
-    nowhere.SaveforUndo(score, setup);
-    EXPECT_EQ(nowhere.UndoChannel, -1);
+    for (const bool whole : {false, true}) {
+        note(0, 4, 24);
+        if (whole)
+            nowhere.keepWhole(score, setup, "Clear", StepScope::Score);
+        else
+            nowhere.SaveforUndo(score, setup, "Clear");
+        EXPECT_EQ(nowhere.step(), "Clear");
+        const Score before = score;
+        score.ClearThisArray(0);
+        EXPECT_TRUE(nowhere.OpenforUndo(score, setup));
+        EXPECT_EQ(score.NoteCell, before.NoteCell);
+        EXPECT_EQ(score.NoteInstrument, before.NoteInstrument);
+        EXPECT_EQ(nowhere.step(), "");
+    }
+}
+
+TEST_F(UndoSnapshotTest, WhereNothingCouldBeReadNothingIsUndone) {
+    note(0, 4, 24);
     undo.SaveforUndo(score, setup);
     std::filesystem::remove(path);
     const Score before = score;

@@ -90,7 +90,7 @@ TEST_F(MidiPanelTest, NotesAreAdded) {
     EXPECT_EQ(score().NumNotes, 1200);
     EXPECT_EQ(shownIn("Text1"), "1200");
     EXPECT_EQ(stored("NumNotes"), "1200");
-    EXPECT_THAT(watcher().told, ElementsAre(Change::Length | Change::Marks));
+    EXPECT_THAT(watcher().told, ElementsAre(Change::Length | Change::Marks | Change::Undo));
 }
 
 TEST_F(MidiPanelTest, NotesAreSubtracted) {

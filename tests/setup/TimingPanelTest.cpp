@@ -20,7 +20,7 @@ TEST_F(TimingPanelTest, TheTempoSliderStepsInFours) {
     EXPECT_EQ(score().Tempo, 248); // the whole part of 62.5
     drag(bar, bar.width() / 2, 0);
     EXPECT_EQ(score().Tempo, 0);
-    EXPECT_EQ(told(), Change::Meter);
+    EXPECT_EQ(told(), Change::Meter | Change::Undo);
 }
 
 TEST_F(TimingPanelTest, TheTempoMayBeTyped) {
@@ -45,7 +45,7 @@ TEST_F(TimingPanelTest, AMeterIsTypedOrStepped) {
     type("TxtMeter", "3");
     EXPECT_EQ(workspace().setup.TxBeats, 12);
     EXPECT_EQ(shownIn("TxBeats"), "12");
-    EXPECT_THAT(watcher().told, ElementsAre(Changes(Change::Meter)));
+    EXPECT_THAT(watcher().told, ElementsAre(Change::Meter | Change::Undo));
     QTest::keyClick(&control("VScroll1"), Qt::Key_Up);
     EXPECT_EQ(shownIn("TxtMeter"), "4");
     EXPECT_EQ(score().NotesPerMeasure, 16);
@@ -76,7 +76,7 @@ TEST_F(TimingPanelTest, TheNotesOfAMeasureMayBeTyped) {
     type("TxBeats", "7");
     EXPECT_EQ(score().NotesPerMeasure, 7);
     EXPECT_EQ(workspace().setup.TxtMeter, 4);
-    EXPECT_THAT(watcher().told, ElementsAre(Changes(Change::Meter)));
+    EXPECT_THAT(watcher().told, ElementsAre(Change::Meter | Change::Undo));
 }
 
 TEST_F(TimingPanelTest, LettersCountAsZeroUntilTheFieldIsLeft) {

@@ -69,6 +69,7 @@ constexpr auto kLb1Rows = std::to_array<Row>({
     {"Paste (Overwrite)", P::Editor},
     {"Insert # Space(s) ", P::Editor},
     {"Duplicate notes", P::Editor},
+    {"Redo", P::Bar},
 });
 
 template<class Commands, class Rows>

@@ -239,6 +239,7 @@ TEST_F(form1PlayTest, AChosenDeviceThatFailsGivesWayToTheMapperAndTheToolbarSays
     shown();
     store("Devices", "1");
     port.refused = {1};
+    workspace().beginHistory();
     RecordingWatcher watcher(workspace());
     activate(false);
     EXPECT_THAT(watcher.told, IsEmpty());
