@@ -53,8 +53,8 @@ void writeMid(Session& session, const fs::path& out, const ConvertOptions& /*opt
 void writeSound(Session& session, SampleSink& sink, const fs::path& out, const ConvertOptions& options) {
     ProgressBar bar(out.filename().string());
     std::stop_source cancel;
-    const auto messages = performedMessages(session);
-    const RenderResult result = renderOffline(messages, sink,
+    const Performance performance = session.performance();
+    const RenderResult result = renderOffline(performance.messages, sink,
                                               {.soundFont = chosenSoundFont(options.score),
                                                .progress =
                                                    [&](double share) {

@@ -48,13 +48,13 @@ std::vector<int> channelList(const QCommandLineParser& parser, const char* optio
     return channels;
 }
 
-ScoreOptions::Segment segmentOf(const QString& text) {
+PerformedSegment segmentOf(const QString& text) {
     constexpr const char* kWanted = "two positions A:B, the first not past the second";
     const QStringList ends = text.split(':');
     if (ends.size() != 2)
         refuse("segment", text, kWanted);
-    const ScoreOptions::Segment segment{number("segment", ends[0], kMostNotes, kWanted),
-                                        number("segment", ends[1], kMostNotes, kWanted)};
+    const PerformedSegment segment{number("segment", ends[0], kMostNotes, kWanted),
+                                   number("segment", ends[1], kMostNotes, kWanted)};
     if (segment.first > segment.last)
         refuse("segment", text, kWanted);
     return segment;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "cli/Session.h"
 
-#include "base/VirtualLoop.h"
-#include "cli/MessageListener.h"
 #include "cli/ScoreText.h"
 #include "composition/Player.h"
 #include "score/PlaybackEngine.h"
@@ -52,6 +50,10 @@ void Session::perform(Player& player) {
         player.PlayAndStop_Click(false);
 }
 
+Performance Session::performance() const {
+    return velmora::perform({score, setup, chords, manners}, segment_);
+}
+
 double Session::seconds() const {
     const float step =
         segment_ ? PlaybackEngine::segmentStep(score.Tempo) : PlaybackEngine::songStep(score.Tempo);
@@ -67,15 +69,6 @@ void warnOfSilence(const std::filesystem::path& file, const Session& session) {
         reason = "has a tempo that nothing is played at; 2 to 1380 are played";
     if (reason)
         std::fprintf(stderr, "velmora-cli: the score \"%s\" %s\n", file.c_str(), reason);
-}
-
-std::vector<TimedMessage> performedMessages(Session& session) {
-    std::vector<TimedMessage> messages;
-    VirtualLoop loop;
-    MessageListener port(loop, [&messages](const TimedMessage& one) { messages.push_back(one); });
-    Player player(session.played(), port, loop);
-    session.perform(player);
-    return messages;
 }
 
 } // namespace velmora::cli
