@@ -92,7 +92,10 @@ class CliTest(unittest.TestCase):
             if rng.random() < 0.3:
                 segment = sorted(rng.choices(range(70), k=2))
                 options += ["--segment", f"{segment[0]}:{segment[1]}"]
-            wanted = Player(score, top, muted, strummed).play(segment)
+            classic = rng.random() < 0.5
+            if classic:
+                options += ["--classic"]
+            wanted = Player(score, top, muted, strummed, classic).play(segment)
             done = run("trace", file, *options)
             self.assertEqual(done.returncode, 0, done.stderr)
             self.assertEqual(done.stdout.splitlines(), wanted, f"case {case}: {options}")
