@@ -77,7 +77,8 @@ void addScoreOptions(QCommandLineParser& parser) {
     parser.addOptions({
         {"top-channel", "The highest channel that sounds (default: the highest with notes).", "channel"},
         {"top-melody-hint",
-         "The highest melody channel edited (default: 0), which rules chords in MIDI files.", "channel"},
+         "The highest melody channel edited (default: 0), which rules chords in MIDI files with --classic.",
+         "channel"},
         {"segment", "Plays positions A to B only, as \"Play Segment\" does (15 percent faster).", "A:B"},
         {"mute", "Leaves these channels out.", "C[,C]"},
         {"strum", "Strums the chords of these channels.", "C[,C]"},

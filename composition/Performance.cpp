@@ -47,6 +47,10 @@ private:
 
 } // namespace
 
+PerformedScore PerformedScore::of(const Workspace& workspace) {
+    return {workspace.score, workspace.setup, workspace.chords, workspace.manners};
+}
+
 Performance perform(const PerformedScore& performed, const std::optional<PerformedSegment>& segment) {
     Score score = performed.score;
     SetupState setup = performed.setup;
@@ -69,11 +73,15 @@ Performance perform(const PerformedScore& performed, const std::optional<Perform
     }
     performance.seconds = loop.now();
     performance.step = state.StepSeconds;
+    performance.first = segment ? segment->first : 0;
+    performance.notesPerMeasure = score.NotesPerMeasure;
+    performance.beatsPerMeasure = setup.TxtMeter;
+    performance.noteValue = setup.NoteX;
     return performance;
 }
 
 Performance perform(const Workspace& workspace) {
-    return perform({workspace.score, workspace.setup, workspace.chords, workspace.manners});
+    return perform(PerformedScore::of(workspace));
 }
 
 } // namespace velmora

@@ -20,6 +20,9 @@ struct PerformedScore {
     const SetupState& setup;
     const ChordSteps& chords;
     const Manners& manners;
+
+    /// That of the composing window.
+    [[nodiscard]] static PerformedScore of(const Workspace& workspace);
 };
 
 /// Positions, both played: "Play Segment" from a mark at the first one.
@@ -45,6 +48,11 @@ struct Performance {
     std::vector<Origin> origins; ///< one for each message
     double seconds = 0;          ///< that playing takes; no sound dies away after that
     double step = 0;             ///< seconds that a position lasts
+
+    int first = 0;            ///< the first position that is played
+    int notesPerMeasure = 16; ///< positions; measures count from position 0
+    int beatsPerMeasure = 4;  ///< what the user calls them, which may be of another length
+    int noteValue = 4;
 };
 
 /// Plays the whole score, or a segment of it, on a clock that jumps, with copies of the records: in
