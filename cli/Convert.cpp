@@ -164,6 +164,7 @@ void makeFolder(const fs::path& folder) {
 
 void convert(const Job& job, const ConvertOptions& options) {
     Session session(job.in, options.score);
+    session.refuseEmptySegment();
     warnOfSilence(job.in, session);
     job.format->write(session, job.out, options);
 }

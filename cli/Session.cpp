@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "cli/Session.h"
 
+#include "cli/Commands.h"
 #include "cli/ScoreText.h"
 #include "composition/Player.h"
 #include "score/PlaybackEngine.h"
@@ -41,6 +42,11 @@ Session::Session(const std::filesystem::path& file, const ScoreOptions& options)
         view.SelectStart = view.PlayMark = segment_->first;
         view.SelectEnd = state.SegmentEnd = segment_->last;
     }
+}
+
+void Session::refuseEmptySegment() const {
+    if (segment_ && segment_->last < 1)
+        throw Failure("there is nothing to play: a segment ends at position 1 or later");
 }
 
 void Session::perform(Player& player) {

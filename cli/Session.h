@@ -29,6 +29,8 @@ public:
 
     /// For a `Player`.
     [[nodiscard]] PlayedScore played() { return {score, setup, view, state, chords, manners}; }
+    /// Throws Failure if the options name a segment that "Play Segment" would not play.
+    void refuseEmptySegment() const;
     /// Plays the score, or the segment that the options name, to its end. The player is one of this session.
     void perform(Player& player);
     /// The same as a list, made at once: the session stays as it is.

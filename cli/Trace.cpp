@@ -18,6 +18,7 @@ int run(const QCommandLineParser& parser) {
     if (files.size() != 1)
         throw UsageError("takes exactly one score");
     const Session session(files.front(), readScoreOptions(parser));
+    session.refuseEmptySegment();
     const Performance performance = session.performance();
     for (std::size_t i = 0; i < performance.messages.size(); ++i) {
         const TimedMessage& one = performance.messages[i];

@@ -348,8 +348,19 @@ class CliTest(unittest.TestCase):
                 self.assertEqual(done.returncode, 1, words)
                 self.assertIn("standard output", done.stderr)
 
-    def test_a_segment_that_is_none_plays_nothing(self):
-        self.assertEqual(run("trace", self.tune(), "--segment", "0:0").stdout, "")
+    def test_a_segment_that_is_none_is_refused(self):
+        file = self.tune()
+        for words in (["trace", file], ["play", file], *(["convert", file, self.path("o" + end)]
+                                                        for end in (".wav", ".mp3", ".mid"))):
+            for options in ([], ["--classic"]):
+                if words[-1].endswith(".mid") and options:
+                    continue  # takes no segment at all
+                done = run(*words, "--segment", "0:0", *options)
+                self.assertEqual((done.returncode, done.stdout), (1, ""), words)
+                self.assertIn("nothing to play", done.stderr)
+        self.assertEqual(os.listdir(self.folder), ["tune.sng"])
+        self.assertNotEqual(run("trace", file, "--segment", "1:1").stdout, "")
+        self.assertNotEqual(run("trace", file, "--segment", "0:1").stdout, "")
 
     def test_silence_and_older_forms_are_told(self):
         self.assertIn("tempo", run("convert", self.tune(tempo=1), self.path("t.mid")).stderr)
