@@ -66,10 +66,10 @@ public:
 
     void message(std::int64_t tick, std::uint32_t word) {
         delta(tick);
-        byte(word & 0xFFU);
-        byte(word >> 8U & 0xFFU);
-        if (const int status = shortmessage::status(word); status != 0xC0 && status != 0xD0)
-            byte(word >> 16U & 0xFFU);
+        const int status = shortmessage::status(word);
+        const std::array<char, 3> bytes{static_cast<char>(word), static_cast<char>(word >> 8U),
+                                        static_cast<char>(word >> 16U)};
+        bytes_.append(bytes.data(), status == 0xC0 || status == 0xD0 ? 2 : 3);
         sounding_.sent(word);
     }
     void meta(std::int64_t tick, int type, std::string_view data) {
@@ -106,9 +106,10 @@ private:
         last_ = tick;
     }
     void quantity(std::int64_t ticks) {
-        for (int shift = 21; shift > 0; shift -= 7)
-            if (ticks >> shift != 0)
-                byte(0x80U | static_cast<unsigned>(ticks >> shift & 0x7F));
+        if (ticks >= 0x80)
+            for (int shift = 21; shift > 0; shift -= 7)
+                if (ticks >> shift != 0)
+                    byte(0x80U | static_cast<unsigned>(ticks >> shift & 0x7F));
         byte(static_cast<unsigned>(ticks & 0x7F));
     }
 

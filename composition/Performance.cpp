@@ -11,6 +11,8 @@
 #include "sound/MidiPort.h"
 #include "sound/SetupState.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 
 namespace velmora {
@@ -45,6 +47,15 @@ private:
     Performance& performance_;
 };
 
+/// As many messages as a score has for its notes, but for chords.
+std::size_t messagesExpected(const Score& score) {
+    constexpr std::ptrdiff_t kOfANote = 6; // its beginning and end, and four controllers
+    std::ptrdiff_t notes = 0;
+    for (int channel = 0; channel < kUsedChannels; ++channel)
+        notes += std::ranges::count(score.NoteCell.row(channel), CellClass::Head, cellClass);
+    return static_cast<std::size_t>(kOfANote * notes);
+}
+
 } // namespace
 
 PerformedScore PerformedScore::of(const Workspace& workspace) {
@@ -60,6 +71,8 @@ Performance perform(const PerformedScore& performed, const std::optional<Perform
     state.ShowPlayLine = false;
 
     Performance performance;
+    performance.messages.reserve(messagesExpected(score));
+    performance.origins.reserve(performance.messages.capacity());
     VirtualLoop loop;
     Notepad port(loop, state, performance);
     Player player({score, setup, view, state, chords, performed.manners}, port, loop);
