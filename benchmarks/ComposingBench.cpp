@@ -87,4 +87,11 @@ void composingPlayForAMinute(benchmark::State& state) {
 }
 BENCHMARK(composingPlayForAMinute)->Iterations(1);
 
+/// Each step waits its time after its work.
+void composingPlayForAMinuteInClassicManners(benchmark::State& state) {
+    const RestlessMouse mouse(server().display());
+    probe(state, "play 60 500 classic", {"late_p50_us", "late_p99_us", "slower_percent"});
+}
+BENCHMARK(composingPlayForAMinuteInClassicManners)->Iterations(1);
+
 } // namespace

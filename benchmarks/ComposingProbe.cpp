@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-// velmora_composing_probe WHAT [NUMBER]: the composing window with a score, on the X server that is there;
-// prints three numbers.
+// velmora_composing_probe WHAT [NUMBER [TEMPO [classic]]]: the composing window with a score, on the X server
+// that is there; prints three numbers.
 //
 // clang-format off
 //   press    microseconds at the median from a press of the mouse to its note-on at the port, of a step of a
@@ -9,15 +9,16 @@
 //   open     milliseconds from the command to the painted window with a score of NUMBER positions, at the
 //            median: of opening, of clearing and of undoing that
 //   scroll   milliseconds of a step of the thumb to the screen, at the median, at worst; steps a second
-//   play     NUMBER seconds at tempo 500 with the play line on: microseconds by which steps begin later than
-//            start + n steps at the median and at the 99th of a hundred, and how much slower than written it
-//            plays, in percent
+//   play     NUMBER seconds at TEMPO (500) with the play line on, in careful manners or in classic ones:
+//            microseconds by which steps begin later than start + n steps at the median and at the 99th of a
+//            hundred, and how much slower than written it plays, in percent
 // clang-format on
 #include "Share.h"
 #include "base/QtMessageLoop.h"
 #include "base/Settings.h"
 #include "base/SteadyClock.h"
 #include "composition/Workspace.h"
+#include "score/PlaybackEngine.h"
 #include "score/SngFile.h"
 #include "tableau/form1.h"
 #include "tests/support/TestDesk.h"
@@ -31,8 +32,6 @@
 using namespace velmora;
 
 namespace {
-constexpr double kStep = 0.0276; ///< at tempo 500
-
 /// When each wait of playing ends.
 class TimingLoop : public QtMessageLoop {
 public:
@@ -201,18 +200,20 @@ void scroll() {
     report(shareOf(taken, 0.5), shareOf(taken, 1), 1e3 / shareOf(taken, 0.5));
 }
 
-void play(double seconds) {
-    Stage stage(static_cast<int>(seconds / kStep) + 200);
+void play(double seconds, int tempo, bool classic) {
+    const double step = PlaybackEngine::songStep(tempo);
+    Stage stage(static_cast<int>(seconds / step) + 200);
+    stage.workspace().setManners(Manners::of(classic));
     fill(stage.workspace().score);
-    stage.workspace().score.Tempo = 500;
+    stage.workspace().score.Tempo = static_cast<std::int16_t>(tempo);
     stage.workspace().play.ShowPlayLine = true;
     QTimer::singleShot(static_cast<int>(seconds * 1000), [&stage] { stage.window.PlayAndStop_Click(true); });
     stage.window.PlayAndStop_Click(false);
     const std::vector<double>& began = stage.loop.began;
     std::vector<double> late;
-    for (std::size_t step = 0; step < began.size(); ++step)
-        late.push_back(1e6 * (began[step] - began[0] - kStep * static_cast<double>(step)));
-    const double steps = kStep * static_cast<double>(began.size() - 1);
+    for (std::size_t n = 0; n < began.size(); ++n)
+        late.push_back(1e6 * (began[n] - began[0] - step * static_cast<double>(n)));
+    const double steps = step * static_cast<double>(began.size() - 1);
     report(shareOf(late, 0.5), shareOf(late, 0.99), 100 * ((began.back() - began[0]) / steps - 1));
 }
 
@@ -230,6 +231,7 @@ int main(int argc, char* argv[]) {
     else if (what == "scroll")
         scroll();
     else if (what == "play")
-        play(argc > 2 ? std::atof(argv[2]) : 60);
+        play(argc > 2 ? std::atof(argv[2]) : 60, argc > 3 ? std::atoi(argv[3]) : 500,
+             argc > 4 && std::string_view(argv[4]) == "classic");
     return 2;
 }

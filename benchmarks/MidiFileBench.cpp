@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Exporting the largest score as a MIDI file, beside what the disk alone costs: a write, a flush, a rename.
+// Exporting the largest score as a MIDI file, in classic manners and in careful ones, which perform it;
+// beside what the disk alone costs: a write, a flush, a rename.
 #include "FlushedFile.h"
+#include "composition/MidiExport.h"
+#include "score/Manners.h"
 #include "score/MidiFile.h"
 #include "score/Score.h"
 #include "sound/Chords.h"
+#include "sound/SetupState.h"
 
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
@@ -33,6 +37,9 @@ struct Export {
     Score score = fullScore();
     ChordSteps steps;
     std::int32_t NumBytes = 10000;
+    SetupState setup;
+    Manners manners = Manners::careful();
+    PerformedScore performed{score, setup, steps, manners};
 };
 
 void countBytes(benchmark::State& state, std::size_t bytes) {
@@ -60,6 +67,41 @@ void exportMidi(benchmark::State& state) {
     countBytes(state, std::filesystem::file_size(full.path));
 }
 BENCHMARK(exportMidi)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void performScore(benchmark::State& state) {
+    const Export full;
+    std::size_t messages = 0;
+    for (auto _ : state) {
+        const Performance performance = perform(full.performed);
+        messages = performance.messages.size();
+        benchmark::DoNotOptimize(performance.messages.data());
+    }
+    state.counters["messages"] = static_cast<double>(messages);
+}
+BENCHMARK(performScore)->Unit(benchmark::kMillisecond);
+
+void buildPerformedMidi(benchmark::State& state) {
+    const Export full;
+    const Performance performance = perform(full.performed);
+    std::size_t bytes = 0;
+    for (auto _ : state) {
+        const std::string built = midiFileOf(performance);
+        bytes = built.size();
+        benchmark::DoNotOptimize(built.data());
+    }
+    countBytes(state, bytes);
+}
+BENCHMARK(buildPerformedMidi)->Unit(benchmark::kMillisecond);
+
+void exportPerformedMidi(benchmark::State& state) {
+    Export full;
+    for (auto _ : state) {
+        if (!writeMidi(full.path, full.performed, full.NumBytes).empty())
+            state.SkipWithError("the file could not be written");
+    }
+    countBytes(state, std::filesystem::file_size(full.path));
+}
+BENCHMARK(exportPerformedMidi)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void exportFloor(benchmark::State& state) {
     Export full;

@@ -8,6 +8,7 @@
 #include "cli/Session.h"
 #include "cli/SoundFont.h"
 #include "cli/Words.h"
+#include "composition/MidiExport.h"
 #include "score/MidiFile.h"
 #include "score/SngFile.h"
 #include "studio/Mp3File.h"
@@ -47,14 +48,16 @@ void writeSng(Session& session, const fs::path& out, const ConvertOptions& /*opt
 }
 
 void writeMid(Session& session, const fs::path& out, const ConvertOptions& /*options*/) {
-    check(replaceFile(out, buildMidiFile(session.score, session.chords)));
+    check(replaceFile(out, session.manners.exportsWhatIsHeard
+                               ? midiFileOf(session.performance())
+                               : buildMidiFile(session.score, session.chords)));
 }
 
 void writeSound(Session& session, SampleSink& sink, const fs::path& out, const ConvertOptions& options) {
     ProgressBar bar(out.filename().string());
     std::stop_source cancel;
-    const auto messages = performedMessages(session);
-    const RenderResult result = renderOffline(messages, sink,
+    const Performance performance = session.performance();
+    const RenderResult result = renderOffline(performance.messages, sink,
                                               {.soundFont = chosenSoundFont(options.score),
                                                .progress =
                                                    [&](double share) {
@@ -81,13 +84,13 @@ void writeMp3(Session& session, const fs::path& out, const ConvertOptions& optio
 struct Format {
     std::string_view extension;
     void (*write)(Session&, const fs::path& out, const ConvertOptions&);
-    bool takesSegment; ///< what is written is a performance
+    bool (*isPerformance)(const Manners&); ///< what is written lasts, and a segment of it may be
 };
 constexpr std::array kFormats{
-    Format{".sng", writeSng, false},
-    Format{".mid", writeMid, false},
-    Format{".wav", writeWav, true},
-    Format{".mp3", writeMp3, true},
+    Format{".sng", writeSng, [](const Manners&) { return false; }},
+    Format{".mid", writeMid, [](const Manners& manners) { return manners.exportsWhatIsHeard; }},
+    Format{".wav", writeWav, [](const Manners&) { return true; }},
+    Format{".mp3", writeMp3, [](const Manners&) { return true; }},
 };
 
 /// @param asked what the user wrote
@@ -161,6 +164,7 @@ void makeFolder(const fs::path& folder) {
 
 void convert(const Job& job, const ConvertOptions& options) {
     Session session(job.in, options.score);
+    session.refuseEmptySegment();
     warnOfSilence(job.in, session);
     job.format->write(session, job.out, options);
 }
@@ -169,8 +173,8 @@ int run(const QCommandLineParser& parser) {
     const auto jobs = jobsOf(parser);
     const ConvertOptions options{.score = readScoreOptions(parser),
                                  .mp3 = {.bitrate = bitrateOf(parser.value("bitrate"))}};
-    if (options.score.segment && !jobs.front().format->takesSegment)
-        throw UsageError("--segment is for what sounds: wav and mp3");
+    if (options.score.segment && !jobs.front().format->isPerformance(options.score.manners))
+        throw UsageError("--segment is for what is performed: wav, mp3, and mid without --classic");
     checkPlaces(jobs);
     if (parser.isSet("out"))
         makeFolder(toBytes(parser.value("out")));

@@ -116,6 +116,7 @@ int run(const QCommandLineParser& parser) {
     const ScoreOptions options = readScoreOptions(parser);
     const std::string device = toBytes(parser.value("device"));
     Session session(files.front(), options);
+    session.refuseEmptySegment();
 
     const bool throughSynth = device == DeviceChooser::kMapperName || device == MidiDevices::kSynthName;
     LiveSound sound(throughSynth ? chosenSoundFont(options) : options.soundFont);

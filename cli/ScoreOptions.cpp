@@ -48,13 +48,13 @@ std::vector<int> channelList(const QCommandLineParser& parser, const char* optio
     return channels;
 }
 
-ScoreOptions::Segment segmentOf(const QString& text) {
+PerformedSegment segmentOf(const QString& text) {
     constexpr const char* kWanted = "two positions A:B, the first not past the second";
     const QStringList ends = text.split(':');
     if (ends.size() != 2)
         refuse("segment", text, kWanted);
-    const ScoreOptions::Segment segment{number("segment", ends[0], kMostNotes, kWanted),
-                                        number("segment", ends[1], kMostNotes, kWanted)};
+    const PerformedSegment segment{number("segment", ends[0], kMostNotes, kWanted),
+                                   number("segment", ends[1], kMostNotes, kWanted)};
     if (segment.first > segment.last)
         refuse("segment", text, kWanted);
     return segment;
@@ -77,7 +77,8 @@ void addScoreOptions(QCommandLineParser& parser) {
     parser.addOptions({
         {"top-channel", "The highest channel that sounds (default: the highest with notes).", "channel"},
         {"top-melody-hint",
-         "The highest melody channel edited (default: 0), which rules chords in MIDI files.", "channel"},
+         "The highest melody channel edited (default: 0), which rules chords in MIDI files with --classic.",
+         "channel"},
         {"segment", "Plays positions A to B only, as \"Play Segment\" does (15 percent faster).", "A:B"},
         {"mute", "Leaves these channels out.", "C[,C]"},
         {"strum", "Strums the chords of these channels.", "C[,C]"},

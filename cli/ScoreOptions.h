@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "composition/Performance.h"
 #include "score/Manners.h"
 #include "score/SngFile.h"
 
@@ -14,16 +15,11 @@ namespace velmora::cli {
 
 /// How a score is opened and performed: the options that several commands share.
 struct ScoreOptions {
-    struct Segment {
-        int first; ///< positions, both played
-        int last;
-    };
-
     SngReader reader = SngReader::OpenPoliFile;
     Manners manners = Manners::careful();
     std::optional<int> topChannel; ///< none: as if every channel that holds notes had been selected
     std::optional<int> topMelodyHint;
-    std::optional<Segment> segment;
+    std::optional<PerformedSegment> segment;
     std::vector<int> mute;
     std::vector<int> strum;
     std::filesystem::path soundFont; ///< blank for the best one installed

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "cli/Session.h"
 
-#include "base/VirtualLoop.h"
-#include "cli/MessageListener.h"
+#include "cli/Commands.h"
 #include "cli/ScoreText.h"
 #include "composition/Player.h"
 #include "score/PlaybackEngine.h"
@@ -45,11 +44,20 @@ Session::Session(const std::filesystem::path& file, const ScoreOptions& options)
     }
 }
 
+void Session::refuseEmptySegment() const {
+    if (segment_ && segment_->last < 1)
+        throw Failure("there is nothing to play: a segment ends at position 1 or later");
+}
+
 void Session::perform(Player& player) {
     if (segment_)
         player.playSegment();
     else
         player.PlayAndStop_Click(false);
+}
+
+Performance Session::performance() const {
+    return velmora::perform({score, setup, chords, manners}, segment_);
 }
 
 double Session::seconds() const {
@@ -67,15 +75,6 @@ void warnOfSilence(const std::filesystem::path& file, const Session& session) {
         reason = "has a tempo that nothing is played at; 2 to 1380 are played";
     if (reason)
         std::fprintf(stderr, "velmora-cli: the score \"%s\" %s\n", file.c_str(), reason);
-}
-
-std::vector<TimedMessage> performedMessages(Session& session) {
-    std::vector<TimedMessage> messages;
-    VirtualLoop loop;
-    MessageListener port(loop, [&messages](const TimedMessage& one) { messages.push_back(one); });
-    Player player(session.played(), port, loop);
-    session.perform(player);
-    return messages;
 }
 
 } // namespace velmora::cli

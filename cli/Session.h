@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/ScoreOptions.h"
+#include "composition/Performance.h"
 #include "score/Manners.h"
 #include "score/PlayState.h"
 #include "score/PlayedScore.h"
@@ -9,11 +10,9 @@
 #include "score/ViewState.h"
 #include "sound/Chords.h"
 #include "sound/SetupState.h"
-#include "sound/TimedMessage.h"
 
 #include <filesystem>
 #include <optional>
-#include <vector>
 
 namespace velmora {
 class Player;
@@ -30,8 +29,12 @@ public:
 
     /// For a `Player`.
     [[nodiscard]] PlayedScore played() { return {score, setup, view, state, chords, manners}; }
+    /// Throws Failure if the options name a segment that "Play Segment" would not play.
+    void refuseEmptySegment() const;
     /// Plays the score, or the segment that the options name, to its end. The player is one of this session.
     void perform(Player& player);
+    /// The same as a list, made at once: the session stays as it is.
+    [[nodiscard]] Performance performance() const;
 
     /// Seconds from the beginning of the first position that is played to the end of the last.
     [[nodiscard]] double seconds() const;
@@ -44,13 +47,10 @@ public:
     PlayState state;
 
 private:
-    std::optional<ScoreOptions::Segment> segment_;
+    std::optional<PerformedSegment> segment_;
 };
 
 /// Says on standard error why nothing will be heard, if that is so.
 void warnOfSilence(const std::filesystem::path& file, const Session& session);
-
-/// Performs the session on a clock that jumps: every message that playing sends, with its moment.
-[[nodiscard]] std::vector<TimedMessage> performedMessages(Session& session);
 
 } // namespace velmora::cli

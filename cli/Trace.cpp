@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-#include "base/VirtualLoop.h"
 #include "cli/Commands.h"
-#include "cli/MessageListener.h"
 #include "cli/ScoreOptions.h"
 #include "cli/Session.h"
-#include "composition/Player.h"
+#include "composition/Performance.h"
 
 #include <QCommandLineParser>
 
+#include <cstddef>
 #include <cstdio>
 
 namespace velmora::cli {
@@ -18,17 +17,17 @@ int run(const QCommandLineParser& parser) {
     const auto files = fileArguments(parser);
     if (files.size() != 1)
         throw UsageError("takes exactly one score");
-    Session session(files.front(), readScoreOptions(parser));
-    VirtualLoop loop;
-    MessageListener port(loop, [&session](const TimedMessage& one) {
-        std::printf("%d %.6f ", session.state.PlayPosition, one.seconds);
+    const Session session(files.front(), readScoreOptions(parser));
+    session.refuseEmptySegment();
+    const Performance performance = session.performance();
+    for (std::size_t i = 0; i < performance.messages.size(); ++i) {
+        const TimedMessage& one = performance.messages[i];
+        std::printf("%d %.6f ", performance.origins[i].position, one.seconds);
         if (one.reset)
             std::puts("reset");
         else
             std::printf("0x%06X\n", one.word);
-    });
-    Player player(session.played(), port, loop);
-    session.perform(player);
+    }
     return 0;
 }
 

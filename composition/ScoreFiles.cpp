@@ -4,8 +4,8 @@
 #include "base/Dialogs.h"
 #include "base/Files.h"
 #include "base/Settings.h"
+#include "composition/MidiExport.h"
 #include "composition/Workspace.h"
-#include "score/MidiFile.h"
 #include "score/SngFile.h"
 
 #include <string_view>
@@ -121,12 +121,9 @@ ScoreFiles::Outcome ScoreFiles::saveScore(const std::string& path) {
 
 ScoreFiles::Outcome ScoreFiles::exportMidi(const std::string& path) {
     const Busy busy(onBusy);
-    // Building the file empties the channels that it spreads chords over; the user's own stay whole.
-    Score copy = workspace_.score;
-    ChordSteps steps = workspace_.chords;
     std::int32_t size = settings::read(settings_, settings::NumBytes);
     const std::int32_t before = size;
-    Outcome outcome = outcomeOfWriting(MidiFile(path, copy, steps, size));
+    Outcome outcome = outcomeOfWriting(writeMidi(path, PerformedScore::of(workspace_), size));
     if (size != before)
         settings::save(settings_, settings::NumBytes, size);
     return outcome;

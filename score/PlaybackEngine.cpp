@@ -2,6 +2,7 @@
 #include "score/PlaybackEngine.h"
 
 #include "base/MessageLoop.h"
+#include "score/Manners.h"
 #include "score/NotePlayer.h"
 #include "score/PlayState.h"
 #include "score/PlaybackView.h"
@@ -33,6 +34,7 @@ PlaybackEngine::PlaybackEngine(const PlayedScore& played, NotePlayer& player, Mi
     : score_(played.score)
     , view_(played.view)
     , state_(played.state)
+    , manners_(played.manners)
     , player_(player)
     , port_(port)
     , loop_(loop)
@@ -102,6 +104,7 @@ Turn PlaybackEngine::begin() {
         state_.PlayStepCount = 0;
         takeLineAway();
     }
+    timetable_.reset();
     return Turn(turns_);
 }
 
@@ -196,12 +199,23 @@ bool PlaybackEngine::prepare(float step) {
     views_.tell(&PlaybackView::showSongEnd);
     state_.StepSeconds = step;
     watches_.start(PlayStopwatch);
+    keepTimetable();
     return isPlayable(step);
+}
+
+/// A new one for each round; what comes round goes on from the last step's moment.
+void PlaybackEngine::keepTimetable() {
+    if (!manners_.keepsTime)
+        timetable_.reset();
+    else if (timetable_)
+        timetable_ = timetable_->following(state_.StepSeconds);
+    else
+        timetable_.emplace(loop_.now(), state_.StepSeconds);
 }
 
 PlaybackEngine::WalkEnd PlaybackEngine::walk(const Turn& turn) {
     while (state_.Playing) {
-        watches_.WaitSeconds(PlayStopwatch, state_.StepSeconds);
+        waitForStep();
         if (turn.isOver())
             break;
         if (state_.PausePending) {
@@ -229,6 +243,17 @@ PlaybackEngine::WalkEnd PlaybackEngine::walk(const Turn& turn) {
     return WalkEnd::Stopped;
 }
 
+void PlaybackEngine::waitForStep() {
+    if (!timetable_) {
+        watches_.WaitSeconds(PlayStopwatch, state_.StepSeconds);
+        return;
+    }
+    const double moment = timetable_->next();
+    loop_.serveUntil(moment);
+    if (timetable_) // a newer play may have begun, one without
+        timetable_->come(loop_.now());
+}
+
 void PlaybackEngine::pause() {
     port_.reset();
     takeLineAway();
@@ -241,7 +266,7 @@ void PlaybackEngine::pause() {
 /// False if a newer play has taken its place: then marks and window are that one's.
 bool PlaybackEngine::finish(const Turn& turn) {
     if (!turn.isOver() && isPlayable(state_.StepSeconds))
-        watches_.WaitSeconds(PlayStopwatch, state_.StepSeconds); // the last position gets its time
+        waitForStep(); // the last position gets its time
     if (turn.isOver()) {
         port_.reset();
         return false;

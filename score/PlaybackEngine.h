@@ -4,6 +4,9 @@
 #include "base/Guests.h"
 #include "base/Turns.h"
 #include "score/StopWatch.h"
+#include "score/Timetable.h"
+
+#include <optional>
 
 namespace velmora {
 
@@ -12,13 +15,14 @@ class MidiPort;
 class NotePlayer;
 class PlaybackView;
 class RecordingProgress;
+struct Manners;
 struct PlayState;
 struct PlayedScore;
 struct Score;
 struct ViewState;
 
-/// Walks the Score position by position: the grid is the timetable. Tempo is a floor, not a clock: the work
-/// of a step adds to the step.
+/// Walks the Score position by position: there is no list of events. In careful manners the steps keep a
+/// `Timetable`; in classic ones tempo is a floor, not a clock: the work of a step adds to the step.
 class PlaybackEngine {
 public:
     PlaybackEngine(const PlayedScore& played, NotePlayer& player, MidiPort& port, MessageLoop& loop,
@@ -61,7 +65,9 @@ private:
     void showPlayMark(int rightLimit);
     void showMovedView();
     [[nodiscard]] bool prepare(float step);
+    void keepTimetable();
     [[nodiscard]] WalkEnd walk(const Turn& turn);
+    void waitForStep();
     void pause();
     void playChannel(int channel);
     void keepSegmentEnd();
@@ -75,6 +81,7 @@ private:
     Score& score_;
     ViewState& view_;
     PlayState& state_;
+    const Manners& manners_;
     NotePlayer& player_;
     MidiPort& port_;
     MessageLoop& loop_;
@@ -83,10 +90,11 @@ private:
 
     mStopWatch watches_;
     int PlayStopwatch;
-    int segmentEnd_ = 0;      ///< the last position of the segment that plays
-    int linePosition_ = -1;   ///< where the play line stands; -1 for nowhere
-    bool comesRound_ = false; ///< the loop starts afresh
-    Turns turns_;             ///< of plays: events are served while one ends, so a newer may begin before
+    std::optional<Timetable> timetable_; ///< of what plays, if its steps keep one
+    int segmentEnd_ = 0;                 ///< the last position of the segment that plays
+    int linePosition_ = -1;              ///< where the play line stands; -1 for nowhere
+    bool comesRound_ = false;            ///< the loop starts afresh
+    Turns turns_; ///< of plays: events are served while one ends, so a newer may begin before
 };
 
 } // namespace velmora

@@ -92,7 +92,10 @@ class CliTest(unittest.TestCase):
             if rng.random() < 0.3:
                 segment = sorted(rng.choices(range(70), k=2))
                 options += ["--segment", f"{segment[0]}:{segment[1]}"]
-            wanted = Player(score, top, muted, strummed).play(segment)
+            classic = rng.random() < 0.5
+            if classic:
+                options += ["--classic"]
+            wanted = Player(score, top, muted, strummed, classic).play(segment)
             done = run("trace", file, *options)
             self.assertEqual(done.returncode, 0, done.stderr)
             self.assertEqual(done.stdout.splitlines(), wanted, f"case {case}: {options}")
@@ -116,9 +119,11 @@ class CliTest(unittest.TestCase):
         self.assertIn("SongEnd: 200000\n", run("info", file).stdout)
         ons = [line for line in run("trace", file).stdout.splitlines() if line.endswith("90") and "0x7F43" in line]
         self.assertEqual([int(line.split()[0]) for line in ons], [0, 32768, 40000, 199999])
-        self.assertEqual(run("convert", file, self.path("long.mid")).returncode, 0)
-        notes = self.listed(self.path("long.mid"))
-        self.assertEqual([int(n[1]) for n in notes if n[2] == "Note_on_c"], [0, 393216, 480000, 2399988])
+        for options, ticks in ((["--classic"], [0, 393216, 480000, 2399988]),
+                               ([], [240 * (p + 1) for p in (0, 32768, 40000, 199999)])):
+            self.assertEqual(run("convert", file, self.path("long.mid"), *options).returncode, 0)
+            notes = self.listed(self.path("long.mid"))
+            self.assertEqual([int(n[1]) for n in notes if n[2] == "Note_on_c"], ticks)
 
     # Files
 
@@ -128,12 +133,113 @@ class CliTest(unittest.TestCase):
 
     def test_a_midi_lister_reads_the_notes_that_the_score_holds(self):
         file = self.tune(rows=(60, 60, 50), length=4)
-        self.assertEqual(run("convert", file, self.path("t.mid")).returncode, 0)
+        self.assertEqual(run("convert", file, self.path("t.mid"), "--classic").returncode, 0)
         records = self.listed(self.path("t.mid"))
         self.assertEqual(records[0], ["0", "0", "Header", "1", "14", "48"])
         notes = [(int(r[1]), r[2], int(r[4])) for r in records if r[2].startswith("Note")]
         self.assertEqual(notes, [(0, "Note_on_c", 67), (48, "Note_off_c", 67), (48, "Note_on_c", 67),
                                  (96, "Note_off_c", 67), (96, "Note_on_c", 77), (144, "Note_off_c", 77)])
+
+    def performed(self, path):
+        """What a player that merges the tracks of a MIDI file sends: moments and words; and the end of each track."""
+        records = self.listed(path)
+        division = int(records[0][5])
+        tempi = [(int(r[1]), int(r[3])) for r in records if r[2] == "Tempo"]
+
+        def moment(tick):
+            passed, since, per = 0.0, 0, 0.0
+            for at, microseconds in tempi:
+                if at > tick:
+                    break
+                passed, since, per = passed + (at - since) * per, at, microseconds / 1e6 / division
+            return passed + (tick - since) * per
+
+        kinds = {"Note_off_c": 0x80, "Note_on_c": 0x90, "Control_c": 0xB0, "Program_c": 0xC0}
+        words = [(int(r[1]), kinds[r[2]] + sum(int(v) << 8 * i for i, v in enumerate(r[3:]))) for r in records
+                 if r[2] in kinds]
+        return ([(moment(tick), word) for tick, word in sorted(words, key=lambda one: one[0])],
+                [moment(int(r[1])) for r in records if r[2] == "End_track"])
+
+    def assert_sounds_as_traced(self, file, *options):
+        done = run("convert", file, self.path("heard.mid"), *options)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        got, ends = self.performed(self.path("heard.mid"))
+        traced = [line.split() for line in run("trace", file, *options).stdout.splitlines()]
+        wanted = [(float(moment), int(word, 16)) for _, moment, word in traced if word != "reset"]
+        wanted = [(moment, word) for moment, word in wanted if word & 0xFF808000 == 0]  # ports drop the others
+        self.assertEqual([word for _, word in got[:len(wanted)]], [word for _, word in wanted])
+        self.assertLess(max((abs(a - b) for (a, _), (b, _) in zip(got, wanted)), default=0), 0.001)
+        end = float(traced[-1][1])
+        for moment in ends:
+            self.assertAlmostEqual(moment, end, delta=0.001)
+        for moment, word in got[len(wanted):]:
+            self.assertEqual(word & 0xF0, 0x80)
+            self.assertAlmostEqual(moment, end, delta=0.001)
+
+    def test_a_midi_lister_reads_what_playing_sends(self):
+        demos = os.path.join(os.path.dirname(__file__), "..", "..", "packaging", "demos")
+        for name in sorted(os.listdir(demos)):
+            if name.endswith(".sng"):
+                self.assert_sounds_as_traced(os.path.join(demos, name))
+        march = os.path.join(demos, "march.sng")
+        self.assert_sounds_as_traced(march, "--mute", "0,8")
+        self.assert_sounds_as_traced(march, "--top-channel", "3")
+        self.assert_sounds_as_traced(march, "--segment", "30:90")
+        self.assert_sounds_as_traced(os.path.join(demos, "folksong.sng"), "--strum", "0,1,2,3,4,5,6,7")
+        rng = random.Random(23)
+        for _ in range(10):
+            self.assert_sounds_as_traced(self.save("r.sng", random_score(rng).text()), "--strum", "0,2,5")
+
+    def rising(self, path, moments):
+        """How much later than its moment each note begins that stands alone."""
+        with wave.open(path) as sound:
+            rate = sound.getframerate()
+            left = struct.unpack(f"<{sound.getnframes() * 2}h", sound.readframes(sound.getnframes()))[::2]
+        late = []
+        for moment in moments:
+            at = int(moment * rate)
+            before = max(map(abs, left[at - rate // 20:at - rate // 50]), default=0)
+            begun = next(i for i in range(at - rate // 50, at + rate // 5) if abs(left[i]) > 4 * before + 300)
+            late.append(begun / rate - moment)
+        return late
+
+    def three_minutes(self):
+        """Single notes far apart, at a tempo whose quarter is no whole number of microseconds; the last one at the end."""
+        score = Score(6600)
+        score.tempo = 503
+        for p in (0, 1000, 2500, 4000, 5555, 6580):
+            score.cell[0][p], score.instrument[0][p] = 60, 13
+            score.cell[0][p + 1], score.instrument[0][p + 1] = 1060, 13
+        return self.save("three.sng", score.text())
+
+    def test_a_tune_lasts_as_long_as_sound_as_midi_and_as_a_list(self):
+        file = self.three_minutes()
+        trace = [line.split() for line in run("trace", file).stdout.splitlines()]
+        moments = [float(moment) for _, moment, word in trace if word.endswith("90")]
+        self.assertGreater(moments[-1], 180)
+        _, ends = self.performed_of(file)
+        for end in ends:
+            self.assertAlmostEqual(end, float(trace[-1][1]), delta=0.002)
+        done = run("convert", file, self.path("t.wav"), "--soundfont", SMALL_SOUNDFONT)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        late = self.rising(self.path("t.wav"), moments)
+        self.assertLess(max(late) - min(late), 0.002, late)
+
+    def performed_of(self, file):
+        self.assertEqual(run("convert", file, self.path("p.mid")).returncode, 0)
+        return self.performed(self.path("p.mid"))
+
+    def test_a_player_that_is_not_ours_plays_the_midi_file_as_the_sound_file_sounds(self):
+        file = self.three_minutes()
+        trace = [line.split() for line in run("trace", file).stdout.splitlines()]
+        moments = [float(moment) for _, moment, word in trace if word.endswith("90")]
+        for out in ("t.mid", "t.wav"):
+            self.assertEqual(run("convert", file, self.path(out), "--soundfont", SMALL_SOUNDFONT).returncode, 0)
+        subprocess.run(["fluidsynth", "-niq", "-r", "44100", "-F", self.path("stranger.wav"), SMALL_SOUNDFONT,
+                        self.path("t.mid")], check=True, capture_output=True)
+        ours, theirs = (self.rising(self.path(name), moments) for name in ("t.wav", "stranger.wav"))
+        for one, other in zip(ours, theirs):
+            self.assertAlmostEqual(one, other, delta=0.005)
 
     def test_a_score_comes_back_as_it_was(self):
         text = random_score(random.Random(3)).text()
@@ -150,7 +256,8 @@ class CliTest(unittest.TestCase):
 
     def test_the_lesson_in_midi_is_what_its_score_exports(self):
         demos = os.path.join(os.path.dirname(__file__), "..", "..", "packaging", "demos")
-        self.assertEqual(run("convert", os.path.join(demos, "333.sng"), self.path("333.mid")).returncode, 0)
+        self.assertEqual(run("convert", os.path.join(demos, "333.sng"), self.path("333.mid"),
+                             "--classic").returncode, 0)
         with open(self.path("333.mid"), "rb") as made, open(os.path.join(demos, "333.mid"), "rb") as kept:
             self.assertEqual(made.read(), kept.read())
 
@@ -241,8 +348,19 @@ class CliTest(unittest.TestCase):
                 self.assertEqual(done.returncode, 1, words)
                 self.assertIn("standard output", done.stderr)
 
-    def test_a_segment_that_is_none_plays_nothing(self):
-        self.assertEqual(run("trace", self.tune(), "--segment", "0:0").stdout, "")
+    def test_a_segment_that_is_none_is_refused(self):
+        file = self.tune()
+        for words in (["trace", file], ["play", file], *(["convert", file, self.path("o" + end)]
+                                                        for end in (".wav", ".mp3", ".mid"))):
+            for options in ([], ["--classic"]):
+                if words[-1].endswith(".mid") and options:
+                    continue  # takes no segment at all
+                done = run(*words, "--segment", "0:0", *options)
+                self.assertEqual((done.returncode, done.stdout), (1, ""), words)
+                self.assertIn("nothing to play", done.stderr)
+        self.assertEqual(os.listdir(self.folder), ["tune.sng"])
+        self.assertNotEqual(run("trace", file, "--segment", "1:1").stdout, "")
+        self.assertNotEqual(run("trace", file, "--segment", "0:1").stdout, "")
 
     def test_silence_and_older_forms_are_told(self):
         self.assertIn("tempo", run("convert", self.tune(tempo=1), self.path("t.mid")).stderr)
@@ -265,7 +383,7 @@ class CliTest(unittest.TestCase):
                       ["convert", file, out, "--top-channel", "13"], ["convert", file, out, "--mute", "1,x"],
                       ["trace", file, "--segment", "9:3"], ["trace", file, "--segment", "9"], ["trace", file, file],
                       ["trace", file, "--form", "third"], ["convert", file, self.path("o.mp3"), "--bitrate", "129"],
-                      ["convert", file, "--to", "ogg"], ["convert", file, out, "--segment", "0:3"],
+                      ["convert", file, "--to", "ogg"], ["convert", file, out, "--classic", "--segment", "0:3"],
                       ["convert", file, self.path("o.sng"), "--segment", "0:3"], ["play", file, "--no-such-option"]):
             done = run(*words)
             self.assertEqual(done.returncode, 2, (words, done.stderr))

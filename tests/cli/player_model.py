@@ -61,8 +61,8 @@ def kind(cell):
 
 
 class Player:
-    def __init__(self, score, top=None, muted=(), strummed=()):
-        self.s, self.muted, self.strummed = score, muted, strummed
+    def __init__(self, score, top=None, muted=(), strummed=(), classic=False):
+        self.s, self.muted, self.strummed, self.classic = score, muted, strummed, classic
         self.top = top if top is not None else max([1] + score.used())
         self.velocity = [127] * 12 + [0] * 4
         self.drum = [False] * 16
@@ -154,7 +154,16 @@ class Player:
             if kind(new) == 1:
                 played_instrument[c] = instrument
 
+    def wait(self, step):
+        """Until the next step: classic, its time after the work; careful, when it is due or as soon as it can."""
+        if self.classic:
+            self.now += step
+            return
+        self.taken += 1
+        self.now = self.last = max(self.now, step * self.taken, self.last + step / 4)
+
     def play(self, segment=None):
+        self.taken, self.last = 0, 0.0
         played, played_instrument = [-1] * 16, [-1] * 16
         end = self.s.song_end(self.muted)
         factor, self.position = 0.046, 0
@@ -167,10 +176,10 @@ class Player:
         if not 0.01 <= step <= 10:
             return self.lines
         while self.position <= end:
-            self.now += step
+            self.wait(step)
             self.play_notes(played, played_instrument)
             self.position += 1
-        self.now += step
+        self.wait(step)
         for c in range(CHANNELS):
             if c not in self.muted and played[c] >= 0:
                 self.stop(played[c] % 1000, c)

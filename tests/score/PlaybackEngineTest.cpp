@@ -99,6 +99,15 @@ struct PlaybackEngineTest : testing::Test {
             words.push_back(one.word);
         return words;
     }
+    void beCareful() { manners = Manners::careful(); }
+    /// When the note-ons of a channel were sent.
+    std::vector<double> moments(int ch) const {
+        std::vector<double> list;
+        for (const auto& one : port.sent)
+            if (shortmessage::status(one.word) == 0x90 && shortmessage::channel(one.word) == ch)
+                list.push_back(one.moment);
+        return list;
+    }
     static std::uint32_t on(int ch, int row, int velocity = 127) {
         return shortmessage::noteOn(ch, 127 - row, velocity);
     }
@@ -495,4 +504,176 @@ TEST_F(PlaybackEngineTest, PositionsMayPass16Bits) {
     EXPECT_THAT(play(), ElementsAre(on(0, 60), off(0, 60), kReset));
     EXPECT_EQ(state.PlayPosition, 200001);
     EXPECT_NEAR(port.notes()[0].moment, 200000 * 0.01, 1e-3);
+}
+
+TEST_F(PlaybackEngineTest, InClassicMannersTheWorkOfAStepAddsToIt) {
+    for (int p = 0; p < 10; ++p)
+        note(0, p, 60);
+    loop.onWait = [&](double) { loop.block(0.01); };
+    play();
+    const auto heard = moments(0);
+    ASSERT_EQ(heard.size(), 10U);
+    for (int p = 0; p < 10; ++p)
+        EXPECT_NEAR(heard[static_cast<std::size_t>(p)], (p + 1) * 0.148, 1e-6) << p;
+    EXPECT_NEAR(loop.now(), 12 * 0.148, 1e-6);
+}
+
+TEST_F(PlaybackEngineTest, InCarefulMannersStepsFallAtTheStartAndNSteps) {
+    beCareful();
+    loop.block(3); // the clock has run before
+    score.Tempo = 500;
+    for (int p = 0; p < 100; ++p)
+        note(0, p, 60);
+    int waits = 0;
+    loop.onWait = [&](double) { loop.block(++waits % 2 == 0 ? 0.02 : 0.001); };
+    play();
+    const auto heard = moments(0);
+    ASSERT_EQ(heard.size(), 100U);
+    const double step = PlaybackEngine::songStep(500);
+    for (int p = 0; p < 100; ++p)
+        EXPECT_NEAR(heard[static_cast<std::size_t>(p)], 3 + (p + 1) * step + (p % 2 == 0 ? 0.001 : 0.02),
+                    1e-9);
+    EXPECT_NEAR(loop.now(), 3 + 102 * step + 0.02, 1e-9) << "after the last position's time, and its work";
+}
+
+TEST_F(PlaybackEngineTest, AStrummedChordDoesNotShiftWhatFollowsInCarefulManners) {
+    score.Tempo = 500;
+    setup.Chkstrum[0] = true;
+    for (const int p : {0, 40, 80}) {
+        note(0, p, 60);
+        score.Polyphonics.set(1, p, 1);
+    }
+    for (int p = 0; p < 100; ++p)
+        note(1, p, 50);
+    const double step = PlaybackEngine::songStep(500);
+    for (const bool careful : {false, true}) {
+        manners = Manners::of(!careful);
+        const double before = loop.now();
+        play();
+        const auto heard = moments(1);
+        ASSERT_EQ(heard.size(), 100U);
+        const double strums = careful ? 0 : 3 * 0.115;
+        EXPECT_NEAR(heard[99], before + 100 * step + strums, 1e-6) << careful;
+        EXPECT_NEAR(heard[20], before + 21 * step + strums / 3, 1e-6) << careful;
+        EXPECT_NEAR(heard[0], before + step + 0.115, 1e-6) << "the chord's own step waits for it";
+    }
+}
+
+TEST_F(PlaybackEngineTest, AfterAStallNoPositionIsLeftOutAndTheBeatIsFoundAgain) {
+    beCareful();
+    for (int p = 0; p < 30; ++p)
+        note(0, p, 60);
+    int waits = 0;
+    loop.onWait = [&](double) {
+        if (++waits == 10)
+            loop.block(0.5);
+    };
+    play();
+    const auto heard = moments(0);
+    ASSERT_EQ(heard.size(), 30U);
+    EXPECT_NEAR(heard[8], 9 * 0.138, 1e-6);
+    EXPECT_NEAR(heard[9], 10 * 0.138 + 0.5, 1e-6);
+    for (std::size_t p = 10; p < 30; ++p)
+        EXPECT_GT(heard[p] - heard[p - 1], 0.034) << p;
+    for (std::size_t p = 15; p < 30; ++p)
+        EXPECT_NEAR(heard[p], static_cast<double>(p + 1) * 0.138, 1e-6) << p;
+}
+
+TEST_F(PlaybackEngineTest, AfterALongSleepPlayingGoesOnAtItsOwnPace) {
+    beCareful();
+    for (int p = 0; p < 30; ++p)
+        note(0, p, 60);
+    int waits = 0;
+    loop.onWait = [&](double) {
+        if (++waits == 10)
+            loop.block(3600);
+    };
+    play();
+    const auto heard = moments(0);
+    ASSERT_EQ(heard.size(), 30U);
+    for (std::size_t p = 9; p < 30; ++p)
+        EXPECT_NEAR(heard[p], 3600 + static_cast<double>(p + 1) * 0.138, 1e-6) << p;
+}
+
+TEST_F(PlaybackEngineTest, EachPlayAndEachResumeBeginsATimetableOfItsOwn) {
+    beCareful();
+    for (int p = 0; p < 6; ++p)
+        note(0, p, 60);
+    int waits = 0;
+    loop.onWait = [&](double) {
+        if (++waits == 3)
+            state.PausePending = true;
+    };
+    play();
+    loop.block(0.9);
+    const double resumed = loop.now();
+    play();
+    const auto heard = moments(0);
+    ASSERT_EQ(heard.size(), 4U);
+    for (std::size_t n = 0; n < 4; ++n)
+        EXPECT_NEAR(heard[n], resumed + static_cast<double>(n + 1) * 0.138, 1e-6);
+
+    loop.block(0.9);
+    const double begun = loop.now();
+    state.SegmentEnd = 3;
+    engine.playSegment();
+    EXPECT_NEAR(moments(0)[4], begun + 0.12, 1e-6) << "a segment has its own step";
+    EXPECT_NEAR(loop.now(), begun + 5 * 0.12, 1e-6);
+}
+
+TEST_F(PlaybackEngineTest, ALoopKeepsTheBeatFromRoundToRoundInCarefulManners) {
+    beCareful();
+    note(0, 0, 60, 2);
+    state.LoopOn = true;
+    for (const bool lineShown : {true, false}) {
+        state.ShowPlayLine = lineShown;
+        int waits = 0;
+        const double before = loop.now();
+        loop.onWait = [&](double) {
+            loop.block(0.05);
+            if (++waits == 30) // three positions a round
+                state.Playing = false;
+        };
+        play();
+        const auto heard = moments(0);
+        ASSERT_EQ(heard.size(), 10U);
+        for (std::size_t round = 0; round < 10; ++round)
+            EXPECT_NEAR(heard[round], before + static_cast<double>(3 * round + 1) * 0.138 + 0.05, 1e-6)
+                << round << ' ' << lineShown;
+    }
+}
+
+TEST_F(PlaybackEngineTest, ATempoThatChangesWhileALoopPlaysCountsFromTheNextRoundOn) {
+    beCareful();
+    note(0, 0, 60, 2);
+    state.LoopOn = true;
+    int waits = 0;
+    loop.onWait = [&](double) {
+        if (++waits == 2)
+            score.Tempo = 200;
+        if (waits == 9)
+            state.Playing = false;
+    };
+    play();
+    const auto heard = moments(0);
+    ASSERT_EQ(heard.size(), 3U);
+    EXPECT_NEAR(heard[1], 3 * 0.138 + 0.069, 1e-6);
+    EXPECT_NEAR(heard[2], 3 * 0.138 + 4 * 0.069, 1e-6);
+}
+
+TEST_F(PlaybackEngineTest, MannersThatChangeWhileAPlayGoesOnCountFromTheNextOneOn) {
+    for (int p = 0; p < 20; ++p)
+        note(0, p, 60);
+    for (const bool classic : {true, false}) {
+        manners = Manners::of(classic);
+        int waits = 0;
+        const double before = loop.now();
+        loop.onWait = [&](double) {
+            loop.block(0.01);
+            if (++waits == 5)
+                manners = Manners::of(!classic);
+        };
+        play();
+        EXPECT_NEAR(loop.now() - before, classic ? 22 * 0.148 : 22 * 0.138 + 0.01, 1e-6);
+    }
 }
