@@ -46,7 +46,8 @@ FormScreen::FormScreen(const FormStrips& strips, const Workspace& workspace)
 void FormScreen::showChannels() {
     const Score& score = workspace_.score;
     strips_.channels.show(score);
-    strips_.readOuts.showTrack(score.ActiveChannel);
+    strips_.readOuts.showTrack(score.ActiveChannel,
+                               toQString(trackOf(score.ActiveChannel, workspace_.manners)));
     strips_.readOuts.setField(TopBarOverlay::LblNumnotes, toQString(noteCountText(score.SongEnd)));
     strips_.picmain.showHint(score.SongEnd == 0 && score.usedChannels().empty());
     setScrollMaximum(columnRange(workspace_.view, score.SongEnd).maximum);

@@ -241,7 +241,7 @@ void form1::changed(Changes changes) {
     static constexpr auto kRows = std::to_array<Row>({
         {File, &form1::showUsedPercussion},
         {Name, &form1::showTitle},
-        {kAnyNotes | Channels | Length, &form1::showChannels},
+        {kAnyNotes | Channels | Length | Change::Manners, &form1::showChannels},
         {Instruments, &form1::showNextNote},
         {Meter, &form1::PrintTopBar},
         {Modes | Looks, &form1::showModes},
