@@ -245,7 +245,7 @@ void form1::changed(Changes changes) {
         {Instruments, &form1::showNextNote},
         {Meter, &form1::PrintTopBar},
         {Modes | Looks, &form1::showModes},
-        {Tools, &form1::showTools},
+        {Tools | Change::Manners, &form1::showTools},
         {Undo, &form1::showUndo},
     });
     if (changes.any(Channels))

@@ -157,8 +157,13 @@ TEST_P(form1AgainstCompanionTest, BothLeaveTheSameFile) {
     workspace().edit.CycleNotes = 5;
     workspace().edit.CycleBeats = 7;
     workspace().edit.TotalNotes = 40;
-    QStringList words{"edit", QString::fromStdString(before), QString::fromStdString(told), "pick 0,1,8",
-                      "cycle 5 7 40"};
+    QStringList words{
+        "edit",       "--classic",   QString::fromStdString(before), QString::fromStdString(told),
+        "pick 0,1,8", "cycle 5 7 40"};
+    if (GetParam() % 2 == 0) {
+        words.removeAt(1);
+        workspace().setManners(Manners::careful());
+    }
     for (int step = 0; step < 40; ++step)
         words << QString::fromStdString(edit());
     score().currentFile = (folders.home() / "window.sng").string();
