@@ -176,8 +176,8 @@ void Ch_Click(Workspace& workspace, int channel, bool ticked) {
         edit.add(Change::Modes);
     }
     setup.Ch[channel] = ticked;
-    // The list index as it is, one below the chord's type: that is meant.
-    workspace.score.Polyphonics.fillRow(channel + 1, static_cast<std::int16_t>(ticked ? setup.Combo3 : 0));
+    const std::int16_t chord = ticked ? listedChord(workspace) : std::int16_t{0};
+    workspace.score.Polyphonics.fillRow(channel + 1, chord);
 }
 
 void Text3_Change(Workspace& workspace, std::int16_t height) {
@@ -209,3 +209,7 @@ bool setScoreLength(Workspace& workspace, std::int64_t numNotes) {
 }
 
 } // namespace velmora
+std::int16_t listedChord(const Workspace& workspace) {
+    return static_cast<std::int16_t>(workspace.setup.Combo3 + (workspace.manners.storesChordType ? 1 : 0));
+}
+

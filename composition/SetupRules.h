@@ -74,3 +74,5 @@ void Text3_Change(Workspace& workspace, std::int16_t height);
 bool setScoreLength(Workspace& workspace, std::int64_t numNotes);
 
 } // namespace velmora
+/// What the chord list stores: the type of its chord; in classic manner its index, one below, which is meant.
+[[nodiscard]] std::int16_t listedChord(const Workspace& workspace);
