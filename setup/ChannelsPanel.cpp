@@ -2,6 +2,7 @@
 #include "setup/ChannelsPanel.h"
 
 #include "base/QtText.h"
+#include "composition/SetupRules.h"
 #include "composition/Workspace.h"
 #include "parts/ChannelColours.h"
 #include "parts/ChannelSquare.h"
@@ -149,7 +150,7 @@ void ChannelsPanel::refresh() {
     }
     LblInst1->showName(toQString(chosen.MelodyInstrumentName));
     LblInst2->showName(toQString(chosen.PercussionInstrumentName));
-    Label2->setText(QString::number(desk_.workspace.setup.channels[score.ActiveChannel].volume));
+    Label2->setText(QString::number(shownSound(desk_.workspace).front().value));
 }
 
 bool ChannelsPanel::isPressed(int channel) const {
