@@ -123,7 +123,16 @@ void FormScreen::setPointer(Box box, Pointer pointer) {
     strips_.picmain.surface(surfaceOf(box))->setCursor(cursorOf(pointer));
 }
 void FormScreen::setToolText(std::string_view caption, std::string_view text) {
+    mentions_ = false;
     strips_.textLine.setText(toQString(caption), toQString(text));
+}
+void FormScreen::mention(std::string_view text) {
+    setToolText({}, text);
+    mentions_ = true;
+}
+void FormScreen::dropMention() {
+    if (mentions_)
+        setToolText({}, {});
 }
 void FormScreen::showEffects(int modulation, int pan, int reverb, int chorus) {
     strips_.effects.showEffects(modulation, pan, reverb, chorus);

@@ -250,6 +250,7 @@ void form1::changed(Changes changes) {
     });
     if (changes.any(Channels))
         input_->rememberChannel();
+    screen_->dropMention();
     for (const Row& row : kRows)
         if (changes.any(row.when))
             (this->*row.show)();
@@ -332,7 +333,7 @@ void form1::bringBack(const LeftScore& left) {
 
 bool form1::mSaveAs_Click() {
     if (!desk_.workspace.holdsNotes())
-        screen_->setToolText({}, "There are no notes yet that could be saved");
+        screen_->mention("There are no notes yet that could be saved");
     const ScoreFiles::Outcome outcome = files_->saveAs();
     tellUser(outcome.words);
     return outcome.done;
