@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "composition/EditState.h"
 #include "composition/MelodyMaker.h"
+#include "composition/Workspace.h"
 
 #include <array>
 #include <cstdint>
@@ -13,16 +13,22 @@ namespace velmora {
 /// field does: also while a number is being typed.
 struct CycleValue {
     std::int16_t EditState::*value;
-    void (*set)(EditState& edit, std::int16_t value);
+    std::int16_t Cycle::*counted; ///< what it stands for
+    void (*set)(Workspace& workspace, std::int16_t value);
 };
 
 /// In the order of the fields: `Txtlen` and `Txtnotes`, `TxtRep` and `Txtbeats`, `TxtNt` and `Txtrepeat`.
 inline constexpr std::array<CycleValue, 3> kCycleValues{{
-    {&EditState::TotalNotes, [](EditState& edit, std::int16_t value) { edit.TotalNotes = value; }},
-    {&EditState::CycleBeats,
-     [](EditState& edit, std::int16_t value) { takeCycle(edit, value, edit.CycleNotes); }},
-    {&EditState::CycleNotes,
-     [](EditState& edit, std::int16_t value) { takeCycle(edit, edit.CycleBeats, value); }},
+    {&EditState::TotalNotes, &Cycle::total,
+     [](Workspace& workspace, std::int16_t value) { workspace.edit.TotalNotes = value; }},
+    {&EditState::CycleBeats, &Cycle::beats,
+     [](Workspace& workspace, std::int16_t value) {
+         takeCycle(workspace.edit, workspace.manners, value, workspace.edit.CycleNotes);
+     }},
+    {&EditState::CycleNotes, &Cycle::notes,
+     [](Workspace& workspace, std::int16_t value) {
+         takeCycle(workspace.edit, workspace.manners, workspace.edit.CycleBeats, value);
+     }},
 }};
 
 } // namespace velmora

@@ -41,16 +41,15 @@ struct Stamp {
     bool overlapped; ///< by the next one, which writes the cell after `stop` too
 };
 
-std::vector<Stamp> stampsOf(const Workspace& workspace) {
-    const EditState& edit = workspace.edit;
+std::vector<Stamp> stampsOf(const Workspace& workspace, const Cycle& cycle) {
     const int end = workspace.score.NumNotes;
-    const int last = workspace.view.PlayMark + edit.TotalNotes;
+    const int last = workspace.view.PlayMark + cycle.total;
     std::vector<Stamp> stamps;
-    for (int at = workspace.view.PlayMark; at <= last && edit.CycleBeats > 0; at += edit.CycleBeats) {
-        const int stop = std::min(at + edit.SelectSpan, end);
+    for (int at = workspace.view.PlayMark; at <= last && cycle.beats > 0; at += cycle.beats) {
+        const int stop = std::min(at + workspace.edit.SelectSpan, end);
         if (at > end && stop == end)
             break; // this one and all others lie behind the score's end
-        const int next = at + edit.CycleBeats;
+        const int next = at + cycle.beats;
         const bool overlapped = next <= std::min(last, end) && next <= stop + 1;
         stamps.push_back({at, stop, (overlapped ? next : stop + 1) - at, overlapped});
     }
@@ -83,12 +82,12 @@ void stampRow(std::span<const std::int16_t> from, std::span<std::int16_t> to, in
 /// work is that of one walk over the score.
 void stampAlong(Workspace& workspace, const StampChannels& channels) {
     Score& score = workspace.score;
-    EditState& edit = workspace.edit;
-    if (edit.TotalNotes == 0)
-        edit.TotalNotes = kUsualCycle;
-    if (edit.CycleBeats == 0)
-        edit.CycleBeats = kUsualCycle;
-    const std::vector<Stamp> stamps = stampsOf(workspace);
+    const Cycle cycle = cycleOf(workspace.edit, workspace.manners);
+    if (!workspace.manners.motifBeginsAtStart) { // the fields show what they stood for
+        workspace.edit.TotalNotes = cycle.total;
+        workspace.edit.CycleBeats = cycle.beats;
+    }
+    const std::vector<Stamp> stamps = stampsOf(workspace, cycle);
     for (int channel = 0; channel < kUsedChannels; ++channel) {
         const bool stamped = channels.stamped[channel];
         for (const ScoreLayer& layer : kScoreLayers) {
@@ -115,15 +114,25 @@ std::int16_t fieldValue(int number) {
 }
 } // namespace
 
+Cycle cycleOf(const EditState& edit, const Manners& manners) {
+    const auto orElse = [](std::int16_t value, std::int16_t blank) { return value != 0 ? value : blank; };
+    if (!manners.motifBeginsAtStart)
+        return {orElse(edit.TotalNotes, kUsualCycle), orElse(edit.CycleBeats, kUsualCycle), edit.CycleNotes};
+    const std::int16_t beats = orElse(edit.CycleBeats, kWorkedExample.beats);
+    return {orElse(edit.TotalNotes, kWorkedExample.total), beats,
+            orElse(edit.CycleNotes, std::min(kWorkedExample.notes, beats))};
+}
+
 void CopyMelody(Workspace& workspace, int& start, int firstChannel, int lastChannel) {
     Score& score = workspace.score;
     ViewState& view = workspace.view;
     const int first = start;
+    const int notes = cycleOf(workspace.edit, workspace.manners).notes;
     eraseNoteBuffers(score);
     for (const ScoreLayer& layer : kScoreLayers)
         (score.*layer.clip).resize(score.NumNotes + 1);
-    view.SelectEnd = first + workspace.edit.CycleNotes;
-    workspace.edit.SelectSpan = workspace.edit.CycleNotes;
+    view.SelectEnd = first + notes;
+    workspace.edit.SelectSpan = notes;
     const Channels picked = channelsOf(firstChannel, lastChannel, [&](int channel) {
         return workspace.manners.oneChannelSet ? worksOn(workspace, BlockCommand::Copy, channel)
                                                : workspace.edit.ChannelPicked[channel];
@@ -131,9 +140,9 @@ void CopyMelody(Workspace& workspace, int& start, int firstChannel, int lastChan
     for (int channel = 0; channel < kUsedChannels; ++channel) {
         if (!picked[channel])
             continue;
-        copyToBuffers(score, channel, first, workspace.edit.CycleNotes);
+        copyToBuffers(score, channel, first, notes);
         // The motif is one cell longer in the notes than in chords and effects; that is meant.
-        copyNotesToBuffers(score, channel, first, workspace.edit.CycleNotes + 1);
+        copyNotesToBuffers(score, channel, first, notes + 1);
     }
     makeFirstHeads(score);
     view.PlayMark += first;
@@ -164,7 +173,7 @@ void CopyRepeat(Workspace& workspace, int firstChannel, int lastChannel) {
 void createMelody(Workspace& workspace, int txtStart) {
     const Edit edit(workspace, kAnyNotes | Change::Marks);
     workspace.keepForUndo("Create Melody");
-    workspace.view.SelectStart = txtStart;
+    workspace.view.SelectStart = workspace.manners.motifBeginsAtStart ? std::max(txtStart - 1, 0) : txtStart;
     CopyMelody(workspace, workspace.view.SelectStart, 0, kUsedChannels - 1);
 }
 
@@ -180,9 +189,10 @@ void duplicateMelody(Workspace& workspace) {
                all || percussion ? kUsedChannels - 1 : kMelodyChannels - 1);
 }
 
-void takeCycle(EditState& edit, int notesInLoop, int playableNotes) {
+void takeCycle(EditState& edit, const Manners& manners, int notesInLoop, int playableNotes) {
     edit.CycleBeats = fieldValue(notesInLoop);
-    edit.CycleNotes = fieldValue(std::min(playableNotes, notesInLoop));
+    const int loop = manners.motifBeginsAtStart ? cycleOf(edit, manners).beats : notesInLoop;
+    edit.CycleNotes = fieldValue(std::min(playableNotes, loop));
 }
 
 void takeStart(Workspace& workspace, int txtStart) {
@@ -191,7 +201,8 @@ void takeStart(Workspace& workspace, int txtStart) {
     ViewState& view = workspace.view;
     edit.txtStart = fieldValue(txtStart);
     view.SelectStart = txtStart - 1;
-    if (edit.TotalNotes < view.SelectStart)
+    const bool isBlank = edit.TotalNotes == 0 && workspace.manners.motifBeginsAtStart;
+    if ((isBlank ? kWorkedExample.total : edit.TotalNotes) < view.SelectStart)
         edit.TotalNotes = fieldValue(view.SelectStart + 1);
 }
 

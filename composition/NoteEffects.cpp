@@ -38,11 +38,42 @@ CellClass classAt(const Score& score, int position) {
     return cellClass(score.NoteCell.valueOr(score.ActiveChannel, position, kEmptyCell));
 }
 
-void giveInstrumentAndChord(Score& score, const EffectSelectors& effects, int position) {
+void giveInstrumentAndChord(Workspace& workspace, int position) {
+    Score& score = workspace.score;
+    const EffectSelectors& effects = workspace.effects;
     const int channel = score.ActiveChannel;
-    score.NoteInstrument.set(channel, position, effects.NoteInstrumentPick);
+    const bool refused =
+        workspace.manners.givesWholeNoteAllEffects && !refusalOf(score, effects.NoteInstrumentPick).empty();
+    if (!refused)
+        score.NoteInstrument.set(channel, position, effects.NoteInstrumentPick);
     if (isMelody(channel))
         score.Polyphonics.set(channel + 1, position, effects.Combo3);
+}
+
+void giveEffects(Score& score, const EffectSelectors& effects, int position) {
+    for (const EffectLayer& layer : kEffectLayers)
+        (score.*layer.grid)
+            .set(score.ActiveChannel, position + 1,
+                 static_cast<std::int16_t>(effects.*layer.selector + layer.shownAsZero));
+}
+
+/// Of the active channel playing reads the volume one after the head, of all others at the head itself. Where
+/// notes touch, both leave the other's alone as far as that goes.
+void giveVolume(Score& score, std::int16_t volume, NoteCells cells) {
+    const int channel = score.ActiveChannel;
+    const bool behindANote = classAt(score, cells.first - 1) == CellClass::Head;
+    const bool beforeANote = classAt(score, cells.last + 1) == CellClass::Head;
+    const int first = behindANote ? cells.first + 1 : cells.first;
+    const int last = beforeANote && cells.last > cells.first ? cells.last : cells.last + 1;
+    for (int index = std::max(first, 0); index <= last; ++index)
+        score.Volume.set(channel, index, volume);
+}
+
+void giveAllEffects(Workspace& workspace, NoteCells cells) {
+    Score& score = workspace.score;
+    giveVolume(score, workspace.effects.vol3, cells);
+    for (int position = cells.first; isMelody(score.ActiveChannel) && position <= cells.last; ++position)
+        giveEffects(score, workspace.effects, position);
 }
 
 void sound(Workspace& workspace, NotePlayer& player, int head) {
@@ -51,7 +82,7 @@ void sound(Workspace& workspace, NotePlayer& player, int head) {
     if (score.ChannelMuted[channel])
         return;
     workspace.play.PlayPosition = head; // chord and effects are read there
-    player.ChangeInstrument(workspace.effects.NoteInstrumentPick, channel);
+    player.ChangeInstrument(score.NoteInstrument.valueOr(channel, head, 0), channel);
     player.Startnote(cellRow(score.NoteCell.valueOr(channel, head, 0)), channel);
 }
 
@@ -65,17 +96,21 @@ void resetSetup(Workspace& workspace) {
 
 std::optional<NoteCells> applyNoteEffects(Workspace& workspace, NotePlayer& player, int head) {
     Score& score = workspace.score;
-    const Edit edit(workspace, changeOfNotes(score.ActiveChannel));
-    workspace.history.name("Single Note Effects");
-    const bool whole = classAt(score, head) == CellClass::Head;
-    NoteCells cells{whole ? head : head + 1, head};
-    if (whole)
-        giveInstrumentAndChord(score, workspace.effects, head);
+    const int channel = score.ActiveChannel;
+    NoteCells cells{std::max(head, 0), head};
     while (classAt(score, cells.last + 1) == CellClass::Continuation)
-        giveInstrumentAndChord(score, workspace.effects, ++cells.last);
-    if (whole)
+        ++cells.last;
+    if (cells.last < cells.first || !score.NoteCell.contains(channel, cells.first))
+        return std::nullopt;
+    const Edit edit(workspace, changeOfNotes(channel));
+    workspace.history.name("Single Note Effects");
+    for (int position = cells.first; position <= cells.last; ++position)
+        giveInstrumentAndChord(workspace, position);
+    if (workspace.manners.givesWholeNoteAllEffects)
+        giveAllEffects(workspace, cells);
+    if (classAt(score, head) == CellClass::Head)
         sound(workspace, player, head);
-    return cells.last < cells.first ? std::nullopt : std::optional(cells);
+    return cells;
 }
 
 std::optional<NoteReadout> applyAlongIndicator(Workspace& workspace, int position) {
@@ -92,12 +127,10 @@ std::optional<NoteReadout> applyAlongIndicator(Workspace& workspace, int positio
                                                : workspace.instruments.PercussionInstrument);
     score.Volume.set(channel, position + 1, effects.vol3);
     if (isMelody(channel)) {
-        // One position after the one that playing reads; that is meant.
-        score.Polyphonics.set(channel + 1, position + 1, effects.Combo3);
-        for (const EffectLayer& layer : kEffectLayers)
-            (score.*layer.grid)
-                .set(channel, position + 1,
-                     static_cast<std::int16_t>(effects.*layer.selector + layer.shownAsZero));
+        // In classic manner one position after the one that playing reads; that is meant.
+        const int read = workspace.manners.storesChordType ? position : position + 1;
+        score.Polyphonics.set(channel + 1, read, effects.Combo3);
+        giveEffects(score, effects, position);
     }
     return readNote(score, position);
 }

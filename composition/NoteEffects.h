@@ -2,6 +2,7 @@
 #pragma once
 
 #include "composition/NoteReadout.h"
+#include "composition/StrokeWriting.h"
 
 #include <array>
 #include <cstdint>
@@ -17,17 +18,13 @@ struct Workspace;
 // Single Note Effects: an instrument, a chord, a volume and four effects for each note, as the selectors in
 // `EffectSelectors` stand. None of it shows anything, and none of it takes a snapshot for undo.
 
-/// The cells that a note covers.
-struct NoteCells {
-    int first = 0;
-    int last = 0;
-    bool operator==(const NoteCells&) const = default;
-};
-
 /// The note of the active channel with its head at @p head takes instrument and chord, and sounds with its
-/// first cell's effects; a muted channel stays silent. A rest of a note that has lost its head takes both
-/// silently, but the cell before it, empty as it is, does not. Percussion has no chord.
-/// @return the cells that were changed; nothing if there is no note
+/// first cell's effects; a muted channel stays silent. An empty cell takes both silently, with the rest of a
+/// note that has lost its head behind it. Percussion has no chord.
+///
+/// In careful manner all cells take volume and effects as well, so that the note sounds as the page says;
+/// percussion, whose notes have no effects of their own, takes the volume, and no melody instrument.
+/// @return the cells that were changed; nothing outside the Score
 std::optional<NoteCells> applyNoteEffects(Workspace& workspace, NotePlayer& player, int head);
 
 /// A right press or drag on `Pic2a`: gives @p position of the active channel volume, chord and effects and

@@ -3,6 +3,7 @@
 
 #include "composition/StrokeWriting.h"
 #include "composition/Workspace.h"
+#include "score/Manners.h"
 #include "score/Score.h"
 #include "sound/Chords.h"
 #include "sound/Instruments.h"
@@ -37,7 +38,6 @@ NoteReadout readNote(const Score& score, int position) {
     NoteReadout note;
     note.number = std::to_string(position + 1);
     note.vol = std::to_string(score.Volume.valueOr(channel, position + 1, kClearedVolume));
-    note.track = std::to_string(channel + 1);
     note.inst = blank ? "Blank Note" : nameOfCode(score.NoteInstrument.valueOr(channel, position, 0));
     if (channel >= kFirstPercussion) {
         note.name = "-";
@@ -58,6 +58,11 @@ NoteReadout Pic2a_MouseDown(Workspace& workspace, int position) {
     if (cellClass(score.NoteCell.valueOr(score.ActiveChannel, position, kEmptyCell)) == CellClass::Empty)
         resetEffects(score, score.ActiveChannel, position);
     return readNote(score, position);
+}
+
+std::string trackOf(int channel, const Manners& manners) {
+    const bool isPastDrums = channel > kFirstPercussion && manners.readsChannelAsSquare;
+    return std::to_string(isPastDrums ? channel : channel + 1);
 }
 
 std::string noteLine(const NoteReadout& note) {

@@ -2,12 +2,15 @@
 #include "composition/SetupRules.h"
 
 #include "base/Settings.h"
+#include "composition/StrokeWriting.h"
 #include "composition/Workspace.h"
 #include "score/ApplyInstrument.h"
 
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <span>
+#include <vector>
 
 namespace velmora {
 
@@ -34,6 +37,42 @@ bool setBeats(Workspace& workspace, int beats) {
         return false;
     TxBeats_Change(workspace, static_cast<std::int16_t>(beats));
     return true;
+}
+
+/// Where a sound value is kept: of a channel, and of its positions.
+struct SoundLayer {
+    std::int16_t PlaybackChannelSetup::*kept;
+    ChannelGrid Score::*cells; ///< the index is the position + 1
+};
+/// In the order of `SoundValue`.
+constexpr std::array<SoundLayer, kSoundValues> kSoundLayers{{
+    {&PlaybackChannelSetup::volume, &Score::Volume},
+    {&PlaybackChannelSetup::modulation, &Score::Modulation_Change},
+    {&PlaybackChannelSetup::pan, &Score::Pan_Change},
+    {&PlaybackChannelSetup::reverb, &Score::Reverb_Change},
+    {&PlaybackChannelSetup::chorus, &Score::Chorus_Change},
+}};
+
+/// The heads of a channel's notes, in their order.
+std::vector<int> headsOf(const Score& score, int channel) {
+    std::vector<int> heads;
+    for (int position = 0; position <= score.NumNotes; ++position)
+        if (cellClass(score.NoteCell.valueOr(channel, position, kEmptyCell)) == CellClass::Head)
+            heads.push_back(position);
+    return heads;
+}
+
+/// The instrument of the active channel is the one that is chosen for new notes of its group.
+void followInstrument(Workspace& workspace) {
+    const int channel = workspace.score.ActiveChannel;
+    const std::int16_t code = workspace.score.ChannelInstrument[channel];
+    const bool melody = channel < kFirstPercussion;
+    InstrumentSelection& chosen = workspace.instruments;
+    if (melody != (code < kFirstPercussionCode) || nameOfCode(code).empty())
+        return;
+    (melody ? chosen.MelodyInstrument : chosen.PercussionInstrument) = code;
+    (melody ? chosen.MelodyInstrumentName : chosen.PercussionInstrumentName) = nameOfCode(code);
+    announce(workspace, Change::Instruments);
 }
 
 bool isOf(int channel, std::size_t count) {
@@ -126,17 +165,53 @@ void fillEffects(Workspace& workspace) {
         return;
     const Edit edit(workspace, Change::Effects);
     workspace.history.name("Effects of the channel");
-    const PlaybackChannelSetup& values = setup.channels[channel];
-    score.Modulation_Change.fillRow(channel, values.modulation);
-    score.Pan_Change.fillRow(channel, values.pan);
-    score.Reverb_Change.fillRow(channel, values.reverb);
-    score.Chorus_Change.fillRow(channel, values.chorus);
+    for (const SoundLayer& layer : std::span(kSoundLayers).subspan(1))
+        (score.*layer.cells).fillRow(channel, setup.channels[channel].*layer.kept);
+}
+
+void setController(Workspace& workspace, SoundValue controller, std::int16_t value) {
+    const int channel = workspace.score.ActiveChannel;
+    if (!isOf(channel, workspace.setup.channels.size()))
+        return;
+    Edit edit(workspace, Change::Sound);
+    workspace.history.name("Sound of the channel");
+    const SoundLayer& layer = kSoundLayers[static_cast<std::size_t>(controller)];
+    workspace.setup.channels[channel].*layer.kept = value;
+    if (!workspace.manners.choosingKeepsEffects)
+        return;
+    (workspace.score.*layer.cells).fillRow(channel, value);
+    edit.add(Change::Effects);
+}
+
+std::array<ShownSound, kSoundValues> shownSound(const Workspace& workspace) {
+    const Score& score = workspace.score;
+    const int channel = score.ActiveChannel;
+    std::array<ShownSound, kSoundValues> shown;
+    if (!isOf(channel, workspace.setup.channels.size()))
+        return shown;
+    const bool ofNotes = workspace.manners.choosingKeepsEffects;
+    const int mark = workspace.view.PlayMark;
+    const std::vector<int> heads = ofNotes ? headsOf(score, channel) : std::vector<int>();
+    const auto next = std::ranges::lower_bound(heads, noteAt(score, channel, mark).first);
+    const int position = next != heads.end() ? *next : heads.empty() ? mark : heads.front();
+    for (std::size_t i = 0; i < kSoundValues; ++i) {
+        const std::int16_t kept = workspace.setup.channels[channel].*kSoundLayers[i].kept;
+        const ChannelGrid& cells = score.*kSoundLayers[i].cells;
+        shown[i].value = ofNotes ? cells.valueOr(channel, position + 1, kept) : kept;
+        shown[i].varies = std::ranges::any_of(heads, [&](int head) {
+            return cells.valueOr(channel, head + 1, shown[i].value) != shown[i].value;
+        });
+    }
+    return shown;
 }
 
 void chooseChannel(Workspace& workspace, int channel) {
     const Edit edit(workspace);
     workspace.selectChannel(channel);
-    fillEffects(workspace);
+    if (workspace.manners.choosingKeepsEffects)
+        followInstrument(workspace);
+    else
+        fillEffects(workspace);
 }
 
 void TrackSel_Click(Workspace& workspace, const SettingsStore& settings, int channel) {
@@ -147,7 +222,8 @@ void TrackSel_Click(Workspace& workspace, const SettingsStore& settings, int cha
         return;
     score.ChannelShown.fill(false);
     score.ChannelShown[channel] = true;
-    applyInstrument(workspace, settings);
+    if (!workspace.manners.choosingKeepsEffects)
+        applyInstrument(workspace, settings);
 }
 
 void applyInstrument(Workspace& workspace, const SettingsStore& settings) {
@@ -173,6 +249,10 @@ void Combo3_Click(SetupState& setup, ChordSteps& chords, int item) {
     chords.ChordStep3 = type.step3;
 }
 
+std::int16_t listedChord(const Workspace& workspace) {
+    return static_cast<std::int16_t>(workspace.setup.Combo3 + (workspace.manners.storesChordType ? 1 : 0));
+}
+
 void Ch_Click(Workspace& workspace, int channel, bool ticked) {
     SetupState& setup = workspace.setup;
     if (!isOf(channel, setup.Ch.size()))
@@ -184,8 +264,8 @@ void Ch_Click(Workspace& workspace, int channel, bool ticked) {
         edit.add(Change::Modes);
     }
     setup.Ch[channel] = ticked;
-    // The list index as it is, one below the chord's type: that is meant.
-    workspace.score.Polyphonics.fillRow(channel + 1, static_cast<std::int16_t>(ticked ? setup.Combo3 : 0));
+    const std::int16_t chord = ticked ? listedChord(workspace) : std::int16_t{0};
+    workspace.score.Polyphonics.fillRow(channel + 1, chord);
 }
 
 void Text3_Change(Workspace& workspace, std::int16_t height) {

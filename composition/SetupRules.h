@@ -4,6 +4,7 @@
 #include "score/Numbers.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -47,14 +48,35 @@ void setTempo(Workspace& workspace, std::int16_t tempo);
 void setVelocity(Workspace& workspace, std::int16_t value);
 /// Every position of `Volume` of the active channel.
 void fillVolume(Workspace& workspace, std::int16_t value);
+
+/// What the toolbar's sound sliders stand for: the level, which notes have as their volume, and the four
+/// controllers, which they have as effects.
+enum class SoundValue : std::uint8_t { Volume, Modulation, Pan, Reverb, Chorus };
+inline constexpr std::size_t kSoundValues = 5;
+
+/// The slider of a controller was moved: its value on the active channel, and in careful manner every
+/// position of its effect array, and of that alone.
+void setController(Workspace& workspace, SoundValue controller, std::int16_t value);
 /// The four controllers of the active channel into every position of its effect arrays. Nothing while the
 /// toolbar is closed.
 void fillEffects(Workspace& workspace);
 
-/// The usual channel change: makes the channel the active one and, while the toolbar is open, gives it the
-/// toolbar's effects.
+/// What a slider shows.
+struct ShownSound {
+    std::int16_t value = 0;
+    bool varies = false; ///< other notes of the channel have another
+    bool operator==(const ShownSound&) const = default;
+};
+/// Of the active channel, in the order of `SoundValue`: the channel's own values; in careful manner those of
+/// the note at the play mark, or else the next one, or else the first.
+[[nodiscard]] std::array<ShownSound, kSoundValues> shownSound(const Workspace& workspace);
+
+/// The usual channel change: makes the channel the active one. In careful manner what is chosen for new notes
+/// becomes the channel's instrument; in classic, while the toolbar is open, the channel takes the toolbar's
+/// effects.
 void chooseChannel(Workspace& workspace, int channel);
-/// `TrackSel` of the toolbar: the same, and its button alone is lit, and it takes the chosen instrument.
+/// `TrackSel` of the toolbar: the same, and its button alone is lit; in classic manner it takes the chosen
+/// instrument, and so do its notes within the selection.
 void TrackSel_Click(Workspace& workspace, const SettingsStore& settings, int channel);
 /// Gives the chosen instrument, or if none is yet that of the settings, to the active channel and to its
 /// notes within the selection, which "Undo Last note" brings back.
@@ -62,6 +84,8 @@ void applyInstrument(Workspace& workspace, const SettingsStore& settings);
 
 /// `Combo3`: the chord list's item, and its steps. The hint beside the other list stays.
 void Combo3_Click(SetupState& setup, ChordSteps& chords, int item);
+/// What the chord list stores: the type of its chord; in classic manner its index, one below, which is meant.
+[[nodiscard]] std::int16_t listedChord(const Workspace& workspace);
 /// `Ch`: a chord for the whole melody channel, or none, whether notes stand there or not.
 /// A tick also has a right click give notes the chord of the list.
 void Ch_Click(Workspace& workspace, int channel, bool ticked);

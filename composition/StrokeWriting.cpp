@@ -2,6 +2,7 @@
 #include "composition/StrokeWriting.h"
 
 #include "composition/ScoreLayers.h"
+#include "score/Manners.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -35,6 +36,15 @@ void eraseCell(Score& score, int channel, int position) {
     }
 }
 } // namespace
+
+NoteCells noteAt(const Score& score, int channel, int position) {
+    if (cellClass(score.NoteCell.valueOr(channel, position, kEmptyCell)) == CellClass::Empty)
+        return {position, position};
+    NoteCells note{headOf(score, channel, position), position};
+    while (isContinuation(score, channel, note.last + 1))
+        ++note.last;
+    return note;
+}
 
 void writeNote(Score& score, const DrawnNote& note) {
     writeCell(score, note, note.first, note.row);
@@ -85,15 +95,23 @@ void resetEffects(Score& score, int channel, int position) {
     score.Chorus_Change.set(channel, position + 1, kClearedEffect);
 }
 
-bool setChord(Score& score, int channel, int position, int listIndex) {
+bool setChord(Score& score, const Manners& manners, int channel, int position, int chord) {
     if (!isMelody(channel))
         return false;
     bool changed = false;
-    for (const int at : {position, headOf(score, channel, position)}) {
+    const auto give = [&](int at) {
         const auto old = score.Polyphonics.at(channel + 1, at);
-        changed = changed || (old && *old != listIndex);
-        score.Polyphonics.set(channel + 1, at, static_cast<std::int16_t>(listIndex));
+        changed = changed || (old && *old != chord);
+        score.Polyphonics.set(channel + 1, at, static_cast<std::int16_t>(chord));
+    };
+    if (!manners.storesChordType) {
+        give(position);
+        give(headOf(score, channel, position));
+        return changed;
     }
+    const NoteCells note = noteAt(score, channel, position);
+    for (int at = note.first; at <= note.last; ++at)
+        give(at);
     return changed;
 }
 

@@ -3,6 +3,7 @@
 
 namespace velmora {
 
+struct Manners;
 struct Score;
 
 // What strokes do to the cells of one channel. Positions outside the Score are passed over.
@@ -14,6 +15,16 @@ struct DrawnNote {
     int first = 0;
     int last = 0;
 };
+
+/// The cells that a note covers.
+struct NoteCells {
+    int first = 0;
+    int last = 0;
+    bool operator==(const NoteCells&) const = default;
+};
+
+/// The note that the cell at @p position is of; that position alone where it is empty.
+[[nodiscard]] NoteCells noteAt(const Score& score, int channel, int position);
 
 /// Writes head and continuations with the channel's instrument; an older note that starts before is cut
 /// there.
@@ -33,8 +44,9 @@ void eraseNote(Score& score, int channel, int head);
 
 /// The four effects of a position as `ClearAll` leaves them; the volume stays.
 void resetEffects(Score& score, int channel, int position);
-/// Gives @p position, and the head of the note there, a chord; percussion has none. True if any changed.
-bool setChord(Score& score, int channel, int position, int listIndex);
+/// Gives @p position, and the head of the note there, a chord; where types are stored, the whole note, since
+/// playing asks a note's last cell which chord is to end. Percussion has none. True if any changed.
+bool setChord(Score& score, const Manners& manners, int channel, int position, int chord);
 
 /// Copies five cells of a channel, from @p position on, to the start of the copy buffers.
 void copyFiveCells(Score& score, int channel, int position);

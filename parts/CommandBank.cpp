@@ -3,6 +3,7 @@
 
 #include "base/QtText.h"
 #include "shell/ExToolTip.h"
+#include "shell/Frmmenu.h"
 
 #include <utility>
 
@@ -31,6 +32,7 @@ ButtonForm formAt(CommandPlace place, bool labelled) {
 CommandBank::CommandBank(std::string_view name, std::span<const CommandRow> rows, const Appearance& look,
                          ExToolTip& tips, QWidget* parent)
     : rows_(rows)
+    , tips_(tips)
     , routines_(rows.size()) {
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const CommandRow& row = rows[i];
@@ -39,7 +41,9 @@ CommandBank::CommandBank(std::string_view name, std::span<const CommandRow> rows
         button->setFace(row.icon, toQString(row.label));
         button->setCheckable(row.toggles);
         button->setEnabled(false);
-        tips.SetToolTip(*button, {toQString(row.title), toQString(row.text), std::string(row.icon)});
+        Tip tip = tipOf(static_cast<int>(i));
+        tip.text += QLatin1Char('\n') + toQString(kToCome);
+        tips.SetToolTip(*button, tip);
         QObject::connect(button, &QAbstractButton::clicked, button, [this, i] {
             if (routines_[i])
                 routines_[i]();
@@ -51,6 +55,12 @@ CommandBank::CommandBank(std::string_view name, std::span<const CommandRow> rows
 void CommandBank::bind(int index, std::function<void()> routine) {
     routines_.at(static_cast<std::size_t>(index)) = std::move(routine);
     (*this)[index].setEnabled(true);
+    tips_.SetToolTip((*this)[index], tipOf(index));
+}
+
+Tip CommandBank::tipOf(int index) const {
+    const CommandRow& row = this->row(index);
+    return {toQString(row.title), toQString(row.text), std::string(row.icon)};
 }
 
 void CommandBank::press(int index) const {

@@ -12,9 +12,11 @@
 namespace velmora {
 
 class ExToolTip;
+struct Tip;
 
 /// A control array of command buttons, made from a table: each with its face, its tool text and its name,
-/// "Cmd2(3)" say. A button that no routine is bound to is disabled.
+/// "Cmd2(3)" say. A button that no routine is bound to is disabled, and its tool text says that it is to
+/// come.
 class CommandBank {
 public:
     /// The buttons belong to @p parent, or to the strip that a later `setParent` puts them on.
@@ -38,7 +40,10 @@ public:
     void setOn(int index, bool on) const { (*this)[index].setChecked(on); }
 
 private:
+    [[nodiscard]] Tip tipOf(int index) const;
+
     std::span<const CommandRow> rows_;
+    ExToolTip& tips_;
     std::vector<CommandButton*> buttons_;
     std::vector<std::function<void()>> routines_;
 };

@@ -55,7 +55,8 @@ FrmInst::FrmInst(Desk& desk, QWidget* owner)
     , LstInstruments(addList("LstInstruments", "Melody", kMargin))
     , LstInstruments2(addList("LstInstruments2", "Percussion", 2 * kMargin + kListWidth))
     , CmdOk(addButton("CmdOk", "&Ok", kSize.width() - kMargin - 2 * kButton.width() - 8))
-    , CmdCancel(addButton("CmdCancel", "&Cancel", kSize.width() - kMargin - kButton.width())) {
+    , CmdCancel(addButton("CmdCancel", "&Cancel", kSize.width() - kMargin - kButton.width()))
+    , sample_(desk.port) {
     setObjectName("FrmInst");
     setWindowTitle("Velmora  INSTRUMENTS");
     setWindowModality(Qt::ApplicationModal);
@@ -70,12 +71,16 @@ FrmInst::FrmInst(Desk& desk, QWidget* owner)
     connect(CmdOk, &QPushButton::clicked, this, [this] { CmdOk_Click(); });
     connect(CmdCancel, &QPushButton::clicked, this, [this] { CmdCancel_Click(); });
     attachTips(desk_.tips);
-    desk_.tips.SetToolTip(*LstInstruments, {"Melody", "Instruments. Double click one to pick it", ""});
-    desk_.tips.SetToolTip(*LstInstruments2,
-                          {"Percussion", "Percussion sounds. Double click one to pick it", ""});
+    desk_.tips.SetToolTip(*LstInstruments,
+                          {"Melody", "Instruments. A click lets you hear one, a double click picks it", ""});
+    desk_.tips.SetToolTip(
+        *LstInstruments2,
+        {"Percussion", "Percussion sounds. A click lets you hear one, a double click picks it", ""});
     desk_.tips.SetToolTip(*CmdOk, {"Ok", "Pick what is selected", ""});
     desk_.tips.SetToolTip(*CmdCancel, {"Cancel", "Keep the instruments as they are", ""});
     selectCurrent();
+    letHear(*LstInstruments, 0);
+    letHear(*LstInstruments2, kFirstPercussionCode);
     LstInstruments->setFocus();
 }
 
@@ -105,6 +110,21 @@ void FrmInst::selectCurrent() {
     const InstrumentSelection& chosen = desk_.workspace.instruments;
     select(*LstInstruments, chosen.MelodyInstrumentName);
     select(*LstInstruments2, chosen.PercussionInstrumentName);
+}
+
+/// By mouse and by key; a press on the entry that is selected lets it be heard once more.
+void FrmInst::letHear(QListWidget& list, int firstCode) {
+    const auto hear = [this, &list, firstCode] { this->hear(list, firstCode); };
+    connect(&list, &QListWidget::itemSelectionChanged, this, hear);
+    connect(&list, &QListWidget::itemPressed, this, hear);
+}
+
+void FrmInst::hear(const QListWidget& list, int firstCode) {
+    const int row = selectedRow(list);
+    if (row < 0 || !isVisible() || desk_.workspace.play.Playing)
+        return sample_.stop();
+    if (sample_.playing() != firstCode + row)
+        sample_.play(firstCode + row);
 }
 
 void FrmInst::open() {
@@ -181,6 +201,11 @@ void FrmInst::closeEvent(QCloseEvent* event) {
     event->accept();
     if (parentWidget())
         parentWidget()->window()->activateWindow();
+}
+
+void FrmInst::hideEvent(QHideEvent* event) {
+    sample_.stop();
+    SkinnedWindow::hideEvent(event);
 }
 
 void FrmInst::keyPressEvent(QKeyEvent* event) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "parts/InstrumentSample.h"
 #include "parts/Windows.h"
 #include "shell/SkinnedWindow.h"
 
@@ -24,7 +25,8 @@ struct InstrumentSelection;
 /// | `CmdOk`           | "Ok"                                    | `CmdOk_Click`, as is Enter              |
 /// | `CmdCancel`       | "Cancel"                                | `CmdCancel_Click`, as is Esc            |
 ///
-/// Typing in a list goes to the entry that begins so.
+/// Typing in a list goes to the entry that begins so. An entry that is chosen is heard, unless the score
+/// plays.
 class FrmInst : public SkinnedWindow {
 public:
     /// @param owner the window over which it stands, in the middle
@@ -47,12 +49,15 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
     [[nodiscard]] QListWidget* addList(const char* name, const char* heading, int x);
     [[nodiscard]] QPushButton* addButton(const char* name, const char* caption, int x);
     void selectCurrent();
+    void letHear(QListWidget& list, int firstCode);
+    void hear(const QListWidget& list, int firstCode);
     void takeMelody(int row);
     void takePercussion(int row);
     void finish(PickedInstrument picked);
@@ -62,6 +67,7 @@ private:
     QListWidget* LstInstruments2;
     QPushButton* CmdOk;
     QPushButton* CmdCancel;
+    InstrumentSample sample_;
 };
 
 } // namespace velmora

@@ -7,11 +7,13 @@
 
 namespace velmora {
 
-/// The name of a picked instrument. A double click opens the picker; so does Enter or Space.
+/// The name of a picked instrument, with the mark of a list that opens. A click opens the picker; so does
+/// Enter, Space, F4 or Alt with the down arrow.
 class InstrumentField : public QLineEdit {
 public:
     explicit InstrumentField(QWidget* parent);
 
+    /// The picker is wanted; the second click of a double click asks once more.
     std::function<void()> onOpen;
 
     /// Shows the beginning of the name, however long it is.
@@ -19,8 +21,17 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void open() const;
+
+    bool pressed_ = false;
 };
 
 } // namespace velmora

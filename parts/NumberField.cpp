@@ -22,8 +22,17 @@ NumberField::NumberField(const QString& arrows, const QString& text, QWidget* pa
 void NumberField::showNumber(int shown) {
     const QLineEdit& edit = *lineEdit();
     const bool isTyped = edit.hasFocus() && edit.isModified();
-    if ((edit.text().isEmpty() && !isTyped) || fieldNumber(edit.text().toStdString()) != shown)
-        lineEdit()->setText(QString::number(shown));
+    const QString text = edit.text();
+    if (isTyped ? fieldNumber(text.toStdString()) != shown : text != textOf(shown))
+        lineEdit()->setText(textOf(shown));
+}
+
+void NumberField::setBlankText(const QString& greyed) {
+    lineEdit()->setPlaceholderText(greyed);
+}
+
+QString NumberField::textOf(int shown) const {
+    return shown == 0 && !lineEdit()->placeholderText().isEmpty() ? QString() : QString::number(shown);
 }
 
 void NumberField::stepBy(int steps) {
@@ -34,7 +43,7 @@ void NumberField::stepBy(int steps) {
 
 void NumberField::settle() {
     if (number)
-        lineEdit()->setText(QString::number(number()));
+        lineEdit()->setText(textOf(number()));
 }
 
 QAbstractSpinBox::StepEnabled NumberField::stepEnabled() const {

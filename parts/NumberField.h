@@ -14,6 +14,8 @@ class NumberField : public QAbstractSpinBox {
 public:
     NumberField(const QString& arrows, const QString& text, QWidget* parent);
 
+    /// What a blank text stands for, shown greyed: 0 is a blank text then. Blank for a field that shows 0.
+    void setBlankText(const QString& greyed);
     /// Shows a number from code, unless the text means it already or is just being typed: nobody is told.
     void showNumber(int shown);
 
@@ -30,6 +32,7 @@ protected:
 
 private:
     void settle();
+    [[nodiscard]] QString textOf(int shown) const;
 };
 
 } // namespace velmora

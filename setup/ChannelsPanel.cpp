@@ -2,6 +2,7 @@
 #include "setup/ChannelsPanel.h"
 
 #include "base/QtText.h"
+#include "composition/SetupRules.h"
 #include "composition/Workspace.h"
 #include "parts/ChannelColours.h"
 #include "parts/ChannelSquare.h"
@@ -116,13 +117,14 @@ void ChannelsPanel::addInstruments(QGroupBox& group, const Appearance& look) {
     int y = 34;
     for (const FieldRow& row :
          {FieldRow{&LblInst1, "LblInst1", "Melody",
-                   "The instrument of new melody notes. Double click to pick"},
-          FieldRow{&LblInst2, "LblInst2", "Percussion", "The sound of new beats. Double click to pick"}}) {
-        addSmallWords(group, row.words, {12, y, 64, 24});
+                   "New melody notes get it, and the notes of a selection. Click to pick"},
+          FieldRow{&LblInst2, "LblInst2", "Percussion",
+                   "New beats get it, and the beats of a selection. Click to pick"}}) {
+        addSmallWords(group, row.words, {12, y, 56, 24});
         auto* field = new InstrumentField(&group);
         field->setObjectName(row.name);
         field->setAccessibleName(QString(row.words) + " instrument");
-        field->setGeometry(76, y, 140, 24);
+        field->setGeometry(68, y, 148, 24);
         field->onOpen = [this] {
             if (LblInst_DblClick)
                 LblInst_DblClick();
@@ -131,9 +133,9 @@ void ChannelsPanel::addInstruments(QGroupBox& group, const Appearance& look) {
         *row.field = field;
         y += 28;
     }
-    addSmallWords(group, "Volume", {12, 92, 64, 20});
+    addSmallWords(group, "Volume", {12, 92, 56, 20});
     Label2 = new ReadOut(look, "Label2", &group);
-    Label2->setGeometry(76, 92, 52, 20);
+    Label2->setGeometry(68, 92, 52, 20);
     desk_.tips.SetToolTip(*Label2, {"Volume", "The volume of the active channel", ""});
 }
 
@@ -149,7 +151,7 @@ void ChannelsPanel::refresh() {
     }
     LblInst1->showName(toQString(chosen.MelodyInstrumentName));
     LblInst2->showName(toQString(chosen.PercussionInstrumentName));
-    Label2->setText(QString::number(desk_.workspace.setup.channels[score.ActiveChannel].volume));
+    Label2->setText(QString::number(shownSound(desk_.workspace).front().value));
 }
 
 bool ChannelsPanel::isPressed(int channel) const {

@@ -14,12 +14,15 @@
 #include <QGroupBox>
 #include <QScopedValueRollback>
 
+#include <algorithm>
+
 namespace velmora {
 
 namespace {
 constexpr int kMost = 127;
 constexpr int kRow = 38;
 constexpr int kFirstRow = 48;
+constexpr QChar kVaries(u'\u2026'); ///< behind a value that not all notes have
 
 /// A controller: its bar, its label, where its value is kept and how it is sent.
 struct EffectRow {
@@ -27,18 +30,15 @@ struct EffectRow {
     const char* label;
     const char* caption;
     const char* tip;
-    std::int16_t PlaybackChannelSetup::*value;
+    SoundValue value;
     void (*send)(MidiPort&, int value, int channel);
     int middle; ///< the value that is shown as 0
 };
 constexpr std::array<EffectRow, 4> kEffectRows{{
-    {"LblMod", "LMod", "Modulation", "How much the notes waver", &PlaybackChannelSetup::modulation,
-     SendModulation, 0},
-    {"LblPan", "LPan", "Pan", "Where the channel stands, from left to right", &PlaybackChannelSetup::pan,
-     SendPan, 64},
-    {"LblReverb", "LReverb", "Reverb", "How much the room answers", &PlaybackChannelSetup::reverb, SendReverb,
-     0},
-    {"LblChorus", "LChorus", "Chorus", "As if several played", &PlaybackChannelSetup::chorus, SendChorus, 0},
+    {"LblMod", "LMod", "Modulation", "How much the notes waver", SoundValue::Modulation, SendModulation, 0},
+    {"LblPan", "LPan", "Pan", "Where the channel stands, from left to right", SoundValue::Pan, SendPan, 64},
+    {"LblReverb", "LReverb", "Reverb", "How much the room answers", SoundValue::Reverb, SendReverb, 0},
+    {"LblChorus", "LChorus", "Chorus", "As if several played", SoundValue::Chorus, SendChorus, 0},
 }};
 } // namespace
 
@@ -53,6 +53,11 @@ SoundPanel::SoundPanel(Desk& desk, const Appearance& look, QWidget* parent)
     QLabel* words = addSmallWords(*group_, "Channel", {360, 4, 80, 20});
     words->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     square_->move(448, 4);
+    varies_ = addSmallWords(*group_,
+                            kVaries + QStringLiteral(" Other notes of the channel have another value. A "
+                                                     "slider that you move gives its own to all."),
+                            {12, 228, 460, 16});
+    varies_->setObjectName("varies");
     lblVolume = addRow("lblVolume", "Volume", Label15, "The volume of the channel's notes", 0);
     lblVolume->setRange(0, kMost);
     lblVolume->onDrag = [this](int value) { dragVolume(value); };
@@ -89,37 +94,34 @@ void SoundPanel::dragVolume(int value) {
 
 void SoundPanel::dragEffect(std::size_t effect, int value) {
     const int channel = desk_.workspace.score.ActiveChannel;
-    auto& channels = desk_.workspace.setup.channels;
-    if (!channels.contains(channel))
+    if (!desk_.workspace.setup.channels.contains(channel))
         return;
     const QScopedValueRollback dragging(dragging_, bars_[effect]);
     const EffectRow& row = kEffectRows[effect];
     const auto stored = static_cast<std::int16_t>(value + row.middle);
     labels_[effect]->setText(QString::number(value));
-    const Edit edit(desk_.workspace, Change::Sound);
-    channels[channel].*row.value = stored;
+    setController(desk_.workspace, row.value, stored);
     row.send(desk_.port, stored, channel);
 }
 
 /// The pointer stays where the user has it.
-void SoundPanel::show(Slider& slider, int value) const {
+void SoundPanel::show(Slider& slider, QLabel& label, const ShownSound& sound, int middle) const {
+    const int value = sound.value - middle;
     if (&slider != dragging_)
         slider.setValue(value);
+    label.setText(QString::number(value) + (sound.varies ? QString(' ') + kVaries : QString()));
 }
 
 void SoundPanel::refresh() {
     const int channel = desk_.workspace.score.ActiveChannel;
     if (!desk_.workspace.setup.channels.contains(channel))
         return;
-    const PlaybackChannelSetup& values = desk_.workspace.setup.channels[channel];
+    const auto sound = shownSound(desk_.workspace);
     square_->setChannel(channel);
-    show(*lblVolume, values.volume);
-    Label15->setText(QString::number(values.volume));
-    for (std::size_t effect = 0; effect < kEffects; ++effect) {
-        const int shown = values.*kEffectRows[effect].value - kEffectRows[effect].middle;
-        show(*bars_[effect], shown);
-        labels_[effect]->setText(QString::number(shown));
-    }
+    show(*lblVolume, *Label15, sound.front(), 0);
+    for (std::size_t effect = 0; effect < kEffects; ++effect)
+        show(*bars_[effect], *labels_[effect], sound[effect + 1], kEffectRows[effect].middle);
+    varies_->setVisible(std::ranges::any_of(sound, &ShownSound::varies));
 }
 
 } // namespace velmora

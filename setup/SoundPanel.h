@@ -14,6 +14,7 @@ class ChannelSquare;
 class Slider;
 struct Appearance;
 struct Desk;
+struct ShownSound;
 
 /// The panel "Sound ": five sliders for the active channel. What they say of the controllers is sent at once.
 class SoundPanel : public QWidget {
@@ -23,7 +24,7 @@ public:
     /// The volume of the active channel was set.
     std::function<void(std::int16_t value)> lblVolume_Change;
 
-    /// Shows the active channel and its values.
+    /// Shows the active channel and the values of its sound.
     void refresh();
 
 private:
@@ -32,7 +33,7 @@ private:
     Slider* addRow(const char* bar, const char* caption, QLabel* value, const char* tip, int row);
     void dragEffect(std::size_t effect, int value);
     void dragVolume(int value);
-    void show(Slider& slider, int value) const;
+    void show(Slider& slider, QLabel& label, const ShownSound& sound, int middle) const;
 
     Desk& desk_;
     const Appearance& look_;
@@ -41,6 +42,7 @@ private:
     Slider* dragging_ = nullptr; ///< that the user is moving
     Slider* lblVolume;
     QLabel* Label15;
+    QLabel* varies_ = nullptr; ///< what the mark behind a value means
     std::array<Slider*, kEffects> bars_{};
     std::array<QLabel*, kEffects> labels_{};
 };

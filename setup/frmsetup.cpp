@@ -232,8 +232,9 @@ void frmsetup::showPanels(Changes changes) {
             panel.refresh();
     };
     refresh(*polyphonics_, Modes);
-    refresh(*channels_, Channels | Instruments | Sound);
-    refresh(*sound_, Channels | Sound);
+    const Changes sound = Channels | Sound | Effects | Marks | kAnyNotes | Change::Manners;
+    refresh(*channels_, sound | Instruments);
+    refresh(*sound_, sound);
     refresh(*timing_, Meter);
     refresh(*midi_, Length | Device);
     refresh(*staff_, Looks);

@@ -32,6 +32,7 @@ void Frmmenu::addPopup(std::string_view name) {
         return;
     made = std::make_unique<QMenu>();
     made->setObjectName(toQString(name));
+    made->setToolTipsVisible(true); // of those that have one
     QObject::connect(made.get(), &QMenu::aboutToShow, made.get(), [this, name] { prepare(name); });
 }
 
@@ -54,7 +55,7 @@ void Frmmenu::addRow(const MenuRow& row) {
         item.action = new QAction(text, &menu);
         item.action->setObjectName(objectNameOf(row.name, row.index));
         item.action->setCheckable(row.kind != MenuRow::Kind::Command);
-        item.action->setEnabled(false);
+        showBound(item, false);
         QObject::connect(item.action, &QAction::triggered, item.action, [&item] {
             if (item.bindings.empty())
                 return;
@@ -78,8 +79,14 @@ void Frmmenu::bind(QObject& owner, std::string_view name, int index, Routine rou
     if (!item.bindings.empty())
         item.bindings.back().enabled = item.action->isEnabled();
     item.bindings.push_back({&owner, std::move(routine)});
-    item.action->setEnabled(true);
+    showBound(item, true);
     follow(owner);
+}
+
+void Frmmenu::showBound(const Item& item, bool enabled) {
+    item.action->setEnabled(enabled);
+    const bool toCome = item.bindings.empty() && !item.action->text().isEmpty();
+    item.action->setToolTip(toCome ? toQString(kToCome) : QString());
 }
 
 void Frmmenu::onPrepare(QObject& owner, std::string_view popup, Routine prepare) {
@@ -108,7 +115,7 @@ void Frmmenu::forget(const QObject* owner) {
         const bool counted = !item.bindings.empty() && ofOwner(item.bindings.back());
         std::erase_if(item.bindings, ofOwner);
         if (counted)
-            item.action->setEnabled(!item.bindings.empty() && item.bindings.back().enabled);
+            showBound(item, !item.bindings.empty() && item.bindings.back().enabled);
     }
 }
 

@@ -28,11 +28,15 @@ struct MenuRow {
     std::string_view shortcut; ///< shown at the right; the window that binds the item makes it work
 };
 
+/// What the tips of a command say that nothing is bound to.
+inline constexpr std::string_view kToCome = "Comes in a later version";
+
 /// All popups, line by line.
 [[nodiscard]] const std::vector<MenuRow>& menuRows();
 
 /// All popup menus of the program. It owns the items and their check marks and knows no window: windows bind
-/// their routines to items. An item that nothing is bound to is shown as disabled.
+/// their routines to items. An item that nothing is bound to is shown as disabled,
+/// and its tip says that it is to come.
 class Frmmenu {
 public:
     using Routine = std::function<void()>;
@@ -82,6 +86,7 @@ private:
     void addPopup(std::string_view name);
     void addRow(const MenuRow& row);
     void prepare(std::string_view popup) const;
+    static void showBound(const Item& item, bool enabled);
     void follow(QObject& owner);
     void forget(const QObject* owner);
 

@@ -98,9 +98,11 @@ inline constexpr auto kLb1 = std::to_array<CommandRow>({
      CommandPlace::Editor},
     {"duplicate", "duplicate", "Duplicate", "Duplicate notes", "Repeat the first notes along the score",
      CommandPlace::Editor},
+    {"chord", "", "Chord", "Chord on Right-Click", "Right click gives notes the chord of the list",
+     CommandPlace::TextLine, true},
     {"redo", "redo", "", "Redo", "Do again what was taken back last"},
 });
-static_assert(kLb1.size() == 32 && eachHasAName(kLb1));
+static_assert(kLb1.size() == 33 && eachHasAName(kLb1));
 
 /// Likewise of `Lb1`.
 consteval int lb1(std::string_view name) {

@@ -24,9 +24,10 @@ struct EditorPage::Form {
     bool iconsAlone;
 };
 
-EditorPage::EditorPage(const ToolPageParts& parts, EditState& edit, QWidget* parent)
+EditorPage::EditorPage(const ToolPageParts& parts, Workspace& workspace, QWidget* parent)
     : ToolPage("TB4", parts, parent)
-    , edit_(edit) {
+    , workspace_(workspace)
+    , edit_(workspace.edit) {
     for (const int index : {lb1("clear"), lb1("mode"), lb1("copy"), lb1("cut"), lb1("insert"),
                             lb1("overwrite"), lb1("spaces"), lb1("duplicate")})
         button(index).setParent(this);
@@ -62,15 +63,22 @@ void EditorPage::addFields() {
         {"repeatArrows", "Txtrepeat", "Notes in cycle", "Playable notes in the duplicated cycle",
          "How many notes are copied and repeated"},
     }};
-    for (std::size_t i = 0; i < kCycleFields; ++i)
-        cycle_[i] = addField(kRows[i], {.get = [this, i] { return edit_.*kCycleValues[i].value; },
-                                        .set =
-                                            [this, i](std::int16_t number) {
-                                                kCycleValues[i].set(edit_, number);
-                                                refresh();
-                                                if (onCycle)
-                                                    onCycle();
-                                            }});
+    for (std::size_t i = 0; i < kCycleFields; ++i) {
+        values_[i] = {.get = [this, i] { return edit_.*kCycleValues[i].value; },
+                      .set =
+                          [this, i](std::int16_t number) {
+                              kCycleValues[i].set(workspace_, number);
+                              refresh();
+                              if (onCycle)
+                                  onCycle();
+                          },
+                      .blank = [this, i]() -> std::optional<int> {
+                          if (!workspace_.manners.motifBeginsAtStart)
+                              return std::nullopt;
+                          return cycleOf(edit_, workspace_.manners).*kCycleValues[i].counted;
+                      }};
+        cycle_[i] = addField(kRows[i], values_[i]);
+    }
 }
 
 void EditorPage::addBoxes() {
@@ -121,7 +129,7 @@ int EditorPage::place(const Form& form) {
 void EditorPage::refresh() {
     Txtspc.number->showNumber(edit_.Txtspc);
     for (std::size_t i = 0; i < kCycleFields; ++i)
-        cycle_[i].number->showNumber(edit_.*kCycleValues[i].value);
+        showValue(*cycle_[i].number, values_[i]);
     Check5->setChecked(edit_.Check5);
     Check3->setChecked(edit_.Check3);
     Check2->setChecked(edit_.Check2);

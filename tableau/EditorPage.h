@@ -9,6 +9,7 @@
 namespace velmora {
 
 struct EditState;
+struct Workspace;
 
 /// `TB4` "Score Editor".
 ///
@@ -24,7 +25,7 @@ struct EditState;
 // clang-format on
 class EditorPage : public ToolPage {
 public:
-    EditorPage(const ToolPageParts& parts, EditState& edit, QWidget* parent);
+    EditorPage(const ToolPageParts& parts, Workspace& workspace, QWidget* parent);
 
     std::function<void()> onCycle; ///< one of the values that the Melody Maker shows, too, has changed
 
@@ -40,9 +41,11 @@ private:
 
     static constexpr std::size_t kCycleFields = 3;
 
+    Workspace& workspace_;
     EditState& edit_;
     Field Txtspc;
     std::array<Field, kCycleFields> cycle_; ///< `Txtnotes`, `Txtbeats`, `Txtrepeat`
+    std::array<Value, kCycleFields> values_;
     QCheckBox* Check5 = nullptr;
     QCheckBox* Check3 = nullptr;
     QCheckBox* Check2 = nullptr;

@@ -24,6 +24,8 @@ constexpr int kStrip = 20;
 constexpr int kGraph = 3;
 constexpr int kValue = 44; ///< the width of a read-out
 constexpr int kListTop = 14;
+constexpr const char* kInstrumentTip =
+    "Select Single note Instrument.\nThe notes of a selection take it at once, and new notes of its channel";
 
 /// A slider: its controls, where its value is kept, what it says.
 struct EffectRow {
@@ -100,7 +102,7 @@ void EffectsPage::addInstrument() {
     CmdInst->setObjectName("CmdInst");
     CmdInst->setFace("glyphs");
     CmdInst->setAccessibleName("Pick the instrument");
-    parts_.tips.SetToolTip(*CmdInst, {"Instrument", "Select Single note Instrument", "glyphs"});
+    parts_.tips.SetToolTip(*CmdInst, {"Instrument", kInstrumentTip, "glyphs"});
     connect(CmdInst, &QAbstractButton::clicked, this, pick);
 }
 
@@ -271,7 +273,7 @@ void EffectsPage::refresh() {
     const QString name = toQString(nameOfCode(workspace_.effects.NoteInstrumentPick));
     Text5->showName(name);
     // The whole name, which the field may cut.
-    parts_.tips.SetToolTip(*Text5, {name, "Select Single note Instrument", "glyphs"});
+    parts_.tips.SetToolTip(*Text5, {name, kInstrumentTip, "glyphs"});
     Combo3->setCurrentIndex(workspace_.effects.Combo3);
     showHint();
     for (std::size_t i = 0; i < kEffects; ++i) {

@@ -46,7 +46,8 @@ FormScreen::FormScreen(const FormStrips& strips, const Workspace& workspace)
 void FormScreen::showChannels() {
     const Score& score = workspace_.score;
     strips_.channels.show(score);
-    strips_.readOuts.showTrack(score.ActiveChannel);
+    strips_.readOuts.showTrack(score.ActiveChannel,
+                               toQString(trackOf(score.ActiveChannel, workspace_.manners)));
     strips_.readOuts.setField(TopBarOverlay::LblNumnotes, toQString(noteCountText(score.SongEnd)));
     strips_.picmain.showHint(score.SongEnd == 0 && score.usedChannels().empty());
     setScrollMaximum(columnRange(workspace_.view, score.SongEnd).maximum);
@@ -122,7 +123,16 @@ void FormScreen::setPointer(Box box, Pointer pointer) {
     strips_.picmain.surface(surfaceOf(box))->setCursor(cursorOf(pointer));
 }
 void FormScreen::setToolText(std::string_view caption, std::string_view text) {
+    mentions_ = false;
     strips_.textLine.setText(toQString(caption), toQString(text));
+}
+void FormScreen::mention(std::string_view text) {
+    setToolText({}, text);
+    mentions_ = true;
+}
+void FormScreen::dropMention() {
+    if (mentions_)
+        setToolText({}, {});
 }
 void FormScreen::showEffects(int modulation, int pan, int reverb, int chorus) {
     strips_.effects.showEffects(modulation, pan, reverb, chorus);

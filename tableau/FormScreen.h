@@ -38,6 +38,10 @@ public:
     void showChannels();
     /// Before a note is looked at the read-outs say what the next one will sound like.
     void showNextNote();
+    /// What came of a command, as the tool text: it stands until the composition changes, or the tool text.
+    void mention(std::string_view text);
+    /// The composition has changed.
+    void dropMention();
     /// Tells about a surface, in Tips mode.
     void showTip(Picmain::Surface surface);
 
@@ -83,6 +87,7 @@ private:
 
     FormStrips strips_;
     const Workspace& workspace_;
+    bool mentions_ = false; ///< the tool text is of `mention`
 };
 
 } // namespace velmora

@@ -84,7 +84,8 @@ void MakerPage::addNumbers() {
         number.value = {.get = [&edit, i]() -> int {
                             return i == kStart ? edit.txtStart : edit.*kCycleValues[i - 1].value;
                         },
-                        .set = [this, i](std::int16_t value) { setNumber(i, value); }};
+                        .set = [this, i](std::int16_t value) { setNumber(i, value); },
+                        .blank = [this, i] { return blankOf(i); }};
         number.field = addField(kRows[i].field, number.value);
         addPicture(number, kRows[i].picture, kRows[i].field);
     }
@@ -136,10 +137,17 @@ void MakerPage::setNumber(std::size_t index, std::int16_t value) {
     if (index == kStart)
         takeStart(workspace_, value);
     else
-        kCycleValues[index - 1].set(workspace_.edit, value);
+        kCycleValues[index - 1].set(workspace_, value);
     refresh();
     if (onCycle)
         onCycle();
+}
+
+std::optional<int> MakerPage::blankOf(std::size_t index) const {
+    if (!workspace_.manners.motifBeginsAtStart)
+        return std::nullopt;
+    return index == kStart ? 1
+                           : cycleOf(workspace_.edit, workspace_.manners).*kCycleValues[index - 1].counted;
 }
 
 bool MakerPage::isPicked(std::size_t box) const {
@@ -209,9 +217,9 @@ void MakerPage::refresh() {
     const int notes = std::min(workspace_.score.NumNotes, kMost);
     for (std::size_t i = 0; i < kNumbers; ++i) {
         const Number& number = numbers_[i];
-        number.field.number->showNumber(number.value.get());
+        showValue(*number.field.number, number.value);
         number.picture->setRange(number.value.least, i < 2 ? notes : kLongCycle);
-        number.picture->setValue(number.value.get());
+        number.picture->setValue(number.value.counted());
     }
     for (std::size_t i = 0; i < kChannels; ++i)
         chkChannel[i]->setChecked(isPicked(i));

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <functional>
+#include <optional>
 
 namespace velmora {
 
@@ -53,6 +54,7 @@ private:
     void addPicture(Number& number, const char* name, const FieldRow& row);
     void addChannels();
     void setNumber(std::size_t index, std::int16_t value);
+    [[nodiscard]] std::optional<int> blankOf(std::size_t index) const;
     int place(const Form& form);
     int placeNumbers(int x, const Form& form) const;
     int placeChannels(int x, const Form& form) const;

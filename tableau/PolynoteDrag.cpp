@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/PolynoteDrag.h"
 
+#include "composition/SetupRules.h"
+#include "composition/StrokeWriting.h"
 #include "composition/Workspace.h"
 #include "tableau/Stroke.h"
 
@@ -27,15 +29,18 @@ std::optional<int> PolynoteDrag::move(Workspace& workspace, MouseButton button, 
     const ViewState& view = workspace.view;
     if (column < 0 || score.ActiveChannel >= kMelodyChannels)
         return std::nullopt;
+    const int chord = view.RightClickMode == RightClick::Polyphonic ? listedChord(workspace) : combo3;
+    const int position = view.ViewFirstColumn + column;
+    if (!score.Polyphonics.contains(score.ActiveChannel + 1, position))
+        return std::nullopt;
     if (!act_)
         act_.emplace(workspace);
-    const Edit edit(workspace);
+    const Edit edit(workspace, Change::Cells);
     workspace.history.name("Chord");
-    const int chord = view.RightClickMode == RightClick::Polyphonic ? workspace.setup.Combo3 : combo3;
-    if (!score.Polyphonics.set(score.ActiveChannel + 1, view.ViewFirstColumn + column,
-                               static_cast<std::int16_t>(chord)))
-        return std::nullopt;
-    announce(workspace, Change::Cells);
+    if (workspace.manners.storesChordType)
+        setChord(score, workspace.manners, score.ActiveChannel, position, chord);
+    else
+        score.Polyphonics.set(score.ActiveChannel + 1, position, static_cast<std::int16_t>(chord));
     return column;
 }
 

@@ -212,7 +212,8 @@ void TableauInput::changeByRightClick(int position) {
     const bool chords = view.RightClickMode == RightClick::Polyphonic;
     keepForUndo();
     markEdited();
-    bool changed = chords && setChord(score, stroke_.channel, position, workspace_.setup.Combo3);
+    bool changed =
+        chords && setChord(score, workspace_.manners, stroke_.channel, position, listedChord(workspace_));
     const int head =
         chords ? headOf(score, stroke_.channel, position) : walkToHead(score, stroke_.channel, position);
     stroke_.ViewCol = head - view.ViewFirstColumn;

@@ -13,7 +13,7 @@ namespace velmora {
 
 namespace {
 /// From left to right.
-constexpr std::array kParts{lb1("erase"), lb1("menu"), lb1("tips")};
+constexpr std::array kParts{lb1("erase"), lb1("chord"), lb1("menu"), lb1("tips")};
 constexpr int kPartWidth = 57;
 constexpr int kInset = 14;
 } // namespace

@@ -13,7 +13,7 @@ class CommandBank;
 struct Appearance;
 
 /// The line at the foot: the tool text at the left, and at the right what the right mouse button does,
-/// `Lb1`(13 to 15).
+/// `Lb1`(13 to 15) and (31).
 class TextLine : public QWidget {
 public:
     TextLine(const Appearance& look, const CommandBank& Lb1, QWidget* parent);
@@ -22,7 +22,7 @@ public:
     void setText(const QString& caption, const QString& text);
     void layOut();
     /// From left to right.
-    [[nodiscard]] const std::array<QWidget*, 3>& parts() const { return parts_; }
+    [[nodiscard]] const std::array<QWidget*, 4>& parts() const { return parts_; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -31,7 +31,7 @@ private:
     const Appearance& look_;
     QLabel* text_;
     QLabel* caption_;
-    std::array<QWidget*, 3> parts_{};
+    std::array<QWidget*, 4> parts_{};
 };
 
 } // namespace velmora

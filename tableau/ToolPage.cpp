@@ -35,13 +35,18 @@ ToolPage::ToolPage(const char* name, const ToolPageParts& parts, QWidget* parent
     setObjectName(name);
 }
 
+int ToolPage::Value::counted() const {
+    const int value = get();
+    return value != 0 ? value : blank().value_or(0);
+}
+
 void ToolPage::Value::move(int by) const {
-    set(static_cast<std::int16_t>(std::clamp(get() + by, least, kMostValue)));
+    set(static_cast<std::int16_t>(std::clamp(counted() + by, lowest(), kMostValue)));
 }
 
 void ToolPage::Value::stepHalf(int direction) const {
     constexpr int kMiddle = 0;
-    set(static_cast<std::int16_t>(steppedByPicture(get(), direction, kMiddle, {least, kMostValue})));
+    set(static_cast<std::int16_t>(steppedByPicture(counted(), direction, kMiddle, {lowest(), kMostValue})));
 }
 
 ToolPage::Field ToolPage::addField(const FieldRow& row, const Value& value) {
@@ -58,6 +63,12 @@ ToolPage::Field ToolPage::addField(const FieldRow& row, const Value& value) {
     edit->setAccessibleName(row.caption);
     edit->setAccessibleDescription(row.tip);
     return field;
+}
+
+void ToolPage::showValue(NumberField& number, const Value& value) {
+    const std::optional<int> blank = value.blank();
+    number.setBlankText(blank ? QString::number(*blank) : QString());
+    number.showNumber(value.get());
 }
 
 QLabel* ToolPage::addCaption(const char* words) {

@@ -5,9 +5,11 @@
 
 #include <QWidget>
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
+#include <optional>
 #include <vector>
 
 class QCheckBox;
@@ -66,13 +68,22 @@ protected:
         std::function<void(std::int16_t)> set;
         std::function<int()> step = [] { return 1; };
         int least = 0;
+        /// What a blank field, which is the value 0, stands for; nothing where it is an ordinary 0.
+        std::function<std::optional<int>()> blank = [] { return std::nullopt; };
 
+        /// What the value counts as, from which an arrow starts.
+        [[nodiscard]] int counted() const;
         /// Sets what is so much above (or below, if negative), within bounds.
         void move(int by) const;
         /// Likewise for a click in the lower half (-1) or the upper half (1) of its picture.
         void stepHalf(int direction) const;
+
+    private:
+        [[nodiscard]] int lowest() const { return blank() ? std::max(least, 1) : least; }
     };
     [[nodiscard]] Field addField(const FieldRow& row, const Value& value);
+    /// Shows the value of a field, or what stands for it.
+    static void showValue(NumberField& number, const Value& value);
     [[nodiscard]] QLabel* addCaption(const char* words);
     [[nodiscard]] QCheckBox* addBox(const QString& name, const char* words, const char* title,
                                     const char* tip);

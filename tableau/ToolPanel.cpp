@@ -29,7 +29,7 @@ ToolPanel::ToolPanel(const Appearance& look, const CommandBank& Lb1, ExToolTip& 
     , Lb1_(Lb1)
     , maker_(new MakerPage({look, Lb1, tips}, workspace, this))
     , effects_(new EffectsPage({look, Lb1, tips}, workspace, this))
-    , editor_(new EditorPage({look, Lb1, tips}, workspace.edit, this))
+    , editor_(new EditorPage({look, Lb1, tips}, workspace, this))
     , pages_{maker_, effects_, editor_} {
     setObjectName("toolPanel");
     for (const int tab : kTabs)

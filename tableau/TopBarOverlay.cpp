@@ -83,13 +83,13 @@ QString TopBarOverlay::field(Field field) const {
     return values_[field]->text();
 }
 
-void TopBarOverlay::showTrack(int channel) {
+void TopBarOverlay::showTrack(int channel, const QString& number) {
     track_ = channel;
     QPalette palette = values_[LblTrk]->palette();
     const Rgb ground = kChannelColours[channel].bright;
     palette.setColor(QPalette::Text, toQColor(inkOnColour(ground)));
     values_[LblTrk]->setPalette(palette);
-    setField(LblTrk, QString::number(channel + 1));
+    setField(LblTrk, number);
     update();
 }
 

@@ -22,8 +22,8 @@ public:
     enum Field { LblNote, LblNoteName, Label7, LblVol, LblInst, LblTrk, LblNumnotes };
     void setField(Field field, const QString& text);
     [[nodiscard]] QString field(Field field) const;
-    /// The number and the colour of a channel.
-    void showTrack(int channel);
+    /// A channel: its colour, and the number by which it is told.
+    void showTrack(int channel, const QString& number);
 
     void layOut(FormWidth width);
 

@@ -241,15 +241,16 @@ void form1::changed(Changes changes) {
     static constexpr auto kRows = std::to_array<Row>({
         {File, &form1::showUsedPercussion},
         {Name, &form1::showTitle},
-        {kAnyNotes | Channels | Length, &form1::showChannels},
+        {kAnyNotes | Channels | Length | Change::Manners, &form1::showChannels},
         {Instruments, &form1::showNextNote},
         {Meter, &form1::PrintTopBar},
         {Modes | Looks, &form1::showModes},
-        {Tools, &form1::showTools},
+        {Tools | Change::Manners, &form1::showTools},
         {Undo, &form1::showUndo},
     });
     if (changes.any(Channels))
         input_->rememberChannel();
+    screen_->dropMention();
     for (const Row& row : kRows)
         if (changes.any(row.when))
             (this->*row.show)();
@@ -332,7 +333,7 @@ void form1::bringBack(const LeftScore& left) {
 
 bool form1::mSaveAs_Click() {
     if (!desk_.workspace.holdsNotes())
-        screen_->setToolText({}, "There are no notes yet that could be saved");
+        screen_->mention("There are no notes yet that could be saved");
     const ScoreFiles::Outcome outcome = files_->saveAs();
     tellUser(outcome.words);
     return outcome.done;

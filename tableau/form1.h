@@ -103,6 +103,7 @@ public:
     void Command32_Click();
 
     void setRightClickMode(RightClick mode);
+    void mentionRightClick(RightClick mode);
     void showPercussion(bool shown);
     void showEditingToolbar(bool shown);
     void setNotationStyle(int style);
@@ -187,6 +188,7 @@ private:
     bool loading_ = true;    ///< the start-up guard: nothing is laid out or painted
     bool opened_ = false;    ///< a score was opened: its first notes are to come into sight
     bool activated_ = false; ///< the MIDI port has been opened
+    RightClick shownRightClick_ = RightClick::Erase;
     bool closing_ = false;
     Guests<Watcher>::Stay watching_;
 };

@@ -114,6 +114,11 @@ void form1::bindCommands() {
              form.desk_.workspace.view.NoteEffectsOn = false;
              form.setRightClickMode(RightClick::Erase);
          }, "mnuerase"},
+        // The other way to it is a tick of `Ch` in the setup toolbar.
+        {{Lb1, lb1("chord")}, [](form1& form) {
+             const bool on = form.desk_.workspace.view.RightClickMode == RightClick::Polyphonic;
+             form.setRightClickMode(on ? RightClick::Erase : RightClick::Polyphonic);
+         }},
         {{Lb1, lb1("menu")}, [](form1& form) { form.setRightClickMode(RightClick::Menu); }, "mnuMenu"},
         {{Lb1, lb1("tips")}, [](form1& form) {
              const bool on = form.desk_.workspace.view.RightClickMode == RightClick::Tips;
@@ -233,6 +238,13 @@ void form1::showToolPage(int page) {
     desk_.workspace.view.NoteEffectsOn = page == ToolPanel::Effects;
 }
 
+/// A tick in another window may have changed it.
+void form1::mentionRightClick(RightClick mode) {
+    if (mode == RightClick::Polyphonic && shownRightClick_ != mode)
+        screen_->mention("A right click now gives notes the chord of the list in the setup toolbar");
+    shownRightClick_ = mode;
+}
+
 /// Every button and menu item that stands for a mode follows it.
 void form1::showModes() {
     struct ModeRow {
@@ -249,7 +261,7 @@ void form1::showModes() {
         {lb1("colourful"), "mnuNotestyle1", !traditional},
         {lb1("traditional"), "mnuNotestyle2", traditional},
         {lb1("accidentals"), "mnuAccidentals", accidentals},
-        {lb1("erase"), "mnuerase", mode == RightClick::Erase},
+        {lb1("erase"), "mnuerase", mode == RightClick::Erase && !workspace.view.NoteEffectsOn},
         {lb1("menu"), "mnuMenu", mode == RightClick::Menu},
         {lb1("tips"), "mnuTips", mode == RightClick::Tips},
     };
@@ -260,6 +272,8 @@ void form1::showModes() {
     desk_.menu.item("mnuNoAccidentals").setChecked(!accidentals);
     desk_.menu.item("mnuClassic").setChecked(isClassic());
     desk_.menu.item("mnuEdit").setChecked(parts_.editingToolbar);
+    Lb1_.setOn(lb1("chord"), mode == RightClick::Polyphonic);
+    mentionRightClick(mode);
     Lb1_[lb1("accidentals")].setEnabled(traditional);
     for (const char* item : {"mnuAccidentals", "mnuNoAccidentals"})
         desk_.menu.item(item).setEnabled(traditional);

@@ -66,7 +66,7 @@ void form1::bindEditing() {
 void form1::mentionBoxes() {
     const Workspace& workspace = desk_.workspace;
     if (!workspace.CopyonlyOneTrack && std::ranges::none_of(workspace.edit.ChannelPicked, std::identity()))
-        screen_->setToolText({}, "No channel is ticked in the Melody Maker, so nothing was copied");
+        screen_->mention("No channel is ticked in the Melody Maker, so nothing was copied");
 }
 
 /// A command that may change any cell, and with that the song's end; it returns whether it did.
@@ -79,12 +79,13 @@ void form1::editNotes(const std::function<bool()>& command) {
 }
 
 void form1::copyIt() {
-    editNotes([this] {
-        const bool copied = velmora::copyIt(desk_.workspace);
-        if (copied)
-            mentionBoxes();
+    bool copied = false;
+    editNotes([&] {
+        copied = velmora::copyIt(desk_.workspace);
         return copied;
     });
+    if (copied)
+        mentionBoxes();
 }
 
 void form1::CutBut_Click() {

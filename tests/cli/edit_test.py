@@ -76,6 +76,11 @@ class EditTest(unittest.TestCase):
         self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "", said))
         return read_score(self.out)
 
+    def careful(self, *steps):
+        done = run("edit", self.save(), self.out, *steps)
+        self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "", ""))
+        return read_score(self.out)
+
     def assertNotes(self, score, channel, notes):
         """Exactly these cells are filled in the channel."""
         self.assertEqual({p: cell for p, cell in enumerate(score.cell[channel]) if cell != -1}, notes)
@@ -221,6 +226,35 @@ class EditTest(unittest.TestCase):
         self.assertEqual(made.instrument[2][2:7], [0, 73, 73, 73, 0])
         self.assertEqual(made.chord[3][2:7], [0, 5, 5, 5, 0])
         self.assertNotes(made, 2, {3: 60, 4: 1060, 5: 1060})
+
+    def test_applying_to_an_empty_cell_goes_on_where_it_has_a_chord(self):
+        self.note(2, 20, 60)  # up to which a file is read
+        self.score.chord[3][5] = 4
+        made = self.edit("chord 2", "pick-instrument 73", "apply 2 5 60", "apply 2 6 60")
+        self.assertEqual(made.instrument[2][4:8], [0, 73, 0, 0])
+        self.assertEqual(made.chord[3][4:8], [0, 2, 0, 0])
+        self.assertNotes(made, 2, {20: 60})
+
+    def test_in_careful_manner_a_note_takes_all_effects_and_the_indicator_its_chord_in_place(self):
+        self.note(2, 3, 60, 2)
+        self.note(3, 3, 60, 2)
+        made = self.careful("chord 1", "pick-instrument 73", "indicator 3 3 90 1 -2 3 4", "apply 2 4 60")
+        self.assertEqual(made.instrument[2][2:6], [0, 73, 73, 0])
+        self.assertEqual(made.chord[3][2:6], [0, 1, 1, 0])
+        self.assertEqual(made.chord[4][2:6], [0, 1, 0, 0])
+        for name, value in (("Modulation_Change", 1), ("Pan_Change", 62), ("Reverb_Change", 3), ("Chorus_Change", 4)):
+            self.assertEqual(made.effects[name][2][4:6], [value] * 2, name)
+        self.assertEqual(made.effects["Volume"][2][3:6], [90] * 3)
+
+    def test_in_careful_manner_a_motif_begins_at_the_column_of_its_start(self):
+        self.note(2, 0, 60, 2)
+        made = self.careful("pick 2", "cycle 2 20 20", "create 1")
+        self.assertNotes(made, 2, {0: 60, 1: 1060, 20: 60, 21: 1060})
+
+    def test_in_careful_manner_blank_fields_are_those_of_the_worked_example(self):
+        self.note(2, 0, 60)
+        made = self.careful("pick 2", "create 1")
+        self.assertNotes(made, 2, {at: 60 for at in range(0, 61, 12)})
 
     def test_with_note_effects_on_a_right_click_applies_and_off_it_erases(self):
         self.note(2, 3, 60)

@@ -227,12 +227,12 @@ TEST_F(MelodyMakerTest, RepeatingAloneMendsByMuteAndNotByBox) {
 // Fields
 
 TEST_F(MelodyMakerTest, PlayableNotesNeverPassTheLoop) {
-    takeCycle(edit(), 12, 8);
+    takeCycle(edit(), workspace().manners, 12, 8);
     EXPECT_EQ(edit().CycleBeats, 12);
     EXPECT_EQ(edit().CycleNotes, 8);
-    takeCycle(edit(), 12, 13);
+    takeCycle(edit(), workspace().manners, 12, 13);
     EXPECT_EQ(edit().CycleNotes, 12);
-    takeCycle(edit(), 5, 12);
+    takeCycle(edit(), workspace().manners, 5, 12);
     EXPECT_EQ(edit().CycleBeats, 5);
     EXPECT_EQ(edit().CycleNotes, 5);
 }
@@ -268,8 +268,73 @@ TEST_F(MelodyMakerTest, TheTwoCollectiveBoxesTickTheirChannels) {
                                                   false, false, false, false));
     pickPercussion(edit(), true);
     EXPECT_FALSE(edit().ChannelPicked[9]) << "there is no such channel";
-    EXPECT_TRUE(edit().ChannelPicked[8]);
-    EXPECT_TRUE(edit().ChannelPicked[12]);
+    for (const int channel : {8, 10, 11, 12})
+        EXPECT_TRUE(edit().ChannelPicked[channel]) << channel;
     pickMelody(edit(), false);
-    EXPECT_FALSE(edit().ChannelPicked[7]);
+    EXPECT_THAT(edit().ChannelPicked, ElementsAre(false, false, false, false, false, false, false, false,
+                                                  true, false, true, true, true));
+    pickPercussion(edit(), false);
+    EXPECT_THAT(edit().ChannelPicked, testing::Each(false));
+}
+
+// In careful manner
+
+TEST_F(MelodyMakerTest, StartOneIsTheFirstColumn) {
+    workspace().setManners(Manners::careful());
+    put(0, 0, 60);
+    put(0, 1, 1060);
+    put(0, 5, 62);
+    cycle(8, 12, 60);
+    createMelody(workspace(), 1);
+    EXPECT_THAT(heads(0), ElementsAre(0, 1, 5, 12, 13, 17, 24, 25, 29, 36, 37, 41, 48, 49, 53, 60, 61, 65));
+    EXPECT_EQ(cell(0, 13), 1060) << "the note is whole";
+}
+
+TEST_F(MelodyMakerTest, AStartOfNothingIsTheFirstColumnToo) {
+    workspace().setManners(Manners::careful());
+    put(0, 0, 60);
+    cycle(1, 20, 20);
+    createMelody(workspace(), 0);
+    EXPECT_THAT(heads(0), ElementsAre(0, 20));
+}
+
+TEST_F(MelodyMakerTest, BlankFieldsStandForTheWorkedExample) {
+    workspace().setManners(Manners::careful());
+    put(0, 0, 60);
+    put(0, 8, 61);
+    put(0, 9, 62); // behind the motif, which is one cell longer in its notes
+    createMelody(workspace(), 1);
+    EXPECT_THAT(heads(0), ElementsAre(0, 8, 9, 12, 20, 24, 32, 36, 44, 48, 56, 60, 68));
+    EXPECT_EQ(edit().TotalNotes, 0) << "and stay blank";
+    EXPECT_EQ(edit().CycleBeats, 0);
+    EXPECT_EQ(edit().CycleNotes, 0);
+    EXPECT_EQ(edit().SelectSpan, 8);
+}
+
+TEST_F(MelodyMakerTest, ABlankNumberOfNotesIsAtMostTheLoop) {
+    const Manners careful = Manners::careful();
+    EXPECT_EQ(cycleOf(edit(), careful), kWorkedExample);
+    cycle(0, 5, 0);
+    EXPECT_EQ(cycleOf(edit(), careful), (Cycle{60, 5, 5}));
+    cycle(3, 0, 7);
+    EXPECT_EQ(cycleOf(edit(), careful), (Cycle{7, 12, 3}));
+}
+
+TEST_F(MelodyMakerTest, NotesMayBeGivenBeforeTheirLoop) {
+    const Manners careful = Manners::careful();
+    takeCycle(edit(), careful, 0, 4);
+    EXPECT_EQ(edit().CycleNotes, 4);
+    EXPECT_EQ(edit().CycleBeats, 0);
+    takeCycle(edit(), careful, 0, 13);
+    EXPECT_EQ(edit().CycleNotes, 12);
+    takeCycle(edit(), Manners::classic(), 0, 4);
+    EXPECT_EQ(edit().CycleNotes, 0) << "a loop of nothing has no notes";
+}
+
+TEST_F(MelodyMakerTest, ABlankLengthGrowsOnlyWhereTheStartIsPastIt) {
+    workspace().setManners(Manners::careful());
+    takeStart(workspace(), 61);
+    EXPECT_EQ(edit().TotalNotes, 0);
+    takeStart(workspace(), 62);
+    EXPECT_EQ(edit().TotalNotes, 62);
 }

@@ -137,12 +137,19 @@ TEST_F(NoteEffectsTest, AHeadOnRowZeroIsANote) {
     EXPECT_THAT(heard(), ElementsAre(ElementsAre(0, 127, 127)));
 }
 
-TEST_F(NoteEffectsTest, AnEmptyCellTakesNothing) {
-    score().Polyphonics.set(1, 5, 3); // which lets a right click answer there
-    EXPECT_EQ(apply(5), std::nullopt);
-    EXPECT_EQ(score().NoteInstrument.at(0, 5), 0);
-    EXPECT_EQ(score().Polyphonics.at(1, 5), 3);
+TEST_F(NoteEffectsTest, AnEmptyCellTakesInstrumentAndChordSilently) {
+    EXPECT_EQ(apply(5), (NoteCells{5, 5}));
+    EXPECT_EQ(score().NoteInstrument.at(0, 5), 40);
+    EXPECT_EQ(score().Polyphonics.at(1, 5), 2);
+    EXPECT_EQ(score().NoteCell.at(0, 5), -1);
+    EXPECT_EQ(score().NoteInstrument.at(0, 4), 0);
+    EXPECT_EQ(score().NoteInstrument.at(0, 6), 0);
     EXPECT_THAT(port.sent, IsEmpty());
+}
+
+TEST_F(NoteEffectsTest, OutsideTheScoreThereIsNothingToApplyTo) {
+    EXPECT_EQ(apply(-1), std::nullopt);
+    EXPECT_EQ(apply(101), std::nullopt);
 }
 
 TEST_F(NoteEffectsTest, ARestWithoutAHeadTakesTheEffectsSilently) {
@@ -334,6 +341,14 @@ TEST_F(NoteEffectsTest, NotesOfTheSelectionAndTheChannelTakeTheInstrument) {
     EXPECT_EQ(effects().NoteInstrumentPick, 73);
 }
 
+TEST_F(NoteEffectsTest, NotesBeforeAndBehindTheSelectionKeepTheirInstrument) {
+    putNotes(score(), 0, kRow, 4);
+    view().SelectStart = 2;
+    view().SelectEnd = 4;
+    EXPECT_EQ(applyInstrumentToSelection(workspace(), 73), "");
+    EXPECT_THAT(instruments(8), ElementsAre(24, 24, 73, 73, 73, 24, 24, 24));
+}
+
 TEST_F(NoteEffectsTest, WithoutASelectionAnInstrumentIsOnlyPicked) {
     putNotes(score(), 0, kRow, 1);
     EXPECT_EQ(applyInstrumentToSelection(workspace(), 73), "");
@@ -400,4 +415,94 @@ TEST_F(NoteEffectsTest, ADraggedPointerStaysOnItsStrip) {
     EXPECT_EQ(selectorValue(-30, 60, 10), 127);
     EXPECT_EQ(selectorValue(400, 60, 10), 0);
     EXPECT_EQ(selectorValue(3, 10, 10), 127); // a strip without a way for the pointer
+}
+
+// In careful manner
+
+namespace {
+struct CarefulEffectsTest : NoteEffectsTest {
+    CarefulEffectsTest() { workspace().setManners(Manners::careful()); }
+
+    std::vector<int> volumes(int first, int count, int channel = 0) {
+        return row(score().Volume, channel, first, count);
+    }
+};
+} // namespace
+
+TEST_F(CarefulEffectsTest, EachCellOfANoteTakesAllThatThePageShows) {
+    putNotes(score(), 0, kRow, 3, 3);
+    EXPECT_EQ(apply(3), (NoteCells{3, 5}));
+    EXPECT_THAT(instruments(8), ElementsAre(24, 24, 24, 40, 40, 40, 24, 24));
+    EXPECT_THAT(chords(8), ElementsAre(0, 0, 0, 2, 2, 2, 0, 0));
+    for (const int position : {3, 4})
+        EXPECT_THAT(effectsAt(position), ElementsAre(90, 11, 44, 33, 44)) << position;
+    for (const int position : {0, 1, 6})
+        EXPECT_THAT(effectsAt(position), ElementsAre(127, 0, 64, 0, 0)) << position;
+}
+
+TEST_F(CarefulEffectsTest, TheNoteIsHeardWithThem) {
+    putNotes(score(), 0, kRow, 1);
+    effects().Combo3 = 0;
+    apply(0);
+    EXPECT_THAT(port.words(), ElementsAre(controller(0, 0, 0), controller(0, 32, 0), programChange(0, 40),
+                                          controller(0, 1, 11), controller(0, 10, 44), controller(0, 91, 33),
+                                          controller(0, 93, 44), noteOn(0, kNote, 90)));
+}
+
+TEST_F(CarefulEffectsTest, TheVolumeStandsWhereverPlayingReadsItForTheHead) {
+    score().NoteCell.set(0, 4, kRow);
+    score().NoteCell.set(0, 5, 1000 + kRow);
+    apply(4);
+    EXPECT_THAT(volumes(3, 5), ElementsAre(127, 90, 90, 90, 127));
+}
+
+TEST_F(CarefulEffectsTest, NotesThatTouchKeepTheirVolumes) {
+    putNotes(score(), 0, kRow, 3, 2);
+    apply(2);
+    EXPECT_THAT(volumes(1, 5), ElementsAre(127, 90, 90, 127, 127));
+}
+
+TEST_F(CarefulEffectsTest, ANoteOfOneCellHasItsVolumeOneFurtherOn) {
+    putNotes(score(), 0, kRow, 3, 1);
+    apply(1);
+    EXPECT_THAT(volumes(0, 4), ElementsAre(127, 127, 90, 127));
+}
+
+TEST_F(CarefulEffectsTest, PercussionTakesItsSoundAndTheVolume) {
+    workspace().selectChannel(8);
+    putNotes(score(), 8, kRow, 1);
+    effects().NoteInstrumentPick = 131; // key 38
+    apply(0);
+    EXPECT_THAT(instruments(3, 8), ElementsAre(131, 131, 0));
+    EXPECT_THAT(chords(3, 8), Each(0));
+    EXPECT_THAT(effectsAt(0, 8), ElementsAre(90, 0, 64, 0, 0));
+    EXPECT_THAT(heard(), ElementsAre(ElementsAre(9, 38, 90)));
+}
+
+TEST_F(CarefulEffectsTest, PercussionKeepsItsSoundWhereAMelodyInstrumentIsPicked) {
+    workspace().selectChannel(8);
+    score().ChannelInstrument[8] = 131;
+    putNotes(score(), 8, kRow, 1);
+    apply(0);
+    EXPECT_THAT(instruments(2, 8), Each(131));
+    EXPECT_THAT(heard(), ElementsAre(ElementsAre(9, 38, 90)));
+}
+
+TEST_F(CarefulEffectsTest, AClickOnAContinuationGivesTheWholeNoteTheSame) {
+    putNotes(score(), 0, kRow, 1, 3);
+    view().NoteEffectsOn = true;
+    RecordingScreen screen(workspace());
+    TableauInput input(workspace(), player(), port, screen);
+    input.MusicBox_MouseDown(MouseButton::Right, 0, 29, 150);
+    input.MusicBox_MouseUp(MouseButton::Right, 0, 29, 150);
+    EXPECT_THAT(row(score().Modulation_Change, 0, 1, 4), ElementsAre(11, 11, 11, 0));
+    EXPECT_THAT(row(score().Pan_Change, 0, 1, 4), ElementsAre(44, 44, 44, 64));
+    EXPECT_THAT(chords(4), ElementsAre(2, 2, 2, 0));
+}
+
+TEST_F(CarefulEffectsTest, TheIndicatorWritesTheChordWhereTheNoteIsReadFrom) {
+    putNotes(score(), 0, kRow, 2);
+    applyAlongIndicator(workspace(), 1);
+    EXPECT_THAT(chords(4), ElementsAre(0, 2, 0, 0));
+    EXPECT_THAT(effectsAt(1), ElementsAre(90, 11, 44, 33, 44));
 }

@@ -15,13 +15,13 @@ struct NoteReadoutTest : WorkspaceFixture {
 
 } // namespace
 
-TEST_F(NoteReadoutTest, ANoteIsToldByNumberNameVolumeInstrumentChordAndChannel) {
+TEST_F(NoteReadoutTest, ANoteIsToldByNumberNameVolumeInstrumentAndChord) {
     workspace().selectChannel(2);
     score().ChannelInstrument[2] = 40;
     putNotes(score(), 2, 67, 2, 3);
     score().Volume.set(2, 5, 90);
     score().Polyphonics.set(3, 4, 1);
-    EXPECT_EQ(readNote(score(), 4), (NoteReadout{"5", "5C", "90", "Violin", "Major", "3"}));
+    EXPECT_EQ(readNote(score(), 4), (NoteReadout{"5", "5C", "90", "Violin", "Major"}));
 }
 
 TEST_F(NoteReadoutTest, ANoteWithoutAChordIsASingleNote) {
@@ -31,14 +31,14 @@ TEST_F(NoteReadoutTest, ANoteWithoutAChordIsASingleNote) {
 
 TEST_F(NoteReadoutTest, ABlankCellIsToldSo) {
     const NoteReadout note = readNote(score(), 9);
-    EXPECT_EQ(note, (NoteReadout{"10", " -", "127", "Blank Note", "-", "1"}));
+    EXPECT_EQ(note, (NoteReadout{"10", " -", "127", "Blank Note", "-"}));
 }
 
 TEST_F(NoteReadoutTest, PercussionHasNoNameAndNoChord) {
     workspace().selectChannel(10);
     score().ChannelInstrument[10] = 128;
     putNotes(score(), 10, 50, 1);
-    EXPECT_EQ(readNote(score(), 1), (NoteReadout{"2", "-", "127", "Acoustic Bass Drum", "", "11"}));
+    EXPECT_EQ(readNote(score(), 1), (NoteReadout{"2", "-", "127", "Acoustic Bass Drum", ""}));
 }
 
 TEST_F(NoteReadoutTest, LookingAtANoteChangesNothing) {
@@ -66,7 +66,16 @@ TEST_F(NoteReadoutTest, APlaceOutsideTheScoreIsBlank) {
 }
 
 TEST_F(NoteReadoutTest, TheToolTextLineLinesItsNumbersUp) {
-    EXPECT_EQ(noteLine({"12", "5C", "90", "Violin", "", "1"}), "Note: 12       Vol: 90      Inst: Violin");
-    EXPECT_EQ(noteLine({"1", " -", "0", "Blank Note", "-", "1"}),
-              "Note: 1       Vol:       Inst: Blank Note");
+    EXPECT_EQ(noteLine({"12", "5C", "90", "Violin", ""}), "Note: 12       Vol: 90      Inst: Violin");
+    EXPECT_EQ(noteLine({"1", " -", "0", "Blank Note", "-"}), "Note: 1       Vol:       Inst: Blank Note");
+}
+
+TEST_F(NoteReadoutTest, AChannelIsToldByTheNumberOnItsSquare) {
+    for (const auto& [channel, square] : {std::pair{0, "1"}, {7, "8"}, {8, "9"}, {10, "10"}, {12, "12"}})
+        EXPECT_EQ(trackOf(channel, Manners::careful()), square);
+}
+
+TEST_F(NoteReadoutTest, InClassicMannerPercussionCountsOnPastMidisDrumChannel) {
+    for (const auto& [channel, track] : {std::pair{0, "1"}, {7, "8"}, {8, "9"}, {10, "11"}, {12, "13"}})
+        EXPECT_EQ(trackOf(channel, Manners::classic()), track);
 }

@@ -125,6 +125,8 @@ TEST_F(SetupRulesTest, BeyondTheBarIsItsEnd) {
     EXPECT_EQ(tempoAt(900, 250), 500);
     EXPECT_EQ(tempoAt(-3, 250), 0);
     EXPECT_EQ(tempoAt(3, 0), 0);
+    EXPECT_EQ(tempoAt(1, 1), 500);
+    EXPECT_EQ(tempoAt(3, -1), 0);
 }
 
 TEST_F(SetupRulesTest, TheVolumeIsTheWholePartOfItsShare) {
@@ -279,4 +281,179 @@ TEST_F(SetupRulesTest, MarksBehindTheNewEndGo) {
     ASSERT_TRUE(setScoreLength(workspace(), 30));
     EXPECT_EQ(view.SelectStart, -1);
     EXPECT_EQ(view.SelectEnd, -1);
+}
+
+// The instrument of a channel
+
+TEST_F(SetupRulesTest, AnInstrumentGoesToChannelsOfItsGroup) {
+    workspace().instruments.MelodyInstrument = 40;
+    workspace().instruments.MelodyInstrumentName = "Violin";
+    workspace().instruments.PercussionInstrument = 149;
+    workspace().instruments.PercussionInstrumentName = "Cowbell";
+    for (const int channel : {7, 8}) {
+        score().ActiveChannel = channel;
+        applyInstrument(workspace(), settings);
+    }
+    EXPECT_EQ(score().ChannelInstrument[7], 40);
+    EXPECT_EQ(score().ChannelInstrument[8], 149);
+}
+
+TEST_F(SetupRulesTest, WithoutAChosenNameTheInstrumentIsThatOfTheSettings) {
+    store("Intrumentval", "33");
+    store("Intrumentval2", "150");
+    workspace().instruments.MelodyInstrumentName.clear();
+    workspace().instruments.PercussionInstrumentName.clear();
+    for (const int channel : {7, 8}) {
+        score().ActiveChannel = channel;
+        applyInstrument(workspace(), settings);
+    }
+    EXPECT_EQ(score().ChannelInstrument[7], 33);
+    EXPECT_EQ(score().ChannelInstrument[8], 150);
+}
+
+// What choosing a channel does
+
+namespace {
+/// The open toolbar, and two notes on channel 2 that differ in every layer.
+class ChosenChannelTest : public SetupRulesTest {
+protected:
+    ChosenChannelTest() {
+        setup().SetupOpen = true;
+        putNotes(score(), 2, 60, 2, 3);
+        score().ChannelInstrument[2] = 73;
+        for (const auto& [grid, value] : layers()) {
+            grid->set(2, 1, value);
+            grid->set(2, 4, static_cast<std::int16_t>(value + 1));
+        }
+    }
+    std::vector<std::pair<ChannelGrid*, std::int16_t>> layers() {
+        return {{&score().Volume, 90},
+                {&score().Modulation_Change, 10},
+                {&score().Pan_Change, 20},
+                {&score().Reverb_Change, 30},
+                {&score().Chorus_Change, 40}};
+    }
+    std::vector<std::int16_t> shown() {
+        std::vector<std::int16_t> values;
+        for (const ShownSound& sound : shownSound(workspace()))
+            values.push_back(sound.value);
+        return values;
+    }
+    void choose(const Manners& manners) {
+        workspace().setManners(manners);
+        TrackSel_Click(workspace(), settings, 2);
+    }
+};
+} // namespace
+
+TEST_F(ChosenChannelTest, InClassicMannerTheChannelTakesTheToolbarsFourEffects) {
+    choose(Manners::classic());
+    EXPECT_TRUE(holds(score().Modulation_Change, 2, 0));
+    EXPECT_TRUE(holds(score().Pan_Change, 2, 64));
+    EXPECT_TRUE(holds(score().Reverb_Change, 2, 0));
+    EXPECT_TRUE(holds(score().Chorus_Change, 2, 0));
+    EXPECT_EQ(score().Volume.at(2, 4), 91);
+    EXPECT_THAT(shown(), testing::ElementsAre(127, 0, 64, 0, 0));
+}
+
+TEST_F(ChosenChannelTest, InCarefulMannerTheScoreStaysAsItIs) {
+    workspace().view.SelectStart = 0;
+    workspace().view.SelectEnd = 5;
+    const Score before = score();
+    choose(Manners::careful());
+    for (const auto& [grid, value] : layers()) {
+        EXPECT_EQ(grid->at(2, 1), value);
+        EXPECT_EQ(grid->at(2, 4), value + 1);
+    }
+    EXPECT_EQ(score().NoteInstrument, before.NoteInstrument) << "the selection's, too";
+    EXPECT_EQ(score().ChannelInstrument, before.ChannelInstrument);
+    EXPECT_EQ(score().ActiveChannel, 2);
+    EXPECT_TRUE(score().ChannelShown[2]);
+}
+
+TEST_F(ChosenChannelTest, InCarefulMannerTheChannelsInstrumentIsTheChosenOne) {
+    choose(Manners::careful());
+    EXPECT_EQ(workspace().instruments.MelodyInstrument, 73);
+    EXPECT_EQ(workspace().instruments.MelodyInstrumentName, "Flute");
+    score().ChannelInstrument[10] = 149;
+    chooseChannel(workspace(), 10);
+    EXPECT_EQ(workspace().instruments.PercussionInstrumentName, "Cowbell");
+    EXPECT_EQ(workspace().instruments.MelodyInstrument, 73);
+    score().ChannelInstrument[11] = 3; // which is none of percussion's
+    chooseChannel(workspace(), 11);
+    EXPECT_EQ(workspace().instruments.PercussionInstrument, 149);
+    EXPECT_EQ(workspace().instruments.MelodyInstrument, 73);
+}
+
+TEST_F(ChosenChannelTest, TheValuesAreThoseOfTheNoteAtThePlayMark) {
+    choose(Manners::careful());
+    EXPECT_THAT(shown(), testing::ElementsAre(90, 10, 20, 30, 40));
+    workspace().view.PlayMark = 2; // the end of the first note
+    EXPECT_THAT(shown(), testing::ElementsAre(90, 10, 20, 30, 40));
+    workspace().view.PlayMark = 3;
+    EXPECT_THAT(shown(), testing::ElementsAre(91, 11, 21, 31, 41));
+    workspace().view.PlayMark = 50; // behind the last note
+    EXPECT_THAT(shown(), testing::ElementsAre(90, 10, 20, 30, 40));
+}
+
+TEST_F(ChosenChannelTest, OfARestTheNextNoteCounts) {
+    choose(Manners::careful());
+    for (const int position : {0, 1, 2})
+        score().NoteCell.set(2, position, kEmptyCell);
+    EXPECT_THAT(shown(), testing::ElementsAre(91, 11, 21, 31, 41));
+}
+
+TEST_F(ChosenChannelTest, WithoutNotesThePositionItselfCounts) {
+    choose(Manners::careful());
+    score().NoteCell.fillRow(2, kEmptyCell);
+    workspace().view.PlayMark = 3;
+    EXPECT_THAT(shown(), testing::ElementsAre(91, 11, 21, 31, 41));
+    for (const ShownSound& sound : shownSound(workspace()))
+        EXPECT_FALSE(sound.varies);
+}
+
+TEST_F(ChosenChannelTest, AValueThatNotAllNotesHaveIsToldSo) {
+    choose(Manners::careful());
+    score().Pan_Change.set(2, 4, 20);
+    std::vector<bool> varies;
+    for (const ShownSound& sound : shownSound(workspace()))
+        varies.push_back(sound.varies);
+    EXPECT_THAT(varies, testing::ElementsAre(true, true, false, true, true));
+    workspace().setManners(Manners::classic());
+    for (const ShownSound& sound : shownSound(workspace()))
+        EXPECT_FALSE(sound.varies);
+}
+
+TEST_F(ChosenChannelTest, AMovedSliderWritesItsLayerAndNoOther) {
+    choose(Manners::careful());
+    setController(workspace(), SoundValue::Reverb, 77);
+    EXPECT_TRUE(holds(score().Reverb_Change, 2, 77));
+    EXPECT_TRUE(holds(score().Reverb_Change, 1, 0));
+    EXPECT_EQ(setup().channels[2].reverb, 77);
+    EXPECT_EQ(score().Modulation_Change.at(2, 4), 11);
+    EXPECT_EQ(score().Pan_Change.at(2, 4), 21);
+    EXPECT_EQ(score().Chorus_Change.at(2, 4), 41);
+    EXPECT_EQ(score().Volume.at(2, 4), 91);
+}
+
+TEST_F(ChosenChannelTest, InClassicMannerASliderIsKeptForTheNextChannelChange) {
+    choose(Manners::classic());
+    setController(workspace(), SoundValue::Pan, 7);
+    EXPECT_TRUE(holds(score().Pan_Change, 2, 64));
+    EXPECT_EQ(shown()[2], 7);
+    chooseChannel(workspace(), 2);
+    EXPECT_TRUE(holds(score().Pan_Change, 2, 7));
+}
+
+// Chords by their types
+
+TEST_F(SetupRulesTest, InCarefulMannerAChannelsChordIsTheOneThatTheListNames) {
+    beCareful();
+    for (const int item : {0, 1, 6}) {
+        Combo3_Click(setup(), workspace().chords, item);
+        Ch_Click(workspace(), 0, true);
+        EXPECT_TRUE(holds(score().Polyphonics, 1, static_cast<std::int16_t>(item + 1))) << item;
+    }
+    Ch_Click(workspace(), 0, false);
+    EXPECT_TRUE(holds(score().Polyphonics, 1, 0));
 }

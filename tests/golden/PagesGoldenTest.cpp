@@ -56,7 +56,7 @@ QImage pictureOfPages(GoldenProgram& program, int width) {
     CommandBank Lb1("Lb1", kLb1, program.skins.look(), program.tips, &ground);
     for (int index = 0; index < Lb1.size(); ++index) {
         Lb1.bind(index, [] {});
-        Lb1[index].setVisible(index == lb1("clear") || index >= lb1("hide"));
+        Lb1[index].setVisible(index == lb1("clear") || (index >= lb1("hide") && index != lb1("chord")));
     }
     Lb1.setOn(lb1("mode"), true);
     ToolPanel panel(program.skins.look(), Lb1, program.tips, program.workspace(), &ground);

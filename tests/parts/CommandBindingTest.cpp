@@ -95,3 +95,12 @@ TEST_F(CommandBindingTest, TheItemIsDisabledOnceTheWindowIsGone) {
     room.reset();
     EXPECT_FALSE(menu.item("mnuOpen").isEnabled());
 }
+
+TEST_F(CommandBindingTest, WhatIsStillToComeSaysSo) {
+    Room fresh(tips);
+    EXPECT_FALSE(fresh.bank[0].isEnabled());
+    EXPECT_EQ(tips.toolTip(fresh.bank[0])->text, "Opens\nComes in a later version");
+    EXPECT_EQ(tips.toolTip(fresh.bank[0])->title, "Open");
+    fresh.bank.bind(0, [] {});
+    EXPECT_EQ(tips.toolTip(fresh.bank[0])->text, "Opens");
+}

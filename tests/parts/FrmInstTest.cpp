@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "parts/FrmInst.h"
 
+#include "sound/ShortMessage.h"
 #include "tests/tableau/form1Fixture.h"
 
 #include <QListWidget>
@@ -203,4 +204,137 @@ TEST_F(FrmInstTest, ItStandsInTheMiddleOfTheApplication) {
 
 TEST_F(FrmInstTest, OtherWindowsWaitForIt) {
     EXPECT_EQ(picker().windowModality(), Qt::ApplicationModal);
+}
+
+// What is chosen is heard
+
+namespace {
+class HeardInstrumentTest : public FrmInstTest {
+protected:
+    struct Note {
+        bool on;
+        int channel;
+        int note;
+        bool operator==(const Note&) const = default;
+    };
+    std::vector<Note> notes() {
+        std::vector<Note> list;
+        for (const auto& sent : port.notes())
+            list.push_back({shortmessage::status(sent.word) == 0x90, shortmessage::channel(sent.word),
+                            shortmessage::data1(sent.word)});
+        return list;
+    }
+    int begun() {
+        const auto heard = notes();
+        return static_cast<int>(std::ranges::count(heard, true, &Note::on));
+    }
+    bool wait(int count) {
+        return QTest::qWaitFor([this, count] { return begun() >= count; });
+    }
+    /// Whether each note that was begun has ended.
+    bool isSilent() { return begun() * 2 == static_cast<int>(notes().size()); }
+    bool waitForSilence() {
+        return QTest::qWaitFor([this] { return isSilent(); });
+    }
+    void click(QListWidget& list, int row) {
+        list.scrollToItem(list.item(row));
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(list.item(row)).center());
+    }
+    /// Longer than a sample rests before its first note.
+    void letTimePass() { QTest::qWait(150); }
+};
+} // namespace
+
+TEST_F(HeardInstrumentTest, AnInstrumentPlaysFourNotesOnAChannelThatNoScoreUses) {
+    opened();
+    port.sent.clear();
+    click(melody(), 40);
+    ASSERT_TRUE(wait(4));
+    ASSERT_TRUE(waitForSilence());
+    EXPECT_THAT(notes(), testing::ElementsAre(Note{true, 15, 60}, Note{false, 15, 60}, Note{true, 15, 64},
+                                              Note{false, 15, 64}, Note{true, 15, 67}, Note{false, 15, 67},
+                                              Note{true, 15, 72}, Note{false, 15, 72}));
+    EXPECT_THAT(port.words(), testing::Contains(shortmessage::programChange(15, 40)).Times(1));
+    for (const std::uint32_t word : port.words())
+        EXPECT_EQ(shortmessage::channel(word), 15);
+}
+
+TEST_F(HeardInstrumentTest, APercussionSoundPlaysItsKeyAndSetsNoProgram) {
+    opened();
+    port.sent.clear();
+    click(percussion(), 4); // Hand Clap
+    ASSERT_TRUE(wait(4));
+    ASSERT_TRUE(waitForSilence());
+    EXPECT_THAT(notes(), testing::Each(testing::AnyOf(Note{true, 9, 39}, Note{false, 9, 39})));
+    EXPECT_EQ(port.words().size(), 8U);
+}
+
+TEST_F(HeardInstrumentTest, AnArrowKeyLetsHearToo) {
+    opened();
+    port.sent.clear();
+    key(melody(), Qt::Key_Down);
+    ASSERT_TRUE(wait(1));
+    EXPECT_THAT(port.words(), testing::Contains(shortmessage::programChange(15, 25)));
+}
+
+TEST_F(HeardInstrumentTest, AnotherRowEndsTheOneThatSounds) {
+    opened();
+    port.sent.clear();
+    click(melody(), 40);
+    ASSERT_TRUE(wait(1));
+    click(percussion(), 0);
+    EXPECT_TRUE(isSilent());
+    ASSERT_TRUE(wait(2));
+    EXPECT_EQ(notes().back(), (Note{true, 9, 35}));
+}
+
+TEST_F(HeardInstrumentTest, RowsThatPassQuicklyAreSilent) {
+    opened();
+    port.sent.clear();
+    for (int press = 0; press < 5; ++press)
+        key(melody(), Qt::Key_Down);
+    ASSERT_TRUE(wait(1));
+    EXPECT_EQ(begun(), 1);
+    EXPECT_THAT(port.words(), testing::Contains(shortmessage::programChange(15, 29)));
+}
+
+TEST_F(HeardInstrumentTest, AClickOnTheSelectedRowLetsItBeHeardAgain) {
+    opened();
+    port.sent.clear();
+    click(melody(), 24); // which is selected
+    ASSERT_TRUE(wait(1));
+    EXPECT_THAT(port.words(), testing::Contains(shortmessage::programChange(15, 24)));
+}
+
+TEST_F(HeardInstrumentTest, OpeningIsSilentAndSoIsClosingInTheMiddle) {
+    opened();
+    letTimePass();
+    EXPECT_EQ(begun(), 0);
+    click(melody(), 40);
+    ASSERT_TRUE(wait(1));
+    picker().CmdCancel_Click();
+    EXPECT_TRUE(isSilent());
+    const int before = begun();
+    letTimePass();
+    EXPECT_EQ(begun(), before);
+}
+
+TEST_F(HeardInstrumentTest, APickerThatIsDestroyedLeavesNoNote) {
+    {
+        FrmInst one(desk(), nullptr);
+        one.open();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&one));
+        click(*one.findChild<QListWidget*>("LstInstruments"), 40);
+        ASSERT_TRUE(wait(1));
+    }
+    EXPECT_TRUE(isSilent());
+}
+
+TEST_F(HeardInstrumentTest, WhileTheScorePlaysNothingIsAdded) {
+    opened();
+    workspace().play.Playing = true;
+    port.sent.clear();
+    click(melody(), 40);
+    letTimePass();
+    EXPECT_TRUE(port.sent.empty());
 }

@@ -190,3 +190,44 @@ TEST_F(ChannelsPanelTest, APickedInstrumentIsShownPlayedAndTheChannels) {
     EXPECT_THAT(port.words(), ElementsAre(shortmessage::programChange(0, 73)));
     EXPECT_TRUE(told().any(Change::Instruments));
 }
+
+TEST_F(ChannelsPanelTest, OneClickOnAnInstrumentOpensThePicker) {
+    opened(1);
+    QTest::mouseClick(&control("LblInst2"), Qt::LeftButton);
+    EXPECT_TRUE(pickerIsOpen());
+}
+
+TEST_F(ChannelsPanelTest, SoDoTheKeysThatOpenAList) {
+    for (const auto& [key, with] : {std::pair{Qt::Key_F4, Qt::NoModifier},
+                                    {Qt::Key_Space, Qt::NoModifier},
+                                    {Qt::Key_Down, Qt::AltModifier}}) {
+        opened(1);
+        QTest::keyClick(&control("LblInst1"), key, with);
+        ASSERT_TRUE(pickerIsOpen()) << key;
+        QApplication::activeModalWidget()->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    QTest::keyClick(&control("LblInst1"), Qt::Key_Down);
+    EXPECT_FALSE(pickerIsOpen());
+}
+
+TEST_F(ChannelsPanelTest, APressThatLeavesTheFieldOpensNothing) {
+    opened(1);
+    QWidget& field = control("LblInst1");
+    QTest::mousePress(&field, Qt::LeftButton);
+    QTest::mouseRelease(&field, Qt::LeftButton, {}, QPoint(-5, 5));
+    QTest::mouseClick(&field, Qt::RightButton);
+    EXPECT_FALSE(pickerIsOpen());
+    EXPECT_FALSE(field.hasFocus()) << "Space still plays";
+}
+
+TEST_F(ChannelsPanelTest, InCarefulMannerTheChosenChannelsInstrumentIsShown) {
+    store("Classic", "0");
+    opened(1);
+    score().ChannelInstrument[3] = 73;
+    click(control("TrackSel", 3));
+    EXPECT_EQ(shownIn("LblInst1"), "Flute");
+    EXPECT_EQ(score().ChannelInstrument[3], 73);
+    click(control("TrackSel", 0));
+    EXPECT_EQ(shownIn("LblInst1"), "Nylon Guitar");
+}

@@ -97,3 +97,54 @@ TEST_F(SoundPanelTest, ClosedItFillsNoEffects) {
     chooseChannel(workspace(), 0);
     EXPECT_TRUE(holds(score().Pan_Change, 0, 64));
 }
+
+// In careful manner
+
+namespace {
+class CarefulSoundTest : public SetupFixture {
+protected:
+    CarefulSoundTest() { store("Classic", "0"); }
+};
+} // namespace
+
+TEST_F(CarefulSoundTest, TheSlidersShowTheNoteAtThePlayMarkAndWhereNotesDiffer) {
+    putNotes(score(), 2, 60, 2, 3);
+    score().Pan_Change.set(2, 1, 54);
+    score().Pan_Change.set(2, 4, 74);
+    opened(2);
+    click(control("TrackSel", 2));
+    EXPECT_EQ(shownIn("LPan"), "-10 \u2026");
+    EXPECT_EQ(shownIn("LReverb"), "0");
+    EXPECT_EQ(control<Slider>("LblPan").value(), -10);
+    EXPECT_TRUE(control("varies").isVisible());
+    {
+        const Edit edit(workspace(), Change::Marks);
+        workspace().view.PlayMark = 3;
+    }
+    EXPECT_EQ(shownIn("LPan"), "10 \u2026");
+    EXPECT_EQ(score().Pan_Change.at(2, 1), 54) << "looking changes nothing";
+}
+
+TEST_F(CarefulSoundTest, AMovedSliderGivesAllNotesItsValueAndSendsIt) {
+    putNotes(score(), 2, 60, 2, 3);
+    score().Pan_Change.set(2, 1, 54);
+    score().Reverb_Change.set(2, 1, 9);
+    workspace().selectChannel(2);
+    opened(2);
+    port.sent.clear();
+    QTest::keyClick(&control("LblPan"), Qt::Key_End);
+    EXPECT_TRUE(holds(score().Pan_Change, 2, 127));
+    EXPECT_EQ(score().Reverb_Change.at(2, 1), 9);
+    EXPECT_EQ(shownIn("LPan"), "63");
+    EXPECT_THAT(port.words(), ElementsAre(shortmessage::controller(2, 10, 127)));
+    EXPECT_TRUE(control("varies").isVisible()) << "the reverb still differs";
+}
+
+TEST_F(CarefulSoundTest, TheVolumeShownIsTheNotes) {
+    putNotes(score(), 0, 60, 1);
+    score().Volume.set(0, 1, 80);
+    opened(2);
+    EXPECT_EQ(shownIn("Label15"), "80");
+    EXPECT_EQ(shownIn("Label2"), "80");
+    EXPECT_FALSE(control("varies").isVisible());
+}

@@ -282,3 +282,16 @@ TEST_F(FrmmenuTest, OneEntryOfAControlArrayIsChosen) {
             }
     }
 }
+
+TEST(FrmmenuToComeTest, AnItemThatNothingIsBoundToSaysThatItIsToCome) {
+    Frmmenu menu;
+    QAction& item = menu.item("mnuOpen");
+    EXPECT_EQ(item.toolTip(), "Comes in a later version");
+    EXPECT_TRUE(menu.popup("mnupopup6").toolTipsVisible());
+    {
+        QObject owner;
+        menu.bind(owner, "mnuOpen", [] {});
+        EXPECT_NE(item.toolTip(), "Comes in a later version");
+    }
+    EXPECT_EQ(item.toolTip(), "Comes in a later version");
+}

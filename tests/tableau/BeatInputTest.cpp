@@ -238,3 +238,34 @@ TEST_F(BeatInputTest, WhereNoPercussionChannelCanBeTakenTheStrokeIsKeptAway) {
     EXPECT_TRUE(score().usedChannels().empty());
     EXPECT_THAT(port().words(), IsEmpty());
 }
+
+TEST_F(BeatInputTest, EachTableauNamesTheCellsOfItsChannelsUpToTheLast) {
+    for (const int channel : {7, 8}) {
+        workspace().selectChannel(channel);
+        putNotes(score(), channel, 60, 1);
+        drag(1, 4, MouseButton::None);
+        EXPECT_EQ(screen().toolText.empty(), channel == 8);
+        beatDrag(1, 4, MouseButton::None);
+        EXPECT_EQ(screen().toolText.empty(), channel == 7);
+    }
+}
+
+TEST_F(BeatInputTest, ABeatsStrokeEndsOnItsOwnTableau) {
+    beatPress(1, 4);
+    release(3, 4);
+    EXPECT_TRUE(input().stroke().PressActive);
+    beatRelease(2, 4, kRight);
+    EXPECT_TRUE(input().stroke().PressActive);
+    beatRelease(2, 4);
+    EXPECT_THAT(cells(8, 4), ElementsAre(-1, 46, 1046, -1));
+}
+
+TEST_F(BeatInputTest, OfTheStaticTestsReleasesOnlyAMelodyChannelsIsSilence) {
+    view().Check4 = true;
+    for (const int channel : {7, 8}) {
+        workspace().selectChannel(channel);
+        port().sent.clear();
+        channel == 7 ? release(2, 4) : beatRelease(2, 4);
+        EXPECT_EQ(port().words().empty(), channel == 8);
+    }
+}

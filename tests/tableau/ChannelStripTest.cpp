@@ -176,10 +176,10 @@ TEST_F(TopBarOverlayTest, EachFieldIsALabelOfItsName) {
     }
 }
 
-TEST_F(TopBarOverlayTest, TheTrackHasTheChannelsNumberAndColour) {
+TEST_F(TopBarOverlayTest, TheTrackHasTheGivenNumberAndTheChannelsColour) {
     for (const int channel : {0, 1, 8, 12}) {
-        bar.showTrack(channel);
-        EXPECT_EQ(label("LblTrk").text().toInt(), channel + 1);
+        bar.showTrack(channel, "11");
+        EXPECT_EQ(label("LblTrk").text(), "11");
         const QRect chip = label("LblTrk").geometry();
         EXPECT_EQ(bar.grab().toImage().pixelColor(chip.left() + 1, chip.center().y()),
                   colour(kChannelColours[channel].bright));

@@ -69,6 +69,7 @@ constexpr auto kLb1Rows = std::to_array<Row>({
     {"Paste (Overwrite)", P::Editor},
     {"Insert # Space(s) ", P::Editor},
     {"Duplicate notes", P::Editor},
+    {"Chord on Right-Click", P::TextLine, true},
     {"Redo", P::Bar},
 });
 

@@ -72,3 +72,16 @@ TEST_F(EditorPageTest, ABoxThatTabHasReachedKeepsSpaceToItself) {
     EXPECT_TRUE(edit().Check5);
     EXPECT_TRUE(port.notes().empty()) << "nothing played";
 }
+
+TEST_F(EditorPageTest, InCarefulMannerTheCycleIsThatOfTheWorkedExampleUntilItIsGiven) {
+    store("Classic", "0");
+    opened();
+    for (const auto& [field, greyed] :
+         {std::pair{"Txtnotes", "60"}, {"Txtbeats", "12"}, {"Txtrepeat", "8"}}) {
+        EXPECT_EQ(shownIn(field), "") << field;
+        EXPECT_EQ(part<QLineEdit>(field).placeholderText(), greyed) << field;
+    }
+    EXPECT_EQ(shownIn("Txtspc"), "0");
+    key("beatsArrows", Qt::Key_Down);
+    EXPECT_EQ(shownIn("Txtbeats"), "11");
+}

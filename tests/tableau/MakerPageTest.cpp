@@ -158,3 +158,71 @@ TEST_F(MakerPageTest, ASmallWindowHasNoPictures) {
     EXPECT_FALSE(part("INotesSteps").isVisible());
     EXPECT_TRUE(part("txtStart").isVisible());
 }
+
+// In careful manner
+
+namespace {
+class CarefulMakerTest : public MakerPageTest {
+protected:
+    CarefulMakerTest() { store("Classic", "0"); }
+    std::string greyedIn(const char* field) { return part<QLineEdit>(field).placeholderText().toStdString(); }
+};
+} // namespace
+
+TEST_F(CarefulMakerTest, BlankFieldsShowTheWorkedExampleGreyed) {
+    opened();
+    EXPECT_EQ(shownIn("txtStart"), "1");
+    for (const auto& [field, greyed] : {std::pair{"Txtlen", "60"}, {"TxtRep", "12"}, {"TxtNt", "8"}}) {
+        EXPECT_EQ(shownIn(field), "") << field;
+        EXPECT_EQ(greyedIn(field), greyed) << field;
+    }
+    EXPECT_EQ(part<Slider>("ILength").value(), 60);
+}
+
+TEST_F(CarefulMakerTest, ATypedNumberCountsAndAClearedFieldIsGreyedAgain) {
+    opened();
+    type("TxtNt", "4");
+    EXPECT_EQ(edit().CycleNotes, 4);
+    EXPECT_EQ(shownIn("TxtNt"), "4");
+    type("TxtRep", "6");
+    part<QLineEdit>("TxtNt").selectAll();
+    key("TxtNt", Qt::Key_Delete);
+    EXPECT_EQ(edit().CycleNotes, 0);
+    EXPECT_EQ(shownIn("TxtNt"), "");
+    EXPECT_EQ(greyedIn("TxtNt"), "6") << "as many as the loop has";
+    type("Txtlen", "x");
+    part("IStart1").setFocus();
+    EXPECT_EQ(shownIn("Txtlen"), "");
+}
+
+TEST_F(CarefulMakerTest, ArrowsStartFromTheGreyedNumberAndStopAtOne) {
+    opened();
+    key("VSrep", Qt::Key_Up);
+    EXPECT_EQ(edit().CycleBeats, 13);
+    clickAt("ILength", 0.9);
+    EXPECT_EQ(edit().TotalNotes, 70);
+    type("TxtNt", "2");
+    key("VSnt", Qt::Key_Down);
+    key("VSnt", Qt::Key_Down);
+    EXPECT_EQ(shownIn("TxtNt"), "1");
+}
+
+TEST_F(CarefulMakerTest, OnAFreshTuneCreateMelodyRepeatsWhatWasDrawn) {
+    opened();
+    edit().ChannelPicked[0] = true;
+    putNotes(score(), 0, 60, 2);
+    window().Cmdo_Click();
+    for (const int position : {0, 2, 12, 14, 24, 60, 62})
+        EXPECT_EQ(score().NoteCell.at(0, position), 60) << position;
+}
+
+TEST_F(CarefulMakerTest, ClassicMannerShowsNoughtsAtOnce) {
+    opened();
+    workspace().setManners(Manners::classic());
+    for (const char* field : {"Txtlen", "TxtRep", "TxtNt"}) {
+        EXPECT_EQ(shownIn(field), "0") << field;
+        EXPECT_EQ(greyedIn(field), "") << field;
+    }
+    key("VSrep", Qt::Key_Up);
+    EXPECT_EQ(edit().CycleBeats, 1);
+}

@@ -100,6 +100,7 @@ TEST_F(MouseModesTest, InCursorModeTheRightButtonOpensTheEditMenu) {
     view().PlayMark = 9;
     press(3, 10, kRight);
     EXPECT_EQ(screen().count("openEditMenu"), 1);
+    EXPECT_EQ(screen().pointer(Box::MusicBox), Pointer::Cursor);
     EXPECT_EQ(view().PlayMark, 9);
 }
 
@@ -141,6 +142,19 @@ TEST_F(MouseModesTest, ALaterSelectionIsBegunWithTheStripOfTheLastPaint) {
     release(4, 10);
     screen().calls.clear();
     press(9, 10);
+    EXPECT_THAT(screen().calls, ElementsAre("marks", "GetBox", "blendSelectStrip"));
+    release(9, 10);
+    screen().calls.clear();
+    press(9, 10); // no earlier than it was
+    EXPECT_THAT(screen().calls, ElementsAre("marks", "GetBox", "blendSelectStrip"));
+}
+
+TEST_F(MouseModesTest, ASelectionFromTheFirstPositionIsOneToo) {
+    view().MouseMode = Mouse::Select;
+    press(0, 10);
+    release(3, 10);
+    screen().calls.clear();
+    press(2, 10);
     EXPECT_THAT(screen().calls, ElementsAre("marks", "GetBox", "blendSelectStrip"));
 }
 

@@ -58,3 +58,29 @@ TEST_F(PolynoteDragTest, PercussionTakesNoChord) {
     EXPECT_FALSE(drag(5));
     EXPECT_EQ(score().Polyphonics.at(9, 0), 0);
 }
+
+TEST_F(PolynoteDragTest, InCarefulMannerTheSetupToolbarsChordIsTheOneThatItNames) {
+    beCareful();
+    workspace().view.RightClickMode = RightClick::Polyphonic;
+    workspace().setup.Combo3 = 6;
+    drag(5);
+    EXPECT_EQ(chordAt(0), 7);
+    workspace().view.RightClickMode = RightClick::Erase;
+    drag(17);
+    EXPECT_EQ(chordAt(1), 3) << "the other list begins with the single note";
+}
+
+TEST_F(PolynoteDragTest, InCarefulMannerANoteTakesItsChordAsAWhole) {
+    beCareful();
+    putNotes(score(), 0, 60, 3, 3);
+    EXPECT_EQ(drag(5 * 12), 5);
+    for (int position = 0; position < 9; ++position)
+        EXPECT_EQ(chordAt(position), position >= 3 && position <= 5 ? 3 : 0) << position;
+}
+
+TEST_F(PolynoteDragTest, InClassicMannerAColumnTakesItsChordAlone) {
+    putNotes(score(), 0, 60, 3, 3);
+    drag(5 * 12);
+    for (int position = 0; position < 9; ++position)
+        EXPECT_EQ(chordAt(position), position == 5 ? 3 : 0) << position;
+}

@@ -171,3 +171,62 @@ TEST_F(RightButtonTest, ARightDragAppliesEffectsOnceAMove) {
     drag(4, 0, kRight);
     EXPECT_EQ(applied(), 6);
 }
+
+TEST_F(RightButtonTest, AnErasedNoteIsGoneAtThePress) {
+    draw(1, 2, 20);
+    screen().calls.clear();
+    press(1, 0, kRight);
+    EXPECT_EQ(screen().count("melody"), 1);
+    EXPECT_EQ(screen().pointer(Box::MusicBox), Pointer::Pencil);
+}
+
+TEST_F(RightButtonTest, AChordThatTheNoteHasAlreadyIsNothingToPaint) {
+    draw(1, 2, 20);
+    view().RightClickMode = RightClick::Polyphonic;
+    workspace().setup.Combo3 = 5;
+    rightClick(1);
+    screen().calls.clear();
+    press(1, 0, kRight);
+    EXPECT_EQ(screen().count("melody"), 0);
+    release(1, 0, kRight);
+    workspace().setup.Combo3 = 4;
+    screen().calls.clear();
+    press(1, 0, kRight);
+    EXPECT_EQ(screen().count("melody"), 1);
+}
+
+TEST_F(RightButtonTest, InCarefulMannerTheWholeNoteTakesTheChordThatTheListNames) {
+    beCareful();
+    draw(1, 4, 20);
+    draw(5, 6, 20);
+    view().RightClickMode = RightClick::Polyphonic;
+    workspace().setup.Combo3 = 0; // Major
+    rightClick(3);
+    for (int position = 0; position <= 6; ++position)
+        EXPECT_EQ(chordAt(position), position >= 1 && position <= 4 ? 1 : 0) << position;
+}
+
+TEST_F(RightButtonTest, InCarefulMannerAChordOfOneNoteEndsWithIt) {
+    beCareful();
+    draw(1, 4, 20);
+    view().RightClickMode = RightClick::Polyphonic;
+    rightClick(1);
+    port().sent.clear();
+    press(4, 20); // on its last cell, where the chord is read that ends
+    EXPECT_THAT(sounding(), testing::SizeIs(4));
+    release(4, 20);
+    EXPECT_THAT(sounding(), testing::IsEmpty());
+}
+
+TEST_F(RightButtonTest, AnEmptyCellWithAChordTakesEffectsToo) {
+    view().NoteEffectsOn = true;
+    workspace().effects.NoteInstrumentPick = 77;
+    workspace().effects.Combo3 = 2;
+    score().Polyphonics.set(1, 5, 3);
+    rightClick(5);
+    EXPECT_EQ(score().NoteInstrument.at(0, 5), 77);
+    EXPECT_EQ(chordAt(5), 2);
+    rightClick(6); // which has none
+    EXPECT_EQ(score().NoteInstrument.at(0, 6), 0);
+    EXPECT_EQ(chordAt(6), 0);
+}

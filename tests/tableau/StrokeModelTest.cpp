@@ -97,12 +97,10 @@ struct Model {
             applyEffects(channel, head);
     }
 
-    /// Instrument and chord of the selectors as they are at first, for the note; a head that is no note takes
-    /// none, but the rests of one behind it do.
+    /// Instrument and chord of the selectors as they are at first, for the head, be it a note or not, and the
+    /// rests behind it.
     void applyEffects(int channel, int head) {
-        const auto isRest = [&](int at) { return get(cell, channel, at) >= 1000; };
-        const bool whole = get(cell, channel, head) >= 0 && !isRest(head);
-        for (int at = whole ? head : head + 1; at == head || isRest(at); ++at) {
+        for (int at = head; at == head || get(cell, channel, at) >= 1000; ++at) {
             put(instrument, channel, at, EffectSelectors().NoteInstrumentPick);
             if (channel < 8)
                 put(chord, channel + 1, at, EffectSelectors().Combo3);

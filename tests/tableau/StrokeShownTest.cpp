@@ -143,12 +143,19 @@ TEST_F(StrokeShownTest, ANoteInPositionZeroStaysVisible) {
 TEST_F(StrokeShownTest, ADragDisplacesTheFirstFiveCellsOfAnEarlierCopy) {
     putNotes(score(), 0, 70, 6);
     score().Volume.set(0, 3, 44);
-    score().ClipNoteCell.set(0, 5, 99);
+    for (int position = 2; position <= 7; ++position)
+        score().Polyphonics.set(1, position, static_cast<std::int16_t>(position - 1));
+    for (ChannelGrid* clip : {&score().ClipNoteCell, &score().ClipPolyphonics})
+        for (int row = 0; row < ChannelGrid::kChannels; ++row)
+            clip->fillRow(row, 99);
     press(2, 10);
     drag(4, 10);
-    EXPECT_EQ(score().ClipNoteCell.at(0, 0), 70);
-    EXPECT_EQ(score().ClipNoteCell.at(0, 3), 1070);
-    EXPECT_EQ(score().ClipNoteCell.at(0, 5), 99);
+    const auto firstSix = [](const ChannelGrid& clip, int row) {
+        return std::vector<int>(clip.row(row).begin(), clip.row(row).begin() + 6);
+    };
+    EXPECT_THAT(firstSix(score().ClipNoteCell, 0), ElementsAre(70, 1070, 70, 1070, 70, 99));
+    EXPECT_THAT(firstSix(score().ClipPolyphonics, 1), ElementsAre(1, 2, 3, 4, 5, 99));
+    EXPECT_THAT(firstSix(score().ClipPolyphonics, 0), testing::Each(99)) << "row 0 is no channel's";
     EXPECT_EQ(score().ClipVolume.at(0, 1), 44);
 }
 

@@ -186,3 +186,13 @@ TEST_P(EveryCommand, DoesTheSameByButtonMenuAndKey) {
         EXPECT_EQ(deedOf(GetParam(), By::Key), byButton);
     }
 }
+
+TEST_F(form1CommandsTest, WindowsThatAreStillToComeSaySoInTheirTips) {
+    shown();
+    for (const int index : {2, 3, 5, 7}) { // the keyboard, the studio, the songwriter, the tutorial
+        EXPECT_FALSE(button("Lb1", index).isEnabled()) << index;
+        EXPECT_TRUE(tips.toolTip(button("Lb1", index))->text.endsWith("Comes in a later version")) << index;
+    }
+    EXPECT_EQ(menu.item("mnuTutorial").toolTip(), "Comes in a later version");
+    EXPECT_EQ(tips.toolTip(button("Lb1", 1))->text, "Channels, instruments, sound, tempo and MIDI device");
+}

@@ -137,3 +137,15 @@ TEST_F(form1EditingTest, AStrokeEnablesUndo) {
     EXPECT_EQ(score().NoteCell.valueOr(0, 30, -9), -1);
     EXPECT_FALSE(canUndo());
 }
+
+TEST_F(form1EditingTest, AMessageStandsUntilItHoldsNoMore) {
+    workspace().edit.ChannelPicked.fill(false);
+    shown();
+    select(0, 3);
+    window().Cmd2_Click(11);
+    ASSERT_NE(text("toolText"), "");
+    workspace().edit.ChannelPicked[0] = true;
+    select(0, 3);
+    window().Cmd2_Click(11);
+    EXPECT_EQ(text("toolText"), "");
+}

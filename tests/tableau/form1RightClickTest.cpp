@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // The right mouse button and its modes, and muting.
+#include "composition/SetupRules.h"
 #include "form1Fixture.h"
 #include "shell/MenuStrip.h"
 #include "shell/dotips.h"
@@ -258,4 +259,44 @@ TEST_F(form1RightClickTest, MutingWhileItSoundsEndsTheNote) {
     ASSERT_GE(loop.waits, 4);
     for (const auto& sent : port.notes())
         EXPECT_NE(sent.word & 0x0FU, 1U) << "nothing more of it";
+}
+
+// Chords
+
+TEST_F(form1RightClickTest, TheSwitchShowsThatARightClickGivesChordsAndAClickLetsItEraseAgain) {
+    shown();
+    CommandButton& chord = button("Lb1", 31);
+    EXPECT_FALSE(chord.isChecked());
+    EXPECT_EQ(tips.toolTip(chord)->text, "Right click gives notes the chord of the list");
+    velmora::Ch_Click(workspace(), 0, true); // in the setup toolbar
+    EXPECT_TRUE(chord.isChecked());
+    EXPECT_FALSE(button("Lb1", 13).isChecked());
+    EXPECT_NE(text("toolText").find("chord of the list"), std::string::npos);
+    QTest::mouseClick(&chord, Qt::LeftButton);
+    EXPECT_EQ(mode(), RightClick::Erase);
+    EXPECT_FALSE(chord.isChecked());
+    EXPECT_TRUE(button("Lb1", 13).isChecked());
+    EXPECT_EQ(text("toolText"), "") << "that holds no more";
+    QTest::mouseClick(&chord, Qt::LeftButton);
+    EXPECT_EQ(mode(), RightClick::Polyphonic);
+}
+
+TEST_F(form1RightClickTest, WhatIsAlreadySoIsNotMentioned) {
+    shown();
+    velmora::Ch_Click(workspace(), 0, true);
+    velmora::Ch_Click(workspace(), 0, false);
+    EXPECT_EQ(text("toolText"), "");
+    velmora::Ch_Click(workspace(), 1, true);
+    EXPECT_EQ(text("toolText"), "");
+    EXPECT_EQ(mode(), RightClick::Polyphonic);
+}
+
+TEST_F(form1RightClickTest, WithNoteEffectsARightClickDoesNotErase) {
+    shown();
+    window().Lb1_Click(18);
+    EXPECT_TRUE(workspace().view.NoteEffectsOn);
+    EXPECT_FALSE(button("Lb1", 13).isChecked());
+    QTest::mouseClick(&button("Lb1", 13), Qt::LeftButton);
+    EXPECT_TRUE(button("Lb1", 13).isChecked());
+    EXPECT_FALSE(workspace().view.NoteEffectsOn);
 }
