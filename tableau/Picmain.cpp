@@ -36,7 +36,7 @@ constexpr const char* kHint = "Draw here: press the mouse, drag to the right, an
 /// `PicX` over `SideBar`, of which a strip shows at the left.
 class Picmain::Guide : public QWidget {
 public:
-    Guide(const ViewState& view, QWidget* parent) : QWidget(parent), view_(view) {
+    Guide(const Workspace& workspace, QWidget* parent) : QWidget(parent), workspace_(workspace) {
         setObjectName("PicX");
         setAccessibleName("Note guide");
         setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -46,24 +46,26 @@ protected:
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
         painter.fillRect(rect(), toQColor(kSideBar));
-        paintGuide(painter, rect().adjusted(kFrame + kSideBarShown, 0, 0, 0), view_);
+        const RowNames names =
+            workspace_.manners.growsRowNames ? RowNames::Growing : RowNames::OfTwoSizes;
+        paintGuide(painter, rect().adjusted(kFrame + kSideBarShown, 0, 0, 0), workspace_.view, names);
     }
 
 private:
     static constexpr int kFrame = 4; ///< under the window's edge
-    const ViewState& view_;
+    const Workspace& workspace_;
 };
 
 Picmain::Picmain(const Appearance& look, ExToolTip& tips, Workspace& workspace, QWidget* parent)
     : QWidget(parent)
     , look_(look)
     , workspace_(workspace)
-    , scene_{workspace.score, workspace.view, workspace.setup}
+    , scene_{workspace.score, workspace.view, workspace.setup, workspace.manners}
     , Pic3_(new TableauBox("Pic3", "Polynote Selector", this))
     , Pic2a_(new TableauBox("Pic2a", "Note Indicator and Identifier", this))
     , Beatbox_(new TableauBox("Beatbox", "Percussion Tableau", this))
     , MusicBox_(new TableauBox("MusicBox", "Melody Tableau", this))
-    , PicX_(new Guide(workspace.view, this))
+    , PicX_(new Guide(workspace, this))
     , hint_(new QLabel(QLatin1String(kHint), MusicBox_))
     , HScroll1_(new ViewScroll(Qt::Horizontal, "HScroll1", this))
     , VScroll1_(new ViewScroll(Qt::Vertical, "VScroll1", this))
@@ -303,10 +305,11 @@ void Picmain::PutColumn() {
 }
 
 void Picmain::drawPlayLine(int column) {
+    const PlayLine how = workspace_.manners.showsPlayLineBoldly ? PlayLine::Bold : PlayLine::Pale;
     for (const Box which : {Box::MusicBox, Box::Beatbox})
         if (!box(which).isHidden())
             drawOver(which, columnStrip(which, column),
-                     [column](QImage& picture) { paintPlayLine(picture, column); });
+                     [&](QImage& picture) { paintPlayLine(picture, column, how); });
 }
 
 void Picmain::drawPressBall(int row, int column) {

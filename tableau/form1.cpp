@@ -263,7 +263,9 @@ void form1::paint(Changes changes) {
         return layOut();
     if (changes.any(Cells | Channels) && !polynotes_->goesOn())
         Picmain_->drawPolynoteBar();
-    if (changes.any(Cells | Channels | Meter | Marks)) // `Beatbox` shows no marks
+    if (changes.any(Manners))
+        Picmain_->drawGuide();
+    if (changes.any(Cells | Channels | Meter | Marks | Manners)) // `Beatbox` shows no marks
         Picmain_->DrawNoteArray();
     if (changes.any(Beats | Channels | Meter))
         Picmain_->DrawBeatArray();

@@ -3,6 +3,8 @@
 
 #include "tableau/TableauFixture.h"
 
+#include <cmath>
+
 #include <gmock/gmock.h>
 
 using namespace velmora;
@@ -126,6 +128,33 @@ TEST(StrokePainterTest, ThePlayLineStandsOnItsColumn) {
         EXPECT_EQ(columns.front(), static_cast<int>(60 * scale));
         EXPECT_EQ(columns.size(), scale == 2.0 ? 2U : 1U);
         EXPECT_EQ(image.pixel(columns.front(), 0), qRgb(255, 192, 192));
+    }
+}
+
+namespace {
+/// Relative luminance of the web's guidelines.
+double luminance(QRgb colour) {
+    const auto linear = [](int part) {
+        const double share = part / 255.0;
+        return share <= 0.03928 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(qRed(colour)) + 0.7152 * linear(qGreen(colour)) + 0.0722 * linear(qBlue(colour));
+}
+double contrast(QRgb one, QRgb other) {
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+} // namespace
+
+TEST(StrokePainterTest, ABoldPlayLineIsTwoWideAndStandsOutFromThePaper) {
+    for (const qreal scale : {1.0, 1.5, 2.0}) {
+        QImage image = paper(scale);
+        paintPlayLine(image, 5, PlayLine::Bold);
+        const std::vector<int> columns = inkedAt(image, image.height() - 1);
+        EXPECT_EQ(columns.front(), static_cast<int>(60 * scale));
+        EXPECT_EQ(columns.size(), static_cast<std::size_t>(2 * scale));
+        for (const QRgb ground : {qRgb(255, 255, 255), qRgb(248, 241, 231)})
+            EXPECT_GE(contrast(image.pixel(columns.front(), 0), ground), 3);
     }
 }
 
