@@ -197,6 +197,13 @@ void form1::resizeEvent(QResizeEvent* event) {
     layOut();
 }
 
+/// Of the Tableau the paper on which the keys work: a ring about all of it would be two lines across the
+/// window.
+QWidget* form1::ringed(QWidget* focused) const {
+    return focused == Picmain_ ? Picmain_->surface(Picmain::Surface::MusicBox)
+                               : SkinnedWindow::ringed(focused);
+}
+
 /// A crash costs nobody the window's place.
 void form1::moveEnded() {
     if (y() > 0)

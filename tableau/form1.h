@@ -117,6 +117,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    [[nodiscard]] QWidget* ringed(QWidget* focused) const override;
 
 private:
     void bindCommands();
