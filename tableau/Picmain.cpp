@@ -24,7 +24,8 @@ namespace velmora {
 namespace {
 constexpr Rgb kSideBar{131, 186, 182};
 constexpr int kSideBarShown = 6;
-constexpr int kWheelStep = 120; ///< eighths of a degree in a notch
+constexpr int kWheelStep = 120;  ///< eighths of a degree in a notch
+constexpr int kAngleOfPixel = 3; ///< of a touchpad that tells pixels alone: 40 of them are a notch
 constexpr int kRowsOfNotch = 3;
 constexpr int kColumnsOfNotch = 4;
 
@@ -383,7 +384,29 @@ void Picmain::scrolledRows(int value) {
     DrawBeatArray(); // its rows count from the view's top, too
 }
 
+/// Fine wheels and touchpads turn by parts of a notch. Who turns back begins anew, and what a touchpad still
+/// rolls on after the fingers have gone was meant for scrolling.
+void Picmain::zoomBy(const QWheelEvent& event) {
+    if (event.phase() == Qt::ScrollMomentum)
+        return;
+    const int turned =
+        event.angleDelta().isNull() ? event.pixelDelta().y() * kAngleOfPixel : event.angleDelta().y();
+    if (turned * zoomWheel_ < 0)
+        zoomWheel_ = 0;
+    zoomWheel_ += turned;
+    const int notches = zoomWheel_ / kWheelStep;
+    zoomWheel_ -= notches * kWheelStep;
+    const int y = MusicBox_->mapFrom(this, event.position().toPoint()).y();
+    if (notches != 0 && onZoom)
+        onZoom(notches, std::clamp(y, 0, std::max(0, MusicBox_->height() - 1)));
+}
+
 void Picmain::wheelEvent(QWheelEvent* event) {
+    if (event->modifiers().testFlag(Qt::ControlModifier)) {
+        zoomBy(*event);
+        return event->accept();
+    }
+    zoomWheel_ = 0;
     if (!MusicBox_->isEnabled())
         return;
     const QPoint turned = event->angleDelta();

@@ -183,9 +183,14 @@ void form1::layOut() {
     if (loading_)
         return;
     place();
+    ViewState& view = desk_.workspace.view;
+    const int height = Picmain_->surface(Picmain::Surface::MusicBox)->height();
+    if (kept_) {
+        view.ViewTopRow = topRowKeeping(view, kept_->row, kept_->y, height);
+        view.ViewFirstColumn = kept_->firstColumn;
+        view.ViewLastColumn = kept_->lastColumn;
+    }
     if (std::exchange(opened_, false)) {
-        ViewState& view = desk_.workspace.view;
-        const int height = Picmain_->surface(Picmain::Surface::MusicBox)->height();
         view.ViewTopRow = topRowForNotes(view, desk_.workspace.score, height);
     }
     Picmain_->followView();

@@ -10,6 +10,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 class QLabel;
 
@@ -101,6 +102,11 @@ public:
     void showPercussion(bool shown);
     void showEditingToolbar(bool shown);
     void setNotationStyle(int style);
+    /// Rows become higher by so many notches of the wheel, or lower; the row at @p y of `MusicBox`, in its
+    /// middle if none is given, stays there. Nothing in the middle of a stroke.
+    void zoomRows(int notches, std::optional<int> y = std::nullopt);
+    /// Rows are as high as they are at first.
+    void resetRows();
     void setAccidentals(bool shown);
     void showPlayLine(bool shown);
     void setLoop(bool on);
@@ -151,6 +157,7 @@ private:
     void paint(Changes changes);
     void place();
     void layOut();
+    void setRowHeight(int height, std::optional<int> y);
     void showToolPage(int page);
     [[nodiscard]] bool mayClose();
     void unload();
@@ -176,7 +183,13 @@ private:
     std::unique_ptr<PolynoteDrag> polynotes_;
 
     FormParts parts_;
-    bool loading_ = true;    ///< the start-up guard: nothing is laid out or painted
+    bool loading_ = true; ///< the start-up guard: nothing is laid out or painted
+    /// What stays where it is while rows change their height.
+    struct Kept {
+        int row, y;
+        int firstColumn, lastColumn;
+    };
+    std::optional<Kept> kept_;
     bool opened_ = false;    ///< a score was opened: its first notes are to come into sight
     bool activated_ = false; ///< the MIDI port has been opened
     bool closing_ = false;

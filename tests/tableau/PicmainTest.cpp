@@ -141,6 +141,40 @@ TEST_F(PicmainTest, SmallTurnsOfATouchpadAddUp) {
     EXPECT_EQ(view().ViewTopRow, 45);
 }
 
+TEST_F(PicmainTest, WithCtrlTheWheelTellsWholeNotchesAndWhere) {
+    std::vector<std::pair<int, int>> told;
+    area.onZoom = [&](int notches, int y) { told.emplace_back(notches, y); };
+    const int y = 300 - box(Surface::MusicBox).y();
+    turn({0, 120}, Qt::ControlModifier);
+    turn({0, -360}, Qt::ControlModifier);
+    EXPECT_THAT(told, ElementsAre(std::pair(1, y), std::pair(-3, y)));
+    told.clear();
+    for (int i = 0; i < 15; ++i) // a fine wheel
+        turn({0, 8}, Qt::ControlModifier);
+    EXPECT_THAT(told, ElementsAre(std::pair(1, y)));
+    turn({0, 100}, Qt::ControlModifier);
+    turn({0, -100}, Qt::ControlModifier);
+    EXPECT_THAT(told, testing::SizeIs(1)) << "who turns back begins anew";
+    turn({0, -20}, Qt::ControlModifier);
+    EXPECT_THAT(told, testing::SizeIs(2));
+    EXPECT_EQ(view().ViewTopRow, 42) << "nothing is scrolled";
+}
+
+TEST_F(PicmainTest, ATouchpadThatTellsPixelsZoomsLikewise) {
+    std::vector<int> told;
+    area.onZoom = [&](int notches, int /*y*/) { told.push_back(notches); };
+    const auto roll = [&](int pixels, Qt::ScrollPhase phase) {
+        QWheelEvent event(QPointF(400, 300), area.mapToGlobal(QPointF(400, 300)), {0, pixels}, {},
+                          Qt::NoButton, Qt::ControlModifier, phase, false);
+        QApplication::sendEvent(&area, &event);
+    };
+    for (int i = 0; i < 10; ++i)
+        roll(4, Qt::ScrollUpdate);
+    EXPECT_THAT(told, ElementsAre(1));
+    roll(400, Qt::ScrollMomentum);
+    EXPECT_THAT(told, ElementsAre(1)) << "the fingers have gone";
+}
+
 TEST_F(PicmainTest, WhilePlayingTheWheelAndTheKeysScrollNothing) {
     area.setEditable(false);
     turn({0, -120});
