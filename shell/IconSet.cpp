@@ -144,11 +144,12 @@ constexpr auto kIcons = std::to_array<Icon>({
      {{{Line, "M8 4v10M8 4c-1.5-1.5-4-1.75-6.25-1.75v9.75c2.25 0 4.75.5 6.25 2M8 4c1.5-1.5 4-1.75 "
               "6.25-1.75v9.75c-2.25 0-4.75.5-6.25 2"}}}},
     {"undo", {{{Line, "M2.75 6.25h7a3.75 3.75 0 0 1 0 7.5h-3.5M6 2.75l-3.5 3.5 3.5 3.5"}}}},
+    {"unfold", {{{Line, "M3.5 5.75l4.5 4.5 4.5-4.5"}}}},
     {"write",
      {{{Line, "M1.75 4h12.5M1.75 7h6M1.75 10h5"},
        {AccentLine, "M7.75 13.5l.6-2.4 4.6-4.6 1.8 1.8-4.6 4.6z"}}}},
 });
-static_assert(kIcons.size() == 48);
+static_assert(kIcons.size() == 49);
 static_assert(std::ranges::is_sorted(kIcons, {}, &Icon::name));
 
 QByteArray paintOf(Part part, const IconColours& colours) {

@@ -247,6 +247,10 @@ void SkinnedWindow::attachTips(ExToolTip& tips) {
             tips.SetToolTip(*button, {button->accessibleName(), "", ""});
 }
 
+bool SkinnedWindow::knowsItsPlace() {
+    return tellsPlaces(QGuiApplication::platformName());
+}
+
 void SkinnedWindow::setHelp(std::function<void()> help) {
     help_ = std::move(help);
     if (imgTitleHelp_)

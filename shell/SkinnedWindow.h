@@ -70,6 +70,9 @@ public:
     /// Has @p tips follow the mouse in this window, and gives the parts of the frame their tool texts.
     void attachTips(ExToolTip& tips);
 
+    /// Whether the platform says where this window stands, so that it can be stored and brought back.
+    [[nodiscard]] static bool knowsItsPlace();
+
     /// What the help button opens; a window without it shows the button as disabled.
     void setHelp(std::function<void()> help);
 

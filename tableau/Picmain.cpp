@@ -29,6 +29,8 @@ constexpr int kAngleOfPixel = 3; ///< of a touchpad that tells pixels alone: 40 
 constexpr int kRowsOfNotch = 3;
 constexpr int kColumnsOfNotch = 4;
 
+constexpr int kHintLeft = 6 * kColumnWidth;
+
 constexpr const char* kBarTip = "Click to scroll";
 constexpr const char* kHint = "Draw here: press the mouse, drag to the right, and let go.\n"
                               "Up is higher, and longer lines are longer notes. Space plays what you drew.";
@@ -47,8 +49,7 @@ protected:
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
         painter.fillRect(rect(), toQColor(kSideBar));
-        const RowNames names =
-            workspace_.manners.growsRowNames ? RowNames::Growing : RowNames::OfTwoSizes;
+        const RowNames names = workspace_.manners.growsRowNames ? RowNames::Growing : RowNames::OfTwoSizes;
         paintGuide(painter, rect().adjusted(kFrame + kSideBarShown, 0, 0, 0), workspace_.view, names);
     }
 
@@ -172,8 +173,9 @@ void Picmain::showHint(bool shown) {
 
 void Picmain::placeHint() {
     hint_->adjustSize();
-    const QRect room = MusicBox_->rect().adjusted(0, 0, 0, -MusicBox_->height() / 4);
-    hint_->move(room.center() - hint_->rect().center());
+    // Behind the clefs, where a window that floats in the lower right covers nothing of it.
+    const int left = std::min(kHintLeft, std::max(0, MusicBox_->width() - hint_->width()));
+    hint_->move(left, (MusicBox_->height() * 3 / 4 - hint_->height()) / 2);
 }
 
 void Picmain::DrawNoteArray() {

@@ -141,8 +141,10 @@ void form1::openAtStoredPlace() {
     const QRect frame(corner, size);
     setGeometry(openingFrame(frame, screen, kLeastForm));
     SettingsBatch place(desk_.settings);
-    settings::save(place, settings::form1_left, twips(x()));
-    settings::save(place, settings::form1_top, twips(y()));
+    if (knowsItsPlace()) {
+        settings::save(place, settings::form1_left, twips(x()));
+        settings::save(place, settings::form1_top, twips(y()));
+    }
     settings::save(place, settings::form1_Width, twips(width()));
     settings::save(place, settings::form1_Height, twips(height()));
 }
@@ -211,7 +213,7 @@ QWidget* form1::ringed(QWidget* focused) const {
 
 /// A crash costs nobody the window's place.
 void form1::moveEnded() {
-    if (y() > 0)
+    if (knowsItsPlace() && y() > 0)
         settings::save(desk_.settings, settings::form1_top, static_cast<float>(y() * kTwips));
 }
 
@@ -222,7 +224,8 @@ void form1::changeEvent(QEvent* event) {
 }
 
 void form1::Form_Activate() {
-    settings::save(desk_.settings, settings::form1_left, static_cast<float>(x() * kTwips));
+    if (knowsItsPlace())
+        settings::save(desk_.settings, settings::form1_left, static_cast<float>(x() * kTwips));
     moveEnded();
     if (desk_.workspace.play.Playing) // what sounds stays as it is
         return;
@@ -409,8 +412,10 @@ void form1::saveAtEnd(const QRect& frame) {
     const auto save = [&last](const settings::Float& key, int pixels) {
         settings::save(last, key, static_cast<float>(pixels * kTwips));
     };
-    save(settings::form1_left, frame.x());
-    save(settings::form1_top, frame.y());
+    if (knowsItsPlace()) {
+        save(settings::form1_left, frame.x());
+        save(settings::form1_top, frame.y());
+    }
     save(settings::form1_Width, frame.width());
     save(settings::form1_Height, frame.height());
     settings::save(last, settings::Percussion, parts_.percussion);

@@ -219,7 +219,7 @@ TEST_F(SkinnedWindowTest, WithoutTranslucencyTheCornersAreCutByAMask) {
 }
 
 TEST_F(SkinnedWindowTest, AnotherSkinRepaintsEveryOpenWindow) {
-    HelpWindow help(*skins, tips, HelpLibrary());
+    HelpWindow help(*skins, tips, settings, HelpLibrary());
     TestWindow second(*skins);
     second.resize(200, 120);
     const auto pictures = [&] {
