@@ -78,10 +78,10 @@ private:
     int GlyphDrop_ = 0; ///< of the last note, without what its accidental adds
 
     std::vector<InkNote> heads_; ///< of a painting, to be laid over its bars
-    MelodyInk shown_;          ///< what the picture shows
-    MelodyInk next_;           ///< what it is to show
-    std::vector<QRect> boxes_; ///< what was drawn over since, in pixels of the device
-    qint64 key_ = -1;          ///< of the picture as this left it
+    MelodyInk shown_;            ///< what the picture shows
+    MelodyInk next_;             ///< what it is to show
+    std::vector<QRect> boxes_;   ///< what was drawn over since, in pixels of the device
+    qint64 key_ = -1;            ///< of the picture as this left it
 };
 
 } // namespace velmora

@@ -235,6 +235,29 @@ TEST_F(PicmainTest, ThePlayLineStandsOnBothBoxesAndLeavesThemAsTheyWere) {
     EXPECT_EQ(box(Surface::Beatbox).picture(), beat);
 }
 
+TEST_F(PicmainTest, InCarefulMannersThePlayLineIsSeenInEverySkinAndLeavesThePictureAsItWas) {
+    workspace().setManners(Manners::careful());
+    putNotes(score(), 0, 60, 5);
+    for (int skin = 1; skin <= kSkinCount; ++skin) {
+        look.skinType = skin;
+        area.drawAll();
+        const QImage melody = box(Surface::MusicBox).picture().copy();
+        const QImage beat = box(Surface::Beatbox).picture().copy();
+        for (const int column : {0, 4, 107}) {
+            area.GetColumn(column);
+            area.drawPlayLine(column);
+            for (const Surface which : {Surface::MusicBox, Surface::Beatbox})
+                for (const int x : {12 * column, 12 * column + 1}) {
+                    EXPECT_EQ(pixel(which, x, 30), QColor(176, 0, 80)) << "skin " << skin;
+                    EXPECT_EQ(pixel(which, x, box(which).height() - 1), QColor(176, 0, 80));
+                }
+            area.PutColumn();
+            EXPECT_EQ(box(Surface::MusicBox).picture(), melody);
+            EXPECT_EQ(box(Surface::Beatbox).picture(), beat);
+        }
+    }
+}
+
 TEST_F(PicmainTest, ThePlayLineStandsOnAPaintedPictureThoughTheScreenIsAnother) {
     for (const Surface which : {Surface::MusicBox, Surface::Beatbox})
         box(which).resize(box(which).size() - QSize(1, 1)); // as unfit as one of another scale

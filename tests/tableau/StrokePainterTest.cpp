@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/StrokePainter.h"
 
+#include "shell/Skin.h"
 #include "tableau/TableauFixture.h"
-
-#include <cmath>
 
 #include <gmock/gmock.h>
 
@@ -131,21 +130,6 @@ TEST(StrokePainterTest, ThePlayLineStandsOnItsColumn) {
     }
 }
 
-namespace {
-/// Relative luminance of the web's guidelines.
-double luminance(QRgb colour) {
-    const auto linear = [](int part) {
-        const double share = part / 255.0;
-        return share <= 0.03928 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(qRed(colour)) + 0.7152 * linear(qGreen(colour)) + 0.0722 * linear(qBlue(colour));
-}
-double contrast(QRgb one, QRgb other) {
-    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
-    return (lighter + 0.05) / (darker + 0.05);
-}
-} // namespace
-
 TEST(StrokePainterTest, ABoldPlayLineIsTwoWideAndStandsOutFromThePaper) {
     for (const qreal scale : {1.0, 1.5, 2.0}) {
         QImage image = paper(scale);
@@ -153,8 +137,11 @@ TEST(StrokePainterTest, ABoldPlayLineIsTwoWideAndStandsOutFromThePaper) {
         const std::vector<int> columns = inkedAt(image, image.height() - 1);
         EXPECT_EQ(columns.front(), static_cast<int>(60 * scale));
         EXPECT_EQ(columns.size(), static_cast<std::size_t>(2 * scale));
-        for (const QRgb ground : {qRgb(255, 255, 255), qRgb(248, 241, 231)})
-            EXPECT_GE(contrast(image.pixel(columns.front(), 0), ground), 3);
+        const QColor line = image.pixelColor(columns.front(), 0);
+        const Rgb ink{static_cast<std::uint8_t>(line.red()), static_cast<std::uint8_t>(line.green()),
+                      static_cast<std::uint8_t>(line.blue())};
+        for (const Rgb ground : {Rgb{255, 255, 255}, Rgb{248, 241, 231}}) // paper, and a band on it
+            EXPECT_GE(contrast(ink, ground), 3);
     }
 }
 
