@@ -142,7 +142,7 @@ void form1::FunctionBut_Click() {
     setMouseMode(desk_.workspace.view.MouseMode == Mouse::Select ? Mouse::Draw : Mouse::Select);
 }
 
-/// Pointer and button show what the left mouse button does.
+/// Pointer and buttons show what the left mouse button does: both are pressed while it draws.
 void form1::showMouseMode() {
     const bool selects = desk_.workspace.view.MouseMode == Mouse::Select;
     for (const Box box : {Box::MusicBox, Box::Beatbox})
@@ -152,7 +152,7 @@ void form1::showMouseMode() {
     const CommandRow& row = Lb1_.row(lb1("mode"));
     onPage.setFace(row.icon, selects ? QStringLiteral("Select") : QStringLiteral("Draw"));
     onPage.setChecked(!selects);
-    onBar.setChecked(selects);
+    onBar.setChecked(!selects);
     const QString tip = QLatin1String(selects ? kSelectTip : kDrawTip);
     for (CommandButton* button : {&onPage, &onBar})
         desk_.tips.SetToolTip(*button, {toQString(row.title), tip, std::string(row.icon)});
