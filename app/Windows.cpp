@@ -100,10 +100,10 @@ void ProgramWindows::open(Name name, Focus focus) {
 void ProgramWindows::help(const QString& page) {
     if (!help_) {
         const auto folder = helpFolder();
-        help_ = std::make_unique<HelpWindow>(desk_.skins, desk_.tips,
+        help_ = std::make_unique<HelpWindow>(desk_.skins, desk_.tips, desk_.settings,
                                              folder ? HelpLibrary(*folder) : HelpLibrary());
     }
-    help_->open(page);
+    help_->open(page, windows_[0].get());
 }
 
 void ProgramWindows::pickInstrument(QWidget& over, std::function<void(PickedInstrument)> picked) {

@@ -93,6 +93,11 @@ inline constexpr Float form1_Width{"form1 Width"};   // written and, deliberatel
 inline constexpr Float form1_Height{"form1 Height"}; // the screen's less 400
 inline constexpr Float frmsetup_left{"frmsetup left"};
 inline constexpr Float frmsetup_top{"frmsetup top"};
+inline constexpr Boolean frmsetup_folded{"frmsetup folded", false};
+inline constexpr Float help_left{"help left"};
+inline constexpr Float help_top{"help top"};
+inline constexpr Float help_Width{"help Width"};
+inline constexpr Float help_Height{"help Height"};
 inline constexpr Float record_left{"record left"};
 inline constexpr Float record_top{"record top"};
 inline constexpr Float formS_left{"formS left"};
@@ -125,17 +130,18 @@ using AnySetting = std::variant<Int16, Int32, Float, Boolean, Text>;
 
 /// All of them, in the order above.
 inline constexpr auto kAll = std::to_array<AnySetting>({
-    Intrumentval,       Intrumentval2, Inst_Name,     CopyonlyOneTrack,  NumNotes,        Notes_per_measure,
-    Beats_per_measure,  Type_of_note,  Line_Height,   Show_Sharp_guides, Show_Bass_staff, Show_Treble_staff,
-    Notationstyle,      Accidentals,   Percussion,    Playing_position,  Classic,         Devices,
-    Skin_type,          Skin_buttons,  ToolText_type, Editing_Toolbar,   Synthup,         frmsetup,
-    form1_left,         form1_top,     form1_width,   form1_Width,       form1_Height,    frmsetup_left,
-    frmsetup_top,       record_left,   record_top,    formS_left,        formS_top,       formS_Width,
-    formS_Height,       keyfile,       frmscore_left, frmscore_top,      frmscore_Width,  frmscore_Height,
-    Wiz_left,           Wiz_top,       Show_tips,     NumBytes,          Delete_WAV,      autoencode,
-    Show_note_position, MP3_bitrate,   MP3_quality,   WAV_format,        BarWidth,        HeaderHeight,
-    SpacerHeight,       JoinNotes,     NewScore,      NumDrums,
+    Intrumentval,      Intrumentval2,   Inst_Name,     CopyonlyOneTrack,  NumNotes,        Notes_per_measure,
+    Beats_per_measure, Type_of_note,    Line_Height,   Show_Sharp_guides, Show_Bass_staff, Show_Treble_staff,
+    Notationstyle,     Accidentals,     Percussion,    Playing_position,  Classic,         Devices,
+    Skin_type,         Skin_buttons,    ToolText_type, Editing_Toolbar,   Synthup,         frmsetup,
+    form1_left,        form1_top,       form1_width,   form1_Width,       form1_Height,    frmsetup_left,
+    frmsetup_top,      frmsetup_folded, help_left,     help_top,          help_Width,      help_Height,
+    record_left,       record_top,      formS_left,    formS_top,         formS_Width,     formS_Height,
+    keyfile,           frmscore_left,   frmscore_top,  frmscore_Width,    frmscore_Height, Wiz_left,
+    Wiz_top,           Show_tips,       NumBytes,      Delete_WAV,        autoencode,      Show_note_position,
+    MP3_bitrate,       MP3_quality,     WAV_format,    BarWidth,          HeaderHeight,    SpacerHeight,
+    JoinNotes,         NewScore,        NumDrums,
 });
-static_assert(kAll.size() == 58);
+static_assert(kAll.size() == 63);
 
 } // namespace velmora::settings

@@ -57,7 +57,7 @@ struct DenseTableau {
         view.ViewFirstColumn = column;
         view.ViewLastColumn = column + view.ViewColumns;
     }
-    [[nodiscard]] TableauScene scene() const { return {score, view, setup}; }
+    [[nodiscard]] TableauScene scene() const { return {score, view, setup, manners}; }
     [[nodiscard]] int notes() const {
         int count = 0;
         for (int channel = 0; channel < kMelodyChannels; ++channel)
@@ -68,6 +68,7 @@ struct DenseTableau {
     Score score;
     ViewState view;
     SetupState setup;
+    Manners manners = Manners::careful();
 };
 
 /// The music font is looked up through it.
@@ -77,9 +78,10 @@ void needApplication() {
     static const QGuiApplication application(count, nullptr);
 }
 
-void drawNoteArray(benchmark::State& state, int style) {
+void drawNoteArray(benchmark::State& state, int style, const Manners& manners) {
     needApplication();
     DenseTableau tableau;
+    tableau.manners = manners;
     tableau.view.Notationstyle = static_cast<std::int16_t>(style);
     QImage surface = pictureOf(kWidth, kHeight, state);
     MelodyPainter painter;
@@ -92,8 +94,18 @@ void drawNoteArray(benchmark::State& state, int style) {
     }
     state.counters["notes"] = tableau.notes();
 }
-BENCHMARK_CAPTURE(drawNoteArray, colourful, 0)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(drawNoteArray, traditional, 1)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(drawNoteArray, colourful, 0, Manners::careful())
+    ->Arg(1)
+    ->Arg(2)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(drawNoteArray, channelByChannel, 0, Manners::classic())
+    ->Arg(1)
+    ->Arg(2)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(drawNoteArray, traditional, 1, Manners::careful())
+    ->Arg(1)
+    ->Arg(2)
+    ->Unit(benchmark::kMillisecond);
 
 void drawNoteArrayAfterForeignHand(benchmark::State& state) {
     const DenseTableau tableau;

@@ -39,6 +39,13 @@ struct Manners {
     bool givesWholeNoteAllEffects = false;
     /// "Trk" counts channels as the squares do. Otherwise the four percussion channels count on from 8.
     bool readsChannelAsSquare = false;
+    /// Heads of notes lie over the bars of all channels, and none is cut at the left edge. Otherwise each
+    /// channel is painted whole, one after the other.
+    bool showsHeadsWhole = false;
+    /// The play line stands out from the paper. Otherwise it is a pale hairline.
+    bool showsPlayLineBoldly = false;
+    /// The names of rows grow with the rows. Otherwise they have two sizes.
+    bool growsRowNames = false;
 
     bool operator==(const Manners&) const = default;
 
@@ -46,7 +53,7 @@ struct Manners {
     [[nodiscard]] static constexpr Manners classic() { return {}; }
     /// Nothing is lost or falsified: the default.
     [[nodiscard]] static constexpr Manners careful() {
-        return {true, true, true, true, true, true, true, true, true, true, true, true, true};
+        return {true, true, true, true, true, true, true, true, true, true, true, true, true, true, true, true};
     }
     [[nodiscard]] static constexpr Manners of(bool isClassic) { return isClassic ? classic() : careful(); }
 };

@@ -14,6 +14,7 @@
 #include "setup/SoundPanel.h"
 #include "setup/StaffPanel.h"
 #include "setup/TimingPanel.h"
+#include "shell/CommandButton.h"
 #include "shell/ExToolTip.h"
 #include "shell/WindowGeometry.h"
 #include "sound/MidiPort.h"
@@ -32,10 +33,9 @@ namespace velmora {
 
 namespace {
 constexpr QSize kSize(520, 340);
-constexpr int kTabsTop = 12;      ///< under the title
-constexpr int kBeside = 8;        ///< to the composing window, where there is room
-constexpr QPoint kInside(28, 56); ///< from its lower right corner, where there is none
-constexpr int kFirstPanel = 1;    ///< "Channels"
+constexpr int kTabsTop = 12; ///< under the title
+constexpr QSize kFolded(520, 72);
+constexpr int kFirstPanel = 1; ///< "Channels"
 
 /// The blank behind "Sound" is meant.
 constexpr std::array<const char*, 6> kTabs{"Polyphonics", "Channels", "Sound ",
@@ -62,13 +62,14 @@ frmsetup::frmsetup(Desk& desk, QWidget* composing)
     for (QAbstractButton* tab : Lmnu) // over the page's line
         tab->raise();
     addKeys();
+    addFoldButton();
     attachTips(desk_.tips);
     channels_->TrackSel_Click = [this](int channel) { TrackSel_Click(channel); };
     channels_->TrackHide_Click = [this](int channel, bool hidden) { TrackHide_Click(channel, hidden); };
     channels_->LblInst_DblClick = [this] { LblInst_DblClick(); };
     sound_->lblVolume_Change = [this](std::int16_t value) { lblVolume_Change(value); };
-    openAtStoredPlace();
     Lmnu_Click(kFirstPanel);
+    openAtStoredPlace();
     showPanels(Change::File);
 }
 
@@ -108,13 +109,51 @@ void frmsetup::addKeys() {
     bind(QKeySequence("Ctrl+PgUp"), -1);
 }
 
+/// At the end of the tabs, and after the panels in the order of Tab.
+void frmsetup::addFoldButton() {
+    constexpr QSize kFace(22, 22);
+    fold_ = new CommandButton(look(), ButtonForm::Icon, Ibak5());
+    fold_->setObjectName("fold");
+    fold_->setGeometry(QRect({kSetupPage.right() + 1 - kFace.width(), kTabsTop}, kFace));
+    connect(fold_, &QAbstractButton::clicked, this, [this] { setFolded(!folded_); });
+    showFolded();
+}
+
+void frmsetup::showFolded() {
+    setFixedSize(folded_ ? kFolded : kSize);
+    page_->setVisible(!folded_);
+    const QString words = folded_ ? "Unfold" : "Fold";
+    fold_->setFace(folded_ ? "unfold" : "chevron");
+    fold_->setAccessibleName(words);
+    desk_.tips.SetToolTip(*fold_,
+                          {words, folded_ ? "Show the page again" : "Leave the title and the tabs alone",
+                           folded_ ? "unfold" : "chevron"});
+}
+
+void frmsetup::setFolded(bool folded) {
+    if (folded == folded_)
+        return;
+    folded_ = folded;
+    showFolded();
+    if (folded && pos() == unfoldedTo_) {
+        move(unfoldedFrom_);
+    } else if (!folded) {
+        unfoldedFrom_ = pos();
+        move(onScreen(pos(), size(), screen()->availableGeometry()));
+        unfoldedTo_ = pos();
+    }
+}
+
 void frmsetup::saveSettings() {
     const Workspace& workspace = desk_.workspace;
     const auto saveFlag = [this](const settings::Int16& key, bool flag) {
         settings::save(desk_.settings, key, flag ? 1 : 0);
     };
-    settings::save(desk_.settings, settings::frmsetup_left, static_cast<float>(x() * kTwips));
-    settings::save(desk_.settings, settings::frmsetup_top, static_cast<float>(y() * kTwips));
+    if (knowsItsPlace()) {
+        settings::save(desk_.settings, settings::frmsetup_left, static_cast<float>(x() * kTwips));
+        settings::save(desk_.settings, settings::frmsetup_top, static_cast<float>(y() * kTwips));
+    }
+    settings::save(desk_.settings, settings::frmsetup_folded, folded_);
     settings::save(desk_.settings, settings::Beats_per_measure, workspace.setup.TxtMeter);
     settings::save(desk_.settings, settings::Type_of_note, workspace.setup.NoteX);
     settings::save(desk_.settings, settings::Notes_per_measure, workspace.setup.TxBeats);
@@ -126,23 +165,22 @@ void frmsetup::saveSettings() {
     settings::save(desk_.settings, settings::NumNotes, workspace.score.NumNotes);
 }
 
-/// At the stored place, on whichever screen that is. At first beside the composing window, or else in its
-/// lower right, where its buttons stay free; on the screen in any case.
+/// At the stored place, on whichever screen that is; else where the composing window leaves room.
 void frmsetup::openAtStoredPlace() {
-    QRect screen = this->screen()->availableGeometry();
-    const QRect around = parentWidget() ? parentWidget()->geometry() : screen;
-    QPoint place(around.right() + kBeside, around.top());
-    if (place.x() + width() > screen.right())
-        place = around.bottomRight() - kInside - QPoint(width(), height());
-    if (!desk_.settings.GetSetting("Settings", settings::frmsetup_left.key, "").empty()) {
-        place = {pixelsOfTwips(settings::read(desk_.settings, settings::frmsetup_left)),
-                 pixelsOfTwips(settings::read(desk_.settings, settings::frmsetup_top))};
-        if (const QScreen* there = QGuiApplication::screenAt(place + rect().center()))
-            screen = there->availableGeometry();
+    const QRect screen = this->screen()->availableGeometry();
+    const bool stored = !desk_.settings.GetSetting("Settings", settings::frmsetup_left.key, "").empty();
+    if (!stored || !knowsItsPlace()) {
+        const QRect around = parentWidget() ? parentWidget()->geometry() : screen;
+        const FirstPlace first = firstPlace(around, screen, kSize, kFolded);
+        setFolded(parentWidget() && first.folded);
+        move(onScreen(first.corner, size(), screen));
+        return;
     }
-    place.setX(std::clamp(place.x(), screen.left(), std::max(screen.left(), screen.right() + 1 - width())));
-    place.setY(std::clamp(place.y(), screen.top(), std::max(screen.top(), screen.bottom() + 1 - height())));
-    move(place);
+    setFolded(settings::read(desk_.settings, settings::frmsetup_folded));
+    const QPoint place(pixelsOfTwips(settings::read(desk_.settings, settings::frmsetup_left)),
+                       pixelsOfTwips(settings::read(desk_.settings, settings::frmsetup_top)));
+    const QScreen* there = QGuiApplication::screenAt(place + rect().center());
+    move(onScreen(place, size(), there ? there->availableGeometry() : screen));
 }
 
 void frmsetup::open(Windows::Focus focus) {
@@ -211,6 +249,7 @@ void frmsetup::Lmnu_Click(int index) {
     const std::array<QWidget*, kPanels> panels{polyphonics_, channels_, sound_, timing_, midi_, staff_};
     if (static_cast<std::size_t>(index) >= panels.size())
         return;
+    setFolded(false);
     Lmnu[static_cast<std::size_t>(index)]->setChecked(true);
     Lmnu[static_cast<std::size_t>(index)]->setFocus();
     for (QWidget* panel : panels) {

@@ -12,6 +12,7 @@ class QAbstractButton;
 namespace velmora {
 
 class ChannelsPanel;
+class CommandButton;
 class MidiPanel;
 class PolyphonicsPanel;
 class SoundPanel;
@@ -39,6 +40,8 @@ struct Desk;
 /// |                           | `Text3` with `VScroll3`            | the height of its rows                   |
 // clang-format on
 ///
+/// Folded it is its title and its tabs; a tab or the button beside them unfolds it.
+///
 /// The pointer of a slider (`lblVolumePtr2`, `LblTempoPtr` and so on) is a part of its bar.
 class frmsetup : public SkinnedWindow, private Watcher {
 public:
@@ -53,6 +56,10 @@ public:
     void unload();
 
     void Lmnu_Click(int index);
+    /// Title and tabs alone, or all of it. What it moves by, to be wholly on the screen, it moves back by
+    /// when it is folded where it stands.
+    void setFolded(bool folded);
+    [[nodiscard]] bool isFolded() const { return folded_; }
     void TrackSel_Click(int channel);
     void TrackHide_Click(int channel, bool hidden);
     /// Opens the instrument picker.
@@ -71,6 +78,8 @@ private:
 
     [[nodiscard]] std::array<QAbstractButton*, kPanels> addTabs();
     void addKeys();
+    void addFoldButton();
+    void showFolded();
     void saveSettings();
     void openAtStoredPlace();
     [[nodiscard]] bool keeps(const QKeyEvent& event) const;
@@ -87,7 +96,11 @@ private:
     TimingPanel* timing_;
     MidiPanel* midi_;
     StaffPanel* staff_;
+    CommandButton* fold_ = nullptr;
     Guests<Watcher>::Stay watching_;
+    bool folded_ = false;
+    QPoint unfoldedFrom_; ///< where it stood folded, and where it went from there
+    QPoint unfoldedTo_;
     bool unloaded_ = false;
 };
 

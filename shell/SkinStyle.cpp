@@ -4,6 +4,7 @@
 #include "shell/Compositor.h"
 #include "shell/ControlPainter.h"
 #include "shell/IconSet.h"
+#include "shell/MenuStrip.h"
 #include "shell/PixelGrid.h"
 #include "shell/SkinPainter.h"
 #include "shell/StyleState.h"
@@ -171,7 +172,7 @@ void SkinStyle::drawControl(ControlElement element, const QStyleOption* option, 
         drawMenuItem(option, painter);
         return;
     case CE_MenuBarItem:
-        drawMenuLabel(option, painter);
+        drawMenuLabel(option, painter, widget);
         return;
     case CE_MenuBarEmptyArea:
         painter->fillRect(option->rect, lightening(look_.skin()));
@@ -250,7 +251,7 @@ void SkinStyle::drawMenuItem(const QStyleOption* option, QPainter* painter) cons
                      inkOn(skin, {.enabled = enabled}));
 }
 
-void SkinStyle::drawMenuLabel(const QStyleOption* option, QPainter* painter) const {
+void SkinStyle::drawMenuLabel(const QStyleOption* option, QPainter* painter, const QWidget* widget) const {
     const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
     if (!item)
         return;
@@ -261,7 +262,9 @@ void SkinStyle::drawMenuLabel(const QStyleOption* option, QPainter* painter) con
         fillRounded(*painter, item->rect, fieldRadius(skin),
                     downwards(pressed ? skin.pressed : skin.hot, item->rect), toQColor(skin.buttonEdge));
     painter->setPen(toQColor(skin.text));
-    painter->drawText(item->rect, Qt::AlignCenter | Qt::TextHideMnemonic | Qt::TextSingleLine, item->text);
+    const auto* strip = dynamic_cast<const MenuStrip*>(widget);
+    const int letters = strip && strip->showsLetters() ? Qt::TextShowMnemonic : Qt::TextHideMnemonic;
+    painter->drawText(item->rect, Qt::AlignCenter | Qt::TextSingleLine | letters, item->text);
 }
 
 void SkinStyle::drawTab(const QStyleOption* option, QPainter* painter) const {
@@ -335,7 +338,8 @@ QSize SkinStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
     }
     case CT_MenuBarItem: {
         const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
-        return {(item ? item->fontMetrics.horizontalAdvance(item->text) : size.width()) + 20, 20};
+        const QString words = item ? QString(item->text).remove(u'&') : QString();
+        return {(item ? item->fontMetrics.horizontalAdvance(words) : size.width()) + 20, 20};
     }
     case CT_MenuBar:
         return {base.width(), 24};

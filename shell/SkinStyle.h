@@ -42,7 +42,7 @@ public:
 
 private:
     void drawMenuItem(const QStyleOption* option, QPainter* painter) const;
-    void drawMenuLabel(const QStyleOption* option, QPainter* painter) const;
+    void drawMenuLabel(const QStyleOption* option, QPainter* painter, const QWidget* widget) const;
     void drawTab(const QStyleOption* option, QPainter* painter) const;
     void drawProgress(const QStyleOption* option, QPainter* painter) const;
     void drawFocusFrame(const QStyleOption* option, QPainter* painter, const QWidget* widget) const;

@@ -85,6 +85,24 @@ private:
     SkinnedWindow& window_;
 };
 
+/// The mouse has taken over: where the keyboard was is of no interest any more.
+class SkinnedWindow::PressWatch : public QObject {
+public:
+    explicit PressWatch(SkinnedWindow& window) : window_(window) {}
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const auto* pressed =
+            event->type() == QEvent::MouseButtonPress ? qobject_cast<QWidget*>(watched) : nullptr;
+        if (pressed && pressed->window() == &window_)
+            window_.hideFocusRing();
+        return false;
+    }
+
+private:
+    SkinnedWindow& window_;
+};
+
 /// One of the four buttons in the title bar.
 class TitleButton : public QAbstractButton {
 public:
@@ -185,13 +203,27 @@ void SkinnedWindow::buildEdges() {
 /// The ring around the control that has the focus shows once a key has moved it there.
 void SkinnedWindow::followFocus() {
     focusFrame_ = new QFocusFrame(this);
+    presses_ = std::make_unique<PressWatch>(*this);
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget* /*old*/, QWidget* now) { placeFocusRing(now); });
 }
 
 void SkinnedWindow::placeFocusRing(QWidget* focused) {
     const bool ours = focused && focused->window() == this && focused != this;
-    focusFrame_->setWidget(ours && testAttribute(Qt::WA_KeyboardFocusChange) ? focused : nullptr);
+    focusFrame_->setWidget(ours && testAttribute(Qt::WA_KeyboardFocusChange) ? ringed(focused) : nullptr);
+    if (focusFrame_->widget())
+        qApp->installEventFilter(presses_.get());
+}
+
+void SkinnedWindow::hideFocusRing() {
+    setAttribute(Qt::WA_KeyboardFocusChange, false);
+    focusFrame_->setWidget(nullptr);
+    qApp->removeEventFilter(presses_.get());
+}
+
+/// The row of menus shows by a label of its own where the keyboard is.
+QWidget* SkinnedWindow::ringed(QWidget* focused) const {
+    return qobject_cast<QMenuBar*>(focused) ? nullptr : focused;
 }
 
 void SkinnedWindow::showFocusRing() {
@@ -213,6 +245,10 @@ void SkinnedWindow::attachTips(ExToolTip& tips) {
     for (QAbstractButton* button : {imgTitleClose_, imgTitleMaxRestore_, imgTitleMinimize_, imgTitleHelp_})
         if (button)
             tips.SetToolTip(*button, {button->accessibleName(), "", ""});
+}
+
+bool SkinnedWindow::knowsItsPlace() {
+    return tellsPlaces(QGuiApplication::platformName());
 }
 
 void SkinnedWindow::setHelp(std::function<void()> help) {

@@ -10,6 +10,7 @@
 
 #include <array>
 #include <functional>
+#include <memory>
 
 class QFocusFrame;
 
@@ -69,12 +70,18 @@ public:
     /// Has @p tips follow the mouse in this window, and gives the parts of the frame their tool texts.
     void attachTips(ExToolTip& tips);
 
+    /// Whether the platform says where this window stands, so that it can be stored and brought back.
+    [[nodiscard]] static bool knowsItsPlace();
+
     /// What the help button opens; a window without it shows the button as disabled.
     void setHelp(std::function<void()> help);
 
 protected:
     /// The window stands still after it was moved. It may have been put back onto the screen before.
     virtual void moveEnded() {}
+
+    /// What has the ring while a control of the window has the focus; none for nothing.
+    [[nodiscard]] virtual QWidget* ringed(QWidget* focused) const;
 
     /// Shows where the focus is as if a key had moved it there; for windows that have a button for Enter.
     void showFocusRing();
@@ -87,11 +94,13 @@ protected:
 
 private:
     class FramePart;
+    class PressWatch;
 
     void buildTitle(TitleButtons buttons);
     void buildEdges();
     void followFocus();
     void placeFocusRing(QWidget* focused);
+    void hideFocusRing();
     void nameMaxRestore();
     bool dragEvent(QEvent* event);
     bool resizeDragEvent(QEvent* event, Qt::Edges edges);
@@ -101,6 +110,7 @@ private:
     frmskins& skins_;
     QWidget* panel_ = nullptr;
     QFocusFrame* focusFrame_ = nullptr;
+    std::unique_ptr<PressWatch> presses_; ///< at work while there is a ring
     FramePart* Ibak1_ = nullptr;
     FramePart* Ibak2_ = nullptr;
     FramePart* lblTitle_ = nullptr;

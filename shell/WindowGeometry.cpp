@@ -51,4 +51,41 @@ QRect openingFrame(const QRect& stored, const QRect& screen, QSize least) {
     return frame;
 }
 
+FirstPlace firstPlace(const QRect& around, const QRect& screen, QSize whole, QSize folded) {
+    constexpr int kBeside = 8;
+    constexpr QPoint kInside(28, 56); // from its lower right corner
+    const QPoint beside(around.right() + kBeside, around.top());
+    if (beside.x() + whole.width() <= screen.right())
+        return {onScreen(beside, whole, screen), false};
+    const bool folds = 2 * whole.width() > around.width() || 2 * whole.height() > around.height();
+    const QSize size = folds ? folded : whole;
+    const QPoint corner = around.bottomRight() - kInside - QPoint(size.width(), size.height());
+    return {onScreen(corner, size, screen), folds};
+}
+
+QRect readingFrame(const QRect& around, const QRect& screen, QSize wanted, QSize least, int free) {
+    const QSize size = wanted.boundedTo(screen.size()).expandedTo(least);
+    const QPoint beside(around.right() + 1, around.top());
+    if (beside.x() + size.width() <= screen.right() + 1)
+        return {onScreen(beside, size, screen), size};
+    QRect frame({}, size);
+    frame.moveCenter(around.center());
+    const int top = std::max(frame.top(), around.top() + free);
+    const int height = std::clamp(screen.bottom() + 1 - top, least.height(), size.height());
+    frame = {frame.left(), top, size.width(), height};
+    return {onScreen(frame.topLeft(), frame.size(), screen), frame.size()};
+}
+
+bool tellsPlaces(QStringView platform) {
+    return !platform.startsWith(u"wayland");
+}
+
+QPoint onScreen(QPoint corner, QSize size, const QRect& screen) {
+    const auto within = [](int place, int length, int first, int last) {
+        return std::clamp(place, first, std::max(first, last + 1 - length));
+    };
+    return {within(corner.x(), size.width(), screen.left(), screen.right()),
+            within(corner.y(), size.height(), screen.top(), screen.bottom())};
+}
+
 } // namespace velmora

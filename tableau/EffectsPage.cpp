@@ -140,9 +140,14 @@ void EffectsPage::addEffects() {
             effect.here = addCaption("");
             effect.here->setObjectName(row.here);
             effect.graph = new EffectGraph(parts_.look, QStringLiteral("Picture6(%1)").arg(i - 1), this);
-            effect.here->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-            parts_.tips.SetToolTip(*effect.here, {QString(row.caption) + " of the note",
-                                                  "What the position that you looked at last has", ""});
+            effect.note = addCaption("♪");
+            effect.note->setObjectName(QString(row.here) + "note");
+            effect.note->hide(); // until a note was looked at
+            for (QWidget* part : {effect.here, effect.note})
+                parts_.tips.SetToolTip(*part, {QString(row.caption) + " of the note",
+                                               "What the note that you looked at last has; the number in the "
+                                               "box is what notes will be given",
+                                               ""});
         }
         connectEffect(i);
     }
@@ -186,6 +191,7 @@ void EffectsPage::showEffects(int mod, int pan, int reverb, int chorus) {
     std::size_t effect = 1;
     for (const int value : {mod, pan, reverb, chorus}) {
         effects_[effect].here->setText(QString::number(value));
+        effects_[effect].note->show();
         effects_[effect].strip->setValue(value);
         ++effect;
     }
@@ -247,7 +253,8 @@ int EffectsPage::placeLists(int x, const Form& form) {
 }
 
 int EffectsPage::placeEffects(int x, const Form& form) {
-    constexpr int kHere = 20;
+    constexpr int kHere = 17;
+    constexpr int kNote = 7; ///< the sign before it
     for (std::size_t i = 0; i < kEffects; ++i) {
         const Effect& effect = effects_[i];
         const int left = x + kStrip + 6;
@@ -256,14 +263,16 @@ int EffectsPage::placeEffects(int x, const Form& form) {
         if (effect.graph)
             effect.graph->setGeometry(x + kStrip, 2, kGraph, kHeight - 4);
         effect.caption->setText(form.shortCaptions ? kEffectRows[i].shortCaption : kEffectRows[i].caption);
-        effect.caption->setGeometry(left, 2, form.shortCaptions ? kValue - kHere : room, 12);
+        effect.caption->setGeometry(left, 2, form.shortCaptions ? kValue - kHere - kNote : room, 12);
         effect.value->setGeometry(left, 16, kValue, 20);
         effect.mark->setGeometry(left, 40, kValue, 12);
         // In words it stands beside the read-out, in short beside the caption.
-        if (effect.here && form.shortCaptions)
-            effect.here->setGeometry(left + kValue - kHere, 2, kHere, 12);
-        else if (effect.here)
-            effect.here->setGeometry(left + kValue + 2, 20, kHere, 12);
+        if (effect.here) {
+            const QPoint at =
+                form.shortCaptions ? QPoint(left + kValue - kHere - kNote, 2) : QPoint(left + kValue + 1, 20);
+            effect.note->setGeometry(QRect(at, QSize(kNote, 12)));
+            effect.here->setGeometry(QRect(at + QPoint(kNote, 0), QSize(kHere, 12)));
+        }
         x += form.pitch;
     }
     return x - 4;

@@ -29,7 +29,7 @@ struct Workspace;
 /// | `lblVolume`, `vol3`          | "Volume"                                                  | `vol3`                           |
 /// | `LblMod` to `LblChorus`      | "Modulation", "Pan", "Reverb", "Chorus"                   | `T1` to `T4`                     |
 /// | `Isld` to `Isld3`            | "[-<<|>>+]" under a read-out: in tens                     | the same                         |
-/// | `L1a` to `L4a`               | beside a caption, the value where one looked              |                                  |
+/// | `L1a` to `L4a`               | behind a note, the value that the note looked at has      |                                  |
 /// | `Lb1`(20), (21)              | "Undo Effects", "Static Test"                             |                                  |
 // clang-format on
 class EffectsPage : public ToolPage {
@@ -61,6 +61,7 @@ private:
         ReadOut* value = nullptr;
         StepMark* mark = nullptr;
         QLabel* here = nullptr;       ///< of the position; none for the volume
+        QLabel* note = nullptr;       ///< the sign before it, shown with it
         EffectGraph* graph = nullptr; ///< `Picture6`, likewise
     };
 

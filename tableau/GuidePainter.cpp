@@ -20,8 +20,8 @@ constexpr int kSmallRows = 9; ///< rows lower than this get the smaller font
 /// 6 and 7 points on a screen of 96 dots an inch.
 constexpr int kSmallFont = 8;
 constexpr int kFont = 9;
-/// From the top of a name to its baseline.
-constexpr int kBaseline = 8;
+constexpr int kLargestFont = 15; ///< a wider name would have no room
+constexpr int kCapitalHalf = 3;  ///< of the height of capitals in either font
 
 bool isStaffRow(int row) {
     return std::ranges::find(kTrebleRows, row) != kTrebleRows.end() ||
@@ -44,12 +44,21 @@ bool isSharpRow(int row) {
     return row >= 0 && row <= kLastRow && NoteNames()[static_cast<std::size_t>(row)].back() == '#';
 }
 
-void paintGuide(QPainter& painter, const QRect& picX, const ViewState& view) {
+int rowNameSize(int lineHeight, RowNames names) {
+    if (lineHeight < kSmallRows)
+        return kSmallFont;
+    return names == RowNames::Growing ? std::clamp(lineHeight * 3 / 4, kFont, kLargestFont) : kFont;
+}
+
+void paintGuide(QPainter& painter, const QRect& picX, const ViewState& view, RowNames names) {
     painter.save();
     painter.setClipRect(picX);
     painter.fillRect(picX, toQColor(kGround));
-    painter.setFont(textFont(view.Line_Height < kSmallRows ? kSmallFont : kFont));
+    const int size = rowNameSize(view.Line_Height, names);
+    painter.setFont(textFont(size));
     const QFontMetricsF metrics(painter.font());
+    // In the middle of the line through the row.
+    const int baseline = kTextToLine + std::max(kCapitalHalf, size * kCapitalHalf / kFont);
     for (int row = firstRow(view); row <= view.ViewBottomRow(); ++row) {
         const double y = picX.top() + (static_cast<double>(row) - view.ViewTopRow) * view.Line_Height;
         if (y > picX.bottom())
@@ -57,7 +66,7 @@ void paintGuide(QPainter& painter, const QRect& picX, const ViewState& view) {
         painter.setPen(isStaffRow(row) ? Qt::black : Qt::white);
         const QString name = nameOf(row);
         painter.drawText(
-            QPointF(picX.right() + 1 - kRightMargin - metrics.horizontalAdvance(name), y + kBaseline), name);
+            QPointF(picX.right() + 1 - kRightMargin - metrics.horizontalAdvance(name), y + baseline), name);
     }
     painter.restore();
 }

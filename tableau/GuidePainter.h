@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <array>
+#include <cstdint>
 
 class QPainter;
 class QRect;
@@ -24,8 +25,13 @@ inline constexpr std::array<int, 5> kBassRows{70, 74, 77, 80, 84};
 /// `RowIsSharp`: the row's name ends in "#". Most black keys carry flat names, so only C# and F# do.
 [[nodiscard]] bool isSharpRow(int row);
 
+/// How large the names of rows are, in pixels: two sizes, or as large as suits high rows.
+enum class RowNames : std::uint8_t { OfTwoSizes, Growing };
+[[nodiscard]] int rowNameSize(int lineHeight, RowNames names);
+
 /// Names of the rows on the guide `PicX`.
-void paintGuide(QPainter& painter, const QRect& picX, const ViewState& view);
+void paintGuide(QPainter& painter, const QRect& picX, const ViewState& view,
+                RowNames names = RowNames::OfTwoSizes);
 /// The same names, as `SideBar` holds them, a line each.
 [[nodiscard]] QString sideBarText(const ViewState& view);
 

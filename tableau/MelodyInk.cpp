@@ -23,6 +23,7 @@ void MelodyInk::take(const TableauScene& scene, const GridLook& of) {
     look = of;
     colourful = scene.view.Notationstyle == 0;
     accidentals = scene.view.Accidentals;
+    headsWhole = scene.manners.showsHeadsWhole;
     columns = std::max(0, scene.view.ViewLastColumn - scene.view.ViewFirstColumn + 1);
     cells.assign(static_cast<std::size_t>(columns) * kMelodyChannels, {});
     auto place = order.begin();
@@ -74,7 +75,7 @@ bool MelodyInk::paintsAs(const MelodyInk& other) const {
     moved.topRow = look.topRow;
     moved.bottomRow = look.bottomRow;
     return look == moved && colourful == other.colourful && accidentals == other.accidentals &&
-           colours == other.colours && order == other.order;
+           headsWhole == other.headsWhole && colours == other.colours && order == other.order;
 }
 
 } // namespace velmora

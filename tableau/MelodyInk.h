@@ -35,6 +35,7 @@ struct MelodyInk {
     GridLook look;
     bool colourful = true;
     bool accidentals = true;
+    bool headsWhole = false; ///< heads over all bars, and none cut at the left edge
     std::array<QRgb, kMelodyChannels> colours{};
     std::array<int, kMelodyChannels> order{}; ///< in which the channels are painted, the active one last
     int columns = 0;                          ///< of each channel in `cells`

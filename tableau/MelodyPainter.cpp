@@ -17,6 +17,8 @@ constexpr QRgb kBlueBox = qRgb(0, 0, 255);
 constexpr QRgb kRedBox = qRgb(255, 0, 0);
 constexpr int kReach = 32; ///< no part of a note is further from its row, nor from its cells and its head
 constexpr std::size_t kManyBoxes = 16;
+constexpr int kRingOutside = 2; ///< how far a chord's ring reaches out of its cell
+constexpr int kRingColumns = 2; ///< in how many columns a ring stands that is kept whole at the left edge
 /// Of hundred columns: where more differ, painting all of it is quicker.
 constexpr int kMostOfIt = 60;
 
@@ -179,7 +181,8 @@ void MelodyPainter::markChangedNotes(ColumnMarks& marks, int columnsBy) {
 void MelodyPainter::markSeams(ColumnMarks& marks, int columnsBy, bool rowsMove) const {
     if (columnsBy == 0 && !rowsMove)
         return;
-    const int fixed = std::max(1, clefColumns(next_.look)); // the first has no line of a beat or a measure
+    // The first has no line of a beat or a measure, and its rings may be moved into the picture.
+    const int fixed = std::max(next_.headsWhole ? kRingColumns : 1, clefColumns(next_.look));
     marks.markRange(0, fixed);
     marks.markRange(-columnsBy, fixed - columnsBy);
     if (columnsBy > 0)
@@ -198,14 +201,22 @@ void MelodyPainter::paintWithin(PixelSurface& surface, const QRect& part) {
 void MelodyPainter::paintInk(PixelSurface& surface) {
     Brush brush(surface);
     const QRect clip = surface.clip();
+    heads_.clear();
     for (const int channel : next_.order)
         forEachNote(next_, channel, [&](const InkNote& note) {
             const int left = note.column * kColumnWidth;
             const int most = std::max(note.cells, int{note.first.head}) * kColumnWidth;
-            if (surface.edge(left - kReach) <= clip.right() &&
-                surface.edge(left + most + GlyphDrop_ + kReach) >= clip.left())
-                lay(next_, note, brush);
+            if (surface.edge(left - kReach) > clip.right() ||
+                surface.edge(left + most + GlyphDrop_ + kReach) < clip.left())
+                return;
+            if (!next_.headsWhole)
+                return lay(next_, note, brush);
+            lay(next_, note, brush, Part::Bar);
+            if (note.first.head != 0)
+                heads_.push_back(note);
         });
+    for (const InkNote& note : heads_)
+        lay(next_, note, brush, Part::Head);
     surface.blendStrip(next_.selection.left, next_.selection.width, kBlueBox);
     surface.blendStrip(next_.playMark.left, next_.playMark.width, kRedBox);
 }
@@ -225,25 +236,35 @@ void MelodyPainter::takeInkOff(PixelSurface& surface) {
         grid_.restore(surface, box);
 }
 
+namespace {
+/// Where the ball of a note, and the ring behind it, are put: in the first column of the view a ring is moved
+/// into the picture.
+QPoint ballPlace(const MelodyInk& ink, const InkNote& note, QPoint at) {
+    const int by = ink.headsWhole && note.column == 0 && note.first.chord ? kRingOutside : 0;
+    return {deviceEdge(at.x() + by, ink.look.scale), deviceEdge(at.y(), ink.look.scale)};
+}
+} // namespace
+
 template<typename Sink>
-void MelodyPainter::lay(const MelodyInk& ink, const InkNote& note, Sink& sink) {
+void MelodyPainter::lay(const MelodyInk& ink, const InkNote& note, Sink& sink, Part part) {
     const GridLook& look = ink.look;
     const int y = (note.first.row - look.topRow) * look.lineHeight;
     if (note.first.row < 0 || y > look.logicalHeight() + kReach || y < -kReach)
         return;
     const QPoint at(note.column * kColumnWidth, y);
-    const QPoint device(deviceEdge(at.x(), look.scale), deviceEdge(at.y(), look.scale));
     const QRgb colour = ink.colours[static_cast<std::size_t>(note.channel)];
-    if (note.first.chord)
-        sink.put(ring(colour, look.scale), device);
-    const BarForm& bar = ink.colourful ? kColourBar : kNotationBar;
-    sink.bar(QRect(QPoint(at.x() + 2, at.y() + bar.top),
-                   QPoint(at.x() + note.cells * kColumnWidth - 1, at.y() + bar.bottom)),
-             colour);
-    if (note.first.head == 0)
+    if (note.first.chord && part != Part::Bar)
+        sink.put(ring(colour, look.scale), ballPlace(ink, note, at));
+    if (part != Part::Head) {
+        const BarForm& bar = ink.colourful ? kColourBar : kNotationBar;
+        sink.bar(QRect(QPoint(at.x() + 2, at.y() + bar.top),
+                       QPoint(at.x() + note.cells * kColumnWidth - 1, at.y() + bar.bottom)),
+                 colour);
+    }
+    if (part == Part::Bar || note.first.head == 0)
         return;
     if (ink.colourful)
-        sink.put(ball(colour, look.scale), device);
+        sink.put(ball(colour, look.scale), ballPlace(ink, note, at));
     else
         DrawRealNote(ink, note, at, sink);
 }

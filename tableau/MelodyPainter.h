@@ -47,6 +47,8 @@ private:
     class Brush;
     class Eraser;
     class Reach;
+    /// Which parts of a note are laid; a head has its ring.
+    enum class Part : std::uint8_t { Bar, Head, Whole };
 
     void noteTouched(const QImage& surface, const QRect& rect);
     void useScale(qreal scale);
@@ -62,7 +64,7 @@ private:
 
     /// Gives @p sink the parts of a note from the lowest to the topmost.
     template<typename Sink>
-    void lay(const MelodyInk& ink, const InkNote& note, Sink& sink);
+    void lay(const MelodyInk& ink, const InkNote& note, Sink& sink, Part part = Part::Whole);
     template<typename Sink>
     void DrawRealNote(const MelodyInk& ink, const InkNote& note, QPoint at, Sink& sink);
     void keepGlyphDrop();
@@ -75,10 +77,11 @@ private:
     qreal stampScale_ = 0;
     int GlyphDrop_ = 0; ///< of the last note, without what its accidental adds
 
-    MelodyInk shown_;          ///< what the picture shows
-    MelodyInk next_;           ///< what it is to show
-    std::vector<QRect> boxes_; ///< what was drawn over since, in pixels of the device
-    qint64 key_ = -1;          ///< of the picture as this left it
+    std::vector<InkNote> heads_; ///< of a painting, to be laid over its bars
+    MelodyInk shown_;            ///< what the picture shows
+    MelodyInk next_;             ///< what it is to show
+    std::vector<QRect> boxes_;   ///< what was drawn over since, in pixels of the device
+    qint64 key_ = -1;            ///< of the picture as this left it
 };
 
 } // namespace velmora

@@ -24,9 +24,12 @@ namespace velmora {
 namespace {
 constexpr Rgb kSideBar{131, 186, 182};
 constexpr int kSideBarShown = 6;
-constexpr int kWheelStep = 120; ///< eighths of a degree in a notch
+constexpr int kWheelStep = 120;  ///< eighths of a degree in a notch
+constexpr int kAngleOfPixel = 3; ///< of a touchpad that tells pixels alone: 40 of them are a notch
 constexpr int kRowsOfNotch = 3;
 constexpr int kColumnsOfNotch = 4;
+
+constexpr int kHintLeft = 6 * kColumnWidth;
 
 constexpr const char* kBarTip = "Click to scroll";
 constexpr const char* kHint = "Draw here: press the mouse, drag to the right, and let go.\n"
@@ -36,7 +39,7 @@ constexpr const char* kHint = "Draw here: press the mouse, drag to the right, an
 /// `PicX` over `SideBar`, of which a strip shows at the left.
 class Picmain::Guide : public QWidget {
 public:
-    Guide(const ViewState& view, QWidget* parent) : QWidget(parent), view_(view) {
+    Guide(const Workspace& workspace, QWidget* parent) : QWidget(parent), workspace_(workspace) {
         setObjectName("PicX");
         setAccessibleName("Note guide");
         setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -46,24 +49,25 @@ protected:
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
         painter.fillRect(rect(), toQColor(kSideBar));
-        paintGuide(painter, rect().adjusted(kFrame + kSideBarShown, 0, 0, 0), view_);
+        const RowNames names = workspace_.manners.growsRowNames ? RowNames::Growing : RowNames::OfTwoSizes;
+        paintGuide(painter, rect().adjusted(kFrame + kSideBarShown, 0, 0, 0), workspace_.view, names);
     }
 
 private:
     static constexpr int kFrame = 4; ///< under the window's edge
-    const ViewState& view_;
+    const Workspace& workspace_;
 };
 
 Picmain::Picmain(const Appearance& look, ExToolTip& tips, Workspace& workspace, QWidget* parent)
     : QWidget(parent)
     , look_(look)
     , workspace_(workspace)
-    , scene_{workspace.score, workspace.view, workspace.setup}
+    , scene_{workspace.score, workspace.view, workspace.setup, workspace.manners}
     , Pic3_(new TableauBox("Pic3", "Polynote Selector", this))
     , Pic2a_(new TableauBox("Pic2a", "Note Indicator and Identifier", this))
     , Beatbox_(new TableauBox("Beatbox", "Percussion Tableau", this))
     , MusicBox_(new TableauBox("MusicBox", "Melody Tableau", this))
-    , PicX_(new Guide(workspace.view, this))
+    , PicX_(new Guide(workspace, this))
     , hint_(new QLabel(QLatin1String(kHint), MusicBox_))
     , HScroll1_(new ViewScroll(Qt::Horizontal, "HScroll1", this))
     , VScroll1_(new ViewScroll(Qt::Vertical, "VScroll1", this))
@@ -169,8 +173,9 @@ void Picmain::showHint(bool shown) {
 
 void Picmain::placeHint() {
     hint_->adjustSize();
-    const QRect room = MusicBox_->rect().adjusted(0, 0, 0, -MusicBox_->height() / 4);
-    hint_->move(room.center() - hint_->rect().center());
+    // Behind the clefs, where a window that floats in the lower right covers nothing of it.
+    const int left = std::min(kHintLeft, std::max(0, MusicBox_->width() - hint_->width()));
+    hint_->move(left, (MusicBox_->height() * 3 / 4 - hint_->height()) / 2);
 }
 
 void Picmain::DrawNoteArray() {
@@ -303,10 +308,11 @@ void Picmain::PutColumn() {
 }
 
 void Picmain::drawPlayLine(int column) {
+    const PlayLine how = workspace_.manners.showsPlayLineBoldly ? PlayLine::Bold : PlayLine::Pale;
     for (const Box which : {Box::MusicBox, Box::Beatbox})
         if (!box(which).isHidden())
             drawOver(which, columnStrip(which, column),
-                     [column](QImage& picture) { paintPlayLine(picture, column); });
+                     [&](QImage& picture) { paintPlayLine(picture, column, how); });
 }
 
 void Picmain::drawPressBall(int row, int column) {
@@ -380,7 +386,29 @@ void Picmain::scrolledRows(int value) {
     DrawBeatArray(); // its rows count from the view's top, too
 }
 
+/// Fine wheels and touchpads turn by parts of a notch. Who turns back begins anew, and what a touchpad still
+/// rolls on after the fingers have gone was meant for scrolling.
+void Picmain::zoomBy(const QWheelEvent& event) {
+    if (event.phase() == Qt::ScrollMomentum)
+        return;
+    const int turned =
+        event.angleDelta().isNull() ? event.pixelDelta().y() * kAngleOfPixel : event.angleDelta().y();
+    if (turned * zoomWheel_ < 0)
+        zoomWheel_ = 0;
+    zoomWheel_ += turned;
+    const int notches = zoomWheel_ / kWheelStep;
+    zoomWheel_ -= notches * kWheelStep;
+    const int y = MusicBox_->mapFrom(this, event.position().toPoint()).y();
+    if (notches != 0 && onZoom)
+        onZoom(notches, std::clamp(y, 0, std::max(0, MusicBox_->height() - 1)));
+}
+
 void Picmain::wheelEvent(QWheelEvent* event) {
+    if (event->modifiers().testFlag(Qt::ControlModifier)) {
+        zoomBy(*event);
+        return event->accept();
+    }
+    zoomWheel_ = 0;
     if (!MusicBox_->isEnabled())
         return;
     const QPoint turned = event->angleDelta();

@@ -47,6 +47,8 @@ public:
     std::function<void(Surface, QPoint)> onRightPress;
     /// `HScroll1` has moved the view.
     std::function<void()> onScrolled;
+    /// The wheel was turned with Ctrl by so many notches, up if positive, and where on `MusicBox`.
+    std::function<void(int notches, int y)> onZoom;
     /// The gap was dragged: how high `Beatbox` is to be, in pixels.
     std::function<void(int)> onSplit;
 
@@ -123,6 +125,7 @@ private:
     void placeHint();
     void scrolledColumns(int value);
     void scrolledRows(int value);
+    void zoomBy(const QWheelEvent& event);
 
     const Appearance& look_;
     Workspace& workspace_;
@@ -146,6 +149,7 @@ private:
     int lineColumn_ = 0;
     std::optional<int> clicked_; ///< marked in `Pic2a`
     QPoint wheel_;               ///< parts of a step that the wheel has turned
+    int zoomWheel_ = 0;          ///< likewise, with Ctrl
     int musicBoxTop_ = 0;
     std::array<int, 2> paintings_{};
 };

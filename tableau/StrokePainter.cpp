@@ -11,6 +11,7 @@ namespace velmora {
 namespace {
 constexpr QRgb kSelectEdge = qRgb(0, 0, 255);
 constexpr QRgb kPlayLine = qRgb(255, 192, 192);
+constexpr QRgb kBoldPlayLine = qRgb(176, 0, 80);
 
 /// The box of a band within its row; it begins 1 pixel into its first cell and ends 1 before the next.
 struct BandForm {
@@ -61,8 +62,13 @@ void blendStrip(QImage& surface, int x, int width, const QColor& source) {
     PixelSurface(surface).blendStrip(x, width, source.rgb());
 }
 
-void paintPlayLine(QImage& surface, int column) {
-    PixelSurface(surface).verticalLine(column * kColumnWidth, kPlayLine);
+void paintPlayLine(QImage& surface, int column, PlayLine how) {
+    PixelSurface pixels(surface);
+    const int x = column * kColumnWidth;
+    if (how == PlayLine::Bold)
+        pixels.fillBox(x, 0, x + 1, pixels.logicalHeight(), kBoldPlayLine);
+    else
+        pixels.verticalLine(x, kPlayLine);
 }
 
 } // namespace velmora

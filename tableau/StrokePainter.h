@@ -22,6 +22,8 @@ void paintSelectEdge(QImage& surface, int column);
 void paintSelectDrag(QImage& surface, int fromColumn, int toColumn, const QColor& highlight);
 /// Blends with alpha 100 of 255 over the full height; the strip is that of a selection or of a mark.
 void blendStrip(QImage& surface, int x, int width, const QColor& source);
-void paintPlayLine(QImage& surface, int column);
+/// A hairline, or two pixels that nobody overlooks.
+enum class PlayLine : std::uint8_t { Pale, Bold };
+void paintPlayLine(QImage& surface, int column, PlayLine how = PlayLine::Pale);
 
 } // namespace velmora

@@ -2,17 +2,21 @@
 #pragma once
 
 #include "parts/ChannelColours.h"
+#include "score/Manners.h"
 #include "score/Score.h"
 #include "score/ViewState.h"
 #include "sound/SetupState.h"
 
 namespace velmora {
 
+inline constexpr Manners kClassicManners = Manners::classic();
+
 /// What the Tableau's painters read.
 struct TableauScene {
     const Score& score;
     const ViewState& view;
     const SetupState& setup;
+    const Manners& manners = kClassicManners;
 };
 
 /// Bright for the active channel, else pale; black for what is no channel.

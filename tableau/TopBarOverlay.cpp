@@ -12,27 +12,37 @@
 namespace velmora {
 
 namespace {
+/// Whose caption stays where there is little room: a bare number tells nobody what it counts.
+enum class Caption : std::uint8_t { WhereRoom, Always };
 struct FieldRow {
     const char* name;
     const char* caption; ///< before the value
-    const char* title;   ///< of its tip
+    Caption shown;
+    const char* title; ///< of its tip
     const char* tip;
     int full; ///< room for the value
     int compact;
 };
 constexpr std::array<FieldRow, 7> kFieldRows{{
-    {"LblNote", "Note", "Note", "Number of the note, counted from 1", 44, 24},
-    {"LblNoteName", "Name", "Name", "Name of the note", 44, 28},
-    {"Label7", "Chord", "Chord", "The notes of its chord", 200, 172},
-    {"LblVol", "Vol", "Volume", "Volume of the note", 40, 28},
-    {"LblInst", "Inst", "Instrument", "Instrument of the note", 168, 76},
-    {"LblTrk", "Trk", "Track", "The active channel", 16, 16},
-    {"LblNumnotes", "", "Notes", "Length of the score", 80, 80},
+    {"LblNote", "Note", Caption::Always, "Note", "Number of the note, counted from 1", 44, 24},
+    {"LblNoteName", "Name", Caption::WhereRoom, "Name", "Name of the note", 44, 28},
+    {"Label7", "Chord", Caption::WhereRoom, "Chord", "The notes of its chord", 200, 172},
+    {"LblVol", "Vol", Caption::Always, "Volume", "Volume of the note", 40, 28},
+    {"LblInst", "Inst", Caption::WhereRoom, "Instrument", "Instrument of the note", 168, 76},
+    {"LblTrk", "Trk", Caption::WhereRoom, "Track", "The active channel", 16, 16},
+    {"LblNumnotes", "", Caption::WhereRoom, "Notes", "Length of the score", 80, 80},
 }};
 constexpr int kBetween = 12; ///< from a value to the next caption
 constexpr int kMostNotes = 96;
+constexpr int kLeastChord = 96;
 
-int captionRoom(const FieldRow& row) {
+bool hasCaption(const FieldRow& row, FormWidth width) {
+    return width != FormWidth::Small || row.shown == Caption::Always;
+}
+
+int captionRoom(const FieldRow& row, FormWidth width) {
+    if (!hasCaption(row, width))
+        return 0;
     return QFontMetrics(textFont(10)).horizontalAdvance(QLatin1String(row.caption)) + 8;
 }
 } // namespace
@@ -95,14 +105,12 @@ void TopBarOverlay::showTrack(int channel, const QString& number) {
 
 void TopBarOverlay::layOut(FormWidth width) {
     width_ = width;
-    const bool captions = width != FormWidth::Small;
     const auto rooms = roomsOfValues();
     rules_.clear();
     int x = kMargin;
     for (std::size_t i = 0; i < LblNumnotes; ++i) {
         captionAt_[i] = x;
-        if (captions)
-            x += captionRoom(kFieldRows[i]);
+        x += captionRoom(kFieldRows[i], width);
         values_[i]->setGeometry(x, 2, rooms[i], height() - 4);
         x += rooms[i] + kBetween;
         if (i < LblTrk)
@@ -122,8 +130,11 @@ std::array<int, TopBarOverlay::LblNumnotes> TopBarOverlay::roomsOfValues() const
     for (std::size_t i = 0; i < rooms.size(); ++i) {
         const FieldRow& row = kFieldRows[i];
         rooms[i] = width_ == FormWidth::Full ? row.full : row.compact;
-        spare -= rooms[i] + kBetween + (width_ == FormWidth::Small ? 0 : captionRoom(row));
+        spare -= rooms[i] + kBetween + captionRoom(row, width_);
     }
+    // In a small window two captions take their room from the chord.
+    rooms[Label7] += std::clamp(spare, kLeastChord - rooms[Label7], 0);
+    spare = std::max(0, spare);
     for (const Field field : {LblInst, Label7}) {
         const int more = std::clamp(kFieldRows[field].full - rooms[field], 0, std::max(0, spare));
         rooms[field] += more;
@@ -140,13 +151,12 @@ void TopBarOverlay::paintEvent(QPaintEvent* /*event*/) {
         verticalLine(painter, x, 4, height() - 8, toQColor(skin.line));
     fillRounded(painter, values_[LblTrk]->geometry().adjusted(0, 2, 0, -2), 2,
                 toQColor(kChannelColours[track_].bright));
-    if (width_ == FormWidth::Small)
-        return;
     painter.setPen(toQColor(skin.dim));
     painter.setFont(textFont(10));
     for (std::size_t i = 0; i < LblNumnotes; ++i)
-        painter.drawText(QRect(captionAt_[i], 0, 60, height()), Qt::AlignLeft | Qt::AlignVCenter,
-                         QLatin1String(kFieldRows[i].caption));
+        if (hasCaption(kFieldRows[i], width_))
+            painter.drawText(QRect(captionAt_[i], 0, 60, height()), Qt::AlignLeft | Qt::AlignVCenter,
+                             QLatin1String(kFieldRows[i].caption));
 }
 
 } // namespace velmora

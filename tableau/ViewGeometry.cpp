@@ -16,6 +16,8 @@ constexpr int kSides = 70;       ///< what stands left and right of `MusicBox`
 constexpr int kUnseenEnd = 10;   ///< the last positions are not scrolled to
 constexpr int kRailEnd = 10;     ///< the end of a rail, which a drag does not reach
 constexpr int kMostRows = 32767; ///< of a window that no screen holds
+constexpr int kLeastZoom = 5;
+constexpr int kMostZoom = 24;
 
 int rowsSeen(const ViewState& view, int musicBoxHeight) {
     return std::clamp(musicBoxHeight / std::max(1, view.Line_Height), 1, kLastRow + 1);
@@ -109,6 +111,17 @@ bool showNotes(ViewState& view, const UndoHistory::Changed& notes, int numNotes,
     if (!rowSeen)
         view.ViewTopRow = std::clamp(notes.row - seen / 2, 0, std::max(0, kLastRow + 1 - seen));
     return !columnSeen || !rowSeen;
+}
+
+int topRowKeeping(const ViewState& view, int row, int y, int musicBoxHeight) {
+    const int above = y / std::max(1, view.Line_Height);
+    return std::clamp(row - above, 0, kLastRow + 1 - rowsSeen(view, musicBoxHeight));
+}
+
+int zoomedLineHeight(int lineHeight, int notches) {
+    const int wanted = lineHeight + std::clamp(notches, -kMostLineHeight, kMostLineHeight);
+    return notches > 0 ? std::min(wanted, std::max(lineHeight, kMostZoom))
+                       : std::max(wanted, std::min(lineHeight, kLeastZoom));
 }
 
 int railValue(const ViewState& view, int songEnd, int place, int length) {

@@ -41,6 +41,13 @@ void scrollToRow(ViewState& view, int value);
 /// Moves the view to the notes of which none is in it. False if there are some, and nothing is moved.
 bool showNotes(ViewState& view, const UndoHistory::Changed& notes, int numNotes, int musicBoxHeight);
 
+/// `ViewTopRow` with which @p row stands at @p y of `MusicBox`, as far as there are rows above and below.
+[[nodiscard]] int topRowKeeping(const ViewState& view, int row, int y, int musicBoxHeight);
+
+/// From 5 to 24 pixels: how high a row is after the wheel has turned by so many notches. One that is outside
+/// of that comes back by the other way only.
+[[nodiscard]] int zoomedLineHeight(int lineHeight, int notches);
+
 /// The value of `HScroll1` for a press or drag at @p place along the rail `Label10`.
 [[nodiscard]] int railValue(const ViewState& view, int songEnd, int place, int length);
 

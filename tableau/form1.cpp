@@ -141,8 +141,10 @@ void form1::openAtStoredPlace() {
     const QRect frame(corner, size);
     setGeometry(openingFrame(frame, screen, kLeastForm));
     SettingsBatch place(desk_.settings);
-    settings::save(place, settings::form1_left, twips(x()));
-    settings::save(place, settings::form1_top, twips(y()));
+    if (knowsItsPlace()) {
+        settings::save(place, settings::form1_left, twips(x()));
+        settings::save(place, settings::form1_top, twips(y()));
+    }
     settings::save(place, settings::form1_Width, twips(width()));
     settings::save(place, settings::form1_Height, twips(height()));
 }
@@ -183,9 +185,14 @@ void form1::layOut() {
     if (loading_)
         return;
     place();
+    ViewState& view = desk_.workspace.view;
+    const int height = Picmain_->surface(Picmain::Surface::MusicBox)->height();
+    if (kept_) {
+        view.ViewTopRow = topRowKeeping(view, kept_->row, kept_->y, height);
+        view.ViewFirstColumn = kept_->firstColumn;
+        view.ViewLastColumn = kept_->lastColumn;
+    }
     if (std::exchange(opened_, false)) {
-        ViewState& view = desk_.workspace.view;
-        const int height = Picmain_->surface(Picmain::Surface::MusicBox)->height();
         view.ViewTopRow = topRowForNotes(view, desk_.workspace.score, height);
     }
     Picmain_->followView();
@@ -197,9 +204,16 @@ void form1::resizeEvent(QResizeEvent* event) {
     layOut();
 }
 
+/// Of the Tableau the paper on which the keys work: a ring about all of it would be two lines across the
+/// window.
+QWidget* form1::ringed(QWidget* focused) const {
+    return focused == Picmain_ ? Picmain_->surface(Picmain::Surface::MusicBox)
+                               : SkinnedWindow::ringed(focused);
+}
+
 /// A crash costs nobody the window's place.
 void form1::moveEnded() {
-    if (y() > 0)
+    if (knowsItsPlace() && y() > 0)
         settings::save(desk_.settings, settings::form1_top, static_cast<float>(y() * kTwips));
 }
 
@@ -210,7 +224,8 @@ void form1::changeEvent(QEvent* event) {
 }
 
 void form1::Form_Activate() {
-    settings::save(desk_.settings, settings::form1_left, static_cast<float>(x() * kTwips));
+    if (knowsItsPlace())
+        settings::save(desk_.settings, settings::form1_left, static_cast<float>(x() * kTwips));
     moveEnded();
     if (desk_.workspace.play.Playing) // what sounds stays as it is
         return;
@@ -264,7 +279,9 @@ void form1::paint(Changes changes) {
         return layOut();
     if (changes.any(Cells | Channels) && !polynotes_->goesOn())
         Picmain_->drawPolynoteBar();
-    if (changes.any(Cells | Channels | Meter | Marks)) // `Beatbox` shows no marks
+    if (changes.any(Manners))
+        Picmain_->drawGuide();
+    if (changes.any(Cells | Channels | Meter | Marks | Manners)) // `Beatbox` shows no marks
         Picmain_->DrawNoteArray();
     if (changes.any(Beats | Channels | Meter))
         Picmain_->DrawBeatArray();
@@ -414,8 +431,10 @@ void form1::saveAtEnd(const QRect& frame) {
     const auto save = [&last](const settings::Float& key, int pixels) {
         settings::save(last, key, static_cast<float>(pixels * kTwips));
     };
-    save(settings::form1_left, frame.x());
-    save(settings::form1_top, frame.y());
+    if (knowsItsPlace()) {
+        save(settings::form1_left, frame.x());
+        save(settings::form1_top, frame.y());
+    }
     save(settings::form1_Width, frame.width());
     save(settings::form1_Height, frame.height());
     settings::save(last, settings::Percussion, parts_.percussion);

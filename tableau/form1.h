@@ -107,6 +107,11 @@ public:
     void showPercussion(bool shown);
     void showEditingToolbar(bool shown);
     void setNotationStyle(int style);
+    /// Rows become higher by so many notches of the wheel, or lower; the row at @p y of `MusicBox`, in its
+    /// middle if none is given, stays there. Nothing in the middle of a stroke.
+    void zoomRows(int notches, std::optional<int> y = std::nullopt);
+    /// Rows are as high as they are at first.
+    void resetRows();
     void setAccidentals(bool shown);
     void showPlayLine(bool shown);
     void setLoop(bool on);
@@ -123,6 +128,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    [[nodiscard]] QWidget* ringed(QWidget* focused) const override;
 
 private:
     void bindCommands();
@@ -159,6 +165,7 @@ private:
     void paint(Changes changes);
     void place();
     void layOut();
+    void setRowHeight(int height, std::optional<int> y);
     void showToolPage(int page);
     [[nodiscard]] bool mayClose();
     void unload();
@@ -185,7 +192,13 @@ private:
     std::optional<Act> indicatorAct_; ///< a drag along `Pic2a`
 
     FormParts parts_;
-    bool loading_ = true;    ///< the start-up guard: nothing is laid out or painted
+    bool loading_ = true; ///< the start-up guard: nothing is laid out or painted
+    /// What stays where it is while rows change their height.
+    struct Kept {
+        int row, y;
+        int firstColumn, lastColumn;
+    };
+    std::optional<Kept> kept_;
     bool opened_ = false;    ///< a score was opened: its first notes are to come into sight
     bool activated_ = false; ///< the MIDI port has been opened
     RightClick shownRightClick_ = RightClick::Erase;

@@ -109,6 +109,12 @@ void form1::bindCommands() {
         {{Lb1, lb1("hide")},
          [](form1& form) { form.showEditingToolbar(!form.parts_.editingToolbar); }, "mnuEdit"},
 
+        // On many keyboards "+" needs Shift; its key without is the same to the hand.
+        {{}, [](form1& form) { form.zoomRows(1); }, "", "Ctrl++"},
+        {{}, [](form1& form) { form.zoomRows(1); }, "", "Ctrl+="},
+        {{}, [](form1& form) { form.zoomRows(-1); }, "", "Ctrl+-"},
+        {{}, [](form1& form) { form.resetRows(); }, "", "Ctrl+0"},
+
         {{}, [](form1& form) { form.setClassic(!form.isClassic()); }, "mnuClassic"},
         {{Lb1, lb1("erase")}, [](form1& form) {
              form.desk_.workspace.view.NoteEffectsOn = false;

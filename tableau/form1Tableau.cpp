@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // How the Tableau of the composing window is wired: the mouse to the gestures, and those to the strips.
 #include "base/QtText.h"
+#include "base/Settings.h"
 #include "composition/NoteReadout.h"
+#include "composition/SetupRules.h"
 #include "composition/Workspace.h"
 #include "parts/Desk.h"
 #include "shell/ExToolTip.h"
@@ -13,6 +15,7 @@
 #include "tableau/PolynoteDrag.h"
 #include "tableau/TableauInput.h"
 #include "tableau/ToolPanel.h"
+#include "tableau/ViewGeometry.h"
 #include "tableau/form1.h"
 
 namespace velmora {
@@ -52,6 +55,7 @@ void form1::bindTableau() {
     beat.lost = [this] { input_->cancel(); };
 
     Picmain_->onScrolled = [this] { PrintTopBar(); };
+    Picmain_->onZoom = [this](int notches, int y) { zoomRows(notches, y); };
     Picmain_->onSplit = [this](int height) {
         if (Picmain_->height() < kLeastSplit)
             return;
@@ -59,6 +63,27 @@ void form1::bindTableau() {
         parts_.beatboxHeight = std::max(1, rows) * kBeatRowHeight;
         layOut();
     };
+}
+
+void form1::zoomRows(int notches, std::optional<int> y) {
+    setRowHeight(zoomedLineHeight(desk_.workspace.view.Line_Height, notches), y);
+}
+
+void form1::resetRows() {
+    setRowHeight(ViewState().Line_Height, std::nullopt);
+}
+
+/// A stroke reckons with rows as high as they were when it began.
+void form1::setRowHeight(int height, std::optional<int> y) {
+    ViewState& view = desk_.workspace.view;
+    if (height == view.Line_Height || input_->stroke().PressActive)
+        return;
+    const int at = y.value_or(Picmain_->surface(Picmain::Surface::MusicBox)->height() / 2);
+    kept_ = {view.ViewTopRow + at / std::max(1, view.Line_Height), at, view.ViewFirstColumn,
+             view.ViewLastColumn};
+    Text3_Change(desk_.workspace, static_cast<std::int16_t>(height));
+    kept_.reset();
+    settings::save(desk_.settings, settings::Line_Height, static_cast<std::int16_t>(view.Line_Height));
 }
 
 void form1::bindBars() {
@@ -121,7 +146,7 @@ void form1::FunctionBut_Click() {
     setMouseMode(desk_.workspace.view.MouseMode == Mouse::Select ? Mouse::Draw : Mouse::Select);
 }
 
-/// Pointer and button show what the left mouse button does.
+/// Pointer and buttons show what the left mouse button does: both are pressed while it draws.
 void form1::showMouseMode() {
     const bool selects = desk_.workspace.view.MouseMode == Mouse::Select;
     for (const Box box : {Box::MusicBox, Box::Beatbox})
@@ -131,7 +156,7 @@ void form1::showMouseMode() {
     const CommandRow& row = Lb1_.row(lb1("mode"));
     onPage.setFace(row.icon, selects ? QStringLiteral("Select") : QStringLiteral("Draw"));
     onPage.setChecked(!selects);
-    onBar.setChecked(selects);
+    onBar.setChecked(!selects);
     const QString tip = QLatin1String(selects ? kSelectTip : kDrawTip);
     for (CommandButton* button : {&onPage, &onBar})
         desk_.tips.SetToolTip(*button, {toQString(row.title), tip, std::string(row.icon)});

@@ -2,6 +2,7 @@
 #include "setup/frmsetup.h"
 
 #include "SetupFixture.h"
+#include "shell/WindowGeometry.h"
 
 #include <QAbstractSpinBox>
 #include <QAccessible>
@@ -231,17 +232,105 @@ TEST_F(frmsetupTest, EveryControlHasANameAndATip) {
         EXPECT_TRUE(said && !said->text(QAccessible::Name).isEmpty()) << name.toStdString();
         EXPECT_TRUE(tips.toolTip(*child)) << name.toStdString();
     }
-    EXPECT_EQ(controls, 6 + 1 + 16 + 24 + 2 + 5 + 5 + 5 + 4);
+    EXPECT_EQ(controls, 6 + 1 + 1 + 16 + 24 + 2 + 5 + 5 + 5 + 4);
 }
 
 TEST_F(frmsetupTest, TabReachesTheControlsOfAPanelFromItsTab) {
     opened(3);
     control("Lmnu", 3).setFocus();
     std::vector<std::string> reached;
-    for (int i = 0; i < 6; ++i) {
+    for (int i = 0; i < 7; ++i) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         reached.push_back(QApplication::focusWidget()->objectName().toStdString());
     }
-    EXPECT_THAT(reached,
-                ElementsAre("LblTempo", "TempoLabel", "VScroll1", "VScroll2", "measureArrows", "Lmnu(3)"));
+    EXPECT_THAT(reached, ElementsAre("LblTempo", "TempoLabel", "VScroll1", "VScroll2", "measureArrows",
+                                     "fold", "Lmnu(3)"));
+}
+
+TEST_F(frmsetupTest, FoldedItIsItsTitleAndItsTabs) {
+    opened(3);
+    auto& fold = control<QAbstractButton>("fold");
+    click(fold);
+    EXPECT_EQ(toolbar().size(), QSize(520, 72));
+    EXPECT_FALSE(control("LblTempo").isVisible());
+    for (int tab = 0; tab < 6; ++tab)
+        EXPECT_TRUE(toolbar().rect().contains(
+            QRect(control("Lmnu", tab).mapTo(&toolbar(), QPoint()), control("Lmnu", tab).size())));
+    click(fold);
+    EXPECT_EQ(toolbar().size(), QSize(520, 340));
+    EXPECT_TRUE(control("LblTempo").isVisible());
+}
+
+TEST_F(frmsetupTest, ATabUnfoldsIt) {
+    opened(3);
+    toolbar().setFolded(true);
+    click(control("Lmnu", 5));
+    EXPECT_FALSE(toolbar().isFolded());
+    EXPECT_TRUE(control("ChTreble").isVisible());
+}
+
+TEST_F(frmsetupTest, KeysReachTheFoldedToolbarAndUnfoldIt) {
+    opened(3);
+    toolbar().setFolded(true);
+    auto& fold = control<QAbstractButton>("fold");
+    for (int i = 0; i < 3 && !fold.hasFocus(); ++i)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    ASSERT_TRUE(fold.hasFocus());
+    QTest::keyClick(&fold, Qt::Key_Space);
+    EXPECT_FALSE(toolbar().isFolded());
+    QTest::keyClick(&fold, Qt::Key_Space);
+    EXPECT_TRUE(toolbar().isFolded());
+    QTest::keyClick(&fold, Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_FALSE(toolbar().isFolded()) << "another page was asked for";
+}
+
+TEST_F(frmsetupTest, ItStaysFoldedWhenItIsClosedAndOpenedAndAtTheNextStart) {
+    opened(3);
+    toolbar().setFolded(true);
+    toolbar().close();
+    toolbar().open();
+    EXPECT_TRUE(toolbar().isFolded());
+    close();
+    EXPECT_TRUE(toolbar().isFolded());
+}
+
+TEST_F(frmsetupTest, UnfoldedAtTheFootOfTheScreenItMovesUpAndBackAgain) {
+    opened(3);
+    toolbar().setFolded(true);
+    const QRect screen = toolbar().screen()->availableGeometry();
+    const QPoint foot(20, screen.bottom() + 1 - toolbar().height());
+    toolbar().move(foot);
+    toolbar().setFolded(false);
+    EXPECT_TRUE(screen.contains(toolbar().geometry()));
+    toolbar().setFolded(true);
+    EXPECT_EQ(toolbar().pos(), foot);
+}
+
+TEST_F(frmsetupTest, ItsFirstPlaceIsClearOfTheHintAndOfTheFirstMeasures) {
+    struct Row {
+        QSize screen, form;
+        bool folded;
+    };
+    for (const Row& row : {Row{{1366, 768}, {1233, 701}, false}, Row{{1024, 600}, {891, 533}, true},
+                           Row{{1920, 1080}, {1787, 1013}, false}}) {
+        shown().setGeometry(QRect(QPoint(33, 33), row.form));
+        QApplication::processEvents();
+        const FirstPlace first =
+            firstPlace(window().geometry(), QRect({}, row.screen), {520, 340}, {520, 72});
+        const QRect place(first.corner, first.folded ? QSize(520, 72) : QSize(520, 340));
+        EXPECT_EQ(first.folded, row.folded);
+        QWidget& hint = child("hint");
+        EXPECT_TRUE(hint.isVisible());
+        EXPECT_FALSE(place.intersects(QRect(hint.mapToGlobal(QPoint()), hint.size()))) << row.form.width();
+        const QRect paper(child("MusicBox").mapToGlobal(QPoint()), QSize(3 * 16 * 12, 100));
+        EXPECT_FALSE(place.intersects(paper)) << row.form.width();
+    }
+}
+
+TEST_F(frmsetupTest, AStoredPlaceIsNotFolded) {
+    store("frmsetup left", "150");
+    store("frmsetup top", "150");
+    const frmsetup second(desk(), &window());
+    EXPECT_FALSE(second.isFolded());
+    EXPECT_EQ(second.pos(), QPoint(10, 10));
 }

@@ -27,6 +27,14 @@ protected:
         QTest::keyClick(popup ? popup : QApplication::focusWidget(), key);
     }
 
+    /// Closes what is open. Tests have no window manager that would give the window the keyboard back.
+    void escape() {
+        key(Qt::Key_Escape);
+        QApplication::processEvents();
+        window.activateWindow();
+        QApplication::processEvents();
+    }
+
     static constexpr std::array kLabels{
         MenuStrip::Label{3, "File", "mnupopup6"},
         MenuStrip::Label{2, "Edit", "mnupopup7"},
@@ -43,7 +51,7 @@ TEST_F(MenuStripTest, LabelsStandFromLeftToRightUnderTheirNames) {
     std::vector<std::string> seen;
     int left = -1;
     for (QAction* label : strip.actions()) {
-        seen.push_back(label->objectName().toStdString() + " " + label->text().toStdString());
+        seen.push_back(label->objectName().toStdString() + " " + label->iconText().toStdString());
         EXPECT_GT(strip.actionGeometry(label).left(), left);
         left = strip.actionGeometry(label).left();
     }
@@ -53,7 +61,7 @@ TEST_F(MenuStripTest, LabelsStandFromLeftToRightUnderTheirNames) {
 TEST_F(MenuStripTest, ALabelIsItsTextAndTwentyWideAndTwentyHigh) {
     for (QAction* label : strip.actions()) {
         const QRect place = strip.actionGeometry(label);
-        EXPECT_EQ(place.width(), strip.fontMetrics().horizontalAdvance(label->text()) + 20);
+        EXPECT_EQ(place.width(), strip.fontMetrics().horizontalAdvance(label->iconText()) + 20);
         EXPECT_EQ(place.height(), 20);
     }
 }
@@ -125,4 +133,62 @@ TEST_F(MenuStripTest, AMousePressOpensAndAnItemIsChosen) {
     QMenu& popup = menu.popup("mnupopup6");
     QTest::mouseClick(&popup, Qt::LeftButton, {}, popup.actionGeometry(&menu.item("mnuExit")).center());
     EXPECT_THAT(chosen, testing::ElementsAre("mnuExit"));
+}
+
+TEST_F(MenuStripTest, AltWithTheFirstLetterOfALabelOpensItsMenu) {
+    for (const auto& [letter, popup] :
+         {std::pair(Qt::Key_F, "mnupopup6"), std::pair(Qt::Key_E, "mnupopup7"),
+          std::pair(Qt::Key_T, "mnupopup9"), std::pair(Qt::Key_H, "mnupopup10")}) {
+        QTest::keyClick(&window, letter, Qt::AltModifier);
+        EXPECT_EQ(shown(), popup);
+        escape();
+    }
+}
+
+TEST_F(MenuStripTest, LettersAreUnderlinedWhileAltIsHeld) {
+    const QImage plain = strip.grab().toImage();
+    QTest::keyPress(&window, Qt::Key_Alt);
+    EXPECT_TRUE(strip.showsLetters());
+    const QImage underlined = strip.grab().toImage();
+    EXPECT_NE(underlined, plain);
+    QTest::keyClick(&window, Qt::Key_X, Qt::AltModifier); // so that nothing opens
+    QTest::keyRelease(&window, Qt::Key_Alt);
+    QApplication::processEvents();
+    EXPECT_FALSE(strip.showsLetters());
+    EXPECT_EQ(strip.grab().toImage(), plain);
+}
+
+TEST_F(MenuStripTest, AfterEscTheFocusIsWhereItWasAndNoLabelIsReached) {
+    QLineEdit field(window.Ibak5());
+    field.setGeometry(20, 60, 100, 24);
+    field.show();
+    const QImage plain = strip.grab().toImage();
+    const auto openByKey = [&](Qt::Key key, Qt::KeyboardModifiers held) {
+        QTest::keyClick(QApplication::focusWidget(), key, held);
+    };
+    for (const auto& [letter, held] : {std::pair(Qt::Key_F10, Qt::KeyboardModifiers()),
+                                       std::pair(Qt::Key_E, Qt::KeyboardModifiers(Qt::AltModifier))}) {
+        field.setFocus();
+        openByKey(letter, held);
+        ASSERT_NE(shown(), "");
+        key(Qt::Key_Right);
+        ASSERT_NE(shown(), "");
+        escape();
+        EXPECT_EQ(shown(), "");
+        EXPECT_EQ(QApplication::focusWidget(), &field);
+        EXPECT_EQ(strip.activeAction(), nullptr);
+        EXPECT_EQ(strip.grab().toImage(), plain);
+    }
+}
+
+TEST_F(MenuStripTest, AMenuThatTheMouseOpenedLeavesNoLabelReachedEither) {
+    QLineEdit field(window.Ibak5());
+    field.setGeometry(20, 60, 100, 24);
+    field.show();
+    field.setFocus();
+    QTest::mousePress(&strip, Qt::LeftButton, {}, strip.actionGeometry(strip.actions().at(1)).center());
+    ASSERT_EQ(shown(), "mnupopup7");
+    escape();
+    EXPECT_EQ(strip.activeAction(), nullptr);
+    EXPECT_EQ(QApplication::focusWidget(), &field);
 }

@@ -219,7 +219,7 @@ TEST_F(SkinnedWindowTest, WithoutTranslucencyTheCornersAreCutByAMask) {
 }
 
 TEST_F(SkinnedWindowTest, AnotherSkinRepaintsEveryOpenWindow) {
-    HelpWindow help(*skins, tips, HelpLibrary());
+    HelpWindow help(*skins, tips, settings, HelpLibrary());
     TestWindow second(*skins);
     second.resize(200, 120);
     const auto pictures = [&] {
@@ -277,4 +277,21 @@ TEST_F(SkinnedWindowTest, TheRingShowsOnlyAfterAKey) {
     QTest::keyClick(&window, Qt::Key_Tab);
     EXPECT_EQ(ring->widget(), QApplication::focusWidget());
     EXPECT_TRUE(ring->widget() == &first || ring->widget() == &second);
+}
+
+TEST_F(SkinnedWindowTest, TheRingGoesWithAPressOfTheMouseUntilTheNextKey) {
+    CommandButton first(window.look(), ButtonForm::Text, window.Ibak5());
+    CommandButton second(window.look(), ButtonForm::Text, window.Ibak5());
+    first.setGeometry(20, 20, 80, 24);
+    second.setGeometry(120, 20, 80, 24);
+    first.show();
+    second.show();
+    first.setFocus();
+    QTest::keyClick(&window, Qt::Key_Tab);
+    const auto* ring = window.findChild<QFocusFrame*>();
+    ASSERT_NE(ring->widget(), nullptr);
+    QTest::mouseClick(window.Ibak5(), Qt::LeftButton, {}, {5, 60});
+    EXPECT_EQ(ring->widget(), nullptr);
+    QTest::keyClick(&window, Qt::Key_Tab);
+    EXPECT_EQ(ring->widget(), QApplication::focusWidget());
 }

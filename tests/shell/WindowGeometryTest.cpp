@@ -110,3 +110,55 @@ TEST(WindowGeometryTest, ADraggedEdgeMovesAloneAndStopsAtTheLeastSize) {
         EXPECT_EQ(resizedFrame(frame, row.edges, row.by, {50, 40}), row.becomes)
             << static_cast<int>(row.edges) << " by " << row.by.x() << ", " << row.by.y();
 }
+
+namespace {
+constexpr QSize kWhole(520, 340);
+constexpr QSize kFoldedTool(520, 72);
+} // namespace
+
+TEST(WindowGeometryTest, AToolFirstStandsBesideItsWindowWhereThereIsRoom) {
+    const QRect screen(0, 0, 1920, 1080);
+    EXPECT_EQ(firstPlace(QRect(33, 33, 1233, 701), screen, kWhole, kFoldedTool),
+              (FirstPlace{QPoint(33 + 1232 + 8, 33), false}));
+}
+
+TEST(WindowGeometryTest, OtherwiseInItsLowerRightAndFoldedWhereItWouldCoverHalf) {
+    const FirstPlace large =
+        firstPlace(QRect(33, 33, 1233, 701), QRect(0, 0, 1366, 768), kWhole, kFoldedTool);
+    EXPECT_EQ(large, (FirstPlace{QPoint(33 + 1232 - 28 - 520, 33 + 700 - 56 - 340), false}));
+    const FirstPlace small = firstPlace(QRect(33, 33, 891, 533), QRect(0, 0, 1024, 600), kWhole, kFoldedTool);
+    EXPECT_EQ(small, (FirstPlace{QPoint(33 + 890 - 28 - 520, 33 + 532 - 56 - 72), true}));
+}
+
+TEST(WindowGeometryTest, AToolIsOnTheScreenInAnyCase) {
+    const QRect screen(100, 50, 640, 480);
+    for (const QRect& around : {QRect(-5000, -5000, 300, 200), QRect(9000, 9000, 2000, 1500), QRect()}) {
+        const FirstPlace place = firstPlace(around, screen, kWhole, kFoldedTool);
+        EXPECT_TRUE(screen.contains(QRect(place.corner, place.folded ? kFoldedTool : kWhole)));
+    }
+    EXPECT_EQ(onScreen({-10, 900}, {700, 500}, screen), QPoint(100, 50)) << "too large for it";
+}
+
+TEST(WindowGeometryTest, AWindowToBeReadStandsBesideOrLeavesTheMenusSeen) {
+    constexpr QSize kWanted(880, 640);
+    constexpr QSize kLeast(560, 360);
+    const QRect wide(0, 0, 2560, 1440);
+    EXPECT_EQ(readingFrame(QRect(33, 33, 1233, 701), wide, kWanted, kLeast, 52),
+              QRect(QPoint(1266, 33), kWanted));
+    for (const auto& [around, screen] : {std::pair(QRect(33, 33, 1233, 701), QRect(0, 0, 1366, 768)),
+                                         std::pair(QRect(33, 33, 891, 533), QRect(0, 0, 1024, 600)),
+                                         std::pair(QRect(0, 0, 1366, 768), QRect(0, 0, 1366, 768))}) {
+        const QRect frame = readingFrame(around, screen, kWanted, kLeast, 52);
+        EXPECT_GE(frame.top(), around.top() + 52);
+        EXPECT_TRUE(screen.contains(frame));
+        EXPECT_NEAR(frame.center().x(), around.center().x(), 60);
+        EXPECT_GE(frame.height(), kLeast.height());
+    }
+}
+
+TEST(WindowGeometryTest, OnWaylandNobodySaysWhereAWindowStands) {
+    EXPECT_FALSE(tellsPlaces(u"wayland"));
+    EXPECT_FALSE(tellsPlaces(u"wayland-egl"));
+    EXPECT_TRUE(tellsPlaces(u"xcb"));
+    EXPECT_TRUE(tellsPlaces(u"offscreen"));
+}

@@ -86,7 +86,7 @@ TEST(WindowNamesTest, EveryControlOfTheSmallWindowsSaysWhatItIs) {
     FrmInst picker(program.desk(), nullptr);
     picker.show();
     expectWords(picker);
-    HelpWindow help(program.skins, program.tips, HelpLibrary());
+    HelpWindow help(program.skins, program.tips, program.settings, HelpLibrary());
     help.show();
     expectWords(help);
 }
@@ -115,13 +115,13 @@ TEST(WindowNamesTest, EveryButtonOfTheStartWindowHasAName) {
 
 TEST(WindowNamesTest, EveryButtonOfTheHelpWindowHasAName) {
     GoldenProgram program(1);
-    const HelpWindow window(program.skins, program.tips, HelpLibrary());
+    const HelpWindow window(program.skins, program.tips, program.settings, HelpLibrary());
     expectNames(window);
 }
 
 TEST(WindowNamesTest, TheHelpWindowHasTheProgramsTipsAndNoneOfThePlatform) {
     GoldenProgram program(1);
-    const HelpWindow window(program.skins, program.tips, HelpLibrary());
+    const HelpWindow window(program.skins, program.tips, program.settings, HelpLibrary());
     for (const auto* control : window.findChildren<QWidget*>())
         EXPECT_TRUE(control->toolTip().isEmpty()) << control->objectName().toStdString();
     for (const char* name : {"txtHelpSearch", "btnHelpBack", "btnHelpForward", "btnHelpHome"}) {

@@ -6,6 +6,7 @@
 #include "score/Score.h"
 #include "shell/Appearance.h"
 #include "shell/ExToolTip.h"
+#include "shell/SkinPainter.h"
 #include "tests/support/MemorySettings.h"
 
 #include <QAbstractButton>
@@ -196,6 +197,24 @@ TEST_F(TopBarOverlayTest, ALongInstrumentIsCutOnlyWhereThereIsNoRoom) {
     };
     EXPECT_FALSE(isCut(1233)) << "as it opens on a screen of 1366";
     EXPECT_TRUE(isCut(1000));
+}
+
+TEST_F(TopBarOverlayTest, InASmallWindowABareNumberHasItsCaptionAndEverythingATip) {
+    bar.resize(891 - 22 - 324, 24);
+    bar.layOut(FormWidth::Small);
+    const int before = label("LblNote").x();
+    EXPECT_GE(before, 12 + QFontMetrics(textFont(10)).horizontalAdvance("Note"));
+    const QImage image = bar.grab().toImage();
+    int ink = 0;
+    for (int x = 12; x < before; ++x)
+        for (int y = 4; y < 20; ++y)
+            ink += image.pixelColor(x, y).lightness() < 150 ? 1 : 0;
+    EXPECT_GT(ink, 20) << "Note";
+    for (const char* name : kLabels) {
+        const auto tip = tips.toolTip(label(name));
+        ASSERT_TRUE(tip) << name;
+        EXPECT_FALSE(tip->title.isEmpty()) << name;
+    }
 }
 
 TEST_F(TopBarOverlayTest, FieldsStandSideBySideInEveryForm) {

@@ -161,3 +161,21 @@ TEST_F(EffectsPageTest, TheChordListKeepsSpaceToItself) {
         popup->close();
     EXPECT_TRUE(port.notes().empty());
 }
+
+TEST_F(EffectsPageTest, WhatANoteHasStandsBehindANoteAndOnlyOnceOneWasLookedAt) {
+    opened();
+    const std::array numbers{"L1a", "L2a", "L3a", "L4a"};
+    for (const char* number : numbers) {
+        EXPECT_EQ(shownIn(number), "");
+        EXPECT_FALSE(part<QLabel>(std::string(number) + "note").isVisible());
+    }
+    panel().effects().showEffects(127, -64, 0, 90);
+    for (const char* number : numbers) {
+        auto& sign = part<QLabel>(std::string(number) + "note");
+        auto& value = part<QLabel>(number);
+        EXPECT_TRUE(sign.isVisible());
+        EXPECT_EQ(sign.geometry().right() + 1, value.geometry().left());
+        EXPECT_LE(value.fontMetrics().horizontalAdvance(value.text()), value.width()) << "cut";
+        EXPECT_LE(sign.fontMetrics().horizontalAdvance(sign.text()), sign.width() + 1) << "cut";
+    }
+}

@@ -2,8 +2,10 @@
 #include "tableau/GuidePainter.h"
 
 #include "score/Score.h"
+#include "shell/SkinPainter.h"
 #include "tableau/TableauFixture.h"
 
+#include <QFontMetrics>
 #include <QPainter>
 
 #include <gmock/gmock.h>
@@ -117,4 +119,37 @@ TEST(GuidePainterTest, TheSideBarHoldsTheNamesALineEach) {
     EXPECT_EQ(sideBarText(view), "5C#\n5C\n4B\n4Bb");
     view.ViewTopRow = 126;
     EXPECT_EQ(sideBarText(view), "0C#\n0C");
+}
+
+TEST(GuidePainterTest, NamesGrowWithTheirRowsAndStayOnTheGuide) {
+    int before = 0;
+    for (const int height : {8, 9, 14, 20, 24, 40}) {
+        const int size = rowNameSize(height, RowNames::Growing);
+        EXPECT_GE(size, before);
+        EXPECT_LE(QFontMetrics(textFont(size)).horizontalAdvance("6Bb"), 47 - 10 - 8) << "the guide's room";
+        before = size;
+    }
+    EXPECT_GT(rowNameSize(24, RowNames::Growing), rowNameSize(9, RowNames::Growing));
+    EXPECT_EQ(rowNameSize(24, RowNames::OfTwoSizes), rowNameSize(9, RowNames::OfTwoSizes));
+}
+
+TEST(GuidePainterTest, ANameStandsOnTheLineThroughItsRow) {
+    for (const int height : {8, 12, 24}) {
+        ViewState view;
+        view.Line_Height = height;
+        view.ViewTopRow = view.ViewRows = 0; // "9G" alone
+        QImage image = surfaceOf(60, 400);
+        QPainter painter(&image);
+        paintGuide(painter, kPicX, view, RowNames::Growing);
+        painter.end();
+        int first = 400;
+        int last = 0;
+        for (int y = 0; y < 400; ++y)
+            for (int x = kPicX.left(); x <= kPicX.right(); ++x)
+                if (image.pixel(x, y) != kGround) {
+                    first = std::min(first, y);
+                    last = std::max(last, y);
+                }
+        EXPECT_NEAR((first + last) / 2.0, staffLineY(0, view), 1.5) << height;
+    }
 }

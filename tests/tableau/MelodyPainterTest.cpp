@@ -72,6 +72,54 @@ TEST(MelodyPainterTest, TheActiveChannelLiesOnTopOfHigherOnes) {
     EXPECT_EQ(painted(fixture).pixel(bar), colour(kChannelColours[7].pale));
 }
 
+namespace {
+/// A bar of channel 0, the active one, through the head of channel 3.
+TableauFixture crossed(const Manners& manners) {
+    TableauFixture fixture = blank();
+    fixture.manners = manners;
+    fixture.draw(0, 2, 50, 8);
+    fixture.draw(3, 5, 50, 2);
+    return fixture;
+}
+/// In the middle of the ball in that column.
+QPoint ballOf(const TableauFixture& fixture, int column) {
+    return {column * 12 + 5, rowTop(fixture, 50) + 6};
+}
+} // namespace
+
+TEST(MelodyPainterTest, NoBarIsPaintedThroughAHead) {
+    const TableauFixture fixture = crossed(Manners::careful());
+    EXPECT_EQ(painted(fixture).pixel(ballOf(fixture, 5)), colour(kChannelColours[3].pale));
+}
+
+TEST(MelodyPainterTest, InClassicMannersAChannelIsPaintedWholeOverTheOnesBefore) {
+    const TableauFixture fixture = crossed(Manners::classic());
+    EXPECT_EQ(painted(fixture).pixel(ballOf(fixture, 5)), kRed);
+}
+
+TEST(MelodyPainterTest, TheHeadsOfTheActiveChannelLieOnTop) {
+    TableauFixture fixture = blank();
+    fixture.manners = Manners::careful();
+    for (const int channel : {3, 7})
+        fixture.draw(channel, 5, 50, 2, 1);
+    for (const int active : {3, 7}) {
+        fixture.score.ActiveChannel = active;
+        EXPECT_EQ(painted(fixture).pixel(ballOf(fixture, 5)),
+                  colour(kChannelColours[static_cast<std::size_t>(active)].bright));
+    }
+}
+
+TEST(MelodyPainterTest, InTheFirstColumnAChordIsWhole) {
+    const auto redIn = [](int column, const Manners& manners) {
+        TableauFixture fixture = blank();
+        fixture.manners = manners;
+        fixture.draw(0, column, 50, 1, 1);
+        return count(painted(fixture), kRed);
+    };
+    EXPECT_GE(redIn(0, Manners::careful()), redIn(5, Manners::careful()));
+    EXPECT_LT(redIn(0, Manners::classic()), redIn(5, Manners::classic())) << "the old rules cut it";
+}
+
 TEST(MelodyPainterTest, AChannelIsPaintedIfItIsInUseShownAndNotMuted) {
     TableauFixture fixture = blank();
     fixture.draw(0, 2, 50, 3);

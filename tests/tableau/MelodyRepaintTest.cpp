@@ -41,7 +41,7 @@ public:
 /// One thing that a user may do.
 void change(TableauFixture& fixture, std::mt19937& random) {
     const auto any = [&](int first, int last) { return std::uniform_int_distribution(first, last)(random); };
-    switch (any(0, 11)) {
+    switch (any(0, 12)) {
     case 0:
         fixture.view.ViewFirstColumn = any(0, 30);
         fixture.view.ViewLastColumn = fixture.view.ViewFirstColumn + 24;
@@ -65,6 +65,9 @@ void change(TableauFixture& fixture, std::mt19937& random) {
         break;
     case 6:
         fixture.view.Line_Height = any(6, 12);
+        break;
+    case 7:
+        fixture.manners = Manners::of(any(0, 1) == 1);
         break;
     default:
         fixture.draw(any(0, 7), any(0, 50), any(40, 80), any(1, 5), any(0, 1));
@@ -113,6 +116,7 @@ TEST_P(MelodyRepaint, ScrollsToWhatPaintingAnewGives) {
     for (const int style : {0, 1})
         for (const QSize size : {QSize(300, 200), QSize(307, 211)}) {
             Repainting repainting(GetParam(), size);
+            repainting.fixture.manners = Manners::of(size.width() == 307);
             std::mt19937 random(11);
             for (int note = 0; note < 150; ++note)
                 repainting.fixture.draw(note % 8, static_cast<int>(random() % 90), 40 + note % 45,

@@ -141,6 +141,40 @@ TEST_F(PicmainTest, SmallTurnsOfATouchpadAddUp) {
     EXPECT_EQ(view().ViewTopRow, 45);
 }
 
+TEST_F(PicmainTest, WithCtrlTheWheelTellsWholeNotchesAndWhere) {
+    std::vector<std::pair<int, int>> told;
+    area.onZoom = [&](int notches, int y) { told.emplace_back(notches, y); };
+    const int y = 300 - box(Surface::MusicBox).y();
+    turn({0, 120}, Qt::ControlModifier);
+    turn({0, -360}, Qt::ControlModifier);
+    EXPECT_THAT(told, ElementsAre(std::pair(1, y), std::pair(-3, y)));
+    told.clear();
+    for (int i = 0; i < 15; ++i) // a fine wheel
+        turn({0, 8}, Qt::ControlModifier);
+    EXPECT_THAT(told, ElementsAre(std::pair(1, y)));
+    turn({0, 100}, Qt::ControlModifier);
+    turn({0, -100}, Qt::ControlModifier);
+    EXPECT_THAT(told, testing::SizeIs(1)) << "who turns back begins anew";
+    turn({0, -20}, Qt::ControlModifier);
+    EXPECT_THAT(told, testing::SizeIs(2));
+    EXPECT_EQ(view().ViewTopRow, 42) << "nothing is scrolled";
+}
+
+TEST_F(PicmainTest, ATouchpadThatTellsPixelsZoomsLikewise) {
+    std::vector<int> told;
+    area.onZoom = [&](int notches, int /*y*/) { told.push_back(notches); };
+    const auto roll = [&](int pixels, Qt::ScrollPhase phase) {
+        QWheelEvent event(QPointF(400, 300), area.mapToGlobal(QPointF(400, 300)), {0, pixels}, {},
+                          Qt::NoButton, Qt::ControlModifier, phase, false);
+        QApplication::sendEvent(&area, &event);
+    };
+    for (int i = 0; i < 10; ++i)
+        roll(4, Qt::ScrollUpdate);
+    EXPECT_THAT(told, ElementsAre(1));
+    roll(400, Qt::ScrollMomentum);
+    EXPECT_THAT(told, ElementsAre(1)) << "the fingers have gone";
+}
+
 TEST_F(PicmainTest, WhilePlayingTheWheelAndTheKeysScrollNothing) {
     area.setEditable(false);
     turn({0, -120});
@@ -199,6 +233,29 @@ TEST_F(PicmainTest, ThePlayLineStandsOnBothBoxesAndLeavesThemAsTheyWere) {
     area.PutColumn();
     EXPECT_EQ(box(Surface::MusicBox).picture(), melody);
     EXPECT_EQ(box(Surface::Beatbox).picture(), beat);
+}
+
+TEST_F(PicmainTest, InCarefulMannersThePlayLineIsSeenInEverySkinAndLeavesThePictureAsItWas) {
+    workspace().setManners(Manners::careful());
+    putNotes(score(), 0, 60, 5);
+    for (int skin = 1; skin <= kSkinCount; ++skin) {
+        look.skinType = skin;
+        area.drawAll();
+        const QImage melody = box(Surface::MusicBox).picture().copy();
+        const QImage beat = box(Surface::Beatbox).picture().copy();
+        for (const int column : {0, 4, 107}) {
+            area.GetColumn(column);
+            area.drawPlayLine(column);
+            for (const Surface which : {Surface::MusicBox, Surface::Beatbox})
+                for (const int x : {12 * column, 12 * column + 1}) {
+                    EXPECT_EQ(pixel(which, x, 30), QColor(176, 0, 80)) << "skin " << skin;
+                    EXPECT_EQ(pixel(which, x, box(which).height() - 1), QColor(176, 0, 80));
+                }
+            area.PutColumn();
+            EXPECT_EQ(box(Surface::MusicBox).picture(), melody);
+            EXPECT_EQ(box(Surface::Beatbox).picture(), beat);
+        }
+    }
 }
 
 TEST_F(PicmainTest, ThePlayLineStandsOnAPaintedPictureThoughTheScreenIsAnother) {

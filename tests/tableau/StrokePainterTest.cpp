@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/StrokePainter.h"
 
+#include "shell/Skin.h"
 #include "tableau/TableauFixture.h"
 
 #include <gmock/gmock.h>
@@ -126,6 +127,21 @@ TEST(StrokePainterTest, ThePlayLineStandsOnItsColumn) {
         EXPECT_EQ(columns.front(), static_cast<int>(60 * scale));
         EXPECT_EQ(columns.size(), scale == 2.0 ? 2U : 1U);
         EXPECT_EQ(image.pixel(columns.front(), 0), qRgb(255, 192, 192));
+    }
+}
+
+TEST(StrokePainterTest, ABoldPlayLineIsTwoWideAndStandsOutFromThePaper) {
+    for (const qreal scale : {1.0, 1.5, 2.0}) {
+        QImage image = paper(scale);
+        paintPlayLine(image, 5, PlayLine::Bold);
+        const std::vector<int> columns = inkedAt(image, image.height() - 1);
+        EXPECT_EQ(columns.front(), static_cast<int>(60 * scale));
+        EXPECT_EQ(columns.size(), static_cast<std::size_t>(2 * scale));
+        const QColor line = image.pixelColor(columns.front(), 0);
+        const Rgb ink{static_cast<std::uint8_t>(line.red()), static_cast<std::uint8_t>(line.green()),
+                      static_cast<std::uint8_t>(line.blue())};
+        for (const Rgb ground : {Rgb{255, 255, 255}, Rgb{248, 241, 231}}) // paper, and a band on it
+            EXPECT_GE(contrast(ink, ground), 3);
     }
 }
 

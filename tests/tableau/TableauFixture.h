@@ -22,11 +22,12 @@ struct TableauFixture {
             score.NoteCell.set(channel, at, static_cast<std::int16_t>(1000 + row));
         score.Polyphonics.set(channel + 1, column, static_cast<std::int16_t>(chord));
     }
-    [[nodiscard]] TableauScene scene() const { return {score, view, setup}; }
+    [[nodiscard]] TableauScene scene() const { return {score, view, setup, manners}; }
 
     Score score{100};
     ViewState view;
     SetupState setup;
+    Manners manners;
 };
 
 /// A picture as a window makes it for a painter, filled with what no painter paints.

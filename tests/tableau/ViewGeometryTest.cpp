@@ -185,3 +185,33 @@ TEST(ViewGeometryTest, TheThumbStandsWhereTheRailTakesIt) {
         EXPECT_NEAR(at, 250, 3) << songEnd;
     }
 }
+
+TEST(ViewGeometryTest, TheRowUnderThePointerStaysThereWhateverItsHeight) {
+    ViewState view;
+    constexpr int kHeight = 400;
+    for (const int y : {0, 100, 211, 399})
+        for (int height = 5; height <= 24; ++height) {
+            view.Line_Height = height;
+            view.ViewTopRow = topRowKeeping(view, 60, y, kHeight);
+            EXPECT_EQ(view.ViewTopRow + y / height, 60) << y << ", " << height;
+        }
+}
+
+TEST(ViewGeometryTest, WhereRowsEndThePaperStaysFull) {
+    ViewState view;
+    view.Line_Height = 5;
+    EXPECT_EQ(topRowKeeping(view, 3, 399, 400), 0);
+    EXPECT_EQ(topRowKeeping(view, 127, 0, 400), 128 - 80);
+}
+
+TEST(ViewGeometryTest, TheWheelMakesRowsFiveToTwentyFourHigh) {
+    EXPECT_EQ(zoomedLineHeight(8, 1), 9);
+    EXPECT_EQ(zoomedLineHeight(8, -2), 6);
+    EXPECT_EQ(zoomedLineHeight(8, 2'000'000'000), 24);
+    EXPECT_EQ(zoomedLineHeight(8, -2'000'000'000), 5);
+    // What the setup toolbar's field allows besides is left by the other way only.
+    EXPECT_EQ(zoomedLineHeight(4, -1), 4);
+    EXPECT_EQ(zoomedLineHeight(4, 1), 5);
+    EXPECT_EQ(zoomedLineHeight(40, 1), 40);
+    EXPECT_EQ(zoomedLineHeight(40, -1), 39);
+}

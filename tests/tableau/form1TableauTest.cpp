@@ -198,7 +198,7 @@ TEST_F(form1TableauTest, SelectingMarksASegmentThatPlays) {
     putNotes(score(), 0, 60, 10);
     shown().Cmd2_Click(10);
     EXPECT_EQ(workspace().view.MouseMode, Mouse::Select);
-    EXPECT_TRUE(button("Cmd2", 10).isChecked());
+    EXPECT_FALSE(button("Cmd2", 10).isChecked());
     EXPECT_EQ(button("Lb1", 24).text(), "Select");
     press("MusicBox", {4 * 12 + 3, 100});
     drag("MusicBox", {9 * 12 + 3, 100});
