@@ -27,7 +27,6 @@ bool HeadlessWindow::showsRow(int row) {
 
 void HeadlessWindow::TrackSel_Click(int channel) {
     workspace.selectChannel(channel);
-    input_.rememberChannel();
 }
 
 void HeadlessWindow::draw(Cell from, Cell to) {

@@ -22,7 +22,13 @@ TableauInput::TableauInput(Workspace& workspace, NotePlayer& player, MidiPort& p
     : workspace_(workspace)
     , player_(player)
     , screen_(screen)
-    , sound_(workspace.score, workspace.play, player, port) {}
+    , sound_(workspace.score, workspace.play, player, port)
+    , watching_(workspace.watchers.join(*this)) {}
+
+void TableauInput::changed(Changes changes) {
+    if (changes.any(Change::Channels))
+        rememberChannel();
+}
 
 void TableauInput::MusicBox_MouseDown(MouseButton button, int /*shift*/, int x, int y) {
     press(Box::MusicBox, button, x, y);

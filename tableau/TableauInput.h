@@ -18,7 +18,7 @@ struct Workspace;
 ///
 /// The window feeds it every mouse event of the two boxes, with the button that is down (on a release the one
 /// that was let go). Nothing here blocks but the sounding of a note.
-class TableauInput {
+class TableauInput final : private Watcher {
 public:
     TableauInput(Workspace& workspace, NotePlayer& player, MidiPort& port, TableauScreen& screen);
 
@@ -32,16 +32,16 @@ public:
     /// Ends a stroke whose release never comes as a release at the last known place would; nothing otherwise.
     /// To be called, too, before `MouseMode` changes and before the Tableaux are greyed.
     void cancel();
-    /// Keeps the active channel as the one to return to. Every handler does so; who changes the channel
-    /// elsewhere may do so as well.
-    void rememberChannel();
-
     [[nodiscard]] const Stroke& stroke() const { return stroke_; }
 
-    int LastMelodyChannel = 0; ///< to return to when the other Tableau is clicked
+    /// The channels to return to when the other Tableau is clicked: those that were active last, whoever
+    /// chose them.
+    int LastMelodyChannel = 0;
     int LastDrumChannel = 8;
 
 private:
+    void changed(Changes changes) override;
+    void rememberChannel();
     void press(Box box, MouseButton button, int x, int y);
     void move(Box box, MouseButton button, int x, int y);
     void release(Box box, MouseButton button, int x);
@@ -86,6 +86,7 @@ private:
     Stroke stroke_;
     std::optional<Act> act_; ///< a stroke is one, whatever it paints
     bool finishing_ = false; ///< ending a chord serves events; a press among them is refused
+    Guests<Watcher>::Stay watching_;
 };
 
 } // namespace velmora

@@ -263,8 +263,6 @@ void form1::changed(Changes changes) {
         {Tools | Change::Manners, &form1::showTools},
         {Undo, &form1::showUndo},
     });
-    if (changes.any(Channels))
-        input_->rememberChannel();
     screen_->dropMention();
     for (const Row& row : kRows)
         if (changes.any(row.when))

@@ -245,7 +245,6 @@ void StrokeModelTest::follow(const Hand& hand) {
 }
 
 void StrokeModelTest::stroke() {
-    input().rememberChannel();
     const Hand hand = anyHand();
     follow(hand);
     perform(hand);
