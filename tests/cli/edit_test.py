@@ -46,7 +46,9 @@ def read_score(path):
     return score
 
 
-class EditTest(unittest.TestCase):
+class EditFixture(unittest.TestCase):
+    options = ()
+
     def setUp(self):
         self.folder = tempfile.mkdtemp()
         self.addCleanup(shutil.rmtree, self.folder)
@@ -68,7 +70,7 @@ class EditTest(unittest.TestCase):
         return self.path(name)
 
     def call(self, *steps, **more):
-        return run("edit", "--classic", self.save(), self.out, *steps, **more)
+        return run("edit", *self.options, self.save(), self.out, *steps, **more)
 
     def edit(self, *steps, said=""):
         """The score that the steps make of the one at hand."""
@@ -84,6 +86,10 @@ class EditTest(unittest.TestCase):
     def assertNotes(self, score, channel, notes):
         """Exactly these cells are filled in the channel."""
         self.assertEqual({p: cell for p, cell in enumerate(score.cell[channel]) if cell != -1}, notes)
+
+
+class EditTest(EditFixture):
+    options = ("--classic",)
 
     # The Melody Maker
 
@@ -481,7 +487,7 @@ class EditTest(unittest.TestCase):
     def test_the_help_lists_every_step(self):
         told = run("edit", "--help").stdout
         for line in ("stroke C ROW FIRST LAST", "indicator C POSITION VOLUME MOD PAN REVERB CHORUS", "pick C,C,...|none",
-                     "instrument-to-selection CODE", "undo"):
+                     "instrument-to-selection CODE", "undo [N]", "redo [N]"):
             self.assertIn(f"\n  {line}\n", told)
 
     def test_the_manual_tells_of_every_step_and_of_no_other(self):
@@ -491,7 +497,83 @@ class EditTest(unittest.TestCase):
         told = {name for item in items for name in re.findall(r"(?:Cm|,) ([a-z-]+)", item)} - {"on", "off", "none"}
         listed = re.findall(r"^  ([a-z-]+)", run("edit", "--help").stdout.split("Steps:")[1], re.M)
         self.assertEqual(told, set(listed))
-        self.assertEqual(len(listed), 30)
+        self.assertEqual(len(listed), 31)
+
+
+class CarefulEditTest(EditFixture):
+    """The manners that the window has unless "Classic behaviour" is ticked."""
+
+    def test_without_a_ticked_channel_commands_work_on_the_active_one(self):
+        self.note(0, 0, 60, 4)
+        self.note(1, 0, 62, 4)
+        made = self.edit("channel 1", "select 0 1", "cut")
+        self.assertNotes(made, 0, {0: 60, 1: 1060, 2: 1060, 3: 1060})
+        self.assertNotes(made, 1, {0: 62, 1: 1062})
+
+    def test_ticked_channels_are_copied_cut_and_pasted_alike(self):
+        for channel in (0, 1, 8):
+            self.note(channel, 0, 60, 2, 130 if channel == 8 else 5)
+        made = self.edit("pick 0,8", "select 0 1", "cut", "mark 10", "paste-overwrite")
+        self.assertNotes(made, 0, {10: 60, 11: 1060})
+        self.assertNotes(made, 1, {0: 60, 1: 1060})
+        self.assertNotes(made, 8, {10: 60, 11: 1060})
+
+    def test_all_tracks_are_those_that_are_not_muted(self):
+        for channel in (0, 1, 2):
+            self.note(channel, 0, 60, 2)
+        made = self.edit("all-tracks on", "mute 1 on", "select 0 1", "cut")
+        self.assertNotes(made, 0, {})
+        self.assertNotes(made, 1, {0: 60, 1: 1060})
+        self.assertNotes(made, 2, {})
+
+    def test_what_was_cut_and_pasted_at_its_place_is_as_it_was(self):
+        self.note(0, 0, 60, 3)
+        self.note(0, 3, 62, 5)
+        self.score.effects["Volume"][0][4] = 50
+        made = self.edit("select 3 7", "cut", "mark 3", "paste-insert")
+        self.assertNotes(made, 0, {0: 60, 1: 1060, 2: 1060, 3: 62, 4: 1062, 5: 1062, 6: 1062, 7: 1062})
+        self.assertEqual(made.effects["Volume"][0][4], 50)
+
+    def test_a_copy_takes_what_is_marked_and_not_the_cycle(self):
+        self.note(0, 0, 60, 6)
+        made = self.edit("cycle 1 1 1", "select 0 2", "copy", "mark 20", "paste-overwrite")
+        self.assertEqual(made.cell[0][19:25], [-1, 60, 1060, 1060, -1, -1])
+
+    def test_one_copied_channel_goes_to_the_active_one(self):
+        self.note(0, 0, 60, 2)
+        made = self.edit("channel 0", "select 0 1", "copy", "channel 4", "mark 6", "paste-overwrite")
+        self.assertNotes(made, 4, {6: 60, 7: 1060})
+        self.assertNotes(made, 0, {0: 60, 1: 1060})
+
+    def test_a_paste_empties_no_channel_that_was_not_copied(self):
+        self.note(0, 0, 60, 2)
+        self.note(2, 0, 65, 2)
+        made = self.edit("pick 0", "select 0 1", "copy", "pick 0,2", "mark 0", "paste-overwrite")
+        self.assertNotes(made, 2, {0: 65, 1: 1065})
+
+    def test_everything_is_undone_and_done_again_in_order(self):
+        self.note(0, 0, 60, 4)
+        steps = ["stroke 0 70 6 8", "stroke 8 50 0 0", "channel 0", "select 0 1", "cut", "clear"]
+        self.assertNotes(self.edit(*steps, "undo"), 0, {0: 60, 1: 1060, 4: 70, 5: 1070, 6: 1070})
+        made = self.edit(*steps, "undo 3")
+        self.assertNotes(made, 0, {0: 60, 1: 1060, 2: 1060, 3: 1060, 6: 70, 7: 1070, 8: 1070})
+        self.assertNotes(made, 8, {})  # a percussion stroke is a step like any other
+        self.assertNotes(self.edit(*steps, "undo 4", "redo 2"), 8, {0: 50})
+        self.assertNotes(self.edit(*steps, "undo 2", "redo", "redo"), 0, {})
+
+    def test_at_the_oldest_and_the_newest_undo_and_redo_stop(self):
+        self.note(0, 0, 60, 4)
+        self.assertNotes(self.edit("stroke 0 70 6 8", "undo 100", "undo"), 0, {0: 60, 1: 1060, 2: 1060, 3: 1060})
+        self.assertEqual(self.edit("stroke 0 70 6 6", "undo", "redo 100", "redo").cell[0][6], 70)
+
+    def test_a_step_that_changed_nothing_is_not_there_to_be_undone(self):
+        self.note(0, 0, 60, 4)
+        made = self.edit("stroke 0 70 6 8", "select 0 2", "copy", "insert 0", "stroke 0 70 6 8", "undo")
+        self.assertEqual(made.cell[0][6], -1)
+
+    def test_a_command_after_clear_asks_no_channel_of_the_score_before(self):
+        made = self.edit("channel 1", "stroke 1 60 0 0", "clear", "channel 10", "duplicate")
+        self.assertNotes(made, 1, {})
 
 
 if __name__ == "__main__":

@@ -110,7 +110,7 @@ void UndoWalkTest::choose() {
         w.view.PlayMark = pick(0, 60);
     }
     if (oneIn(6))
-        takeCycle(w.edit, pick(0, 12), pick(0, 12));
+        takeCycle(w.edit, w.manners, pick(0, 12), pick(0, 12));
     w.edit.TotalNotes = static_cast<std::int16_t>(pick(0, 70));
     if (oneIn(5))
         w.view.RightClickMode = oneIn(3) ? RightClick::Polyphonic : RightClick::Erase;
