@@ -21,6 +21,23 @@ TEST(NumbersTest, ReadingStopsAtTheFirstCharacterThatIsNoPartOfANumber) {
         EXPECT_EQ(leadingNumber(text), number) << '"' << text << '"';
 }
 
+TEST(NumbersTest, NothingBehindTheTextIsRead) {
+    const auto begin = [](const char* text, std::size_t length) {
+        return leadingNumber(std::string_view(text, length));
+    };
+    EXPECT_EQ(begin("12345", 2), 12);
+    EXPECT_EQ(begin("5", 0), 0);
+    EXPECT_EQ(leadingNumber(std::string_view()), 0) << "there is nothing at all";
+    EXPECT_EQ(begin("  7", 2), 0);
+    EXPECT_EQ(begin("-7", 1), 0);
+    EXPECT_EQ(begin(".5", 1), 0);
+    EXPECT_EQ(begin("1.75", 2), 1);
+    EXPECT_EQ(begin("2e3", 2), 2);
+    EXPECT_EQ(begin("2e34", 3), 2000);
+    EXPECT_EQ(begin("1e-3999", 5), 1e-39);
+    EXPECT_EQ(begin("1e9999", 5), std::numeric_limits<double>::infinity());
+}
+
 TEST(NumbersTest, ATextWithoutANumberIsZero) {
     for (const char* text : {"", " ", "-", "+", ".", "-.", "+-5", "-+5", "--5", "e5", "abc", "inf", "nan",
                              "-inf", "- 5", "=5", "\n5"})

@@ -17,6 +17,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <functional>
 #include <optional>
 
@@ -39,6 +40,10 @@ struct CountingView : PlaybackView {
     void DisableControls() override { log += "D"; }
     void EnableControls() override { log += "E"; }
     void DrawNoteArray() override { ++draws; }
+    void DrawBeatArray() override { ++beats; }
+    void drawBars() override { ++bars; }
+    void followView() override { ++follows; }
+    void showSongEnd() override { ++ends; }
     void GetColumn(int column) override { columns.push_back(column); }
     void PutColumn() override {
         ++puts;
@@ -48,6 +53,10 @@ struct CountingView : PlaybackView {
     void domodgraph() override { ++graphs; }
     std::string log;
     int draws = 0;
+    int beats = 0;
+    int bars = 0;
+    int follows = 0;
+    int ends = 0;
     int puts = 0;
     int graphs = 0;
     std::vector<int> columns;
@@ -382,6 +391,131 @@ TEST_F(PlaybackEngineTest, TheLineGoesColumnByColumnAndTheViewPages) {
     EXPECT_EQ(view.ViewLastColumn, 29);
     EXPECT_EQ(window.puts, 26); // every line is taken away
     EXPECT_EQ(window.graphs, 26);
+}
+
+TEST_F(PlaybackEngineTest, TheWindowFollowsTheViewWhenAPlayBeginsAndWhenItPages) {
+    note(0, 0, 60, 5);
+    play();
+    EXPECT_EQ(window.follows, 1);
+    EXPECT_EQ(window.beats, 0) << "nothing has moved";
+    EXPECT_EQ(window.bars, 0);
+    EXPECT_EQ(window.ends, 1);
+    note(0, 5, 60, 20);
+    view.ViewColumns = 9;
+    view.ViewLastColumn = 9;
+    window.follows = 0;
+    play();
+    EXPECT_EQ(window.follows, 3) << "positions 10 and 20 began a page";
+    EXPECT_EQ(window.beats, 2);
+    EXPECT_EQ(window.bars, 2);
+    window.follows = 0;
+    engine.RewindBut_Click();
+    EXPECT_EQ(window.follows, 1);
+    EXPECT_EQ(window.bars, 3);
+}
+
+TEST_F(PlaybackEngineTest, TheViewPagesNoFurtherThanTheLastColumn) {
+    note(0, 0, 60, 101);
+    view.ViewColumns = 9;
+    view.ViewLastColumn = 9;
+    play();
+    ASSERT_EQ(window.columns.size(), 102U);
+    EXPECT_EQ(window.columns[99], 9);
+    EXPECT_EQ(window.columns[100], 0);
+    EXPECT_EQ(window.columns[101], 2) << "past the last page, whose first column is the last but one";
+    EXPECT_EQ(view.ViewFirstColumn, 99);
+    EXPECT_EQ(view.ViewLastColumn, 99);
+    EXPECT_EQ(window.puts, 102);
+}
+
+TEST_F(PlaybackEngineTest, ASegmentsMarkIsScrolledToAsFarAsTenBeforeTheEnd) {
+    note(0, 0, 60, 90);
+    view.ViewColumns = 9;
+    view.ViewLastColumn = 9;
+    view.PlayMark = 85;
+    state.SegmentEnd = 87;
+    engine.playSegment();
+    EXPECT_EQ(view.ViewFirstColumn, 85);
+    EXPECT_EQ(view.ViewLastColumn, 90);
+    EXPECT_EQ(window.follows, 2) << "for the mark, and as every play begins";
+    EXPECT_EQ(window.beats, 1);
+}
+
+TEST_F(PlaybackEngineTest, AMarkAtEitherEdgeOfTheViewLeavesItWhereItIs) {
+    note(0, 0, 60, 90);
+    view.ViewColumns = 9;
+    for (const int mark : {20, 29}) {
+        view.ViewFirstColumn = 20;
+        view.ViewLastColumn = 29;
+        view.PlayMark = mark;
+        state.PausePending = true;
+        int waits = 0;
+        window.beats = 0;
+        loop.onWait = [&](double) {
+            if (++waits == 1)
+                state.Playing = false;
+        };
+        play();
+        EXPECT_EQ(view.ViewFirstColumn, 20) << mark;
+        EXPECT_EQ(window.beats, 0) << mark;
+    }
+    for (const int mark : {19, 30}) {
+        view.ViewFirstColumn = 20;
+        view.ViewLastColumn = 29;
+        view.PlayMark = mark;
+        state.PausePending = true;
+        int waits = 0;
+        loop.onWait = [&](double) {
+            if (++waits == 1)
+                state.Playing = false;
+        };
+        play();
+        EXPECT_EQ(view.ViewFirstColumn, mark);
+    }
+}
+
+TEST_F(PlaybackEngineTest, HeadsOfOneInstrumentChangeItOnceAndAnotherChannelsDontCount) {
+    score.TopChannel = 1;
+    for (int p = 0; p < 6; ++p) {
+        note(0, p, 60, 1, 24);
+        note(1, p, 50, 1, p < 3 ? 40 : 41);
+    }
+    const auto programs = [this] {
+        std::vector<std::uint32_t> list;
+        for (const auto word : port.words())
+            if (shortmessage::status(word) == 0xC0)
+                list.push_back(word);
+        return list;
+    };
+    play();
+    EXPECT_THAT(programs(), ElementsAre(0x18C0U, 0x28C1U, 0x29C1U));
+    play();
+    EXPECT_THAT(programs(), ElementsAre(0x18C0U, 0x28C1U, 0x29C1U)) << "each play begins anew";
+}
+
+TEST_F(PlaybackEngineTest, WhatStandsInRestsAndContinuationsChangesNoInstrument) {
+    note(0, 0, 60, 2, 24);
+    score.NoteInstrument.set(0, 1, 40);
+    note(0, 2, 61, 1, 24); // after a continuation of another one
+    note(0, 4, 62, 1, 24); // after a rest
+    play();
+    EXPECT_EQ(std::ranges::count(port.words(), 0x18C0U), 1);
+}
+
+TEST_F(PlaybackEngineTest, ThePlayThatDisplacesAnotherCountsItsOwnSteps) {
+    note(0, 0, 60, 4);
+    studio.open = true;
+    int waits = 0;
+    loop.onWait = [&](double) {
+        if (++waits == 3) {
+            engine.PlayAndStop_Click(true);
+            studio.ratios.clear();
+            engine.PlayAndStop_Click(false);
+        }
+    };
+    play();
+    EXPECT_THAT(studio.ratios, ElementsAre(0.25, 0.5, 0.75, 1.0, 1.25));
+    EXPECT_EQ(state.PlayStepCount, 0);
 }
 
 TEST_F(PlaybackEngineTest, HoweverItEndsTheLineIsTakenAway) {
