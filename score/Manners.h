@@ -9,11 +9,12 @@ struct Manners {
     /// A score that was opened sounds on all its channels: `TopChannel` is the highest in use, and the high
     /// marks follow. Otherwise channels above 1 are silent until each was selected.
     bool playsOpenedChannels = false;
-    /// Choosing a channel in the setup toolbar shows its effects, and a layer is written when the user moves
-    /// that slider. Otherwise choosing alone rewrites the four layers of the channel.
+    /// Choosing a channel in the setup toolbar shows its effects and its instrument, and a layer is written
+    /// when the user moves that slider. Otherwise choosing alone rewrites the four layers of the channel, its
+    /// instrument, and that of its notes within the selection.
     bool choosingKeepsEffects = false;
-    /// A chord that is chosen in a list is stored as its type. Otherwise the setup toolbar stores the list
-    /// index, one below it.
+    /// A chord that is chosen in a list is stored as its type, for a whole note, and where playing reads it.
+    /// Otherwise the setup toolbar stores the list index, one below it.
     bool storesChordType = false;
     /// Block commands work on one set: the ticked channels, else the active one. Otherwise copying asks the
     /// boxes, cutting the mutes.
@@ -26,7 +27,8 @@ struct Manners {
     /// A MIDI file has the messages and moments of playing. Otherwise chords take other channels' places, and
     /// `Tempo` counts as beats per minute.
     bool exportsWhatIsHeard = false;
-    /// "Create Melody" begins at the column that Start names. Otherwise one further right.
+    /// "Create Melody" begins at the column that Start names, and blank fields of a cycle stand for the
+    /// worked example. Otherwise it begins one further right, and a blank length or loop is 8.
     bool motifBeginsAtStart = false;
     /// Save writes to the score's own file, and questions come when, and only when, something is unsaved.
     /// Otherwise Save always asks for a name, Open asks nothing, leaving always asks.

@@ -29,7 +29,7 @@ struct Desk;
 /// |---------------------------|------------------------------------|------------------------------------------|
 /// | 0 "Polyphonics"           | `Combo3`, `Ch`(c), `Chkstrum`(c)   | chords of a whole channel                |
 /// | 1 "Channels"              | `TrackSel`(c), `TrackHide`(c)      | the active channel, hidden channels      |
-/// |                           | `LblInst1`, `LblInst2`, `Label2`   | the instruments: a double click picks; the volume |
+/// |                           | `LblInst1`, `LblInst2`, `Label2`   | the instruments: a click picks; the volume |
 /// | 2 "Sound "                | `lblVolume`, `Label15`             | volume of the active channel             |
 /// |                           | `LblMod`, `LblPan`, `LblReverb`, `LblChorus`, `LMod`, `LPan`, `LReverb`, `LChorus` | its controllers |
 /// | 3 "Timing"                | `LblTempo`, `TempoLabel`           | the tempo                                |

@@ -71,10 +71,6 @@ EffectsPage::EffectsPage(const ToolPageParts& parts, Workspace& workspace, QWidg
     Check1->setObjectName("Check1");
     Check1->setFace("effects", "Single Note");
     Check1->setCheckable(true);
-    parts_.tips.SetToolTip(*Check1, {"Single Note",
-                                     "While this is pressed, a right click or drag over notes gives them the "
-                                     "instrument, the chord and the effects that are chosen here",
-                                     "effects"});
     connect(Check1, &QAbstractButton::clicked, this, [this] { Check1_Click(); });
     addInstrument();
     addChord();
@@ -291,6 +287,19 @@ void EffectsPage::refresh() {
         effects_[i].value->setText(QString::number(value));
     }
     showOn(workspace_.view.NoteEffectsOn);
+    tellWhatIsGiven();
+}
+
+void EffectsPage::tellWhatIsGiven() {
+    static constexpr const char* kAll =
+        "While this is pressed, a right click or drag over notes gives them the instrument, the chord, the "
+        "volume and the effects that are chosen here";
+    static constexpr const char* kTwo =
+        "While this is pressed, a right click or drag over notes gives them the instrument and the chord "
+        "that "
+        "are chosen here. A right drag along the bar Note gives volume and effects";
+    const bool all = workspace_.manners.givesWholeNoteAllEffects;
+    parts_.tips.SetToolTip(*Check1, {"Single Note", all ? kAll : kTwo, "effects"});
 }
 
 } // namespace velmora

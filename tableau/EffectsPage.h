@@ -36,7 +36,7 @@ class EffectsPage : public ToolPage {
 public:
     EffectsPage(const ToolPageParts& parts, Workspace& workspace, QWidget* parent);
 
-    std::function<void()> onPickInstrument;     ///< `CmdInst`, and a double click on `Text5`
+    std::function<void()> onPickInstrument;     ///< `CmdInst`, and a click on `Text5`
     std::function<void(int type)> onChord;      ///< chosen, and kept
     std::function<void(bool on)> onNoteEffects; ///< `Check1` was pressed
 
@@ -73,6 +73,7 @@ private:
     void Check1_Click();
     void Combo3_Click(int type);
     void showHint();
+    void tellWhatIsGiven();
     int place(const Form& form);
     int placeLists(int x, const Form& form);
     int placeEffects(int x, const Form& form);

@@ -293,9 +293,10 @@ TEST_F(MelodyMakerTest, StartOneIsTheFirstColumn) {
 TEST_F(MelodyMakerTest, AStartOfNothingIsTheFirstColumnToo) {
     workspace().setManners(Manners::careful());
     put(0, 0, 60);
+    put(0, 1, 61);
     cycle(1, 20, 20);
     createMelody(workspace(), 0);
-    EXPECT_THAT(heads(0), ElementsAre(0, 20));
+    EXPECT_THAT(heads(0), ElementsAre(0, 1, 20, 21));
 }
 
 TEST_F(MelodyMakerTest, BlankFieldsStandForTheWorkedExample) {

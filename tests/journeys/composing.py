@@ -289,8 +289,8 @@ class Stamping(Journey):
     def test_a_motif_is_stamped_by_the_window_as_by_the_companion(self):
         program = self.compose()
         tableau = Tableau(program)
-        tableau.note(1, 60, 2)
-        tableau.note(4, 58, 3)
+        tableau.note(0, 60, 2)
+        tableau.note(3, 58, 3)
         path = self.user.path("home", "motif.sng")
         self.screen.key("ctrl+s")
         program.save_as(path)
@@ -306,7 +306,7 @@ class Stamping(Journey):
         self.screen.key("ctrl+s")
         program.save_as(stamped)
         program.title_becomes("Velmora - stamped.sng")
-        self.assertEqual(filled(stamped), [at + part for at in (1, 13, 25, 37, 49, 61) for part in (0, 1, 3, 4, 5)])
+        self.assertEqual(filled(stamped), [at + part for at in (0, 12, 24, 36, 48, 60) for part in (0, 1, 3, 4, 5)])
 
         told = self.user.path("home", "told.sng")
         done = subprocess.run([programs.cli, "edit", path, told, "pick 0", "cycle 8 12 60", "create 1"],

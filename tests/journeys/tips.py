@@ -14,11 +14,11 @@ LONG_TIP = "^Melody Tableau$"
 
 class Tips(Journey):
     def mode(self, program, name):
-        program.click({"Erase": -162, "Menu": -106, "Tips": -50}[name], -16)
+        program.click({"Erase": -218, "Chord": -162, "Menu": -106, "Tips": -50}[name], -16)
         self.screen.move(*program.at(*PAPER))
 
     def switch(self, program):
-        return self.screen.picture(*program.at(-200, -28), 180, 22)
+        return self.screen.picture(*program.at(-256, -28), 236, 22)
 
     def test_a_tip_comes_at_rest_and_goes_with_the_mouse_and_never_takes_the_focus(self):
         program = self.compose()

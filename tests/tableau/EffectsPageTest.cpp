@@ -179,3 +179,11 @@ TEST_F(EffectsPageTest, WhatANoteHasStandsBehindANoteAndOnlyOnceOneWasLookedAt) 
         EXPECT_LE(sign.fontMetrics().horizontalAdvance(sign.text()), sign.width() + 1) << "cut";
     }
 }
+
+TEST_F(EffectsPageTest, ItsButtonTellsWhatARightClickGives) {
+    opened();
+    const auto told = [this] { return tips.toolTip(part("Check1"))->text.toStdString(); };
+    EXPECT_EQ(told().find("the volume and the effects"), std::string::npos);
+    workspace().setManners(Manners::careful());
+    EXPECT_NE(told().find("the volume and the effects"), std::string::npos);
+}
