@@ -396,7 +396,7 @@ bool SkinnedWindow::dragEvent(QEvent* event) {
         if (!pressed_ || (at - pressedAt_).manhattanLength() < QApplication::startDragDistance() / 2)
             return pressed_;
         if (windowHandle()->startSystemMove())
-            pressed_ = false;
+            platformDrags(*mouse);
         else if (!isSquare())
             move(pressedFrame_.topLeft() + at - pressedAt_);
         return true;
@@ -414,15 +414,32 @@ bool SkinnedWindow::dragEvent(QEvent* event) {
     }
 }
 
+/// The platform goes on with the drag. On Wayland nobody tells Qt of the release then: it would go on giving
+/// the mouse, its pointer and the next press to the part that was pressed.
+void SkinnedWindow::platformDrags(const QMouseEvent& mouse) {
+    pressed_ = false;
+    if (knowsItsPlace())
+        return;
+    const QPointF at = mapFromGlobal(mouse.globalPosition());
+    QTimer::singleShot(0, this, [this, at, global = mouse.globalPosition()] {
+        QMouseEvent release(QEvent::MouseButtonRelease, at, global, Qt::LeftButton, Qt::NoButton,
+                            Qt::NoModifier);
+        if (windowHandle())
+            QApplication::sendEvent(windowHandle(), &release);
+    });
+}
+
 bool SkinnedWindow::resizeDragEvent(QEvent* event, Qt::Edges edges) {
     const auto* mouse = dynamic_cast<QMouseEvent*>(event);
     if (!mouse)
         return false;
     const QPoint at = mouse->globalPosition().toPoint();
     if (event->type() == QEvent::MouseButtonPress && mouse->button() == Qt::LeftButton) {
-        pressed_ = !windowHandle()->startSystemResize(edges);
+        pressed_ = true;
         pressedAt_ = at;
         pressedFrame_ = geometry();
+        if (windowHandle()->startSystemResize(edges))
+            platformDrags(*mouse);
     } else if (event->type() == QEvent::MouseMove && pressed_) {
         setGeometry(resizedFrame(pressedFrame_, edges, at - pressedAt_, minimumSize().expandedTo({1, 1})));
     } else if (event->type() == QEvent::MouseButtonRelease) {

@@ -103,6 +103,7 @@ private:
     void hideFocusRing();
     void nameMaxRestore();
     bool dragEvent(QEvent* event);
+    void platformDrags(const QMouseEvent& mouse);
     bool resizeDragEvent(QEvent* event, Qt::Edges edges);
     void settle();
     [[nodiscard]] bool isSquare() const;
