@@ -7,6 +7,7 @@
 #include "composition/MidiExport.h"
 #include "composition/Workspace.h"
 #include "score/SngFile.h"
+#include "score/SngText.h"
 
 #include <string_view>
 #include <utility>
@@ -66,27 +67,27 @@ ScoreFiles::Outcome ScoreFiles::open() {
 
 ScoreFiles::Outcome ScoreFiles::open(const fs::path& file) {
     const Busy busy(onBusy);
-    const auto bytes = readWholeFile(file);
-    if (!bytes)
+    const auto [problem, text] = readTextFile(file);
+    if (problem == TextProblem::Unreadable)
         return {false,
                 "The score \"" + file.string() + "\" can't be read. Is it there, a file, and yours to read?",
                 {}};
-    if (bytes->find('\0') != bytes->npos)
+    if (problem == TextProblem::NotText)
         return {false, "The file \"" + file.string() + "\" is no score: it isn't text.", {}};
     const Edit edit(workspace_, kAnotherScore);
     workspace_.keepReplaced("Open Score File");
-    parseSng(*bytes, SngReader::OpenPoliFile, workspace_.score, workspace_.setup);
+    parseSng(text, openingReader(text), workspace_.score, workspace_.setup);
     workspace_.showFromStart();
     Outcome outcome{true, {}, true};
     workspace_.score.currentFile = file.string();
     if (onOpened)
         onOpened();
     folder_ = file.parent_path();
-    if (!beginsWithANumber(*bytes))
+    if (!beginsWithANumber(withoutByteOrderMark(text)))
         outcome.words = "The file \"" + file.string() +
                         "\" doesn't look like a score. If it is the wrong one, Undo brings back what was "
                         "open before.";
-    if (const auto longest = longestRow(*bytes);
+    if (const auto longest = longestRow(text);
         longest > static_cast<std::size_t>(workspace_.score.NumNotes) + 1)
         outcome.words = "The score \"" + file.string() + "\" is " + std::to_string(longest) +
                         " notes long. Only the first " + std::to_string(workspace_.score.NumNotes + 1) +

@@ -124,6 +124,21 @@ TEST_F(ScoreFilesTest, WhatCantBeReadOrIsNoTextLeavesTheOldScore) {
     EXPECT_FALSE(workspace().undoLast()) << "nothing was replaced";
 }
 
+TEST_F(ScoreFilesTest, ARecordingInTheSecondFormOpensWithItsTempoAndItsFirstNote) {
+    const std::vector<std::int16_t> cells{60, 1060, 62};
+    for (const char* mark : {"", "\xEF\xBB\xBF"}) {
+        write(other / "recorded.sng", mark + serializeRecording(cells, 24, 70));
+        const auto outcome = files.open(other / "recorded.sng");
+        EXPECT_TRUE(outcome.done);
+        EXPECT_EQ(outcome.words, "");
+        EXPECT_EQ(score().NoteCell.valueOr(0, 0, -1), 60);
+        EXPECT_EQ(score().Tempo, 70);
+        EXPECT_EQ(score().ChannelInstrument[0], 24);
+        EXPECT_EQ(score().Volume.valueOr(0, 1, -1), 127);
+        EXPECT_EQ(score().Pan_Change.valueOr(0, 1, -1), 64);
+    }
+}
+
 TEST_F(ScoreFilesTest, AScoreThatIsTooLongIsOpenedAndSaid) {
     EXPECT_EQ(files.open(aScore(1001)).words, "") << "the last position counts";
     const auto outcome = files.open(aScore(1002));
