@@ -117,3 +117,29 @@ TEST_F(MessageBoxTest, AMessageStandsOverItsWindow) {
     });
     tell(*skins, &window, "It stands here.");
 }
+
+TEST_F(MessageBoxTest, WhatIsUnsavedCanBeSavedOrDiscardedByMouseAndByLetter) {
+    const auto answered = [this] { return askSave(*skins, nullptr, "Do you want to save it first?"); };
+    struct Row {
+        const char* name;
+        const char* caption;
+        Qt::Key key;
+        SaveAnswer answer;
+    };
+    for (const Row& row : {Row{"save", "Save", Qt::Key_S, SaveAnswer::Save},
+                           Row{"discard", "Discard", Qt::Key_D, SaveAnswer::Discard},
+                           Row{"cancel", "Cancel", Qt::Key_Escape, SaveAnswer::Cancel}}) {
+        hand.in<QWidget>([&row](QWidget& box) {
+            EXPECT_EQ(part<QAbstractButton>(box, row.name).text().toStdString(), row.caption);
+            EXPECT_EQ(box.findChildren<QAbstractButton*>().size(), 3 + 1) << "with that of the title";
+            pressIn(box, row.name);
+        });
+        EXPECT_EQ(answered(), row.answer);
+        hand.in<QWidget>([&row](QWidget& box) { QTest::keyClick(&box, row.key); });
+        EXPECT_EQ(answered(), row.answer);
+    }
+    hand.in<QWidget>([](QWidget& box) { pressIn(box, "imgTitleClose"); });
+    EXPECT_EQ(answered(), SaveAnswer::Cancel);
+    hand.in<QWidget>([](QWidget& box) { QTest::keyClick(&part(box, "save"), Qt::Key_Return); });
+    EXPECT_EQ(answered(), SaveAnswer::Save) << "what Enter presses at first";
+}
