@@ -2,6 +2,7 @@
 #include "composition/RecoveryFile.h"
 
 #include "base/Files.h"
+#include "composition/OpenedScore.h"
 #include "composition/Workspace.h"
 #include "score/SngFile.h"
 
@@ -116,6 +117,7 @@ void restore(const LeftScore& left, Workspace& workspace) {
         workspace.score.resizeNotes(wanted);
     parseSng(left.score, SngReader::OpenPoliFile, workspace.score, workspace.setup);
     workspace.score.currentFile = left.currentFile;
+    hearUsedChannels(workspace);
     workspace.showFromStart();
 }
 
