@@ -105,6 +105,13 @@ public:
     }
 
 protected:
+    bool event(QEvent* event) override {
+        const bool handled = SkinnedWindow::event(event);
+        // Enter presses the button that has the focus: the ring shows it, as soon as keys reach the window.
+        if (event->type() == QEvent::WindowActivate)
+            showFocusRing();
+        return handled;
+    }
     void closeEvent(QCloseEvent* event) override {
         event->accept();
         if (loop_)
@@ -142,10 +149,8 @@ private:
             button->setGeometry(x, top, kButtonWidth, kButtonHeight);
             connect(button, &QAbstractButton::clicked, this, [this, &choice] { end(choice); });
             x += kButtonWidth + kGap;
-            if (&choice == choices_.data()) { // what Enter presses: the ring shows it
-                setAttribute(Qt::WA_KeyboardFocusChange);
+            if (&choice == choices_.data()) // what Enter presses
                 button->setFocus();
-            }
         }
     }
     void end(const Choice& choice) {

@@ -6,6 +6,8 @@
 #include "WindowFixture.h"
 #include "shell/CommandButton.h"
 
+#include <QFocusFrame>
+
 using namespace velmora;
 
 class MessageBoxTest : public WindowFixture {
@@ -104,6 +106,16 @@ TEST_F(MessageBoxTest, EnterIsTheButtonThatHasTheFocusWhichIsYesAtFirst) {
         QTest::keyClick(&part(box, "no"), Qt::Key_Return);
     });
     EXPECT_EQ(asked(), Answer::No);
+}
+
+TEST_F(MessageBoxTest, ARingShowsWhatEnterPresses) {
+    hand.in<QWidget>([](QWidget& box) {
+        const auto* ring = box.findChild<QFocusFrame*>();
+        ASSERT_TRUE(ring);
+        EXPECT_EQ(ring->widget(), &part(box, "save"));
+        pressIn(box, "cancel");
+    });
+    EXPECT_EQ(askSave(*skins, nullptr, "Do you want to save it first?"), SaveAnswer::Cancel);
 }
 
 TEST_F(MessageBoxTest, AMessageStandsOverItsWindow) {
