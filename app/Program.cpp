@@ -16,6 +16,7 @@
 #include "tableau/form1.h"
 
 #include <QApplication>
+#include <QGuiApplication>
 #include <QScreen>
 #include <QTimer>
 
@@ -26,6 +27,18 @@
 namespace velmora {
 
 namespace {
+constexpr std::chrono::milliseconds kForAnswer(100);
+
+/// As far as the platform allows it.
+void bringForward(QWidget& window, const std::string& activation) {
+    // Qt shows a Wayland compositor the word from there, and takes it away again.
+    if (!activation.empty() && QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        qputenv(kActivationVariable, QByteArray::fromStdString(activation));
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.raise();
+    window.activateWindow();
+}
+
 DevicesKey devicesKey(SettingsStore& settings) {
     return {.read = [&settings]() -> std::optional<int> {
                 const bool stored = !settings.GetSetting("Settings", settings::Devices.key, "").empty();
@@ -68,15 +81,19 @@ struct Program::Composing {
     RecoveryWatch watch;
 };
 
-Program::Program(std::vector<std::unique_ptr<MidiBackend>> backends, std::filesystem::path score)
+Program::Program(std::vector<std::unique_ptr<MidiBackend>> backends, std::filesystem::path score,
+                 std::filesystem::path socket)
     : backends_(std::move(backends))
-    , score_(std::move(score))
     , settings_(settingsPath())
     , folders_(ProgramFolders::ofUser())
     , recovery_(folders_.recovery())
     , skins_(settings_)
     , tips_(settings_)
-    , opener_(skins_, tips_) {
+    , opener_(skins_, tips_)
+    , handOver_(std::make_unique<HandOverServer>(std::move(socket),
+                                                 [this](const HandedOver& handed) { takeOver(handed); })) {
+    if (!score.empty())
+        waiting_.push_back(std::move(score));
     opener_.onStart = [this] { startComposing(); };
     opener_.onExit = [] { QApplication::quit(); };
 }
@@ -119,15 +136,15 @@ void Program::startComposing() {
 
 void Program::composingIsSeen() {
     // Before anything takes the place of what a crash has left.
-    const bool recovered = offerRecovery();
+    offerRecovery();
     if (settings::read(settings_, settings::frmsetup))
         composing_->windows.open(Windows::Name::frmsetup, Windows::Focus::Leave);
-    if (!recovered && !score_.empty())
-        composing_->windows.composing().openScore(score_);
+    seen_ = true;
+    openWaiting();
     watchScoreIn(RecoveryWatch::periodOfUser());
 }
 
-bool Program::offerRecovery() {
+void Program::offerRecovery() {
     form1& window = composing_->windows.composing();
     const auto ask = [this, &window](const std::string& question) {
         switch (askYesNo(skins_, &window, toQString(question))) {
@@ -140,10 +157,13 @@ bool Program::offerRecovery() {
         }
         return RecoveryAnswer::Later;
     };
-    const auto left = velmora::offerRecovery(recovery_, score_, ask);
-    if (left)
+    const std::filesystem::path named = waiting_.empty() ? std::filesystem::path() : waiting_.front();
+    const auto left = velmora::offerRecovery(recovery_, named, ask);
+    if (left) {
         window.bringBack(*left);
-    return left.has_value();
+        if (!named.empty())
+            waiting_.pop_front(); // so the question said
+    }
 }
 
 /// Again and again, as long as there is a composing window.
@@ -153,7 +173,36 @@ void Program::watchScoreIn(double seconds) {
                        &composing_->windows.composing(), [this] { watchScoreIn(composing_->watch.look()); });
 }
 
+/// A second start wants a score opened here. While there is only the start window, that is as if the user had
+/// pressed Start: who chose a score wants to see it.
+void Program::takeOver(const HandedOver& handed) {
+    waiting_.push_back(handed.file);
+    if (!composing_)
+        opener_.Command2_Click();
+    if (!seen_)
+        return;
+    bringForward(composing_->windows.composing(), handed.activation);
+    openWaiting();
+}
+
+/// What the user has been asked is answered first.
+void Program::openWaiting() {
+    if (waiting_.empty())
+        return;
+    form1& window = composing_->windows.composing();
+    if (QApplication::activeModalWidget() || QApplication::activePopupWidget()) {
+        QTimer::singleShot(kForAnswer, &window, [this] { openWaiting(); });
+        return;
+    }
+    const std::filesystem::path score = std::move(waiting_.front());
+    waiting_.pop_front();
+    window.openScore(score);
+    openWaiting();
+}
+
 void Program::end() {
+    handOver_.reset();
+    waiting_.clear();
     recovery_.remove();
     loop_.leave(); // a play that still waits its step out would keep the process alive
     QApplication::quit();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "base/HandOver.h"
 #include "base/ProgramFolders.h"
 #include "base/QtMessageLoop.h"
 #include "base/SettingsStore.h"
@@ -12,6 +13,7 @@
 #include "shell/openerF.h"
 #include "sound/LiveSound.h"
 
+#include <deque>
 #include <filesystem>
 #include <memory>
 #include <vector>
@@ -25,7 +27,9 @@ class Program {
 public:
     /// @param backends made before other threads ran
     /// @param score opened after the start; blank for none
-    Program(std::vector<std::unique_ptr<MidiBackend>> backends, std::filesystem::path score);
+    /// @param socket where second starts hand over what they were to open; blank for nowhere
+    Program(std::vector<std::unique_ptr<MidiBackend>> backends, std::filesystem::path score,
+            std::filesystem::path socket);
     ~Program();
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
@@ -39,12 +43,15 @@ private:
     void prepareComposing();
     void startComposing();
     void composingIsSeen();
-    [[nodiscard]] bool offerRecovery();
+    void offerRecovery();
     void watchScoreIn(double seconds);
+    void takeOver(const HandedOver& handed);
+    void openWaiting();
     void end();
 
     std::vector<std::unique_ptr<MidiBackend>> backends_;
-    std::filesystem::path score_;
+    std::deque<std::filesystem::path> waiting_; ///< scores to be opened, one after the other
+    bool seen_ = false; ///< the composing window has been seen, and no score that a crash left is in question
     SettingsFile settings_;
     ProgramFolders folders_;
     RecoveryFile recovery_;
@@ -57,6 +64,7 @@ private:
     QtFileDialogs dialogs_;
     std::unique_ptr<Frmmenu> menu_;
     std::unique_ptr<Composing> composing_;
+    std::unique_ptr<HandOverServer> handOver_; ///< until the program ends
 };
 
 } // namespace velmora

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "app/PlatformWords.h"
 #include "app/Program.h"
+#include "base/HandOver.h"
 #include "base/SingleInstance.h"
 #include "shell/MessageBox.h"
 #include "sound/MidiBackends.h"
@@ -37,6 +38,7 @@ int main(int argc, char* argv[]) {
     auto backends = createMidiBackends();
     QApplication::setApplicationName("velmora");
     QApplication::setDesktopFileName("velmora");
+    const std::string activation = qgetenv(kActivationVariable).toStdString(); // Qt may take it
     std::optional<PlatformWordsAtEnd> words(std::in_place);
     const QApplication application(argc, argv);
     words.reset();
@@ -48,14 +50,18 @@ int main(int argc, char* argv[]) {
         return kUsage;
     }
     const SingleInstance instance;
+    const std::filesystem::path score = scoreArgument(argc, argv);
+    const std::filesystem::path socket = handOverSocket(instance.lockFile());
     if (instance.alreadyRunning()) {
+        if (!score.empty() && handOver(socket, {score, activation}))
+            return 0;
         SettingsFile settings(settingsPath());
         frmskins skins(settings);
         tell(skins, nullptr, "Velmora is already running.");
         return 0;
     }
     QApplication::setQuitOnLastWindowClosed(false);
-    Program program(std::move(backends), scoreArgument(argc, argv));
+    Program program(std::move(backends), score, socket);
     program.start();
     return QApplication::exec();
 }

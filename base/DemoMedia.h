@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velmora {
 
@@ -14,6 +15,14 @@ namespace velmora {
 inline constexpr std::array<std::string_view, 6> kDemoMedia{
     "104a.sng", "104b.sng", "333.mid", "301.sng", "welcome.sng", "invention.sng",
 };
+
+/// A piece that came with the program, to be opened.
+struct Demo {
+    std::filesystem::path file;
+    std::string title;
+};
+/// The scores of a folder of demos, best first. One that has no title here goes by its name.
+[[nodiscard]] std::vector<Demo> demosIn(const std::filesystem::path& folder);
 
 /// Copies each piece that is not there yet from @p packed, the demos that came with the program, and makes
 /// the folder where missing. Whatever has the name already stays as it is. Blank, or what first went wrong in

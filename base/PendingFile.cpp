@@ -23,6 +23,21 @@ mode_t permissionsFor(const std::filesystem::path& path) {
     umask(mask);
     return 0666U & ~mask;
 }
+/// What a path leads to, also where nothing is there yet: a link stays one, and what it leads to is made or
+/// replaced.
+std::filesystem::path targetOf(std::filesystem::path path, std::error_code& error) {
+    constexpr int kMostLinks = 40; // as the system follows
+    for (int links = 0; links < kMostLinks; ++links) {
+        path = std::filesystem::weakly_canonical(path, error);
+        std::error_code isNoLink;
+        const auto next = std::filesystem::read_symlink(path, isNoLink);
+        if (error || isNoLink)
+            return path;
+        path = path.parent_path() / next;
+    }
+    error = std::make_error_code(std::errc::too_many_symbolic_link_levels);
+    return path;
+}
 } // namespace
 
 PendingFile::PendingFile(std::filesystem::path path) : path_(std::move(path)) {}
@@ -36,8 +51,7 @@ PendingFile::~PendingFile() {
 
 std::string PendingFile::open() {
     std::error_code error;
-    target_ =
-        std::filesystem::weakly_canonical(path_, error); // a link stays one: what it leads to is replaced
+    target_ = targetOf(path_, error);
     if (error)
         return failure(error.value());
     const bool isThere = std::filesystem::exists(target_, error);

@@ -10,8 +10,8 @@ namespace velmora {
 
 /// A file on its way: written beside its place and moved there when it is whole, so that the old file stays
 /// as it was until then, and for good if anything fails. What is no regular file (a device, a pipe) is
-/// written directly. Calls return blank, or in words what went wrong and with which file. Thread-safe: no.
-/// Realtime-safe: no.
+/// written directly. A link stays one: what it leads to is replaced, or made. Calls return blank, or in words
+/// what went wrong and with which file. Thread-safe: no. Realtime-safe: no.
 class PendingFile {
 public:
     explicit PendingFile(std::filesystem::path path);

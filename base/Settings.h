@@ -119,6 +119,17 @@ inline constexpr Text Show_note_position{"Show note position", "1"};
 inline constexpr Text MP3_bitrate{"MP3 bitrate", "11"};
 inline constexpr Text MP3_quality{"MP3 quality", "9"};
 inline constexpr Text WAV_format{"WAV format"};
+/// The newest first.
+inline constexpr auto kRecentFiles = std::to_array<Text>({
+    {"Recent file 1"},
+    {"Recent file 2"},
+    {"Recent file 3"},
+    {"Recent file 4"},
+    {"Recent file 5"},
+    {"Recent file 6"},
+    {"Recent file 7"},
+    {"Recent file 8"},
+});
 inline constexpr Int16 BarWidth{"BarWidth", 6, {}, "ScoreSettings"};
 inline constexpr Int16 HeaderHeight{"HeaderHeight", 6, {}, "ScoreSettings"};
 inline constexpr Int16 SpacerHeight{"SpacerHeight", 6, {}, "ScoreSettings"};
@@ -130,18 +141,31 @@ using AnySetting = std::variant<Int16, Int32, Float, Boolean, Text>;
 
 /// All of them, in the order above.
 inline constexpr auto kAll = std::to_array<AnySetting>({
-    Intrumentval,      Intrumentval2,   Inst_Name,     CopyonlyOneTrack,  NumNotes,        Notes_per_measure,
-    Beats_per_measure, Type_of_note,    Line_Height,   Show_Sharp_guides, Show_Bass_staff, Show_Treble_staff,
-    Notationstyle,     Accidentals,     Percussion,    Playing_position,  Classic,         Devices,
-    Skin_type,         Skin_buttons,    ToolText_type, Editing_Toolbar,   Synthup,         frmsetup,
-    form1_left,        form1_top,       form1_width,   form1_Width,       form1_Height,    frmsetup_left,
-    frmsetup_top,      frmsetup_folded, help_left,     help_top,          help_Width,      help_Height,
-    record_left,       record_top,      formS_left,    formS_top,         formS_Width,     formS_Height,
-    keyfile,           frmscore_left,   frmscore_top,  frmscore_Width,    frmscore_Height, Wiz_left,
-    Wiz_top,           Show_tips,       NumBytes,      Delete_WAV,        autoencode,      Show_note_position,
-    MP3_bitrate,       MP3_quality,     WAV_format,    BarWidth,          HeaderHeight,    SpacerHeight,
-    JoinNotes,         NewScore,        NumDrums,
+    Intrumentval,      Intrumentval2,   Inst_Name,
+    CopyonlyOneTrack,  NumNotes,        Notes_per_measure,
+    Beats_per_measure, Type_of_note,    Line_Height,
+    Show_Sharp_guides, Show_Bass_staff, Show_Treble_staff,
+    Notationstyle,     Accidentals,     Percussion,
+    Playing_position,  Classic,         Devices,
+    Skin_type,         Skin_buttons,    ToolText_type,
+    Editing_Toolbar,   Synthup,         frmsetup,
+    form1_left,        form1_top,       form1_width,
+    form1_Width,       form1_Height,    frmsetup_left,
+    frmsetup_top,      frmsetup_folded, help_left,
+    help_top,          help_Width,      help_Height,
+    record_left,       record_top,      formS_left,
+    formS_top,         formS_Width,     formS_Height,
+    keyfile,           frmscore_left,   frmscore_top,
+    frmscore_Width,    frmscore_Height, Wiz_left,
+    Wiz_top,           Show_tips,       NumBytes,
+    Delete_WAV,        autoencode,      Show_note_position,
+    MP3_bitrate,       MP3_quality,     WAV_format,
+    kRecentFiles[0],   kRecentFiles[1], kRecentFiles[2],
+    kRecentFiles[3],   kRecentFiles[4], kRecentFiles[5],
+    kRecentFiles[6],   kRecentFiles[7], BarWidth,
+    HeaderHeight,      SpacerHeight,    JoinNotes,
+    NewScore,          NumDrums,
 });
-static_assert(kAll.size() == 63);
+static_assert(kAll.size() == 71);
 
 } // namespace velmora::settings

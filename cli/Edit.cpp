@@ -116,9 +116,9 @@ void performAll(const EditJob& job, HeadlessWindow& window) {
 }
 
 int run(const QCommandLineParser& parser) {
-    const SngReader reader = readForm(parser);
+    const auto form = readForm(parser);
     const EditJob job = jobOf(parser);
-    const std::string text = readScoreText(job.in, reader);
+    const auto [text, reader] = readScoreText(job.in, form);
     const std::size_t longest = longestRow(text);
     catchInterrupts(); // so that the folder does not stay
     const QTemporaryDir home;

@@ -64,7 +64,9 @@ PerformedSegment segmentOf(const QString& text) {
 
 void addFormOption(QCommandLineParser& parser) {
     parser.addOption(
-        {"form", "The form that the score is read as: newest (default), second, first.", "form", "newest"});
+        {"form",
+         "The form that the score is read as: newest, second, first (default: as Open File reads it).",
+         "form"});
 }
 
 void addClassicOption(QCommandLineParser& parser) {
@@ -86,7 +88,9 @@ void addScoreOptions(QCommandLineParser& parser) {
     });
 }
 
-SngReader readForm(const QCommandLineParser& parser) {
+std::optional<SngReader> readForm(const QCommandLineParser& parser) {
+    if (!parser.isSet("form"))
+        return std::nullopt;
     const QString form = parser.value("form");
     const auto* const known =
         std::ranges::find_if(kForms, [&form](const auto& one) { return form == one.first; });

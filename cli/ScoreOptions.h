@@ -15,7 +15,7 @@ namespace velmora::cli {
 
 /// How a score is opened and performed: the options that several commands share.
 struct ScoreOptions {
-    SngReader reader = SngReader::OpenPoliFile;
+    std::optional<SngReader> reader; ///< none: the one that Open takes for the text
     Manners manners = Manners::careful();
     std::optional<int> topChannel; ///< none: as if every channel that holds notes had been selected
     std::optional<int> topMelodyHint;
@@ -33,7 +33,7 @@ void addClassicOption(QCommandLineParser& parser);
 /// `--form`, `--classic` and all options of performing.
 void addScoreOptions(QCommandLineParser& parser);
 /// Both throw UsageError for a value that is no such thing.
-[[nodiscard]] SngReader readForm(const QCommandLineParser& parser);
+[[nodiscard]] std::optional<SngReader> readForm(const QCommandLineParser& parser);
 [[nodiscard]] ScoreOptions readScoreOptions(const QCommandLineParser& parser);
 /// The positional arguments behind the command's name.
 [[nodiscard]] std::vector<std::filesystem::path> fileArguments(const QCommandLineParser& parser);

@@ -7,6 +7,7 @@
 #include "score/Score.h"
 
 #include <cstdio>
+#include <string_view>
 #include <utility>
 
 namespace velmora::cli {
@@ -25,21 +26,22 @@ bool looksOlder(std::string_view bytes) {
 }
 } // namespace
 
-std::string readScoreText(const std::filesystem::path& file, SngReader reader) {
-    auto bytes = readWholeFile(file);
-    if (!bytes)
+ScoreText readScoreText(const std::filesystem::path& file, std::optional<SngReader> reader) {
+    TextFile read = readTextFile(file);
+    if (read.problem == TextProblem::Unreadable)
         throw Failure("The score \"" + file.string() +
                       "\" can't be read; is it there, a file, and yours to read?");
-    // The window takes any bytes for a score. Here what comes of them could take the place of a good one.
-    if (bytes->find('\0') != bytes->npos)
+    if (read.problem == TextProblem::NotText)
         throw Failure("The file \"" + file.string() + "\" is no score: it isn't text.");
-    if (reader == SngReader::OpenPoliFile && looksOlder(*bytes))
+    ScoreText score{std::move(read.text), SngReader::OpenPoliFile};
+    score.reader = reader.value_or(openingReader(score.text));
+    if (score.reader == SngReader::OpenPoliFile && looksOlder(score.text))
         std::fprintf(stderr, "velmora-cli: the score \"%s\" looks like an older form; see --form\n",
                      file.c_str());
-    if (longestRow(*bytes) > static_cast<std::size_t>(kMostNotes) + 1)
+    if (longestRow(score.text) > static_cast<std::size_t>(kMostNotes) + 1)
         std::fprintf(stderr, "velmora-cli: %s: only the first %d positions are read\n", file.c_str(),
                      kMostNotes + 1);
-    return *std::move(bytes);
+    return score;
 }
 
 } // namespace velmora::cli

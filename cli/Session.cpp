@@ -25,10 +25,10 @@ int topChannelOf(const Score& score) {
 Session::Session(const std::filesystem::path& file, const ScoreOptions& options)
     : manners(options.manners)
     , score(0) {
-    const std::string text = readScoreText(file, options.reader);
+    const auto [text, reader] = readScoreText(file, options.reader);
     // The window drops what a row holds past NumNotes; here no one could add the notes that are missing.
     score.resizeNotes(static_cast<int>(std::clamp<std::size_t>(longestRow(text), kUsualNotes, kMostNotes)));
-    parseSng(text, options.reader, score, setup);
+    parseSng(text, reader, score, setup);
 
     score.TopChannel = options.topChannel.value_or(topChannelOf(score));
     score.TopMelodyHint = options.topMelodyHint.value_or(score.TopMelodyHint);

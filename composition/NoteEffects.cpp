@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "composition/NoteEffects.h"
 
+#include "composition/OpenedScore.h"
 #include "composition/Workspace.h"
 #include "score/NotePlayer.h"
 #include "score/Numbers.h"
@@ -155,6 +156,7 @@ void ClearEffects(Workspace& workspace) {
     score.TopChannel = 1;
     score.TopMelodyHint = 0;
     score.TopDrumHint = 0;
+    hearUsedChannels(workspace);
 }
 
 std::string_view refusalOf(const Score& score, std::int16_t code) {

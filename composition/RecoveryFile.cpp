@@ -2,6 +2,7 @@
 #include "composition/RecoveryFile.h"
 
 #include "base/Files.h"
+#include "composition/OpenedScore.h"
 #include "composition/Workspace.h"
 #include "score/SngFile.h"
 
@@ -67,14 +68,14 @@ void removeFile(const fs::path& file) {
 bool isSaved(const LeftScore& left) {
     if (left.currentFile.empty())
         return false;
-    const auto bytes = readWholeFile(left.currentFile);
-    if (!bytes)
+    const TextFile file = readTextFile(left.currentFile);
+    if (file.problem != TextProblem::None)
         return false;
-    if (*bytes == left.score)
+    if (file.text == left.score)
         return true;
-    Score score(static_cast<int>(std::min<std::size_t>(longestRow(*bytes), kMostNotes)));
+    Score score(static_cast<int>(std::min<std::size_t>(longestRow(file.text), kMostNotes)));
     SetupState setup;
-    parseSng(*bytes, SngReader::OpenPoliFile, score, setup);
+    parseSng(file.text, openingReader(file.text), score, setup);
     return serializePoliFile(score, setup) == left.score;
 }
 
@@ -116,6 +117,7 @@ void restore(const LeftScore& left, Workspace& workspace) {
         workspace.score.resizeNotes(wanted);
     parseSng(left.score, SngReader::OpenPoliFile, workspace.score, workspace.setup);
     workspace.score.currentFile = left.currentFile;
+    hearUsedChannels(workspace);
     workspace.showFromStart();
 }
 

@@ -58,10 +58,10 @@ void readKeyLines(SngLines& lines, Score& score, SetupState& setup) {
 
 bool open(const std::filesystem::path& path, SngReader reader, Score& score, SetupState& setup) {
     // The whole file first: a score that can't be read must not cost the one in memory.
-    const auto bytes = readWholeFile(path);
-    if (!bytes)
+    const TextFile file = readTextFile(path);
+    if (file.problem != TextProblem::None)
         return false;
-    parseSng(*bytes, reader, score, setup);
+    parseSng(file.text, reader, score, setup);
     return true;
 }
 
@@ -80,9 +80,23 @@ std::size_t fieldCount(std::string_view line) {
 }
 } // namespace
 
+SngForm formOf(std::string_view bytes) {
+    SngLines lines(withoutByteOrderMark(bytes));
+    for (int row = 0; row < 2 * kUsedChannels; ++row)
+        lines.line();
+    if (fieldCount(lines.line()) != 1)
+        return SngForm::Newest;
+    lines.line();
+    return lines.line() == kPolyphonicsKeyword ? SngForm::Second : SngForm::First;
+}
+
+SngReader openingReader(std::string_view bytes) {
+    return formOf(bytes) == SngForm::Second ? SngReader::OpenPoliFile2 : SngReader::OpenPoliFile;
+}
+
 void parseSng(std::string_view bytes, SngReader reader, Score& score, SetupState& setup) {
     const SngRules& rules = kSngRules[static_cast<std::size_t>(reader)];
-    SngLines lines(bytes);
+    SngLines lines(withoutByteOrderMark(bytes));
     score.ClearNoteArrays();
     readNotes(lines, score);
     if (rules.form != SngForm::Newest && !lines.atEnd())
@@ -112,7 +126,7 @@ bool OpenSegment(const std::filesystem::path& path, Score& score, SetupState& se
 }
 
 std::size_t longestRow(std::string_view bytes) {
-    SngLines lines(bytes);
+    SngLines lines(withoutByteOrderMark(bytes));
     std::size_t longest = 0;
     for (int channel = 0; channel < kUsedChannels; ++channel) {
         longest = std::max(longest, fieldCount(lines.line()));

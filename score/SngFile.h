@@ -42,12 +42,19 @@ inline constexpr std::array kSngRules{
 };
 static_assert(kSngRules.size() == 4);
 
+/// The form that a text has, as far as it shows: line 27 has a single field in the older ones, and the second
+/// names its chord types in line 29.
+[[nodiscard]] SngForm formOf(std::string_view bytes);
+/// The reader by which a score is opened: the first form has always been opened as the newest, and is known
+/// by what comes of that; the second would lose its first note so.
+[[nodiscard]] SngReader openingReader(std::string_view bytes);
+
 /// Reads a score from memory. The notes of the Score are cleared first and its effects are not, so old effect
 /// values stay wherever the text has none. `FindEndOfSong` runs at the end. Any bytes will do; what makes no
-/// sense is left out.
+/// sense is left out, and so is a byte-order mark.
 void parseSng(std::string_view bytes, SngReader reader, Score& score, SetupState& setup);
 
-/// The same from a file; false for one that can't be read, and the Score is as it was.
+/// The same from a file; false for one that can't be read or is no text, and the Score is as it was.
 bool OpenPoliFile(const std::filesystem::path& path, Score& score, SetupState& setup);
 bool OpenFile(const std::filesystem::path& path, Score& score, SetupState& setup);
 bool OpenPoliFile2(const std::filesystem::path& path, Score& score, SetupState& setup);

@@ -112,6 +112,11 @@ void finishRow(std::string& text, const char* row, const char* end) {
 }
 } // namespace
 
+std::string_view withoutByteOrderMark(std::string_view text) {
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    return text.starts_with(kMark) ? text.substr(kMark.size()) : text;
+}
+
 void SngLines::passLineEnd() {
     if (at_ != end_ && *at_++ == '\r' && at_ != end_ && *at_ == '\n')
         ++at_;

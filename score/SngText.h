@@ -38,6 +38,9 @@ static_assert(kEffectSections.size() == 5);
 
 inline constexpr int kPolyphonicsRows = 9; ///< rows 0 to 8; row 0 stays 0
 
+/// The text without the mark that some editors put before UTF-8, which is no part of the first row.
+[[nodiscard]] std::string_view withoutByteOrderMark(std::string_view text);
+
 /// Walks the lines of a text that stays where it is. CR LF, LF and CR each end a line.
 class SngLines {
 public:

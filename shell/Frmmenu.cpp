@@ -22,6 +22,8 @@ Frmmenu::Frmmenu() {
     }
     for (const MenuRow& row : menuRows())
         addRow(row);
+    for (const auto& [name, menu] : popups_)
+        menu->menuAction()->setEnabled(!menu->isEmpty());
 }
 
 Frmmenu::~Frmmenu() = default;
@@ -109,6 +111,12 @@ void Frmmenu::follow(QObject& owner) {
 
 void Frmmenu::forget(const QObject* owner) {
     owners_.erase(owner);
+    for (const auto& [name, of] : entryOwners_)
+        if (of == owner) {
+            popup(name).clear();
+            popup(name).menuAction()->setEnabled(false);
+        }
+    std::erase_if(entryOwners_, [owner](const auto& each) { return each.second == owner; });
     std::erase_if(prepares_, [owner](const Prepare& each) { return each.owner == owner; });
     for (auto& [place, item] : items_) {
         const auto ofOwner = [owner](const Binding& each) { return each.owner == owner; };
@@ -117,6 +125,22 @@ void Frmmenu::forget(const QObject* owner) {
         if (counted)
             showBound(item, !item.bindings.empty() && item.bindings.back().enabled);
     }
+}
+
+void Frmmenu::setEntries(QObject& owner, std::string_view name, const std::vector<Entry>& entries) {
+    QMenu& menu = popup(name);
+    menu.clear();
+    for (const Entry& entry : entries) {
+        const QAction* const action =
+            menu.addAction(QString(entry.caption).replace(u'&', QLatin1String("&&")));
+        QObject::connect(action, &QAction::triggered, action, [routine = entry.routine] {
+            const Routine last = routine; // it may change the entries
+            last();
+        });
+    }
+    menu.menuAction()->setEnabled(!entries.empty());
+    entryOwners_.insert_or_assign(popups_.find(name)->first, &owner);
+    follow(owner);
 }
 
 void Frmmenu::choose(std::string_view array, int index) {

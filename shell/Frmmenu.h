@@ -3,6 +3,7 @@
 
 #include <QMenu>
 #include <QObject>
+#include <QString>
 
 #include <functional>
 #include <map>
@@ -64,6 +65,14 @@ public:
     void onPrepare(QObject& owner, Routine prepare) { onPrepare(owner, {}, std::move(prepare)); }
     void onPrepare(QObject& owner, std::string_view popup, Routine prepare);
 
+    /// An entry of a sub-menu whose entries change.
+    struct Entry {
+        QString caption; ///< as it is to be read; with a tab before what stands at the right
+        Routine routine;
+    };
+    /// Gives a sub-menu other entries. One without any can't be opened. They die with @p owner.
+    void setEntries(QObject& owner, std::string_view popup, const std::vector<Entry>& entries);
+
     /// Ticks the one entry of a control array, by its index.
     void choose(std::string_view array, int index);
 
@@ -93,6 +102,7 @@ private:
     std::map<std::string_view, std::unique_ptr<QMenu>> popups_;
     std::map<std::pair<std::string_view, int>, Item> items_;
     std::vector<Prepare> prepares_;
+    std::map<std::string_view, const QObject*> entryOwners_; ///< by sub-menu
     std::set<const QObject*> owners_;
     QObject guard_; ///< ends what is heard of owners that outlive the menus
 };

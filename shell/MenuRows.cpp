@@ -15,6 +15,9 @@ const std::vector<MenuRow>& menuRows() {
     static const std::vector<MenuRow> rows{
         // "File"
         {"mnupopup6", "mnuOpen", -1, "Open File", kCommand, "Ctrl+O"},
+        {"mnupopup6", "mnuOpenDemo", -1, "Open a demo", kSubmenu, ""},
+        {"mnupopup6", "mnuRecent", -1, "Recent files", kSubmenu, ""},
+        {"mnupopup6", "mnuspc15", -1, "", kSeparator, ""},
         {"mnupopup6", "mnuSave2", -1, "Save", kCommand, "Ctrl+S"},
         {"mnupopup6", "mnuSaveAs2", -1, "Save as", kCommand, "Ctrl+Shift+S"},
         {"mnupopup6", "mnuspc11", -1, "", kSeparator, ""},

@@ -8,6 +8,7 @@
 
 #include <QtWidgets>
 
+#include <optional>
 #include <span>
 
 namespace velmora {
@@ -24,7 +25,6 @@ struct Choice {
     const char* name;
     const char* caption;
     Qt::Key key; ///< answers without a press of the button
-    Answer answer;
 };
 
 /// Words that are wider than a line, as names of files may be, broken where they must.
@@ -90,7 +90,8 @@ public:
         addButtons(this->height() - kTitleHeight - kMargin - kButtonHeight, text);
     }
 
-    Answer run() {
+    /// The place of the choice in the list; nothing after Esc, and when the box was closed.
+    std::optional<std::size_t> run() {
         QEventLoop loop;
         loop_ = &loop;
         if (const QWidget* owner = parentWidget())
@@ -104,6 +105,13 @@ public:
     }
 
 protected:
+    bool event(QEvent* event) override {
+        const bool handled = SkinnedWindow::event(event);
+        // Enter presses the button that has the focus: the ring shows it, as soon as keys reach the window.
+        if (event->type() == QEvent::WindowActivate)
+            showFocusRing();
+        return handled;
+    }
     void closeEvent(QCloseEvent* event) override {
         event->accept();
         if (loop_)
@@ -116,13 +124,13 @@ protected:
         }
         for (const Choice& choice : choices_)
             if (event->key() == choice.key) {
-                end(choice.answer);
+                end(choice);
                 return;
             }
         if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
             for (const Choice& choice : choices_)
                 if (findChild<QWidget*>(choice.name)->hasFocus()) {
-                    end(choice.answer);
+                    end(choice);
                     return;
                 }
         }
@@ -139,29 +147,29 @@ private:
             button->setFace("", choice.caption);
             button->setAccessibleDescription(text);
             button->setGeometry(x, top, kButtonWidth, kButtonHeight);
-            connect(button, &QAbstractButton::clicked, this, [this, answer = choice.answer] { end(answer); });
+            connect(button, &QAbstractButton::clicked, this, [this, &choice] { end(choice); });
             x += kButtonWidth + kGap;
-            if (&choice == choices_.data()) { // what Enter presses: the ring shows it
-                setAttribute(Qt::WA_KeyboardFocusChange);
+            if (&choice == choices_.data()) // what Enter presses
                 button->setFocus();
-            }
         }
     }
-    void end(Answer answer) {
-        answer_ = answer;
+    void end(const Choice& choice) {
+        answer_ = static_cast<std::size_t>(&choice - choices_.data());
         close();
     }
 
     std::span<const Choice> choices_;
     QEventLoop* loop_ = nullptr;
-    Answer answer_ = Answer::None;
+    std::optional<std::size_t> answer_;
 };
 
-constexpr Choice kConfirm[]{{"ok", "OK", Qt::Key_O, Answer::Yes}};
-constexpr Choice kYesNo[]{{"yes", "Yes", Qt::Key_Y, Answer::Yes}, {"no", "No", Qt::Key_N, Answer::No}};
+constexpr Choice kConfirm[]{{"ok", "OK", Qt::Key_O}};
+constexpr Choice kYesNo[]{{"yes", "Yes", Qt::Key_Y}, {"no", "No", Qt::Key_N}};
+constexpr Choice kSave[]{
+    {"save", "Save", Qt::Key_S}, {"discard", "Discard", Qt::Key_D}, {"cancel", "Cancel", Qt::Key_Escape}};
 
-Answer answerOf(frmskins& skins, QWidget* parent, const QString& title, const QString& text, QChar sign,
-                std::span<const Choice> choices) {
+std::optional<std::size_t> answerOf(frmskins& skins, QWidget* parent, const QString& title,
+                                    const QString& text, QChar sign, std::span<const Choice> choices) {
     MessageWindow box(skins, parent, text, sign, choices);
     box.setWindowTitle(title);
     return box.run();
@@ -173,7 +181,25 @@ void tell(frmskins& skins, QWidget* parent, const QString& text, const QString& 
 }
 
 Answer askYesNo(frmskins& skins, QWidget* parent, const QString& text) {
-    return answerOf(skins, parent, QStringLiteral("Velmora"), text, QLatin1Char('?'), kYesNo);
+    switch (answerOf(skins, parent, QStringLiteral("Velmora"), text, QLatin1Char('?'), kYesNo).value_or(2)) {
+    case 0:
+        return Answer::Yes;
+    case 1:
+        return Answer::No;
+    default:
+        return Answer::None;
+    }
+}
+
+SaveAnswer askSave(frmskins& skins, QWidget* parent, const QString& text) {
+    switch (answerOf(skins, parent, QStringLiteral("Velmora"), text, QLatin1Char('?'), kSave).value_or(2)) {
+    case 0:
+        return SaveAnswer::Save;
+    case 1:
+        return SaveAnswer::Discard;
+    default:
+        return SaveAnswer::Cancel;
+    }
 }
 
 } // namespace velmora

@@ -23,4 +23,12 @@ enum class Answer : std::uint8_t {
 /// A question with a Yes and a No button. The keys Y and N answer, too.
 [[nodiscard]] Answer askYesNo(frmskins& skins, QWidget* parent, const QString& text);
 
+enum class SaveAnswer : std::uint8_t {
+    Save,
+    Discard,
+    Cancel ///< also Esc, and a box that was closed
+};
+/// A question with the buttons "Save", "Discard" and "Cancel". The keys S, D and Esc answer, too.
+[[nodiscard]] SaveAnswer askSave(frmskins& skins, QWidget* parent, const QString& text);
+
 } // namespace velmora

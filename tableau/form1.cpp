@@ -16,7 +16,6 @@
 #include "shell/Frmmenu.h"
 #include "shell/LookMenus.h"
 #include "shell/MenuStrip.h"
-#include "shell/MessageBox.h"
 #include "shell/SkinPainter.h"
 #include "shell/WindowGeometry.h"
 #include "shell/frminfo.h"
@@ -102,6 +101,7 @@ form1::form1(Desk& desk)
     bindEditing();
     bindEffects();
     bindBars();
+    bindFiles();
     setHelp([this] { imgTitleHelp_Click(); });
 
     parts_.percussion = settings::read(desk_.settings, settings::Percussion);
@@ -255,7 +255,7 @@ void form1::changed(Changes changes) {
     };
     static constexpr auto kRows = std::to_array<Row>({
         {File, &form1::showUsedPercussion},
-        {Name, &form1::showTitle},
+        {Undo | Name | Change::Manners, &form1::showTitle},
         {kAnyNotes | Channels | Length | Change::Manners, &form1::showChannels},
         {Instruments, &form1::showNextNote},
         {Meter, &form1::PrintTopBar},
@@ -283,11 +283,6 @@ void form1::paint(Changes changes) {
         Picmain_->DrawNoteArray();
     if (changes.any(Beats | Channels | Meter))
         Picmain_->DrawBeatArray();
-}
-
-void form1::showTitle() {
-    const std::string name = std::filesystem::path(desk_.workspace.score.currentFile).filename().string();
-    setWindowTitle(name.empty() ? QStringLiteral("Velmora") : QStringLiteral("Velmora - ") + toQString(name));
 }
 
 /// Notes that nobody sees would be a riddle.
@@ -325,38 +320,10 @@ void form1::imgTitleHelp_Click() {
     desk_.windows.help("composing-window");
 }
 
-void form1::tellUser(const std::string& words) {
-    if (!words.empty())
-        tell(skins(), this, toQString(words));
-}
-
-void form1::Command33_Click() {
-    PlayAndStop_Click(true);
-    tellUser(files_->open().words);
-}
-
-void form1::openScore(const std::filesystem::path& file) {
-    PlayAndStop_Click(true);
-    tellUser(files_->open(file).words);
-}
-
-void form1::bringBack(const LeftScore& left) {
-    PlayAndStop_Click(true);
-    opened_ = true;
-    restore(left, desk_.workspace);
-}
-
-bool form1::mSaveAs_Click() {
-    if (!desk_.workspace.holdsNotes())
-        screen_->mention("There are no notes yet that could be saved");
-    const ScoreFiles::Outcome outcome = files_->saveAs();
-    tellUser(outcome.words);
-    return outcome.done;
-}
-
 void form1::ClearAll() {
     PlayAndStop_Click(true);
-    desk_.workspace.clear();
+    if (mayReplace())
+        desk_.workspace.clear();
 }
 
 void form1::OpenforUndo() {
@@ -394,21 +361,6 @@ void form1::PlaySelection_Click() {
 
 void form1::Command32_Click() {
     desk_.player.silence();
-}
-
-/// Whether the user lets the window go. Who wants to save and then doesn't keeps the window, and the score.
-bool form1::mayClose() {
-    if (!desk_.workspace.holdsNotes())
-        return true;
-    switch (askYesNo(skins(), this, "Do you want to save your composition?")) {
-    case Answer::Yes:
-        return mSaveAs_Click();
-    case Answer::No:
-        return true;
-    case Answer::None:
-        break;
-    }
-    return false;
 }
 
 void form1::closeEvent(QCloseEvent* event) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "composition/Changes.h"
+#include "composition/ScoreFiles.h"
 #include "composition/Workspace.h"
 #include "parts/CommandBank.h"
 #include "score/ViewState.h"
@@ -26,7 +27,6 @@ class MenuStrip;
 class Picmain;
 class PlaybackView;
 class PolynoteDrag;
-class ScoreFiles;
 class TableauInput;
 class TextLine;
 class ToolPanel;
@@ -67,10 +67,15 @@ public:
     void Command33_Click();
     /// Opens this one.
     void openScore(const std::filesystem::path& file);
+    void openDemo(const std::filesystem::path& file, const std::string& title);
+    /// Opens one of the last files.
+    void openRecent(const std::filesystem::path& file);
     /// Shows a score that a crash left, under the name of its own file.
     void bringBack(const LeftScore& left);
     /// Saves under a name that the user chooses; false if nothing was saved.
     bool mSaveAs_Click();
+    /// Saves to the score's own file; asks for a name if there is none, and in classic manners always.
+    bool save();
     void Command34_Click() { mSaveAs_Click(); }
     void ClearAll();
     void OpenforUndo();
@@ -127,6 +132,9 @@ protected:
     void moveEnded() override;
     void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void changeEvent(QEvent* event) override;
     [[nodiscard]] QWidget* ringed(QWidget* focused) const override;
 
@@ -146,7 +154,11 @@ private:
     void editNotes(const std::function<bool()>& command);
     void mentionBoxes();
     void rightPressOnSquare(int channel);
+    void bindFiles();
+    void fillFileMenu();
     void tellUser(const std::string& words);
+    bool tellOutcome(const ScoreFiles::Outcome& outcome);
+    [[nodiscard]] bool mayReplace();
 
     // What is shown of the composition.
     void changed(Changes changes) override;

@@ -68,9 +68,9 @@ void form1::bindCommands() {
         {{Cmd2, cmd2("clear")}, [](form1& form) { form.ClearAll(); }, "mnuNew", "Ctrl+N"},
         {{Lb1, lb1("clear")}, [](form1& form) { form.ClearAll(); }},
         {{Cmd2, cmd2("open")}, [](form1& form) { form.Command33_Click(); }, "mnuOpen", "Ctrl+O"},
-        // Both items ask for a name; that is meant.
         {{Cmd2, cmd2("save")}, [](form1& form) { form.Command34_Click(); }, "mnuSaveAs2", "Ctrl+Shift+S"},
-        {{}, [](form1& form) { form.Command34_Click(); }, "mnuSave2", "Ctrl+S"},
+        // In classic manners both items ask for a name; that is meant.
+        {{}, [](form1& form) { form.save(); }, "mnuSave2", "Ctrl+S"},
         {{}, [](form1& form) { form.Command3_Click(); }, "mnuExit", "Ctrl+Q"},
         {{Lb1, lb1("undo")}, [](form1& form) { form.OpenforUndo(); }, "undo", "Ctrl+Z"},
         {{Lb1, lb1("redo")}, [](form1& form) { form.redo(); }, "redo", "Ctrl+Shift+Z"},

@@ -112,3 +112,27 @@ TEST_F(DemoMediaTest, AFolderThatIsALinkToThePackedPiecesCostsNoneOfThem) {
     removeDemoMedia(folders, home / "packed");
     EXPECT_EQ(count(home / "packed"), before);
 }
+
+TEST_F(DemoMediaTest, EveryScoreThatComesWithTheProgramHasATitle) {
+    const std::vector<Demo> demos = demosIn(packed);
+    ASSERT_FALSE(demos.empty());
+    EXPECT_EQ(demos.front().title, "Canon in D (Pachelbel)");
+    std::size_t scores = 0;
+    for (const auto& entry : fs::directory_iterator(packed))
+        scores += entry.path().extension() == ".sng" ? 1 : 0;
+    EXPECT_EQ(demos.size(), scores);
+    for (const Demo& demo : demos) {
+        EXPECT_TRUE(fs::is_regular_file(demo.file)) << demo.file;
+        EXPECT_NE(demo.title, demo.file.stem().string());
+    }
+}
+
+TEST_F(DemoMediaTest, AScoreThatSomeoneHasAddedGoesByItsName) {
+    for (const char* name : {"zebra.sng", "march.sng", "ape.sng", "README.md", "333.mid"})
+        ASSERT_EQ(replaceFile(home / name, "60"), "");
+    std::vector<std::string> titles;
+    for (const Demo& demo : demosIn(home))
+        titles.push_back(demo.title);
+    EXPECT_EQ(titles, (std::vector<std::string>{"The British Grenadiers", "ape", "zebra"}));
+    EXPECT_TRUE(demosIn(home / "missing").empty());
+}

@@ -103,6 +103,31 @@ TEST_F(PendingFileTest, ALinkStaysALink) {
     EXPECT_EQ(bytesOf(folder / "target"), "new");
 }
 
+TEST_F(PendingFileTest, ALinkToNothingStaysALinkAndItsTargetIsMade) {
+    std::filesystem::create_directory(folder / "far");
+    std::filesystem::create_symlink("far/second", folder / "first");
+    std::filesystem::create_symlink("made", folder / "far/second");
+    std::filesystem::create_symlink("first", path);
+    PendingFile file(path);
+    EXPECT_EQ(file.open(), "");
+    EXPECT_EQ(file.write(bytes("new")), "");
+    EXPECT_EQ(file.commit(), "");
+    for (const auto& link : {path, folder / "first", folder / "far/second"})
+        EXPECT_TRUE(std::filesystem::is_symlink(link)) << link;
+    EXPECT_FALSE(std::filesystem::is_symlink(folder / "far/made"));
+    EXPECT_EQ(bytesOf(folder / "far/made"), "new");
+    EXPECT_EQ(filesIn(folder / "far"), 2U);
+}
+
+TEST_F(PendingFileTest, ALinkIntoAMissingFolderOrToItselfIsAnErrorAndStays) {
+    std::filesystem::create_symlink("missing/sound", path);
+    EXPECT_THAT(PendingFile(path).open(), AllOf(HasSubstr("sound.wav"), HasSubstr("No such file")));
+    std::filesystem::create_symlink("round", folder / "round");
+    EXPECT_THAT(PendingFile(folder / "round").open(), HasSubstr("Too many levels of symbolic links"));
+    EXPECT_TRUE(std::filesystem::is_symlink(path));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "round"));
+}
+
 TEST_F(PendingFileTest, AFolderThatIsNotThereIsAnErrorWithTheName) {
     PendingFile file(folder / "missing" / "sound.wav");
     EXPECT_THAT(file.open(), AllOf(HasSubstr("missing/sound.wav"), HasSubstr("No such file")));

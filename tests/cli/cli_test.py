@@ -275,6 +275,22 @@ class CliTest(unittest.TestCase):
         self.assertIn("Tempo: 400\n", run("info", file, "--form", "first").stdout)
         self.assertIn("Tempo: 100\n", run("info", file).stdout)
 
+    def test_the_second_form_is_known_and_read_as_that(self):
+        rows = ["60,1060", "24,24"] + ["-1", "24"] * 12 + [" 70 ", ",".join(["24"] * 13), "Polyphonics"]
+        sections = ["0,0"] * 9 + sum(([name] + [value] * 13 for name, value in (
+            ("Volume", "99"), ("Modulation_Change", "0"), ("Pan_Change", "64"), ("Reverb_Change", "0"),
+            ("Chorus_Change", "0"))), [])
+        file = self.save("recorded.sng", "\r\n".join(rows + sections) + "\r\n")
+        for words in ([], ["--form", "second"]):
+            done = run("info", file, *words)
+            self.assertIn("Tempo: 70\n", done.stdout)
+            self.assertEqual(done.stderr, "")
+        self.assertEqual(run("trace", file).stdout, run("trace", file, "--form", "second").stdout)
+        self.assertIn("Tempo: 100\n", run("info", file, "--form", "newest").stdout)
+        self.assertEqual(run("edit", file, self.path("e.sng"), "channel 1").returncode, 0)
+        with open(self.path("e.sng")) as edited:
+            self.assertIn("Volume\n99", edited.read())
+
     def test_the_lesson_in_midi_is_what_its_score_exports(self):
         demos = os.path.join(os.path.dirname(__file__), "..", "..", "packaging", "demos")
         self.assertEqual(run("convert", os.path.join(demos, "333.sng"), self.path("333.mid"),

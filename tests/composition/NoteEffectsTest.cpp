@@ -314,6 +314,15 @@ TEST_F(NoteEffectsTest, ClearingForgetsFileMarksAndHighMarks) {
                 ElementsAre(1, 0, 0));
 }
 
+TEST_F(NoteEffectsTest, InCarefulMannersClearingSilencesNoChannel) {
+    workspace().setManners(Manners::careful());
+    putNotes(score(), 6, kRow, 2);
+    putNotes(score(), 11, kRow, 2);
+    ClearEffects(workspace());
+    EXPECT_THAT((std::vector{score().TopChannel, score().TopMelodyHint, score().TopDrumHint}),
+                ElementsAre(11, 6, 3));
+}
+
 TEST_F(NoteEffectsTest, ClearingResetsTheSetupToolbarOnlyIfItIsOpen) {
     workspace().setup.Ch[3] = workspace().setup.Chkstrum[9] = true;
     score().Tempo = 333;

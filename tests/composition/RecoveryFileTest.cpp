@@ -206,6 +206,19 @@ TEST_F(RecoveryFileTest, AScoreThatIsDroppedIsGone) {
     EXPECT_FALSE(fs::exists(folder));
 }
 
+TEST_F(RecoveryFileTest, AScoreThatStandsInItsFileInAnOlderFormIsNotOffered) {
+    const std::vector<std::int16_t> cells{60, 1060, 62};
+    const std::string recording = serializeRecording(cells, 24, 70);
+    const fs::path own = folders.home() / "recorded.sng";
+    ASSERT_EQ(replaceFile(own, recording), "");
+    parseSng(recording, SngReader::OpenPoliFile2, score(), workspace().setup);
+    score().currentFile = own.string();
+    keep();
+    ASSERT_EQ(names().size(), 1U);
+    EXPECT_THAT(left(), IsEmpty());
+    EXPECT_TRUE(names().empty());
+}
+
 TEST_F(RecoveryFileTest, WithoutAPlaceToWriteItTriesAgain) {
     putNotes(score(), 0, 60, 7);
     std::ofstream(folder) << "a file in the way";
@@ -222,4 +235,14 @@ TEST_F(RecoveryFileTest, WhatAKillLeftHalfWrittenIsCleanedUp) {
     write(".velmora-a1B2c3", "60,60");
     EXPECT_THAT(left(), IsEmpty());
     EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(RecoveryFileTest, ARecoveredScoreIsUnsaved) {
+    putNotes(score(), 3, 60, 7);
+    const std::string kept = text();
+    for (const char* name : {"", "/home/me/tune.sng"}) {
+        Workspace fresh(settings, folders);
+        restore({{}, kept, name}, fresh);
+        EXPECT_TRUE(fresh.isUnsaved()) << name;
+    }
 }

@@ -124,6 +124,21 @@ TEST_F(ScoreFilesTest, WhatCantBeReadOrIsNoTextLeavesTheOldScore) {
     EXPECT_FALSE(workspace().undoLast()) << "nothing was replaced";
 }
 
+TEST_F(ScoreFilesTest, ARecordingInTheSecondFormOpensWithItsTempoAndItsFirstNote) {
+    const std::vector<std::int16_t> cells{60, 1060, 62};
+    for (const char* mark : {"", "\xEF\xBB\xBF"}) {
+        write(other / "recorded.sng", mark + serializeRecording(cells, 24, 70));
+        const auto outcome = files.open(other / "recorded.sng");
+        EXPECT_TRUE(outcome.done);
+        EXPECT_EQ(outcome.words, "");
+        EXPECT_EQ(score().NoteCell.valueOr(0, 0, -1), 60);
+        EXPECT_EQ(score().Tempo, 70);
+        EXPECT_EQ(score().ChannelInstrument[0], 24);
+        EXPECT_EQ(score().Volume.valueOr(0, 1, -1), 127);
+        EXPECT_EQ(score().Pan_Change.valueOr(0, 1, -1), 64);
+    }
+}
+
 TEST_F(ScoreFilesTest, AScoreThatIsTooLongIsOpenedAndSaid) {
     EXPECT_EQ(files.open(aScore(1001)).words, "") << "the last position counts";
     const auto outcome = files.open(aScore(1002));
@@ -260,4 +275,204 @@ TEST_F(ScoreFilesTest, AScoreWithoutNotesAsksNothing) {
     EXPECT_FALSE(outcome.done);
     EXPECT_EQ(outcome.words, "");
     EXPECT_TRUE(dialogs.asked.empty());
+}
+
+namespace {
+/// In careful manners.
+class CarefulFilesTest : public ScoreFilesTest {
+protected:
+    CarefulFilesTest() { workspace().setManners(Manners::careful()); }
+    void draw(int notes, int row = 60) {
+        const Edit edit(workspace(), Change::Cells);
+        workspace().keepForUndo("a step");
+        putNotes(score(), 0, row, notes);
+    }
+};
+} // namespace
+
+TEST_F(CarefulFilesTest, SaveWritesToTheScoresOwnFileAndAsksNothing) {
+    const fs::path file = aScore(4);
+    files.open(file);
+    draw(6);
+    ASSERT_TRUE(workspace().isUnsaved());
+    const auto outcome = files.save();
+    EXPECT_TRUE(outcome.done);
+    EXPECT_EQ(outcome.words, "");
+    EXPECT_TRUE(dialogs.asked.empty());
+    EXPECT_EQ(contentOf(file), serializePoliFile(score(), workspace().setup));
+    EXPECT_FALSE(workspace().isUnsaved());
+}
+
+TEST_F(CarefulFilesTest, SaveAsksForANameWhereThereIsNone) {
+    draw(6);
+    EXPECT_FALSE(files.save().done) << "cancelled";
+    EXPECT_TRUE(workspace().isUnsaved());
+    dialogs.answers = {{(other / "mine").string(), 1}};
+    EXPECT_TRUE(files.save().done);
+    EXPECT_EQ(dialogs.asked.size(), 2U);
+    EXPECT_EQ(score().currentFile, (other / "mine.sng").string());
+    EXPECT_FALSE(workspace().isUnsaved());
+}
+
+TEST_F(CarefulFilesTest, SaveAsAsksAlways) {
+    files.open(aScore(4));
+    dialogs.answers = {{(other / "second").string(), 1}};
+    EXPECT_TRUE(files.saveAs().done);
+    EXPECT_EQ(dialogs.asked.size(), 1U);
+    EXPECT_EQ(score().currentFile, (other / "second.sng").string());
+}
+
+TEST_F(CarefulFilesTest, AnOlderFormIsWrittenOverInTheNewest) {
+    const std::vector<std::int16_t> cells{60, 1060, 62};
+    const fs::path file = other / "recorded.sng";
+    write(file, serializeRecording(cells, 24, 70));
+    files.open(file);
+    EXPECT_FALSE(workspace().isUnsaved());
+    draw(6);
+    ASSERT_TRUE(files.save().done);
+    EXPECT_EQ(contentOf(file), serializePoliFile(score(), workspace().setup));
+}
+
+TEST_F(CarefulFilesTest, AFailedSaveLeavesTheScoreUnsavedAndTheFileAsItWas) {
+    const fs::path file = aScore(4);
+    files.open(file);
+    draw(6);
+    fs::remove(file);
+    fs::create_directory(file);
+    const auto outcome = files.save();
+    EXPECT_FALSE(outcome.done);
+    EXPECT_THAT(outcome.words, HasSubstr("4.sng"));
+    EXPECT_TRUE(workspace().isUnsaved());
+    EXPECT_EQ(score().currentFile, file.string());
+}
+
+TEST_F(CarefulFilesTest, AnExportSavesNothing) {
+    draw(6);
+    dialogs.answers = {{(other / "tune").string(), 2}};
+    EXPECT_TRUE(files.saveAs().done);
+    EXPECT_TRUE(workspace().isUnsaved());
+}
+
+TEST_F(CarefulFilesTest, AnEmptiedScoreIsSavedToItsOwnFileAndANewEmptyOneIsNot) {
+    const fs::path file = aScore(4);
+    EXPECT_FALSE(files.canSave());
+    files.open(file);
+    {
+        const Edit edit(workspace(), Change::Cells);
+        workspace().keepForUndo("a step");
+        score().ClearNoteArrays();
+    }
+    EXPECT_TRUE(files.canSave());
+    EXPECT_TRUE(files.save().done);
+    EXPECT_TRUE(contentOf(file).starts_with("-1\r\n"));
+}
+
+TEST_F(CarefulFilesTest, TheScoreGrowsToHoldALongFileAndThatIsSaid) {
+    const fs::path file = aScore(2400);
+    const auto outcome = files.open(file);
+    EXPECT_TRUE(outcome.done);
+    EXPECT_EQ(outcome.words, "");
+    EXPECT_EQ(outcome.note, "The score is now 2,400 notes long, so that it holds all of 2400.sng");
+    EXPECT_EQ(score().SongEnd, 2400);
+    EXPECT_EQ(files.open(aScore(900)).note, "");
+}
+
+TEST_F(CarefulFilesTest, WhatNoScoreCanHoldIsSaidAndSafeFromSaving) {
+    Score made(kMostNotes + 20);
+    putNotes(made, 0, 50, kMostNotes + 10, 1);
+    const fs::path file = other / "endless.sng";
+    write(file, serializePoliFile(made, workspace().setup));
+    const auto outcome = files.open(file);
+    EXPECT_TRUE(outcome.done);
+    EXPECT_EQ(outcome.note, "");
+    EXPECT_THAT(outcome.words,
+                HasSubstr("is 200,010 notes long, and the longest that there can be has 200,001"));
+    EXPECT_EQ(score().currentFile, "");
+    files.save();
+    EXPECT_EQ(dialogs.asked.size(), 1U) << "asks for a name";
+}
+
+TEST_F(CarefulFilesTest, WhatIsNoScoreDoesNotBecomeTheScoresOwnFile) {
+    const fs::path file = other / "letter.sng";
+    write(file, "a letter to a friend\n");
+    EXPECT_THAT(files.open(file).words, HasSubstr("doesn't look like a score"));
+    draw(6);
+    files.save();
+    EXPECT_EQ(dialogs.asked.size(), 1U) << "asks for a name";
+    EXPECT_EQ(contentOf(file), "a letter to a friend\n");
+}
+
+TEST_F(ScoreFilesTest, InClassicMannersSaveAlwaysAsksForAName) {
+    files.open(aScore(4));
+    files.save();
+    EXPECT_EQ(dialogs.asked.size(), 1U);
+    EXPECT_EQ(dialogs.asked.back().title, "Save music file");
+    EXPECT_EQ(score().TopChannel, 1);
+}
+
+TEST_F(ScoreFilesTest, ADemoIsNobodysFileInEitherManner) {
+    for (const bool classic : {true, false}) {
+        workspace().setManners(Manners::of(classic));
+        const fs::path file = aScore(4);
+        const std::string before = contentOf(file);
+        const auto outcome = files.openDemo(file, "A piece");
+        EXPECT_TRUE(outcome.opened);
+        EXPECT_EQ(outcome.note, "A demo: A piece");
+        EXPECT_EQ(score().SongEnd, 4);
+        EXPECT_EQ(score().currentFile, "");
+        EXPECT_FALSE(workspace().isUnsaved());
+        EXPECT_TRUE(files.recent().empty());
+        dialogs.asked.clear();
+        files.save();
+        EXPECT_EQ(dialogs.asked.size(), 1U) << "asks for a name";
+        EXPECT_EQ(contentOf(file), before);
+    }
+}
+
+TEST_F(ScoreFilesTest, ADemoInTheFirstFormHasItsTempo) {
+    const fs::path demos = demosFolder().value_or("");
+    ASSERT_TRUE(files.openDemo(demos / "301.sng", "Oh! Susanna").done);
+    EXPECT_NE(score().Tempo, 100);
+    const std::int16_t tempo = score().Tempo;
+    Score expected;
+    SetupState setup;
+    ASSERT_TRUE(OpenFile(demos / "301.sng", expected, setup));
+    EXPECT_EQ(tempo, expected.Tempo);
+    EXPECT_EQ(score().ChannelInstrument, expected.ChannelInstrument);
+}
+
+TEST_F(ScoreFilesTest, WhatWasOpenedOrSavedIsAmongTheRecentFiles) {
+    const fs::path first = aScore(3);
+    const fs::path second = aScore(4);
+    files.open(first);
+    files.open(second);
+    files.open(other / "missing.sng");
+    EXPECT_THAT(files.recent(), ElementsAre(second, first));
+    dialogs.answers = {{(other / "saved").string(), 1}, {(other / "exported").string(), 2}};
+    files.saveAs();
+    files.saveAs();
+    EXPECT_THAT(files.recent(), ElementsAre(other / "saved.sng", second, first));
+    EXPECT_TRUE(files.openRecent(first).done);
+    EXPECT_EQ(score().SongEnd, 3);
+    EXPECT_THAT(files.recent(), ElementsAre(first, other / "saved.sng", second));
+}
+
+TEST_F(ScoreFilesTest, ARecentFileThatIsGoneIsSaidAndLeavesTheList) {
+    const fs::path first = aScore(3);
+    const fs::path second = aScore(4);
+    files.open(first);
+    files.open(second);
+    fs::remove(first);
+    const auto outcome = files.openRecent(first);
+    EXPECT_FALSE(outcome.done);
+    EXPECT_THAT(outcome.words, HasSubstr(first.string() + "\" is not there any more"));
+    EXPECT_THAT(files.recent(), ElementsAre(second));
+    EXPECT_EQ(score().SongEnd, 4) << "what is open stays";
+}
+
+TEST_F(ScoreFilesTest, TheQuestionSaysWhatIsUnsaved) {
+    EXPECT_EQ(unsavedQuestion(workspace()), "The score is in no file yet.\n\nDo you want to save it first?");
+    score().currentFile = "/home/me/a tune.sng";
+    EXPECT_EQ(unsavedQuestion(workspace()),
+              "\"a tune.sng\" has changes that are not saved.\n\nDo you want to save it first?");
 }

@@ -2,9 +2,11 @@
 #include "composition/Workspace.h"
 
 #include "WorkspaceFixture.h"
+#include "tests/support/RecordingWatcher.h"
 
 #include <array>
 #include <bit>
+#include <functional>
 
 using namespace velmora;
 using testing::Each;
@@ -304,4 +306,79 @@ TEST(TopBarTextTest, TellsTempoAndMeterInWords) {
         setup.NoteX = static_cast<std::int16_t>(row.noteValue);
         EXPECT_EQ(topBarText(score, setup), row.text);
     }
+}
+
+namespace {
+class UnsavedTest : public WorkspaceFixture {
+protected:
+    UnsavedTest() { beCareful(); }
+    /// As a command does it: kept for undo, and announced.
+    void step(const std::function<void()>& change) {
+        const Edit edit(workspace(), kAnyNotes | Change::Effects);
+        workspace().keepForUndo("a step");
+        change();
+    }
+    void draw(int notes) {
+        step([&] { putNotes(score(), 0, 60, notes); });
+    }
+};
+} // namespace
+
+TEST_F(UnsavedTest, AScoreIsUnsavedWhileItIsOtherThanItsFile) {
+    EXPECT_FALSE(workspace().isUnsaved()) << "a new score";
+    step([this] { score().Tempo = 77; });
+    EXPECT_FALSE(workspace().isUnsaved()) << "there is nothing to save without notes";
+    step([this] { score().NoteCell.set(0, 0, 60); });
+    EXPECT_TRUE(workspace().isUnsaved());
+    workspace().markSaved();
+    EXPECT_FALSE(workspace().isUnsaved());
+    score().currentFile = "tune.sng";
+    workspace().markSaved();
+    const std::vector<std::function<void()>> changes{
+        [this] { score().NoteCell.set(7, 3, 0); },      [this] { score().NoteInstrument.set(0, 0, 99); },
+        [this] { score().Polyphonics.set(1, 0, 1); },   [this] { score().Volume.set(0, 1, 0); },
+        [this] { score().Chorus_Change.set(0, 1, 1); }, [this] { score().Tempo = 78; },
+        [this] { workspace().setup.NoteX = 8; },        [this] { score().ClearNoteArrays(); },
+    };
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        step(changes[i]);
+        EXPECT_TRUE(workspace().isUnsaved()) << i;
+        workspace().markSaved();
+        EXPECT_FALSE(workspace().isUnsaved()) << i;
+    }
+}
+
+TEST_F(UnsavedTest, WhatNoFileHoldsLeavesAScoreSaved) {
+    draw(4);
+    workspace().markSaved();
+    workspace().toggleMuted(0);
+    workspace().selectChannel(5);
+    workspace().view.SelectStart = 1;
+    workspace().showFromStart();
+    score().resizeNotes(3000);
+    EXPECT_FALSE(workspace().isUnsaved());
+}
+
+TEST_F(UnsavedTest, AClearedScoreIsNothingToSaveAndWhatUndoBringsBackIs) {
+    draw(4);
+    workspace().clear();
+    EXPECT_FALSE(workspace().isUnsaved());
+    ASSERT_TRUE(workspace().undoLast());
+    EXPECT_TRUE(workspace().isUnsaved());
+}
+
+TEST_F(UnsavedTest, UndoneToWhatWasSavedItIsSaved) {
+    draw(4);
+    workspace().markSaved();
+    draw(6);
+    EXPECT_TRUE(workspace().isUnsaved());
+    ASSERT_TRUE(workspace().undoLast());
+    EXPECT_FALSE(workspace().isUnsaved());
+}
+
+TEST_F(UnsavedTest, SavingIsAnnounced) {
+    draw(4);
+    RecordingWatcher watcher(workspace());
+    workspace().markSaved();
+    EXPECT_TRUE(watcher.take().any(Change::Name));
 }

@@ -30,6 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
            score.Volume.positions() == score.NumNotes + 1);
     expect(score.SongEnd >= 0 && score.SongEnd <= score.NumNotes + 1 && score.TopChannel == topChannel);
     expect(longestRow(bytes) <= bytes.size() + 1);
+    expect((formOf(bytes) == SngForm::Second) == (openingReader(bytes) == SngReader::OpenPoliFile2));
     if (reader == SngReader::OpenFile || reader == SngReader::OpenPoliFile2)
         expect(score.Tempo <= 400);
     // What was read is cut to rows that any score of this size takes in.

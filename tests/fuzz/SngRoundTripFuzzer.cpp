@@ -13,14 +13,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     Score first(kNumNotes);
     SetupState firstSetup;
-    parseSng(bytes, SngReader::OpenPoliFile, first, firstSetup);
+    parseSng(bytes, openingReader(bytes), first, firstSetup);
     const std::string text = serializePoliFile(first, firstSetup);
 
     Score second(kNumNotes);
     SetupState secondSetup;
-    parseSng(text, SngReader::OpenPoliFile, second, secondSetup);
-    bool same = serializePoliFile(second, secondSetup) == text && second.SongEnd == first.SongEnd &&
-                second.Tempo == first.Tempo && second.ChannelInstrument == first.ChannelInstrument &&
+    parseSng(text, openingReader(text), second, secondSetup);
+    bool same = formOf(text) == SngForm::Newest && serializePoliFile(second, secondSetup) == text &&
+                second.SongEnd == first.SongEnd && second.Tempo == first.Tempo &&
+                second.ChannelInstrument == first.ChannelInstrument &&
                 secondSetup.TxBeats == firstSetup.TxBeats && secondSetup.TxtMeter == firstSetup.TxtMeter &&
                 secondSetup.NoteX == firstSetup.NoteX;
     // Every cell up to the last note of its channel; behind it nothing is kept.

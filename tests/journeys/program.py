@@ -13,12 +13,12 @@ from desktop import wait_for
 path = None  # of the program
 cli = None  # of its headless companion
 START = r"^Velmora $"
-FORM1 = r"^Velmora( - .*)?$"
+FORM1 = r"^Velmora( - .*)?\*?$"  # an asterisk while something is unsaved
 LABELS = {"File": 35, "Edit": 79, "Tools": 128, "Help": 178}
 # The rows of the menus that journeys choose from; None is a line.
 TOOLS = ("Play", None, "Setup Toolbar", "Editing Toolbar", "Recording Toolbar", "Percussion Tableau", None,
          "Notation Style", "Appearance", "Button Styles", "Tooltext Style")
-EDIT_HEIGHT, FILE_HEIGHT = 216, 144  # of 8 items with two lines, and of 5 with two
+EDIT_HEIGHT, FILE_HEIGHT = 216, 200  # of 8 items with two lines, and of 7 with three
 SAVE_DIALOG = "^Save music file"
 TIP = "NQV-EXTOOLTIP"
 SMALL_SOUNDFONT = "/usr/share/sounds/sf2/TimGM6mb.sf2"
@@ -210,7 +210,7 @@ class Program:
             raise AssertionError("the program reports:\n" + said)
 
     def close(self):
-        """By its title button, with the answer No if it asks."""
+        """By its title button, with the answer Discard if it asks."""
         answered = lambda: not self.running() or self.question()
         for _ in range(3):  # the window may still be changing its size, and its button its place
             self.click(-19, 14)
@@ -221,7 +221,7 @@ class Program:
                 pass
         wait_for(answered, "the end or the question")
         if self.running():
-            self.screen.key("alt+n")
+            self.screen.key("alt+d")
         self.ends()
 
     def question(self):

@@ -2,10 +2,12 @@
 """Scores: opened, played, saved and lost on purpose only."""
 
 import os
+import shutil
 import subprocess
 import time
 
 import program as programs
+from composing import Tableau, filled
 from desktop import wait_for
 from journey import MARCH, Journey
 from program import SAVE_DIALOG
@@ -28,6 +30,13 @@ class Scores(Journey):
     def open_march(self):
         program = self.compose(MARCH)
         program.title_becomes("Velmora - march.sng")
+        return program
+
+    def open_changed_march(self):
+        """With a note more, so that there is something to be asked about."""
+        program = self.open_march()
+        Tableau(program).note(60, 45, 2)
+        program.title_becomes("Velmora - march.sng*")
         return program
 
     def ask(self, program):
@@ -56,16 +65,15 @@ class Scores(Journey):
         wait_for(lambda: self.plays(program), "playing")
         self.screen.key("space")
         wait_for(lambda: not self.plays(program), "rest")
-        self.ask(program)  # the score is still there
-        self.screen.key("alt+n")
+        self.screen.key("ctrl+q")  # nothing is unsaved
         program.ends()
 
     def test_it_closes_while_it_plays(self):
-        program = self.open_march()
+        program = self.open_changed_march()
         self.screen.key("space")
         wait_for(lambda: self.plays(program), "playing")
         self.ask(program)
-        self.screen.key("alt+n")
+        self.screen.key("alt+d")
         program.ends()
 
     def test_it_ends_at_once_even_in_the_middle_of_a_very_long_step(self):
@@ -75,46 +83,92 @@ class Scores(Journey):
         program = self.compose(path)
         program.title_becomes("Velmora - slow.sng")
         self.screen.key("space")
-        self.ask(program)
-        self.screen.key("alt+n")
-        wait_for(lambda: not program.question(), "the answer")
         begin = time.monotonic()
+        self.screen.key("ctrl+q")
         program.ends()
         self.assertLess(time.monotonic() - begin, 5)
 
-    def test_escape_in_the_question_keeps_the_program_and_no_ends_it(self):
-        program = self.open_march()
+    def test_escape_in_the_question_keeps_the_program_and_discard_ends_it(self):
+        program = self.open_changed_march()
         self.ask(program)
         self.screen.key("Escape")
         wait_for(lambda: not program.question(), "the question's end")
         program.focus(program.window)
         self.ask(program)
-        self.screen.key("alt+n")
+        self.screen.key("alt+d")
         program.ends()
 
-    def test_yes_saves_under_the_typed_name_and_ends(self):
+    def test_save_writes_the_scores_own_file_and_ends(self):
+        path = self.user.path("home", "my march.sng")
+        shutil.copy(MARCH, path)
+        program = self.compose(path)
+        program.title_becomes("Velmora - my march.sng")
+        Tableau(program).note(60, 45, 2)
+        program.title_becomes("Velmora - my march.sng*")
+        self.ask(program)
+        self.screen.key("alt+s")
+        program.ends()
+        self.assertNotEqual(notes(path), notes(MARCH))
+        self.assertEqual(length(path), ["SongEnd: 928"])
+
+    def test_save_asks_for_the_name_of_a_new_score_and_ends(self):
+        program = self.compose()
+        Tableau(program).note(4, 60, 6)
+        program.title_becomes("Velmora*")
+        path = self.user.path("home", "new.sng")
+        self.ask(program)
+        self.screen.key("alt+s")
+        program.save_as(path)
+        program.ends()
+        self.assertEqual(filled(path), list(range(4, 10)))
+
+    def test_ctrl_s_writes_to_the_own_file_without_a_question(self):
+        path = self.user.path("home", "mine.sng")
+        shutil.copy(MARCH, path)
+        program = self.compose(path)
+        program.title_becomes("Velmora - mine.sng")
+        Tableau(program).note(60, 45, 2)
+        program.title_becomes("Velmora - mine.sng*")
+        self.screen.key("ctrl+s")
+        program.title_becomes("Velmora - mine.sng")
+        self.assertFalse(self.screen.windows(SAVE_DIALOG))
+        self.assertNotEqual(notes(path), notes(MARCH))
+        self.screen.key("ctrl+q")
+        program.ends()
+
+    def test_in_classic_manners_leaving_always_asks_and_save_always_wants_a_name(self):
+        self.user.keep(Classic=1)
         program = self.open_march()
+        self.screen.key("ctrl+s")
+        program.focus(self.screen.window(SAVE_DIALOG))
+        self.screen.key("Escape")
+        self.screen.gone(SAVE_DIALOG)
+        program.focus(program.window)
+        self.ask(program)
+        self.screen.key("Escape")
+        wait_for(lambda: not program.question(), "the question's end")
+        program.focus(program.window)
         path = self.user.path("home", "my march.sng")
         self.ask(program)
         self.screen.key("alt+y")
         program.save_as(path)
         program.ends()
         self.assertEqual(notes(path), notes(MARCH))
-        self.assertEqual(length(path), ["SongEnd: 928"])
 
     def test_cancel_in_the_save_dialog_keeps_the_program_and_the_score(self):
-        program = self.open_march()
+        program = self.compose()
+        Tableau(program).note(4, 60, 6)
         self.ask(program)
-        self.screen.key("alt+y")
+        self.screen.key("alt+s")
         program.focus(self.screen.window(SAVE_DIALOG))
         self.screen.key("Escape")
         self.screen.gone(SAVE_DIALOG)
         program.focus(program.window)
         path = self.user.path("home", "kept.sng")
-        self.screen.key("ctrl+s")
+        self.screen.key("ctrl+shift+s")
         program.save_as(path)
         program.title_becomes("Velmora - kept.sng")
-        self.assertEqual(notes(path), notes(MARCH))
+        self.assertEqual(filled(path), list(range(4, 10)))
         program.close()
 
     def test_a_file_in_the_way_is_replaced_only_after_a_yes(self):
@@ -122,7 +176,7 @@ class Scores(Journey):
         path = self.user.path("home", "old.sng")
         with open(path, "w") as file:
             file.write("old")
-        self.screen.key("ctrl+s")
+        self.screen.key("ctrl+shift+s")
         program.save_as(path)
         box = wait_for(lambda: len(found := self.screen.windows(SAVE_DIALOG)) == 2 and found[-1], "the question")
         program.focus(box)
@@ -145,9 +199,9 @@ class Scores(Journey):
         self.screen.key("ctrl+n")
         program.title_becomes("Velmora")
         self.screen.key("ctrl+z")
-        program.title_becomes("Velmora - march.sng")
+        wait_for(lambda: self.screen.name(program.window).startswith("Velmora - march.sng"), "the march")
         path = self.user.path("home", "back.sng")
-        self.screen.key("ctrl+s")
+        self.screen.key("ctrl+shift+s")
         program.save_as(path)
         program.title_becomes("Velmora - back.sng")
         self.assertEqual(notes(path), notes(MARCH))

@@ -1,8 +1,10 @@
 # SPDX-License-Identifier: GPL-2.0-or-later
 """How the program comes up and goes down."""
 
+import os
 import signal
 
+from composing import Tableau
 from desktop import wait_for
 from journey import MARCH, Journey
 from program import START
@@ -61,6 +63,61 @@ class StartAndEnd(Journey):
         self.assertTrue(first.running())
         first.focus(first.window)
         first.close()
+
+    def hand_over(self, *words):
+        """A second start with a score, which ends without a word."""
+        second = self.start(*words)
+        second.ends()
+        self.assertEqual(second.said(), "")
+
+    def test_a_second_start_hands_its_score_to_the_first_which_comes_to_the_front(self):
+        first = self.compose()
+        self.screen.do("windowminimize", first.window)
+        wait_for(lambda: self.screen.focused() != first.window, "the iconified window")
+        self.hand_over(MARCH)
+        first.title_becomes("Velmora - march.sng")
+        wait_for(lambda: self.screen.focused() == first.window, "the focus")
+        first.close()
+
+    def test_a_score_that_is_handed_over_costs_nothing_that_is_unsaved(self):
+        first = self.compose()
+        Tableau(first).note(4, 60, 6)
+        first.title_becomes("Velmora*")
+        self.hand_over(MARCH)
+        first.focus(wait_for(first.question, "the question"))
+        self.screen.key("Escape")
+        wait_for(lambda: not first.question(), "the question's end")
+        self.assertEqual(self.screen.name(first.window), "Velmora*")
+        first.focus(first.window)
+        self.screen.key("ctrl+q")
+        first.focus(wait_for(first.question, "the question"))
+        self.hand_over(MARCH)  # in the middle of a question: it waits for the answer
+        self.screen.key("Escape")
+        first.focus(wait_for(first.question, "the next question"))
+        self.screen.key("alt+d")
+        first.title_becomes("Velmora - march.sng")
+        first.focus(first.window)
+        first.close()
+
+    def test_a_score_that_is_handed_to_the_start_window_begins_composing(self):
+        first = self.start()
+        self.screen.window(START)
+        self.hand_over(MARCH)
+        first.form1()
+        first.title_becomes("Velmora - march.sng")
+        first.close()
+
+    def test_after_a_crash_scores_are_handed_over_again(self):
+        first = self.compose()
+        first.process.send_signal(signal.SIGKILL)
+        first.process.wait()
+        wait_for(lambda: not self.screen.windows(), "the end of the first one's windows")
+        self.assertTrue(os.path.exists(self.user.path("runtime", "velmora.socket")), "it is left behind")
+        second = self.compose()
+        self.hand_over(MARCH)
+        second.title_becomes("Velmora - march.sng")
+        second.close()
+        self.assertFalse(os.path.exists(self.user.path("runtime", "velmora.socket")))
 
     def test_after_a_crash_the_next_start_works_and_finds_the_settings(self):
         self.user.keep(Skin_type=6)

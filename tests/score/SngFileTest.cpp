@@ -209,6 +209,73 @@ TEST_F(SngFileTest, OpenPoliFile2ReadsTheSectionsOfTheSecondFormAndNoKeyLines) {
     EXPECT_EQ(score.NotesPerMeasure, 16);
 }
 
+TEST_F(SngFileTest, TheFormOfATextShowsInItsLines27And29) {
+    const std::string codes = "1,2,3,4,5,6,7,8,9,10,11,12,13";
+    const std::string chords = joined({"Polyphonics"}) + repeated("0,3", 9);
+    for (const auto& [form, behindTheRows] : {std::pair(SngForm::First, joined({" 70 ", codes})),
+                                              {SngForm::First, joined({" 70 "})},
+                                              {SngForm::Second, joined({" 70 ", codes}) + chords},
+                                              {SngForm::Second, joined({"70", "1"}) + chords},
+                                              {SngForm::Newest, joined({codes}) + chords},
+                                              {SngForm::Newest, std::string()},
+                                              {SngForm::Newest, joined({codes, "70"}) + chords},
+                                              {SngForm::Newest, joined({"", "1"}) + chords}})
+        for (const char* mark : {"", "\xEF\xBB\xBF"}) {
+            const std::string text = mark + noteRows() + behindTheRows;
+            EXPECT_EQ(formOf(text), form) << behindTheRows;
+            EXPECT_EQ(openingReader(text),
+                      form == SngForm::Second ? SngReader::OpenPoliFile2 : SngReader::OpenPoliFile)
+                << behindTheRows;
+        }
+    EXPECT_EQ(formOf(""), SngForm::Newest);
+    EXPECT_EQ(formOf(serializePoliFile(score, setup)), SngForm::Newest);
+    EXPECT_EQ(formOf(serializeRecording({}, 24, 100)), SngForm::Second);
+}
+
+TEST_F(SngFileTest, AScoreInTheSecondFormIsOpenedAndWrittenAsItIs) {
+    std::minstd_rand random(11);
+    for (int i = 0; i < 100; ++i) {
+        const int numNotes = 4 + below(random, 60);
+        Score saved = randomScore(random, numNotes);
+        saved.Tempo = static_cast<std::int16_t>(1 + below(random, 400));
+        const std::string newest = serializePoliFile(saved, setup);
+        // The second form has the tempo before the instruments, and no key lines.
+        std::size_t at = 0;
+        for (int line = 0; line < 26; ++line)
+            at = newest.find('\n', at) + 1;
+        std::string second = newest.substr(0, newest.find("Tempo="));
+        second.insert(at, " " + std::to_string(saved.Tempo) + " \r\n");
+        ASSERT_EQ(openingReader(second), SngReader::OpenPoliFile2);
+        Score opened(numNotes);
+        SetupState openedSetup;
+        parseSng(second, openingReader(second), opened, openedSetup);
+        EXPECT_EQ(serializePoliFile(opened, openedSetup), newest);
+    }
+}
+
+TEST_F(SngFileTest, AByteOrderMarkIsNoPartOfTheFirstNote) {
+    const std::string text = noteRows();
+    EXPECT_EQ(longestRow("\xEF\xBB\xBF" + text), longestRow(text));
+    for (const SngReader reader :
+         {SngReader::OpenPoliFile, SngReader::OpenFile, SngReader::OpenPoliFile2, SngReader::OpenSegment}) {
+        read("\xEF\xBB\xBF" + text, reader);
+        EXPECT_EQ(score.NoteCell.at(0, 0), 60);
+        EXPECT_EQ(score.NoteCell.at(0, 1), 1060);
+    }
+}
+
+TEST_F(SngFileTest, EveryValueIsWrittenAsItIs) {
+    std::vector<std::int16_t> cells;
+    std::string row;
+    for (int value = -32768; value <= 32767; ++value) {
+        cells.push_back(static_cast<std::int16_t>(value));
+        row += (row.empty() ? "" : ",") + std::to_string(value);
+    }
+    SngWriter out(cells.size());
+    out.row(cells);
+    EXPECT_EQ(out.take(), row + "\r\n");
+}
+
 TEST_F(SngFileTest, OldEffectValuesStayWhereTheFileHasNone) {
     score.Volume.set(0, 1, 11);
     score.Volume.set(0, 2, 12);

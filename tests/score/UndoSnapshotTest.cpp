@@ -89,6 +89,24 @@ TEST_F(LargeUndoTest, ANewStepTakesThePlaceOfOneThatIsStillBeingWritten) {
     }
 }
 
+TEST_F(UndoSnapshotTest, TheHighMarksFallByNoUndoOfCells) {
+    const auto marks = [this] {
+        return std::array{score.TopChannel, score.TopMelodyHint, score.TopDrumHint};
+    };
+    const auto set = [this](int mark) {
+        score.TopChannel = mark;
+        score.TopMelodyHint = mark + 1;
+        score.TopDrumHint = mark + 2;
+    };
+    for (const auto& [kept, now, wanted] : {std::array{1, 5, 5}, std::array{5, 1, 5}}) {
+        set(kept);
+        undo.keepWhole(score, setup, "Paste", StepScope::Cells);
+        set(now);
+        ASSERT_TRUE(undo.OpenforUndo(score, setup));
+        EXPECT_EQ(marks(), (std::array{wanted, wanted + 1, wanted + 2})) << kept << ", " << now;
+    }
+}
+
 TEST_F(UndoSnapshotTest, TheSnapshotHoldsTheActiveChannelAlone) {
     note(0, 0, 24);
     note(2, 1, 30);

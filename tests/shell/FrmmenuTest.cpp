@@ -104,6 +104,8 @@ struct MenuRowOf {
     const char* caption;
 };
 constexpr auto kSubmenus = std::to_array<MenuRowOf>({
+    {"mnupopup6", "mnuOpenDemo", "Open a demo"},
+    {"mnupopup6", "mnuRecent", "Recent files"},
     {"mnupopup9", "mnuNotestyle", "Notation Style"},
     {"mnupopup9", "mnuInterface", "Appearance"},
     {"mnupopup9", "mnuButtons", "Button Styles"},
@@ -114,7 +116,7 @@ constexpr auto kSubmenus = std::to_array<MenuRowOf>({
 });
 constexpr std::array kKeys{"mnuCSW", "mnuGSW",     "mnuDSW",     "mnuASW",     "mnuESW",     "mnuBSW",
                            "mnuFSW", "mnuBflatSW", "mnuEflatSW", "mnuAflatSW", "mnuDflatSW", "mnuGflatSW"};
-constexpr std::array kSeparators{"mnuspc11", "mnuspc12", "mnuspc13", "mnuspc14",
+constexpr std::array kSeparators{"mnuspc11", "mnuspc12", "mnuspc13", "mnuspc14", "mnuspc15",
                                  "mnuSpc21", "mnuSpc22", "mnuSpc23", "mnuSpc24"};
 
 /// Without the shortcut, which follows a tab.
@@ -281,6 +283,45 @@ TEST_F(FrmmenuTest, OneEntryOfAControlArrayIsChosen) {
                     << row.name << row.index;
             }
     }
+}
+
+TEST_F(FrmmenuTest, ASubmenuMayGetOtherEntriesWhichAreShownAsTheyAre) {
+    QMenu& recent = menu.popup("mnuRecent");
+    EXPECT_FALSE(recent.menuAction()->isEnabled()) << "nothing is in it yet";
+    std::vector<std::string> pressed;
+    const auto entry = [&](const char* name) {
+        return Frmmenu::Entry{name, [&pressed, name] { pressed.emplace_back(name); }};
+    };
+    menu.setEntries(window, "mnuRecent", {entry("rock & roll.sng\t~/Songs"), entry("two.sng")});
+    ASSERT_EQ(recent.actions().size(), 2);
+    EXPECT_TRUE(recent.menuAction()->isEnabled());
+    EXPECT_EQ(recent.actions()[0]->text(), "rock && roll.sng\t~/Songs");
+    recent.actions()[1]->trigger();
+    menu.setEntries(window, "mnuRecent", {entry("three.sng")});
+    ASSERT_EQ(recent.actions().size(), 1);
+    recent.actions()[0]->trigger();
+    EXPECT_THAT(pressed, testing::ElementsAre("two.sng", "three.sng"));
+    menu.setEntries(window, "mnuRecent", {});
+    EXPECT_FALSE(recent.menuAction()->isEnabled());
+}
+
+TEST_F(FrmmenuTest, AnEntryMayChangeTheEntriesAndTheyGoWithTheirOwner) {
+    QMenu& recent = menu.popup("mnuRecent");
+    {
+        QObject owner;
+        std::string said;
+        menu.setEntries(owner, "mnuRecent",
+                        {{"one.sng", [&, words = std::string("words that are kept with the routine")] {
+                              menu.setEntries(owner, "mnuRecent", {{"two.sng", [] {}}});
+                              said = words;
+                          }}});
+        recent.actions()[0]->trigger();
+        EXPECT_EQ(said, "words that are kept with the routine");
+        ASSERT_EQ(recent.actions().size(), 1);
+        EXPECT_EQ(recent.actions()[0]->text(), "two.sng");
+    }
+    EXPECT_TRUE(recent.isEmpty());
+    EXPECT_FALSE(recent.menuAction()->isEnabled());
 }
 
 TEST(FrmmenuToComeTest, AnItemThatNothingIsBoundToSaysThatItIsToCome) {

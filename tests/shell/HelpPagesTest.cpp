@@ -16,6 +16,8 @@ namespace {
 /// Every caption of the composing window's menus.
 constexpr auto kCaptions = std::to_array<std::string_view>({
     "Open File",
+    "Open a demo",
+    "Recent files",
     "Save as",
     "Save",
     "Exit",

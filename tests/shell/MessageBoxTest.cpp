@@ -6,6 +6,8 @@
 #include "WindowFixture.h"
 #include "shell/CommandButton.h"
 
+#include <QFocusFrame>
+
 using namespace velmora;
 
 class MessageBoxTest : public WindowFixture {
@@ -106,6 +108,16 @@ TEST_F(MessageBoxTest, EnterIsTheButtonThatHasTheFocusWhichIsYesAtFirst) {
     EXPECT_EQ(asked(), Answer::No);
 }
 
+TEST_F(MessageBoxTest, ARingShowsWhatEnterPresses) {
+    hand.in<QWidget>([](QWidget& box) {
+        const auto* ring = box.findChild<QFocusFrame*>();
+        ASSERT_TRUE(ring);
+        EXPECT_EQ(ring->widget(), &part(box, "save"));
+        pressIn(box, "cancel");
+    });
+    EXPECT_EQ(askSave(*skins, nullptr, "Do you want to save it first?"), SaveAnswer::Cancel);
+}
+
 TEST_F(MessageBoxTest, AMessageStandsOverItsWindow) {
     TestWindow window(*skins);
     window.setGeometry(100, 80, 400, 300);
@@ -116,4 +128,30 @@ TEST_F(MessageBoxTest, AMessageStandsOverItsWindow) {
         pressIn(box, "ok");
     });
     tell(*skins, &window, "It stands here.");
+}
+
+TEST_F(MessageBoxTest, WhatIsUnsavedCanBeSavedOrDiscardedByMouseAndByLetter) {
+    const auto answered = [this] { return askSave(*skins, nullptr, "Do you want to save it first?"); };
+    struct Row {
+        const char* name;
+        const char* caption;
+        Qt::Key key;
+        SaveAnswer answer;
+    };
+    for (const Row& row : {Row{"save", "Save", Qt::Key_S, SaveAnswer::Save},
+                           Row{"discard", "Discard", Qt::Key_D, SaveAnswer::Discard},
+                           Row{"cancel", "Cancel", Qt::Key_Escape, SaveAnswer::Cancel}}) {
+        hand.in<QWidget>([&row](QWidget& box) {
+            EXPECT_EQ(part<QAbstractButton>(box, row.name).text().toStdString(), row.caption);
+            EXPECT_EQ(box.findChildren<QAbstractButton*>().size(), 3 + 1) << "with that of the title";
+            pressIn(box, row.name);
+        });
+        EXPECT_EQ(answered(), row.answer);
+        hand.in<QWidget>([&row](QWidget& box) { QTest::keyClick(&box, row.key); });
+        EXPECT_EQ(answered(), row.answer);
+    }
+    hand.in<QWidget>([](QWidget& box) { pressIn(box, "imgTitleClose"); });
+    EXPECT_EQ(answered(), SaveAnswer::Cancel);
+    hand.in<QWidget>([](QWidget& box) { QTest::keyClick(&part(box, "save"), Qt::Key_Return); });
+    EXPECT_EQ(answered(), SaveAnswer::Save) << "what Enter presses at first";
 }
