@@ -55,4 +55,8 @@ std::string blockChannelsInWords(const Workspace& workspace) {
     return words;
 }
 
+std::string columnsInWords(int count) {
+    return std::to_string(count).append(count == 1 ? " column" : " columns");
+}
+
 } // namespace velmora

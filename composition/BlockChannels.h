@@ -38,5 +38,7 @@ static_assert(kBlockRules.size() == 4);
 
 /// Which channels the commands of careful manners work on, for the user: "channels 1, 3 and 10".
 [[nodiscard]] std::string blockChannelsInWords(const Workspace& workspace);
+/// "12 columns", "1 column".
+[[nodiscard]] std::string columnsInWords(int count);
 
 } // namespace velmora

@@ -11,7 +11,6 @@
 #include <functional>
 #include <span>
 #include <string>
-#include <string_view>
 
 namespace velmora {
 
@@ -46,11 +45,6 @@ void makeHeads(Workspace& workspace, BlockCommand command, int position) {
         if (mends(workspace, command, channel))
             makeHead(workspace.score.NoteCell, channel, position);
     }
-}
-
-/// "12 columns", "1 column".
-std::string counted(int count, std::string_view what) {
-    return std::to_string(count).append(" ").append(what).append(count == 1 ? "" : "s");
 }
 
 void clearMarks(ViewState& view) {
@@ -101,7 +95,7 @@ void pasteOver(Workspace& workspace, int ViewCol) {
 }
 
 void namePaste(Workspace& workspace) {
-    workspace.history.name("Paste " + counted(workspace.edit.SelectSpan + 1, "column"));
+    workspace.history.name("Paste " + columnsInWords(workspace.edit.SelectSpan + 1));
 }
 
 int withinView(const ViewState& view, int column) {
@@ -149,7 +143,7 @@ bool CutBut_Click(Workspace& workspace) {
         return false;
     const Edit edit(workspace, kMoved);
     const int marked = view.SelectEnd - view.SelectStart + 1;
-    workspace.history.name("Cut " + counted(marked, "column"));
+    workspace.history.name("Cut " + columnsInWords(marked));
     workspace.keepForUndo("Cut Selection");
     CopySelectedArea(workspace, BlockCommand::Cut);
     // One position of what is marked stays behind in classic manners; that is meant.
@@ -194,7 +188,7 @@ void InsertSpaces(Workspace& workspace, int n, int ViewCol) {
 void InsertColumnBut_Click(Workspace& workspace, int ViewCol) {
     const Edit edit(workspace, kMoved);
     const int spaces = std::max<int>(workspace.edit.Txtspc, 0);
-    workspace.history.name("Insert " + counted(spaces, "space"));
+    workspace.history.name("Insert " + columnsInWords(spaces));
     workspace.keepForUndo("Insert Space(s)");
     InsertSpaces(workspace, spaces, ViewCol);
 }

@@ -60,15 +60,26 @@ SoundPanel::SoundPanel(Desk& desk, const Appearance& look, QWidget* parent)
     varies_->setObjectName("varies");
     lblVolume = addRow("lblVolume", "Volume", Label15, "The volume of the channel's notes", 0);
     lblVolume->setRange(0, kMost);
-    lblVolume->onDrag = [this](int value) { dragVolume(value); };
+    lblVolume->onDrag = [this](int value) {
+        goOn();
+        dragVolume(value);
+    };
     for (std::size_t effect = 0; effect < kEffects; ++effect) {
         const EffectRow& row = kEffectRows[effect];
         labels_[effect] = new ReadOut(look, row.label, group_);
         bars_[effect] = addRow(row.bar, row.caption, labels_[effect], row.tip, static_cast<int>(effect) + 1);
         bars_[effect]->setRange(-row.middle, kMost - row.middle);
         bars_[effect]->setRest(0);
-        bars_[effect]->onDrag = [this, effect](int value) { dragEffect(effect, value); };
+        bars_[effect]->onDrag = [this, effect](int value) {
+            goOn();
+            dragEffect(effect, value);
+        };
     }
+}
+
+void SoundPanel::goOn() {
+    if (!act_)
+        act_.emplace(desk_.workspace);
 }
 
 Slider* SoundPanel::addRow(const char* bar, const char* caption, QLabel* value, const char* tip, int row) {
@@ -81,6 +92,7 @@ Slider* SoundPanel::addRow(const char* bar, const char* caption, QLabel* value, 
     value->setGeometry(416, y, 52, 20);
     value->setAccessibleDescription(caption);
     desk_.tips.SetToolTip(*slider, {caption, tip, ""});
+    slider->onRelease = [this] { act_.reset(); };
     return slider;
 }
 

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "composition/Changes.h"
+
 #include <QWidget>
 
 #include <array>
 #include <functional>
+#include <optional>
 
 class QLabel;
 
@@ -30,6 +33,7 @@ public:
 private:
     static constexpr std::size_t kEffects = 4;
 
+    void goOn();
     Slider* addRow(const char* bar, const char* caption, QLabel* value, const char* tip, int row);
     void dragEffect(std::size_t effect, int value);
     void dragVolume(int value);
@@ -40,6 +44,7 @@ private:
     QWidget* group_;
     ChannelSquare* square_;
     Slider* dragging_ = nullptr; ///< that the user is moving
+    std::optional<Act> act_;     ///< a drag is one step of undo
     Slider* lblVolume;
     QLabel* Label15;
     QLabel* varies_ = nullptr; ///< what the mark behind a value means

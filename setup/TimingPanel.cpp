@@ -36,17 +36,26 @@ TimingPanel::TimingPanel(Desk& desk, const Appearance& look, QWidget* parent) : 
     Workspace& workspace = desk_.workspace;
     const SetupState& setup = workspace.setup;
     TxtMeter->number = [&setup] { return setup.TxtMeter; };
-    TxtMeter->onNumber = [&workspace](std::int16_t number) { TxtMeter_Change(workspace, number); };
+    TxtMeter->onNumber = [this, &workspace](std::int16_t number) {
+        goOn();
+        TxtMeter_Change(workspace, number);
+    };
     TxtMeter->onStep = [&workspace](int steps) {
         TxtMeter_Change(workspace, stepped(kBeats, workspace.setup.TxtMeter, steps));
     };
     NoteX->number = [&setup] { return setup.NoteX; };
-    NoteX->onNumber = [&workspace](std::int16_t number) { NoteX_Change(workspace, number); };
+    NoteX->onNumber = [this, &workspace](std::int16_t number) {
+        goOn();
+        NoteX_Change(workspace, number);
+    };
     NoteX->onStep = [&workspace](int steps) {
         NoteX_Change(workspace, stepped(kNoteValues, workspace.setup.NoteX, steps));
     };
     TxBeats->number = [&setup] { return setup.TxBeats; };
-    TxBeats->onNumber = [&workspace](std::int16_t number) { TxBeats_Change(workspace, number); };
+    TxBeats->onNumber = [this, &workspace](std::int16_t number) {
+        goOn();
+        TxBeats_Change(workspace, number);
+    };
     TxBeats->onStep = [&workspace](int steps) {
         const int most = std::numeric_limits<std::int16_t>::max();
         TxBeats_Change(workspace,
@@ -64,10 +73,14 @@ void TimingPanel::addTempo(QGroupBox& group, const Appearance& look) {
     LblTempo->setPageStep(kTempoPage);
     LblTempo->setGeometry(12, 62, 384, 20);
     LblTempo->onDrag = [this](int value) {
+        goOn();
         const QScopedValueRollback dragging(dragging_, true);
         setTempo(desk_.workspace, tempoAt(value, kMostTempo));
     };
-    LblTempo->onRelease = [this] { LblTempo->setValue(desk_.workspace.score.Tempo); };
+    LblTempo->onRelease = [this] {
+        act_.reset();
+        LblTempo->setValue(desk_.workspace.score.Tempo);
+    };
     desk_.tips.SetToolTip(*LblTempo, {"Tempo", "How fast the score is played, from the next play on", ""});
 
     TempoLabel = new QLineEdit(&group);
@@ -77,11 +90,14 @@ void TimingPanel::addTempo(QGroupBox& group, const Appearance& look) {
     TempoLabel->setGeometry(408, 60, 60, 24);
     desk_.tips.SetToolTip(*TempoLabel, {"Tempo", "The tempo as a number", ""});
     connect(TempoLabel, &QLineEdit::textEdited, this, [this](const QString& text) {
+        goOn();
         if (const auto tempo = fieldNumber(text.toStdString()))
             setTempo(desk_.workspace, *tempo);
     });
-    connect(TempoLabel, &QLineEdit::editingFinished, this,
-            [this] { TempoLabel->setText(QString::number(desk_.workspace.score.Tempo)); });
+    connect(TempoLabel, &QLineEdit::editingFinished, this, [this] {
+        act_.reset();
+        TempoLabel->setText(QString::number(desk_.workspace.score.Tempo));
+    });
 }
 
 NumberField* TimingPanel::addField(QGroupBox& group, const char* arrows, const char* text,
@@ -91,7 +107,13 @@ NumberField* TimingPanel::addField(QGroupBox& group, const char* arrows, const c
     field->setGeometry(x, 68, 88, 24);
     field->setAccessibleName(caption);
     desk_.tips.SetToolTip(*field, {caption, tip, ""});
+    connect(field, &QAbstractSpinBox::editingFinished, this, [this] { act_.reset(); });
     return field;
+}
+
+void TimingPanel::goOn() {
+    if (!act_)
+        act_.emplace(desk_.workspace);
 }
 
 void TimingPanel::refresh() {

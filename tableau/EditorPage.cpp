@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "tableau/EditorPage.h"
 
+#include "base/QtText.h"
+#include "composition/BlockChannels.h"
 #include "composition/CycleFields.h"
 #include "parts/NumberField.h"
 #include "shell/CommandButton.h"
@@ -33,6 +35,9 @@ EditorPage::EditorPage(const ToolPageParts& parts, Workspace& workspace, QWidget
         button(index).setParent(this);
     addFields();
     addBoxes();
+    channels_ = addCaption("");
+    channels_->setObjectName("blockChannels");
+    channels_->setWordWrap(true);
     order_ = {&button(lb1("clear")),
               &button(lb1("mode")),
               &button(lb1("copy")),
@@ -95,8 +100,10 @@ void EditorPage::addBoxes() {
           BoxRow{&Check2, "Check2", "Edit All Tracks", "Edit the melody channels, too",
                  &EditState::Check2}}) {
         QCheckBox* box = addBox(row.name, row.words, row.words, row.tip);
-        connect(box, &QCheckBox::clicked, this,
-                [this, value = row.value](bool ticked) { edit_.*value = ticked; });
+        connect(box, &QCheckBox::clicked, this, [this, value = row.value](bool ticked) {
+            edit_.*value = ticked;
+            refresh();
+        });
         *row.box = box;
     }
 }
@@ -123,7 +130,9 @@ int EditorPage::place(const Form& form) {
     for (const Field& field : cycle_)
         x = placeField(field, x, kFieldTop, form.field, form.pitch);
     x = placeBoxes(x + 4, {Check5, Check3, Check2}, 0, kBoxPitch);
-    return placeButtons(x + 8, {lb1("duplicate")}, form.iconsAlone) - 4;
+    const int end = placeButtons(x + 8, {lb1("duplicate")}, form.iconsAlone);
+    channels_->setGeometry(end + 8, 0, std::max(0, width() - end - 12), kHeight);
+    return end - 4;
 }
 
 void EditorPage::refresh() {
@@ -133,6 +142,10 @@ void EditorPage::refresh() {
     Check5->setChecked(edit_.Check5);
     Check3->setChecked(edit_.Check3);
     Check2->setChecked(edit_.Check2);
+    const bool same = workspace_.manners.oneChannelSet;
+    const std::string words = same ? "Works on " + blockChannelsInWords(workspace_) : std::string();
+    channels_->setText(toQString(words));
+    channels_->setVisible(same);
 }
 
 } // namespace velmora

@@ -49,6 +49,7 @@ private:
     QCheckBox* Check5 = nullptr;
     QCheckBox* Check3 = nullptr;
     QCheckBox* Check2 = nullptr;
+    QLabel* channels_ = nullptr; ///< which ones the commands work on, in words
 };
 
 } // namespace velmora

@@ -56,6 +56,7 @@ void ToolPanel::setOrder() {
 
 void ToolPanel::showPage(Page page) {
     page_ = page;
+    pages_[page]->refresh();
     pages_[page]->layOut(width_);
     effects_->showOn(page == Effects); // its tab switches them on, the others off
     for (std::size_t i = 0; i < pages_.size(); ++i) {

@@ -260,7 +260,7 @@ void form1::changed(Changes changes) {
         {Instruments, &form1::showNextNote},
         {Meter, &form1::PrintTopBar},
         {Modes | Looks, &form1::showModes},
-        {Tools | Change::Manners, &form1::showTools},
+        {Tools | Channels | Change::Manners, &form1::showTools},
         {Undo, &form1::showUndo},
     });
     screen_->dropMention();

@@ -153,6 +153,7 @@ private:
     void clearMarks();
     void editNotes(const std::function<bool()>& command);
     void mentionBoxes();
+    void mentionMarked(bool done, std::string_view verb);
     void rightPressOnSquare(int channel);
     void bindFiles();
     void fillFileMenu();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // The editing commands of the composing window: by button, tool panel, menu and key.
 #include "base/QtText.h"
+#include "composition/BlockChannels.h"
 #include "composition/MelodyMaker.h"
 #include "composition/ScoreEditing.h"
 #include "composition/Workspace.h"
@@ -17,6 +18,8 @@
 
 #include <algorithm>
 #include <functional>
+#include <string>
+#include <string_view>
 
 namespace velmora {
 
@@ -62,11 +65,24 @@ void form1::bindEditing() {
     Lb1_.bind(lb1("undo melody"), [this] { OpenforUndo(); });
 }
 
-/// Without a ticked channel copying, pasting and stamping move nothing, and nobody would know why.
+/// In classic manners, without a ticked channel, copying, pasting and stamping move nothing, and nobody would
+/// know why.
 void form1::mentionBoxes() {
     const Workspace& workspace = desk_.workspace;
-    if (!workspace.CopyonlyOneTrack && std::ranges::none_of(workspace.edit.ChannelPicked, std::identity()))
+    if (!workspace.manners.oneChannelSet && !workspace.CopyonlyOneTrack &&
+        std::ranges::none_of(workspace.edit.ChannelPicked, std::identity()))
         screen_->mention("No channel is ticked in the Melody Maker, so nothing was copied");
+}
+
+/// What a command has done where nothing is to be seen of it, or why it has done nothing.
+void form1::mentionMarked(bool done, std::string_view verb) {
+    const Workspace& workspace = desk_.workspace;
+    if (!workspace.manners.takesWhatIsMarked)
+        return;
+    if (!done)
+        return screen_->mention("Nothing is selected: mark a part of the score first");
+    screen_->mention(std::string(verb) + " " + columnsInWords(workspace.edit.SelectSpan + 1) + " of " +
+                     blockChannelsInWords(workspace));
 }
 
 /// A command that may change any cell, and with that the song's end; it returns whether it did.
@@ -86,10 +102,13 @@ void form1::copyIt() {
     });
     if (copied)
         mentionBoxes();
+    mentionMarked(copied, "Copied");
 }
 
 void form1::CutBut_Click() {
-    editNotes([this] { return velmora::CutBut_Click(desk_.workspace); });
+    bool cut = false;
+    editNotes([&] { return cut = velmora::CutBut_Click(desk_.workspace); });
+    mentionMarked(cut, "Cut");
 }
 
 void form1::PasteBut_Click() {

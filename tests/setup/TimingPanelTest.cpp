@@ -45,7 +45,7 @@ TEST_F(TimingPanelTest, AMeterIsTypedOrStepped) {
     type("TxtMeter", "3");
     EXPECT_EQ(workspace().setup.TxBeats, 12);
     EXPECT_EQ(shownIn("TxBeats"), "12");
-    EXPECT_THAT(watcher().told, ElementsAre(Change::Meter | Change::Undo));
+    EXPECT_THAT(watcher().told, ElementsAre(Changes(Change::Meter)));
     QTest::keyClick(&control("VScroll1"), Qt::Key_Up);
     EXPECT_EQ(shownIn("TxtMeter"), "4");
     EXPECT_EQ(score().NotesPerMeasure, 16);
@@ -76,7 +76,7 @@ TEST_F(TimingPanelTest, TheNotesOfAMeasureMayBeTyped) {
     type("TxBeats", "7");
     EXPECT_EQ(score().NotesPerMeasure, 7);
     EXPECT_EQ(workspace().setup.TxtMeter, 4);
-    EXPECT_THAT(watcher().told, ElementsAre(Change::Meter | Change::Undo));
+    EXPECT_THAT(watcher().told, ElementsAre(Changes(Change::Meter)));
 }
 
 TEST_F(TimingPanelTest, LettersCountAsZeroUntilTheFieldIsLeft) {
