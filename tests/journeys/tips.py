@@ -5,7 +5,7 @@ from desktop import wait_for
 from journey import Journey
 from program import EDIT_HEIGHT, FILE_HEIGHT, TIP
 
-CLEAR, ACCIDENTALS = (26, 70), (778, 70)  # a command, and one that needs traditional notation
+CLEAR, ACCIDENTALS = (26, 70), (810, 70)  # a command, and one that needs traditional notation
 MAKER_TAB, FIFTH_SQUARE = (26, 108), (126, 170)  # the tip of the one lies over the other
 TRACK = (1014, 164)  # in the colour of the active channel
 PAPER = (600, 450)
@@ -115,7 +115,7 @@ class Parts(Journey):
     def test_percussion_gives_its_room_and_stays_hidden_after_a_restart(self):
         program = self.compose()
         wait_for(lambda: max(self.grip(program)) < 160, "the splitter's grip")
-        program.click(682, 70)
+        program.click(714, 70)
         self.user.setting_becomes("Percussion", "False")
         wait_for(lambda: self.grip(program) == (255, 255, 255), "paper where percussion was")
         program.close()
