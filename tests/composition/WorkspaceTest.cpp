@@ -380,5 +380,5 @@ TEST_F(UnsavedTest, SavingIsAnnounced) {
     draw(4);
     RecordingWatcher watcher(workspace());
     workspace().markSaved();
-    EXPECT_TRUE(watcher.take().any(Change::Name));
+    EXPECT_TRUE(watcher.take().any(Change::Undo));
 }
