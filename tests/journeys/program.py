@@ -134,8 +134,9 @@ class Program:
         self.screen.key("ctrl+a")
         self.screen.type(path)
         self.screen.key("Return")
-        try:  # a question has the same title
-            wait_for(lambda: len(self.screen.windows(SAVE_DIALOG)) != 1, "an answer to Enter", desktop.patience / 8)
+        try:
+            wait_for(lambda: self.question() or not self.screen.windows(SAVE_DIALOG), "an answer to Enter",
+                     desktop.patience / 8)
         except desktop.NotInTime:
             self.screen.key("Return")
 
