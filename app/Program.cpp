@@ -90,6 +90,7 @@ Program::Program(std::vector<std::unique_ptr<MidiBackend>> backends, std::filesy
     , skins_(settings_)
     , tips_(settings_)
     , opener_(skins_, tips_)
+    , dialogs_(skins_, tips_, folders_)
     , handOver_(std::make_unique<HandOverServer>(std::move(socket),
                                                  [this](const HandedOver& handed) { takeOver(handed); })) {
     if (!score.empty())

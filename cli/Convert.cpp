@@ -12,8 +12,7 @@
 #include "score/MidiFile.h"
 #include "score/SngFile.h"
 #include "studio/Mp3File.h"
-#include "studio/OfflineRender.h"
-#include "studio/WavFile.h"
+#include "studio/ScoreExport.h"
 
 #include <QCommandLineParser>
 
@@ -53,32 +52,31 @@ void writeMid(Session& session, const fs::path& out, const ConvertOptions& /*opt
                                : buildMidiFile(session.score, session.chords)));
 }
 
-void writeSound(Session& session, SampleSink& sink, const fs::path& out, const ConvertOptions& options) {
+void writeSound(Session& session, const fs::path& out, const ConvertOptions& options, ExportFormat format) {
     ProgressBar bar(out.filename().string());
     std::stop_source cancel;
-    const Performance performance = session.performance();
-    const RenderResult result = renderOffline(performance.messages, sink,
-                                              {.soundFont = chosenSoundFont(options.score),
-                                               .progress =
-                                                   [&](double share) {
-                                                       bar.show(share);
-                                                       if (interrupted())
-                                                           cancel.request_stop();
-                                                   },
-                                               .cancel = cancel.get_token()});
-    check(result.error);
-    if (result.end != RenderResult::End::Done)
+    const auto progress = [&](double share) {
+        bar.show(share);
+        if (interrupted())
+            cancel.request_stop();
+    };
+    const ExportOutcome outcome = exportSound({.messages = session.performance().messages,
+                                               .file = out,
+                                               .format = format,
+                                               .soundFont = chosenSoundFont(options.score),
+                                               .mp3 = options.mp3},
+                                              progress, cancel.get_token());
+    check(outcome.error);
+    if (outcome.end != ExportOutcome::End::Done)
         throw Failure("Writing \"" + out.string() + "\" was cancelled; what was there before still is.");
 }
 
 void writeWav(Session& session, const fs::path& out, const ConvertOptions& options) {
-    WavFile file(out);
-    writeSound(session, file, out, options);
+    writeSound(session, out, options, ExportFormat::Wav);
 }
 
 void writeMp3(Session& session, const fs::path& out, const ConvertOptions& options) {
-    Mp3File file(out, options.mp3);
-    writeSound(session, file, out, options);
+    writeSound(session, out, options, ExportFormat::Mp3);
 }
 
 struct Format {

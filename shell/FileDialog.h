@@ -2,7 +2,6 @@
 #pragma once
 
 #include "base/DialogNames.h"
-#include "shell/ModalDialog.h"
 
 #include <QFileDialog>
 
@@ -11,9 +10,11 @@
 #include <string>
 #include <vector>
 
-class QMessageBox;
-
 namespace velmora {
+
+class FilePlaces;
+class frmskins;
+struct FileDesk;
 
 /// What a name without an extension gets.
 enum class ExtensionRule {
@@ -32,35 +33,37 @@ struct FileRequest {
     std::string extension; ///< the caller's, with its point; blank for the type's
 };
 
-/// Qt's file dialog with our filters and extensions, which asks before it lets the file be replaced that is
-/// really going to be written.
+/// Qt's file dialog with our filters, extensions, places and icons, which asks before it lets the file be
+/// replaced that is really going to be written. It stands in a window of ours, `FileWindow`.
 class FileDialog : public QFileDialog {
 public:
-    FileDialog(QWidget* parent, DialogSource source, FileRequest request);
+    /// @param desk outlives the dialog
+    FileDialog(FileDesk& desk, FileRequest request, QWidget* parent);
 
-    /// Lives until its parent goes, or until the caller deletes it.
-    [[nodiscard]] ModalEnd run();
-
-    /// After an accepted `run`.
+    /// Once it was accepted.
     [[nodiscard]] std::string chosenPath() const;
     /// From 1; 0 if there are no filters.
     [[nodiscard]] int filterIndex() const;
 
-protected:
     void done(int result) override;
 
+protected:
+    void accept() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
-    void showWholeColumns();
+    void arrangeParts(FileDesk& desk);
+    void arrangeList();
     void showTypes(int selected);
     void followType();
     [[nodiscard]] bool saves() const { return request_.mode == AcceptSave; }
-    [[nodiscard]] bool isOfPlatform() const;
     [[nodiscard]] std::optional<std::filesystem::path> fileInTheWay() const;
-    [[nodiscard]] QMessageBox* question(const std::filesystem::path& file);
 
     const FileRequest request_;
     const QStringList nameFilters_;
     std::string extension_;
+    frmskins& skins_;
+    FilePlaces* places_ = nullptr;
 };
 
 } // namespace velmora

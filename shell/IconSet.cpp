@@ -30,6 +30,7 @@ struct Icon {
 /// On a grid of 16 by 16, lines on quarter points. Sorted by name.
 constexpr auto kIcons = std::to_array<Icon>({
     {"accidental", {{{Line, "M5.75 2.25v11.5M10.25 1.5v11.5M3.25 6.25l9.5-1.5M3.25 11l9.5-1.5"}}}},
+    {"back", {{{Line, "M13.25 8h-10.5M7 3.5l-4.5 4.5 4.5 4.5"}}}},
     {"ballline",
      {{{Line, "M2 4.25h12M2 11.75h12"},
        {AccentSolid, "M4.5 7.1h9.5v1.8h-9.5z"},
@@ -47,6 +48,7 @@ constexpr auto kIcons = std::to_array<Icon>({
      {{{Line, "M8 8m-6.25 0a6.25 6.25 0 1 0 12.5 0a6.25 6.25 0 1 0 -12.5 0z"},
        {Line, "M8 4.5a3.5 3.5 0 0 1 3.5 3.5M8 11.5a3.5 3.5 0 0 1-3.5-3.5"},
        {AccentSolid, "M8 8m-1.1 0a1.1 1.1 0 1 0 2.2 0a1.1 1.1 0 1 0 -2.2 0z"}}}},
+    {"drive", {{{Line, "M1.75 5.25h12.5v6h-12.5z"}, {AccentLine, "M10.5 8.25h1.25"}, {Line, "M4 8.25h3"}}}},
     {"duplicate",
      {{{Solid, "M1.5 9.5h3.25v4h-3.25z"},
        {AccentSolid, "M6.4 9.5h3.25v4h-3.25zM11.25 9.5h3.25v4h-3.25z"},
@@ -59,6 +61,8 @@ constexpr auto kIcons = std::to_array<Icon>({
        {AccentLine, "M13 9.5v4M11 11.5h4"}}}},
     {"encode",
      {{{Line, "M1.75 8h1.5l1.5-4 2 8 1.5-5.5 1 1.5h1"}, {AccentLine, "M11.25 8h3.25M12.75 6l2 2-2 2"}}}},
+    {"folder", {{{Line, "M1.75 12.75v-9.5h4.5l1.5 2h6.5v7.5z"}}}},
+    {"forward", {{{Line, "M2.75 8h10.5M9 3.5l4.5 4.5-4.5 4.5"}}}},
     {"glyphs",
      {{{Solid, "M4.5 12m-2.1 0a2.1 2.1 0 1 0 4.2 0a2.1 2.1 0 1 0 -4.2 0z"},
        {Line, "M6.4 12v-9.5M11.9 10.5v-9.5"},
@@ -68,6 +72,10 @@ constexpr auto kIcons = std::to_array<Icon>({
      {{{Line, "M8 8m-6.25 0a6.25 6.25 0 1 0 12.5 0a6.25 6.25 0 1 0 -12.5 0z"},
        {Line, "M6 6.25a2 2 0 1 1 2.9 1.8c-.6.35-.9.65-.9 1.35"},
        {Solid, "M8 11.6m-0.55 0a0.55 0.55 0 1 0 1.1 0a0.55 0.55 0 1 0 -1.1 0z"}}}},
+    {"home",
+     {{{Line, "M1.75 8l6.25-5.75 6.25 5.75"},
+       {Line, "M3.75 7.25v6.5h8.5v-6.5"},
+       {AccentLine, "M8 13.5v-3.25"}}}},
     {"insert",
      {{{Line, "M4.5 3.25h-2.25v11h11.5v-11h-2.25M5.25 1.75h5.5v3h-5.5z"},
        {AccentLine, "M8 6.75v5M5.75 9.5l2.25 2.25 2.25-2.25"}}}},
@@ -86,6 +94,10 @@ constexpr auto kIcons = std::to_array<Icon>({
      {{{AccentSolid, "M1.75 9.75h3v4h-3z"},
        {Line, "M7 13.5v-4h2.5v4zM11.75 13.5v-4h2.5v4z"},
        {Line, "M2 6.25h11M10.5 3.5l2.75 2.75-2.75 2.75"}}}},
+    {"midi",
+     {{{Line, "M3.25 1.75h6l3.5 3.5v9h-9.5z"},
+       {AccentLine, "M5.5 7.75h5v4.25h-5z"},
+       {AccentSolid, "M7.25 7.75h1.5v2.75h-1.5z"}}}},
     {"mixer",
      {{{Line, "M3.5 2v12M8 2v12M12.5 2v12"},
        {AccentSolid, "M1.75 9h3.5v2.5h-3.5zM6.25 4h3.5v2.5h-3.5zM10.75 7h3.5v2.5h-3.5z"}}}},
@@ -95,6 +107,11 @@ constexpr auto kIcons = std::to_array<Icon>({
     {"more",
      {{{Solid, "M3 8m-1.5 0a1.5 1.5 0 1 0 3 0a1.5 1.5 0 1 0 -3 0zM8 8m-1.5 0a1.5 1.5 0 1 0 3 0a1.5 1.5 0 1 0 "
                "-3 0zM13 8m-1.5 0a1.5 1.5 0 1 0 3 0a1.5 1.5 0 1 0 -3 0z"}}}},
+    {"music",
+     {{{Line, "M8 8m-6.25 0a6.25 6.25 0 1 0 12.5 0a6.25 6.25 0 1 0 -12.5 0z"},
+       {AccentSolid, "M6.75 10.25m-1.6 0a1.6 1.6 0 1 0 3.2 0a1.6 1.6 0 1 0 -3.2 0z"},
+       {AccentLine, "M8 10v-5.5l2 1.5"}}}},
+    {"newfolder", {{{Line, "M1.75 12.75v-9.5h4.5l1.5 2h6.5v7.5z"}, {AccentLine, "M8 7v4M6 9h4"}}}},
     {"nosound",
      {{{Line, "M1.75 6h2.5l3.5-3.25v10.5l-3.5-3.25h-2.5z"}, {AccentLine, "M10.75 6l3.75 4M14.5 6l-3.75 4"}}}},
     {"open", {{{Line, "M1.75 12.75v-9.5h4.5l1.5 2h5.5v2"}, {Line, "M1.75 12.75l2.25-5.5h10.5l-2.25 5.5z"}}}},
@@ -120,6 +137,10 @@ constexpr auto kIcons = std::to_array<Icon>({
      {{{Line, "M2.25 2.25h9l2.5 2.5v9h-11.5z"},
        {Line, "M5.25 2.5v3.25h4.5v-3.25"},
        {AccentLine, "M4.75 13.5v-4.25h6.5v4.25"}}}},
+    {"score",
+     {{{Line, "M3.25 1.75h6l3.5 3.5v9h-9.5z"},
+       {AccentSolid, "M7 11.5m-1.6 0a1.6 1.6 0 1 0 3.2 0a1.6 1.6 0 1 0 -3.2 0z"},
+       {AccentLine, "M8.25 11.25v-5l1.75 1.5"}}}},
     {"segment",
      {{{Line, "M4 2.25h-2v11.5h2M12 2.25h2v11.5h-2"}, {AccentSolid, "M5.75 4.5l5.75 3.5-5.75 3.5z"}}}},
     {"setup",
@@ -130,6 +151,7 @@ constexpr auto kIcons = std::to_array<Icon>({
      {{{Line, "M1.75 3.5h12.5M1.75 6.5h12.5M1.75 9.5h12.5M1.75 12.5h12.5"},
        {AccentSolid, "M6.4 11.1m-2.1 0a2.1 2.1 0 1 0 4.2 0a2.1 2.1 0 1 0 -4.2 0z"},
        {AccentLine, "M8.3 11v-8.75"}}}},
+    {"sound", {{{Line, "M3.25 1.75h6l3.5 3.5v9h-9.5z"}, {AccentLine, "M5.75 8.5v2M8 6.75v5.5M10.25 8v3"}}}},
     {"spaces",
      {{{Line, "M2 2.5v11M14 2.5v11"},
        {AccentLine, "M5 8h6M7 5.75l-2.25 2.25 2.25 2.25M9 5.75l2.25 2.25-2.25 2.25"}}}},
@@ -146,11 +168,12 @@ constexpr auto kIcons = std::to_array<Icon>({
               "6.25-1.75v9.75c-2.25 0-4.75.5-6.25 2"}}}},
     {"undo", {{{Line, "M2.75 6.25h7a3.75 3.75 0 0 1 0 7.5h-3.5M6 2.75l-3.5 3.5 3.5 3.5"}}}},
     {"unfold", {{{Line, "M3.5 5.75l4.5 4.5 4.5-4.5"}}}},
+    {"up", {{{Line, "M8 13.25v-10.5M3.5 7l4.5-4.5 4.5 4.5"}}}},
     {"write",
      {{{Line, "M1.75 4h12.5M1.75 7h6M1.75 10h5"},
        {AccentLine, "M7.75 13.5l.6-2.4 4.6-4.6 1.8 1.8-4.6 4.6z"}}}},
 });
-static_assert(kIcons.size() == 50);
+static_assert(kIcons.size() == 61);
 static_assert(std::ranges::is_sorted(kIcons, {}, &Icon::name));
 
 QByteArray paintOf(Part part, const IconColours& colours) {

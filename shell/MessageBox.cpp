@@ -10,6 +10,7 @@
 
 #include <optional>
 #include <span>
+#include <utility>
 
 namespace velmora {
 
@@ -90,18 +91,22 @@ public:
         addButtons(this->height() - kTitleHeight - kMargin - kButtonHeight, text);
     }
 
+    /// What Enter presses, if it is not the first; the ring shows it.
+    void prefer(std::size_t index) { findChild<QWidget*>(choices_[index].name)->setFocus(); }
+
     /// The place of the choice in the list; nothing after Esc, and when the box was closed.
     std::optional<std::size_t> run() {
         QEventLoop loop;
-        loop_ = &loop;
-        if (const QWidget* owner = parentWidget())
-            move(owner->frameGeometry().center() - rect().center());
-        else
-            move(screen()->availableGeometry().center() - rect().center());
-        show();
-        activateWindow();
+        onEnd_ = [&loop](std::optional<std::size_t> /*answer*/) { loop.quit(); };
+        place();
         loop.exec();
         return answer_;
+    }
+
+    void open(std::function<void(std::optional<std::size_t>)> answered) {
+        setAttribute(Qt::WA_DeleteOnClose);
+        onEnd_ = std::move(answered);
+        place();
     }
 
 protected:
@@ -114,8 +119,8 @@ protected:
     }
     void closeEvent(QCloseEvent* event) override {
         event->accept();
-        if (loop_)
-            loop_->quit();
+        if (const auto onEnd = std::exchange(onEnd_, {}))
+            onEnd(answer_);
     }
     void keyPressEvent(QKeyEvent* event) override {
         if (event->key() == Qt::Key_Escape) {
@@ -138,6 +143,15 @@ protected:
     }
 
 private:
+    void place() {
+        if (const QWidget* owner = parentWidget())
+            move(owner->frameGeometry().center() - rect().center());
+        else
+            move(screen()->availableGeometry().center() - rect().center());
+        show();
+        activateWindow();
+    }
+
     /// A screen reader says with the button what it answers.
     void addButtons(int top, const QString& text) {
         int x = width() - kMargin - static_cast<int>(choices_.size()) * (kButtonWidth + kGap) + kGap;
@@ -159,7 +173,7 @@ private:
     }
 
     std::span<const Choice> choices_;
-    QEventLoop* loop_ = nullptr;
+    std::function<void(std::optional<std::size_t>)> onEnd_;
     std::optional<std::size_t> answer_;
 };
 
@@ -174,14 +188,9 @@ std::optional<std::size_t> answerOf(frmskins& skins, QWidget* parent, const QStr
     box.setWindowTitle(title);
     return box.run();
 }
-} // namespace
 
-void tell(frmskins& skins, QWidget* parent, const QString& text, const QString& title) {
-    answerOf(skins, parent, title, text, QLatin1Char('i'), kConfirm);
-}
-
-Answer askYesNo(frmskins& skins, QWidget* parent, const QString& text) {
-    switch (answerOf(skins, parent, QStringLiteral("Velmora"), text, QLatin1Char('?'), kYesNo).value_or(2)) {
+Answer yesOrNo(std::optional<std::size_t> choice) {
+    switch (choice.value_or(2)) {
     case 0:
         return Answer::Yes;
     case 1:
@@ -189,6 +198,15 @@ Answer askYesNo(frmskins& skins, QWidget* parent, const QString& text) {
     default:
         return Answer::None;
     }
+}
+} // namespace
+
+void tell(frmskins& skins, QWidget* parent, const QString& text, const QString& title) {
+    answerOf(skins, parent, title, text, QLatin1Char('i'), kConfirm);
+}
+
+Answer askYesNo(frmskins& skins, QWidget* parent, const QString& text) {
+    return yesOrNo(answerOf(skins, parent, QStringLiteral("Velmora"), text, QLatin1Char('?'), kYesNo));
 }
 
 SaveAnswer askSave(frmskins& skins, QWidget* parent, const QString& text) {
@@ -200,6 +218,21 @@ SaveAnswer askSave(frmskins& skins, QWidget* parent, const QString& text) {
     default:
         return SaveAnswer::Cancel;
     }
+}
+
+void showMessage(frmskins& skins, QWidget* parent, const QString& text) {
+    auto* box = new MessageWindow(skins, parent, text, QLatin1Char('i'), kConfirm);
+    box->setWindowTitle(QStringLiteral("Velmora"));
+    box->open({});
+}
+
+void ask(frmskins& skins, QWidget* parent, const QString& text, Answer enter,
+         std::function<void(Answer)> answered) {
+    auto* box = new MessageWindow(skins, parent, text, QLatin1Char('?'), kYesNo);
+    box->setWindowTitle(QStringLiteral("Velmora"));
+    box->prefer(enter == Answer::Yes ? 0 : 1);
+    box->open(
+        [answered = std::move(answered)](std::optional<std::size_t> choice) { answered(yesOrNo(choice)); });
 }
 
 } // namespace velmora

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <functional>
 
 class QWidget;
 
@@ -30,5 +31,11 @@ enum class SaveAnswer : std::uint8_t {
 };
 /// A question with the buttons "Save", "Discard" and "Cancel". The keys S, D and Esc answer, too.
 [[nodiscard]] SaveAnswer askSave(frmskins& skins, QWidget* parent, const QString& text);
+/// The same for those who can't wait: both come back at once, and the box goes away with its parent, without
+/// an answer then.
+void showMessage(frmskins& skins, QWidget* parent, const QString& text);
+/// @param enter Yes or No: what Enter answers
+void ask(frmskins& skins, QWidget* parent, const QString& text, Answer enter,
+         std::function<void(Answer)> answered);
 
 } // namespace velmora

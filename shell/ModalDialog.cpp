@@ -9,28 +9,25 @@
 namespace velmora {
 
 namespace {
-/// Cancels a dialog when the window under it is closed. One that is only iconified keeps its dialog.
+/// Closes a dialog when the window under it is closed, which cancels it. One that is only iconified keeps its
+/// dialog.
 class CloseWithParent : public QObject {
 public:
-    explicit CloseWithParent(QDialog& dialog) : QObject(&dialog), dialog_(dialog) {
+    explicit CloseWithParent(QWidget& dialog) : QObject(&dialog), dialog_(dialog) {
         if (QWidget* parent = dialog.parentWidget())
             parent->window()->installEventFilter(this);
     }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::Hide && !event->spontaneous())
-            dialog_.reject();
+            dialog_.close();
         return QObject::eventFilter(watched, event);
     }
 
 private:
-    QDialog& dialog_;
+    QWidget& dialog_;
 };
 } // namespace
-
-DialogSource dialogSourceFromEnvironment() {
-    return qgetenv(kDialogsVariable) == "qt" ? DialogSource::Qt : DialogSource::Platform;
-}
 
 std::string whyNoDialogs() {
     if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
@@ -38,7 +35,7 @@ std::string whyNoDialogs() {
     return {};
 }
 
-void closeWithParent(QDialog& dialog) {
+void closeWithParent(QWidget& dialog) {
     new CloseWithParent(dialog);
 }
 

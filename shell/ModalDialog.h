@@ -2,24 +2,17 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 class QDialog;
+class QWidget;
 
 namespace velmora {
-
-/// Whose dialogs are shown where the platform has its own.
-enum class DialogSource { Platform, Qt };
-
-/// Set to "qt", it has Qt's own dialogs shown everywhere.
-inline constexpr const char* kDialogsVariable = "VELMORA_DIALOGS";
-[[nodiscard]] DialogSource dialogSourceFromEnvironment();
 
 /// What keeps any dialog from being shown, in words; blank if nothing does.
 [[nodiscard]] std::string whyNoDialogs();
 
-/// From now on the dialog is cancelled when the window of its parent is closed.
-void closeWithParent(QDialog& dialog);
+/// From now on the dialog, or the window that stands for one, is closed when the window of its parent is.
+void closeWithParent(QWidget& dialog);
 
 enum class ModalEnd { Accepted, Cancelled, Destroyed };
 

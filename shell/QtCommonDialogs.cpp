@@ -11,6 +11,7 @@
 #include <QPrintDialog>
 #include <QPrinter>
 
+#include <concepts>
 #include <filesystem>
 
 namespace velmora {
@@ -35,7 +36,8 @@ DialogEnd show(Dialog* dialog, CDLGProperties& properties, CDLGEvents& owner, Ru
     const bool errorOnCancel = properties.errorOnCancel;
     if (!properties.title.empty())
         dialog->setWindowTitle(QString::fromStdString(properties.title));
-    QObject::connect(dialog, &QDialog::accepted, dialog, [&owner] { owner.ConfirmOK(); });
+    if constexpr (std::derived_from<Dialog, QDialog>)
+        QObject::connect(dialog, &QDialog::accepted, dialog, [&owner] { owner.ConfirmOK(); });
     owner.InitDialog();
     const ModalEnd end = run(*dialog);
     if (end == ModalEnd::Destroyed)
@@ -65,11 +67,11 @@ void raiseFileEvents(FileDialog& dialog, CDLGEvents& owner) {
                          [&owner](const QString& folder) { owner.FolderChange(folder.toStdString()); });
 }
 
-DialogEnd showFileDialog(QWidget* parent, QFileDialog::AcceptMode mode, CDLGProperties& properties,
-                         CDLGEvents& owner) {
+DialogEnd showFileDialog(FileDesk& desk, QWidget* parent, QFileDialog::AcceptMode mode,
+                         CDLGProperties& properties, CDLGEvents& owner) {
     if (const std::string why = whyNoDialogs(); !why.empty())
         return failed(why);
-    auto* dialog = new FileDialog(parent, DialogSource::Qt,
+    auto* window = new FileWindow(desk, parent,
                                   {.mode = mode,
                                    .title = properties.title,
                                    .filters = splitFilters(properties.filterText),
@@ -77,11 +79,12 @@ DialogEnd showFileDialog(QWidget* parent, QFileDialog::AcceptMode mode, CDLGProp
                                    .start = startOf(properties),
                                    .rule = ExtensionRule::CallersThenType,
                                    .extension = withPoint(properties.defaultExtension)});
-    raiseFileEvents(*dialog, owner);
-    const auto run = [](FileDialog& shown) { return shown.run(); };
-    return show(dialog, properties, owner, run, [&](const FileDialog& shown) {
-        properties.fileName = shown.chosenPath();
-        properties.filterIndex = shown.filterIndex();
+    raiseFileEvents(window->dialog(), owner);
+    QObject::connect(&window->dialog(), &QDialog::accepted, window, [&owner] { owner.ConfirmOK(); });
+    const auto run = [](FileWindow& shown) { return shown.run(); };
+    return show(window, properties, owner, run, [&](const FileWindow& shown) {
+        properties.fileName = shown.dialog().chosenPath();
+        properties.filterIndex = shown.dialog().filterIndex();
     });
 }
 
@@ -111,11 +114,11 @@ void takeFont(const QFont& font, CDLGProperties& properties) {
 } // namespace
 
 DialogEnd QtCommonDialogs::ShowOpen(CDLGProperties& properties, CDLGEvents& owner) {
-    return showFileDialog(parent_, QFileDialog::AcceptOpen, properties, owner);
+    return showFileDialog(desk_, parent_, QFileDialog::AcceptOpen, properties, owner);
 }
 
 DialogEnd QtCommonDialogs::ShowSave(CDLGProperties& properties, CDLGEvents& owner) {
-    return showFileDialog(parent_, QFileDialog::AcceptSave, properties, owner);
+    return showFileDialog(desk_, parent_, QFileDialog::AcceptSave, properties, owner);
 }
 
 DialogEnd QtCommonDialogs::ShowColor(CDLGProperties& properties, CDLGEvents& owner) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/Dialogs.h"
-#include "shell/ModalDialog.h"
+#include "shell/FileWindow.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -11,8 +11,8 @@
 
 namespace velmora {
 
-/// The full dialogs over a window. All are Qt's own: a platform's tell nothing of folders and types while
-/// they are open.
+/// The full dialogs over a window. Those for files are ours, the others Qt's: a platform's tell nothing of
+/// what goes on while they are open.
 ///
 /// Every dialog raises `InitDialog` before it is shown and, however it ends, `DialogClose`; an accepted one
 /// `ConfirmOK` between them. The others come from the file dialogs. If the parent is destroyed under a
@@ -22,7 +22,10 @@ namespace velmora {
 /// The flags are not read: a file to open must exist, and one to be replaced is asked about, in any case.
 class QtCommonDialogs final : public CDLG {
 public:
-    explicit QtCommonDialogs(QWidget* parent = nullptr) : parent_(parent) {}
+    QtCommonDialogs(frmskins& skins, ExToolTip& tips, const ProgramFolders& folders,
+                    QWidget* parent = nullptr)
+        : desk_(skins, tips, folders)
+        , parent_(parent) {}
 
     void setParent(QWidget* parent) { parent_ = parent; }
     /// What `ShowHelp` calls.
@@ -39,6 +42,7 @@ public:
     DialogEnd ShowHelp(CDLGProperties& properties, CDLGEvents& owner) override;
 
 private:
+    FileDesk desk_;
     QPointer<QWidget> parent_;
     std::function<void()> showHelp_;
 };

@@ -2,6 +2,7 @@
 #include "shell/QtFileDialogs.h"
 
 #include "shell/FileDialog.h"
+#include "shell/ModalDialog.h"
 
 namespace velmora {
 
@@ -15,30 +16,30 @@ FileRequest requestOf(QFileDialog::AcceptMode mode, std::string_view title, std:
     request.start = startPlace(start, request.filters);
     return request;
 }
+} // namespace
 
-ChosenFile choose(QWidget* parent, DialogSource source, FileRequest request) {
+ChosenFile QtFileDialogs::choose(FileRequest request) {
     if (!whyNoDialogs().empty())
         return {};
-    const QPointer dialog = new FileDialog(parent, source, std::move(request));
-    const ModalEnd end = dialog->run();
+    const QPointer window = new FileWindow(desk_, parent_, std::move(request));
+    const ModalEnd end = window->run();
     if (end == ModalEnd::Destroyed)
         return {};
     ChosenFile chosen;
     if (end == ModalEnd::Accepted)
-        chosen = {dialog->chosenPath(), dialog->filterIndex()};
-    delete dialog;
+        chosen = {window->dialog().chosenPath(), window->dialog().filterIndex()};
+    delete window;
     return chosen;
 }
-} // namespace
 
 ChosenFile QtFileDialogs::OpenDialog(std::string_view title, std::string_view filterText,
                                      std::string_view startFolder) {
-    return choose(parent_, source_, requestOf(QFileDialog::AcceptOpen, title, filterText, startFolder));
+    return choose(requestOf(QFileDialog::AcceptOpen, title, filterText, startFolder));
 }
 
 ChosenFile QtFileDialogs::SaveDialog(std::string_view title, std::string_view filterText,
                                      std::string_view startFolder) {
-    return choose(parent_, source_, requestOf(QFileDialog::AcceptSave, title, filterText, startFolder));
+    return choose(requestOf(QFileDialog::AcceptSave, title, filterText, startFolder));
 }
 
 ChosenFile QtFileDialogs::SaveDialog1(std::string_view title, std::string_view filterText,
@@ -46,7 +47,7 @@ ChosenFile QtFileDialogs::SaveDialog1(std::string_view title, std::string_view f
     FileRequest request = requestOf(QFileDialog::AcceptSave, title, filterText, startFolder);
     request.rule = ExtensionRule::Callers;
     request.extension = withPoint(extension);
-    return choose(parent_, source_, std::move(request));
+    return choose(std::move(request));
 }
 
 } // namespace velmora

@@ -2,14 +2,16 @@
 #pragma once
 
 #include "base/Dialogs.h"
-#include "shell/ModalDialog.h"
+#include "shell/FileWindow.h"
 
 #include <QPointer>
 #include <QWidget>
 
 namespace velmora {
 
-/// The plain file dialogs over a window: those of the platform where it has some, else Qt's.
+struct FileRequest;
+
+/// The plain file dialogs over a window, in its frame and skin.
 ///
 /// A start may be a folder or the path of a file, which is then proposed; a folder that is gone stands for
 /// its nearest parent. Before `SaveDialog` returns, the user has agreed to the loss of the file that the
@@ -17,9 +19,9 @@ namespace velmora {
 /// extension comes back with it.
 class QtFileDialogs final : public clsDialog {
 public:
-    explicit QtFileDialogs(QWidget* parent = nullptr, DialogSource source = dialogSourceFromEnvironment())
-        : parent_(parent)
-        , source_(source) {}
+    QtFileDialogs(frmskins& skins, ExToolTip& tips, const ProgramFolders& folders, QWidget* parent = nullptr)
+        : desk_(skins, tips, folders)
+        , parent_(parent) {}
 
     void setParent(QWidget* parent) { parent_ = parent; }
 
@@ -31,8 +33,10 @@ public:
                            std::string_view extension) override;
 
 private:
+    [[nodiscard]] ChosenFile choose(FileRequest request);
+
+    FileDesk desk_;
     QPointer<QWidget> parent_;
-    DialogSource source_;
 };
 
 } // namespace velmora

@@ -3,13 +3,12 @@
 
 #include "shell/Compositor.h"
 #include "shell/ControlPainter.h"
-#include "shell/IconSet.h"
 #include "shell/MenuStrip.h"
 #include "shell/PixelGrid.h"
+#include "shell/SkinIcon.h"
 #include "shell/SkinPainter.h"
 #include "shell/StyleState.h"
 
-#include <QIconEngine>
 #include <QtWidgets>
 
 namespace velmora {
@@ -32,24 +31,6 @@ bool showsFocusItself(const QStyleOption& option, const QWidget* widget) {
 QColor mixed(Rgb one, Rgb other, double share) {
     return toQColor(mix(one, other, share));
 }
-
-/// One of our icons where Qt wants a QIcon, in the skin of the moment.
-class OwnIcon : public QIconEngine {
-public:
-    OwnIcon(const Appearance& look, std::string_view name) : look_(look), name_(name) {}
-
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override {
-        const ControlState state{.enabled = mode != QIcon::Disabled};
-        const int size = std::min(rect.width(), rect.height());
-        const QPointF corner(rect.x() + (rect.width() - size) / 2.0, rect.y() + (rect.height() - size) / 2.0);
-        paintIcon(*painter, corner, name_, iconColoursOn(look_, ButtonPlace::Bar, state), size);
-    }
-    [[nodiscard]] QIconEngine* clone() const override { return new OwnIcon(*this); }
-
-private:
-    const Appearance& look_;
-    std::string_view name_;
-};
 } // namespace
 
 QPalette skinPalette(const Skin& skin) {
@@ -90,11 +71,23 @@ QPalette SkinStyle::standardPalette() const {
     return skinPalette(look_.skin());
 }
 
-/// That of the menus that find no room in a bar is asked for with each bar, and reading Qt's picture loads
-/// all there is for pictures of other kinds.
+/// Ours where we have one. That of the menus that find no room in a bar is asked for with each bar, and
+/// reading Qt's picture loads all there is for pictures of other kinds.
 QIcon SkinStyle::standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const {
-    if (icon == SP_ToolBarHorizontalExtensionButton)
-        return QIcon(new OwnIcon(look_, "more"));
+    struct Row {
+        StandardPixmap icon;
+        std::string_view name;
+    };
+    static constexpr std::array kIcons{
+        Row{SP_ToolBarHorizontalExtensionButton, "more"},
+        Row{SP_ArrowBack, "back"},
+        Row{SP_ArrowForward, "forward"},
+        Row{SP_FileDialogToParent, "up"},
+        Row{SP_FileDialogNewFolder, "newfolder"},
+    };
+    for (const Row& row : kIcons)
+        if (row.icon == icon)
+            return skinIcon(look_, row.name);
     return QProxyStyle::standardIcon(icon, option, widget);
 }
 
@@ -190,6 +183,13 @@ void SkinStyle::drawControl(ControlElement element, const QStyleOption* option, 
         return;
     case CE_ProgressBarContents:
         drawProgress(option, painter);
+        return;
+    case CE_ProgressBarLabel: // the line at the foot never lies under the words
+        if (const auto* bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
+            bar && bar->textVisible) {
+            painter->setPen(toQColor(look_.skin().text));
+            painter->drawText(bar->rect, Qt::AlignCenter | Qt::TextSingleLine, bar->text);
+        }
         return;
     case CE_FocusFrame:
         drawFocusFrame(option, painter, widget);
@@ -403,6 +403,7 @@ int SkinStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
     case SH_EtchDisabledText:
     case SH_DitherDisabledText:
     case SH_ComboBox_Popup:
+    case SH_DialogButtonBox_ButtonsHaveIcons:
         return 0;
     case SH_Menu_Mask:
         if (auto* mask = qstyleoption_cast<QStyleHintReturnMask*>(data);

@@ -18,7 +18,7 @@ LABELS = {"File": 35, "Edit": 79, "Tools": 128, "Help": 178}
 # The rows of the menus that journeys choose from; None is a line.
 TOOLS = ("Play", None, "Setup Toolbar", "Editing Toolbar", "Recording Toolbar", "Percussion Tableau",
          "Classic behaviour", None, "Notation Style", "Appearance", "Button Styles", "Tooltext Style")
-EDIT_HEIGHT, FILE_HEIGHT = 240, 200  # of 9 items with two lines, and of 7 with three
+EDIT_HEIGHT, FILE_HEIGHT = 240, 272  # of 9 items with two lines, and of 10 with three
 SAVE_DIALOG = "^Save music file"
 TIP = "NQV-EXTOOLTIP"
 SMALL_SOUNDFONT = "/usr/share/sounds/sf2/TimGM6mb.sf2"
@@ -134,8 +134,9 @@ class Program:
         self.screen.key("ctrl+a")
         self.screen.type(path)
         self.screen.key("Return")
-        try:  # a question has the same title
-            wait_for(lambda: len(self.screen.windows(SAVE_DIALOG)) != 1, "an answer to Enter", desktop.patience / 8)
+        try:
+            wait_for(lambda: self.question() or not self.screen.windows(SAVE_DIALOG), "an answer to Enter",
+                     desktop.patience / 8)
         except desktop.NotInTime:
             self.screen.key("Return")
 

@@ -39,7 +39,7 @@ public:
     void in(Step step) {
         ++planned_;
         QTimer::singleShot(0, &context_, [this, step] {
-            auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+            auto* dialog = openDialog<Dialog>();
             ASSERT_TRUE(dialog) << "no dialog of this kind is open" << (endAll(), "");
             ++done_;
             // Qt's dialogs ask which of their parts has the focus, and none has before this.
@@ -57,6 +57,13 @@ public:
     }
 
 private:
+    /// The modal window, or the dialog that stands in it.
+    template<class Dialog>
+    static Dialog* openDialog() {
+        QWidget* window = QApplication::activeModalWidget();
+        auto* dialog = qobject_cast<Dialog*>(window);
+        return dialog || !window ? dialog : window->findChild<Dialog*>();
+    }
     static void endAll() {
         while (QWidget* dialog = QApplication::activeModalWidget())
             dialog->close();

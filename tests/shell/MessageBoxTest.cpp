@@ -130,6 +130,34 @@ TEST_F(MessageBoxTest, AMessageStandsOverItsWindow) {
     tell(*skins, &window, "It stands here.");
 }
 
+TEST_F(MessageBoxTest, AQuestionThatNobodyWaitsForAnswersLaterAndGoes) {
+    TestWindow window(*skins);
+    open(window);
+    std::optional<Answer> answer;
+    ask(*skins, &window, "Replace it?", Answer::No, [&answer](Answer given) { answer = given; });
+    auto* box = window.findChild<QWidget*>("message");
+    ASSERT_TRUE(box);
+    EXPECT_FALSE(answer);
+    EXPECT_EQ(box->focusWidget(), &part(*box, "no"));
+    const QPointer<QWidget> guard(box);
+    pressIn(*box, "yes");
+    EXPECT_EQ(answer, Answer::Yes);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(guard);
+}
+
+TEST_F(MessageBoxTest, AMessageThatNobodyWaitsForStandsOverItsWindowAndGoesWithIt) {
+    auto window = std::make_unique<TestWindow>(*skins);
+    open(*window);
+    showMessage(*skins, window.get(), "There is none.");
+    const QPointer<QWidget> box = window->findChild<QWidget*>("message");
+    ASSERT_TRUE(box);
+    EXPECT_EQ(wordsOf(*box), "There is none.");
+    EXPECT_EQ(box->windowModality(), Qt::ApplicationModal);
+    window.reset();
+    EXPECT_FALSE(box);
+}
+
 TEST_F(MessageBoxTest, WhatIsUnsavedCanBeSavedOrDiscardedByMouseAndByLetter) {
     const auto answered = [this] { return askSave(*skins, nullptr, "Do you want to save it first?"); };
     struct Row {

@@ -1,19 +1,21 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/QtCommonDialogs.h"
 
+#include "shell/ExToolTip.h"
 #include "tests/shell/DialogDriver.h"
+#include "tests/support/MemorySettings.h"
 
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QFontDatabase>
 #include <QFontDialog>
-#include <QListView>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QTemporaryDir>
 #include <QToolButton>
+#include <QTreeView>
 
 #include <filesystem>
 #include <fstream>
@@ -59,7 +61,10 @@ protected:
     fs::path folder_ = dir_.path().toStdString();
     DialogDriver driver_;
     Owner owner_;
-    QtCommonDialogs dialogs_;
+    MemorySettings settings_;
+    frmskins skins_{settings_};
+    ExToolTip tips_{settings_};
+    QtCommonDialogs dialogs_{skins_, tips_, ProgramFolders(folder_)};
 };
 } // namespace
 
@@ -95,7 +100,7 @@ TEST_F(QtCommonDialogsTest, TheTypeOfThePropertiesChoosesTheFilesListed) {
     properties.filterIndex = 2;
     properties.initialFolder = folder_.string();
     driver_.in<QFileDialog>([&](QFileDialog& dialog) {
-        const auto& view = part<QListView>(dialog, "listView");
+        const auto& view = part<QTreeView>(dialog, "treeView");
         const auto rows = [&] { return view.model()->rowCount(view.rootIndex()); };
         driver_.waitUntil([&] { return rows() > 0; });
         EXPECT_EQ(rows(), 1);
@@ -194,14 +199,14 @@ TEST_F(QtCommonDialogsTest, TheOwnerIsToldInTheOrderOfEvents) {
         nextType(dialog);
         typeAndConfirm(dialog, "inner");
         part<QToolButton>(dialog, "toParentButton").click();
-        auto& view = part<QListView>(dialog, "listView");
+        auto& view = part<QTreeView>(dialog, "treeView");
         const auto tune = [&] {
             const auto first = view.model()->index(0, 0, view.rootIndex());
             return view.model()->match(first, Qt::DisplayRole, "tune.mid").value(0);
         };
         driver_.waitUntil([&] { return tune().isValid(); });
-        view.setFocus();
         view.setCurrentIndex(tune());
+        view.setFocus();
         QTest::keyClick(&view, Qt::Key_Return);
     });
     EXPECT_TRUE(dialogs_.ShowOpen(properties, owner_).accepted);

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "shell/QtFileDialogs.h"
 
+#include "shell/ExToolTip.h"
 #include "tests/shell/DialogDriver.h"
-#include "tests/support/Environment.h"
+#include "tests/shell/MessageHand.h"
+#include "tests/support/MemorySettings.h"
 
 #include <QFileSystemModel>
 #include <QListView>
-#include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTreeView>
 
@@ -69,15 +70,13 @@ protected:
     std::string in(const std::string& name) const { return (folder_ / name).string(); }
     std::string folder() const { return folder_.string(); }
     /// Answers the question about @p name, which has to come next, and goes on in the file dialog.
-    void answer(const QString& name, QMessageBox::StandardButton button,
-                const std::function<void(QFileDialog&)>& then = {}) {
-        driver_.in<QMessageBox>([=, this](QMessageBox& box) {
-            EXPECT_EQ(box.text(), name + " already exists.\nDo you want to replace it?");
-            EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::No));
-            EXPECT_EQ(box.textFormat(), Qt::PlainText);
+    void answer(const QString& name, const char* button, const std::function<void(QFileDialog&)>& then = {}) {
+        driver_.in<QWidget>([=, this](QWidget& box) {
+            EXPECT_EQ(wordsOf(box), name + " already exists.\nDo you want to replace it?");
+            EXPECT_TRUE(part<QAbstractButton>(box, "no").hasFocus());
             if (then)
                 driver_.in<QFileDialog>(then);
-            box.button(button)->click();
+            pressIn(box, button);
         });
     }
     /// The names in the list of files.
@@ -92,7 +91,12 @@ protected:
     QTemporaryDir dir_;
     fs::path folder_ = dir_.path().toStdString();
     DialogDriver driver_;
-    QtFileDialogs dialogs_{nullptr, DialogSource::Qt};
+    MemorySettings settings_;
+    frmskins skins_{settings_};
+    ExToolTip tips_{settings_};
+    QTemporaryDir home_;
+    ProgramFolders folders_{fs::path(home_.path().toStdString())};
+    QtFileDialogs dialogs_{skins_, tips_, folders_};
 };
 } // namespace
 
@@ -141,10 +145,13 @@ TEST_F(QtFileDialogsTest, SizesAndDatesAreShownWhole) {
     driver_.in<QFileDialog>([&](QFileDialog& dialog) {
         driver_.waitUntil([&] { return listed(dialog).size() == 1; });
         const auto& list = part<QTreeView>(dialog, "treeView");
-        for (int column = 1; column < list.model()->columnCount(); ++column)
+        for (int column = 1; column < list.model()->columnCount(); ++column) {
+            if (list.isColumnHidden(column))
+                continue;
             EXPECT_GE(list.columnWidth(column),
                       static_cast<const QAbstractItemView&>(list).sizeHintForColumn(column))
                 << column;
+        }
         dialog.reject();
     });
     EXPECT_EQ(dialogs_.OpenDialog("Open Score File", kOpenTypes, folder()).path, "");
@@ -154,7 +161,8 @@ TEST_F(QtFileDialogsTest, AFilePickedFromTheListByKeyboardIsOpened) {
     touch("tune.sng");
     driver_.in<QFileDialog>([&](QFileDialog& dialog) {
         driver_.waitUntil([&] { return listed(dialog).size() == 1; });
-        auto& view = part<QListView>(dialog, "listView");
+        auto& view = part<QTreeView>(dialog, "treeView");
+        view.setFocus();
         QTest::keyClick(&view, Qt::Key_Down);
         QTest::keyClick(&view, Qt::Key_Return);
     });
@@ -163,10 +171,12 @@ TEST_F(QtFileDialogsTest, AFilePickedFromTheListByKeyboardIsOpened) {
 
 TEST_F(QtFileDialogsTest, AFileThatIsNotThereIsNotOpened) {
     driver_.in<QFileDialog>([&](QFileDialog& dialog) {
-        driver_.in<QMessageBox>([](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); });
+        driver_.in<QWidget>([&, where = in("gone.sng")](QWidget& box) {
+            EXPECT_EQ(wordsOf(box).remove('\n').toStdString(), "There is no \"" + where + "\".");
+            driver_.in<QFileDialog>([](QFileDialog& again) { press(again, QDialogButtonBox::Cancel); });
+            pressIn(box, "ok");
+        });
         typeAndConfirm(dialog, "gone.sng");
-        EXPECT_TRUE(dialog.isVisible());
-        press(dialog, QDialogButtonBox::Cancel);
     });
     EXPECT_EQ(dialogs_.OpenDialog("Open", kOpenTypes, folder()).path, "");
 }
@@ -217,7 +227,7 @@ TEST_F(QtFileDialogsTest, ReplacingIsAskedAboutTheFileThatWillBeWritten) {
     for (const auto& [typed, written, returned] :
          {std::array{"tune", "tune.sng", "tune.sng"}, std::array{"my.song", "my.song.sng", "my.song"}}) {
         driver_.in<QFileDialog>([&, typed = typed, written = written](QFileDialog& dialog) {
-            answer(written, QMessageBox::Yes);
+            answer(written, "yes");
             typeAndConfirm(dialog, typed);
         });
         EXPECT_EQ(dialogs_.SaveDialog("Save", kSaveTypes, folder()).path, in(returned));
@@ -227,7 +237,7 @@ TEST_F(QtFileDialogsTest, ReplacingIsAskedAboutTheFileThatWillBeWritten) {
 TEST_F(QtFileDialogsTest, NotReplacingKeepsTheDialogForAnotherName) {
     touch("tune.sng");
     driver_.in<QFileDialog>([&](QFileDialog& dialog) {
-        answer("tune.sng", QMessageBox::No, [](QFileDialog& again) { typeAndConfirm(again, "other"); });
+        answer("tune.sng", "no", [](QFileDialog& again) { typeAndConfirm(again, "other"); });
         typeAndConfirm(dialog, "tune");
     });
     EXPECT_EQ(dialogs_.SaveDialog("Save", kSaveTypes, folder()).path, in("other.sng"));
@@ -246,7 +256,7 @@ TEST_F(QtFileDialogsTest, ChangingTheTypeChangesTheExtensionOfTheName) {
         nameEdit(dialog).setText("tune.SNG");
         nextType(dialog);
         EXPECT_EQ(nameEdit(dialog).text(), "tune.mid");
-        answer("tune.mid", QMessageBox::No, [](QFileDialog& again) {
+        answer("tune.mid", "no", [](QFileDialog& again) {
             QTest::keyClick(&part<QComboBox>(again, "fileTypeCombo"), Qt::Key_Up);
             EXPECT_EQ(nameEdit(again).text(), "tune.sng");
             confirm(again);
@@ -302,7 +312,7 @@ TEST_F(QtFileDialogsTest, WithTheCallersExtensionEitherFileIsAskedAbout) {
     touch("my.song");
     for (const auto& [typed, written] : {std::array{"tune", "tune.key"}, std::array{"my.song", "my.song"}}) {
         driver_.in<QFileDialog>([&, typed = typed, written = written](QFileDialog& dialog) {
-            answer(written, QMessageBox::Yes);
+            answer(written, "yes");
             typeAndConfirm(dialog, typed);
         });
         EXPECT_EQ(dialogs_.SaveDialog1("Save", "Keys(*.key)|*.key", folder(), ".key").path, in(written));
@@ -322,7 +332,7 @@ TEST_F(QtFileDialogsTest, TheCurrentFileIsProposed) {
     touch("tune.sng");
     driver_.in<QFileDialog>([&](QFileDialog& dialog) {
         EXPECT_EQ(nameEdit(dialog).text(), "tune.sng");
-        answer("tune.sng", QMessageBox::Yes);
+        answer("tune.sng", "yes");
         confirm(dialog);
     });
     EXPECT_EQ(dialogs_.SaveDialog("Save", kSaveTypes, in("tune.sng")).path, in("tune.sng"));
@@ -339,7 +349,7 @@ TEST_F(QtFileDialogsTest, TheRootIsAFolderLikeAnyOther) {
 TEST_F(QtFileDialogsTest, ANameThatIsNoUtf8KeepsItsBytes) {
     touch("caf\xE9.sng");
     driver_.in<QFileDialog>([&](QFileDialog& dialog) {
-        answer(nameEdit(dialog).text(), QMessageBox::Yes);
+        answer(nameEdit(dialog).text(), "yes");
         confirm(dialog);
     });
     EXPECT_EQ(dialogs_.SaveDialog("Save", kSaveTypes, in("caf\xE9.sng")).path, in("caf\xE9.sng"));
@@ -357,14 +367,14 @@ TEST_F(QtFileDialogsTest, AClosedParentCancelsTheDialogAndItsQuestion) {
     parent.show();
     dialogs_.setParent(&parent);
     driver_.in<QFileDialog>([&](QFileDialog& dialog) {
-        EXPECT_EQ(dialog.parentWidget(), &parent);
+        EXPECT_EQ(dialog.window()->parentWidget(), &parent);
         parent.close();
     });
     EXPECT_EQ(dialogs_.SaveDialog("Save", kSaveTypes, folder()).path, "");
 
     parent.show();
     driver_.in<QFileDialog>([&](QFileDialog& dialog) {
-        driver_.in<QMessageBox>([&](QMessageBox&) { parent.close(); });
+        driver_.in<QWidget>([&](QWidget&) { parent.close(); });
         typeAndConfirm(dialog, "tune");
     });
     EXPECT_EQ(dialogs_.SaveDialog("Save", kSaveTypes, folder()).path, "");
@@ -381,7 +391,7 @@ TEST_F(QtFileDialogsTest, AParentMayBeDestroyedUnderTheDialogAndItsQuestion) {
     parent = std::make_unique<QWidget>();
     dialogs_.setParent(parent.get());
     driver_.in<QFileDialog>([&](QFileDialog& dialog) {
-        driver_.in<QMessageBox>([&](QMessageBox&) { parent.reset(); });
+        driver_.in<QWidget>([&](QWidget&) { parent.reset(); });
         typeAndConfirm(dialog, "tune");
     });
     EXPECT_EQ(dialogs_.SaveDialog("Save", kSaveTypes, folder()).path, "");
@@ -401,17 +411,186 @@ TEST_F(QtFileDialogsTest, QuittingTheApplicationEndsTheDialog) {
     EXPECT_FALSE(QApplication::activeModalWidget());
 }
 
-TEST_F(QtFileDialogsTest, TheEnvironmentChoosesWhoseDialogsAreShown) {
-    Environment environment;
-    environment.unset(kDialogsVariable);
-    EXPECT_EQ(dialogSourceFromEnvironment(), DialogSource::Platform);
-    environment.set(kDialogsVariable, "qt");
-    EXPECT_EQ(dialogSourceFromEnvironment(), DialogSource::Qt);
-
-    driver_.in<QFileDialog>([](QFileDialog& dialog) {
-        EXPECT_TRUE(dialog.testOption(QFileDialog::DontUseNativeDialog));
-        EXPECT_GE(dialog.minimumWidth(), 480);
+TEST_F(QtFileDialogsTest, TheDialogStandsInTheProgramsFrameOverItsParent) {
+    QWidget parent;
+    parent.setGeometry(60, 40, 700, 500);
+    parent.show();
+    dialogs_.setParent(&parent);
+    driver_.in<QFileDialog>([&](QFileDialog& dialog) {
+        auto* window = dynamic_cast<SkinnedWindow*>(dialog.window());
+        ASSERT_TRUE(window);
+        EXPECT_EQ(window->windowTitle(), "Open Score File");
+        EXPECT_EQ(window->windowModality(), Qt::ApplicationModal);
+        EXPECT_TRUE(window->Ibak5()->rect().contains(dialog.geometry()));
+        EXPECT_TRUE(window->screen()->availableGeometry().contains(window->geometry()));
         press(dialog, QDialogButtonBox::Cancel);
     });
-    EXPECT_EQ(QtFileDialogs().OpenDialog("Open", kOpenTypes, folder()).path, "");
+    EXPECT_EQ(dialogs_.OpenDialog("Open Score File", kOpenTypes, folder()).path, "");
+}
+
+TEST_F(QtFileDialogsTest, TheNextDialogIsAsLargeAsTheLastOne) {
+    driver_.in<QFileDialog>([](QFileDialog& dialog) {
+        dialog.window()->resize(640, 420);
+        press(dialog, QDialogButtonBox::Cancel);
+    });
+    EXPECT_EQ(dialogs_.OpenDialog("Open", kOpenTypes, folder()).path, "");
+    driver_.in<QFileDialog>([](QFileDialog& dialog) {
+        EXPECT_EQ(dialog.window()->size(), QSize(640, 420));
+        press(dialog, QDialogButtonBox::Cancel);
+    });
+    EXPECT_EQ(dialogs_.SaveDialog("Save", kSaveTypes, folder()).path, "");
+}
+
+TEST_F(QtFileDialogsTest, TheFrameClosesTheDialogAsCancelDoes) {
+    driver_.in<QFileDialog>([](QFileDialog& dialog) {
+        nameEdit(dialog).setText("tune");
+        part<QAbstractButton>(*dialog.window(), "imgTitleClose").click();
+    });
+    EXPECT_EQ(dialogs_.SaveDialog("Save", kSaveTypes, folder()).path, "");
+}
+
+TEST_F(QtFileDialogsTest, PlacesAtTheSideLeadToTheirFolders) {
+    folders_.makeSongs();
+    driver_.in<QFileDialog>([&](QFileDialog& dialog) {
+        auto& places = part<QListWidget>(dialog, "places");
+        const auto place = [&](const char* name) {
+            return places.findItems(name, Qt::MatchExactly).value(0);
+        };
+        ASSERT_TRUE(place("Songs"));
+        ASSERT_TRUE(place("Home"));
+        EXPECT_FALSE(places.currentItem()) << "this folder is none of the places";
+        emit places.itemClicked(place("Songs"));
+        EXPECT_EQ(dialog.directory().absolutePath().toStdString(), folders_.songs().string());
+        EXPECT_EQ(places.currentItem(), place("Songs"));
+        dialog.setDirectory(QDir::homePath());
+        EXPECT_EQ(places.currentItem(), place("Home"));
+        typeAndConfirm(dialog, dir_.path() + "/tune.sng");
+    });
+    EXPECT_EQ(dialogs_.SaveDialog("Save", kSaveTypes, folder()).path, in("tune.sng"));
+}
+
+TEST_F(QtFileDialogsTest, DemosAreThereToBeOpenedAndNotToBeReplaced) {
+    const auto hasDemos = [](QFileDialog& dialog) {
+        return !part<QListWidget>(dialog, "places").findItems("Demos", Qt::MatchExactly).isEmpty();
+    };
+    bool whenOpening = false;
+    bool whenSaving = true;
+    driver_.in<QFileDialog>([&](QFileDialog& dialog) {
+        whenOpening = hasDemos(dialog);
+        press(dialog, QDialogButtonBox::Cancel);
+    });
+    EXPECT_EQ(dialogs_.OpenDialog("Open", kOpenTypes, folder()).path, "");
+    driver_.in<QFileDialog>([&](QFileDialog& dialog) {
+        whenSaving = hasDemos(dialog);
+        press(dialog, QDialogButtonBox::Cancel);
+    });
+    EXPECT_EQ(dialogs_.SaveDialog("Save", kSaveTypes, folder()).path, "");
+    EXPECT_TRUE(whenOpening);
+    EXPECT_FALSE(whenSaving);
+}
+
+TEST_F(QtFileDialogsTest, NamesDatesAndSizesAreListedAndNothingHidden) {
+    touch("tune.sng");
+    touch(".hidden.sng");
+    driver_.in<QFileDialog>([&](QFileDialog& dialog) {
+        driver_.waitUntil([&] { return !listed(dialog).empty(); });
+        EXPECT_THAT(listed(dialog), testing::ElementsAre("tune.sng"));
+        const auto& list = part<QTreeView>(dialog, "treeView");
+        EXPECT_TRUE(list.isVisible());
+        QStringList columns;
+        for (int visual = 0; visual < list.header()->count(); ++visual)
+            if (const int column = list.header()->logicalIndex(visual); !list.isColumnHidden(column))
+                columns << list.model()->headerData(column, Qt::Horizontal).toString();
+        EXPECT_EQ(columns, QStringList({"Name", "Date Modified", "Size"}));
+        press(dialog, QDialogButtonBox::Cancel);
+    });
+    EXPECT_EQ(dialogs_.OpenDialog("Open", kOpenTypes, folder()).path, "");
+}
+
+/// A slip of the hand where a file is chosen costs no music.
+TEST_F(QtFileDialogsTest, FilesAreNeitherDeletedNorRenamed) {
+    touch("tune.sng");
+    driver_.in<QFileDialog>([&](QFileDialog& dialog) {
+        driver_.waitUntil([&] { return listed(dialog).size() == 1; });
+        auto& list = part<QTreeView>(dialog, "treeView");
+        list.setFocus();
+        QTest::keyClick(&list, Qt::Key_Down);
+        for (const Qt::Key key : {Qt::Key_Delete, Qt::Key_F2})
+            QTest::keyClick(&list, key);
+        EXPECT_FALSE(list.findChild<QLineEdit*>());
+        EXPECT_EQ(list.contextMenuPolicy(), Qt::NoContextMenu);
+        press(dialog, QDialogButtonBox::Cancel);
+    });
+    EXPECT_EQ(dialogs_.OpenDialog("Open", kOpenTypes, folder()).path, "");
+    EXPECT_TRUE(fs::exists(folder_ / "tune.sng"));
+}
+
+TEST_F(QtFileDialogsTest, ANewFolderIsMadeAndItsNameAskedForInPlace) {
+    driver_.in<QFileDialog>([&](QFileDialog& dialog) {
+        part<QAbstractButton>(dialog, "newFolderButton").click();
+        EXPECT_TRUE(part<QTreeView>(dialog, "treeView").findChild<QLineEdit*>()) << "its name can be typed";
+        QTest::keyClick(part<QTreeView>(dialog, "treeView").findChild<QLineEdit*>(), Qt::Key_Return);
+        press(dialog, QDialogButtonBox::Cancel);
+    });
+    EXPECT_EQ(dialogs_.SaveDialog("Save", kSaveTypes, folder()).path, "");
+    EXPECT_TRUE(fs::is_directory(folder_ / "New Folder"));
+}
+
+TEST_F(QtFileDialogsTest, TypingOffersTheNamesThatBeginSo) {
+    touch("march.sng");
+    touch("waltz.sng");
+    driver_.in<QFileDialog>([&](QFileDialog& dialog) {
+        driver_.waitUntil([&] { return listed(dialog).size() == 2; });
+        QTest::keyClicks(&nameEdit(dialog), "wa");
+        const QCompleter* completer = nameEdit(dialog).completer();
+        ASSERT_TRUE(completer);
+        EXPECT_EQ(completer->completionCount(), 1);
+        EXPECT_EQ(completer->currentCompletion(), "waltz.sng");
+        dialog.reject();
+    });
+    EXPECT_EQ(dialogs_.OpenDialog("Open", kOpenTypes, folder()).path, "");
+}
+
+TEST_F(QtFileDialogsTest, EveryControlTellsWhatItIsForAndHasAName) {
+    for (const bool saving : {false, true}) {
+        driver_.in<QFileDialog>([&](QFileDialog& dialog) {
+            int controls = 0;
+            for (const auto* control : dialog.findChildren<QWidget*>()) {
+                const bool isControl = qobject_cast<const QAbstractButton*>(control) ||
+                                       qobject_cast<const QComboBox*>(control) ||
+                                       qobject_cast<const QLineEdit*>(control) ||
+                                       qobject_cast<const QAbstractItemView*>(control);
+                if (!isControl || !control->isVisible() || control->objectName().startsWith("qt_"))
+                    continue;
+                ++controls;
+                const Tip* tip = tips_.toolTip(*control);
+                EXPECT_TRUE(tip && !tip->text.isEmpty()) << control->objectName().toStdString();
+                EXPECT_FALSE(control->accessibleName().isEmpty()) << control->objectName().toStdString();
+                EXPECT_EQ(control->toolTip(), "") << "Qt's own tips look unlike all others";
+            }
+            EXPECT_EQ(controls, 12);
+            press(dialog, QDialogButtonBox::Cancel);
+        });
+        if (saving)
+            EXPECT_EQ(dialogs_.SaveDialog("Save", kSaveTypes, folder()).path, "");
+        else
+            EXPECT_EQ(dialogs_.OpenDialog("Open", kOpenTypes, folder()).path, "");
+    }
+}
+
+TEST_F(QtFileDialogsTest, IconsFollowTheSkinAlsoOfFilesThatAreListed) {
+    touch("tune.sng");
+    driver_.in<QFileDialog>([&](QFileDialog& dialog) {
+        driver_.waitUntil([&] { return listed(dialog).size() == 1; });
+        const auto& list = part<QTreeView>(dialog, "treeView");
+        const auto icon = [&list] {
+            return list.model()->index(0, 0, list.rootIndex()).data(Qt::DecorationRole).value<QIcon>();
+        };
+        const QImage light = icon().pixmap(16).toImage();
+        skins_.Skintype_Click(6);
+        EXPECT_NE(icon().pixmap(16).toImage(), light);
+        EXPECT_NE(icon().pixmap(16, QIcon::Selected).toImage(), icon().pixmap(16).toImage());
+        press(dialog, QDialogButtonBox::Cancel);
+    });
+    EXPECT_EQ(dialogs_.OpenDialog("Open", kOpenTypes, folder()).path, "");
 }
