@@ -90,7 +90,7 @@ struct Score {
     int ActiveChannel = 0;             ///< the channel being edited
     std::int16_t NotesPerMeasure = 16; ///< columns between measure lines
     int SongEnd = 0;                   ///< 1 + the last position that sounds, as `FindEndOfSong` found it
-    int TopChannel = 1;                ///< highest channel that playing visits; only editing raises it
+    int TopChannel = 1;                ///< highest channel that playing visits; editing raises it
     int TopMelodyHint = 0;             ///< raised to the active channel by edits of melody
     int TopDrumHint = 0;               ///< 1, 2, 3, 4 when channel 8, 10, 11, 12 is selected
 
