@@ -28,6 +28,7 @@
 #include "tableau/FormScreen.h"
 #include "tableau/Picmain.h"
 #include "tableau/PolynoteDrag.h"
+#include "tableau/ScoreExports.h"
 #include "tableau/TableauInput.h"
 #include "tableau/TextLine.h"
 #include "tableau/ToolPanel.h"
@@ -70,6 +71,7 @@ form1::form1(Desk& desk)
     , textLine_(new TextLine(look(), Lb1_, Ibak5()))
     , frminfo_(std::make_unique<frminfo>(desk.tips, this))
     , files_(std::make_unique<ScoreFiles>(desk.workspace, desk.dialogs, desk.settings, desk.folders.songs()))
+    , exports_(std::make_unique<ScoreExports>(desk, *this))
     , screen_(std::make_unique<FormScreen>(FormStrips{.window = *this,
                                                       .Cmd2 = Cmd2_,
                                                       .effects = toolPanel_->effects(),
@@ -320,6 +322,10 @@ void form1::imgTitleHelp_Click() {
     desk_.windows.help("composing-window");
 }
 
+void form1::exportScore(ExportFormat format) {
+    exports_->start(format);
+}
+
 void form1::ClearAll() {
     PlayAndStop_Click(true);
     if (mayReplace())
@@ -367,7 +373,7 @@ void form1::closeEvent(QCloseEvent* event) {
     if (closing_)
         return;
     PlayAndStop_Click(true);
-    if (!mayClose()) {
+    if (!exports_->mayLeave() || !mayClose()) {
         event->ignore();
         return;
     }
@@ -392,6 +398,7 @@ void form1::saveAtEnd(const QRect& frame) {
 }
 
 void form1::unload() {
+    exports_->stop();
     frminfo_->hide();
     desk_.workspace.play.Playing = false;
     desk_.workspace.score.ClearNoteArrays();

@@ -10,6 +10,7 @@
 #include "tableau/FormLayout.h"
 #include "tableau/TableauScreen.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <initializer_list>
 #include <memory>
@@ -27,6 +28,7 @@ class MenuStrip;
 class Picmain;
 class PlaybackView;
 class PolynoteDrag;
+class ScoreExports;
 class TableauInput;
 class TextLine;
 class ToolPanel;
@@ -34,6 +36,7 @@ class TopBarOverlay;
 class frminfo;
 struct Desk;
 struct LeftScore;
+enum class ExportFormat : std::uint8_t;
 
 /// The composing window: an assembly of strips. It hands every press on to the room that works it out.
 ///
@@ -77,6 +80,8 @@ public:
     /// Saves to the score's own file; asks for a name if there is none, and in classic manners always.
     bool save();
     void Command34_Click() { mSaveAs_Click(); }
+    /// Writes the score under a name that the user chooses, as others can play or hear it.
+    void exportScore(ExportFormat format);
     void ClearAll();
     void OpenforUndo();
     void redo();
@@ -197,6 +202,7 @@ private:
     std::unique_ptr<frminfo> frminfo_;
 
     std::unique_ptr<ScoreFiles> files_;
+    std::unique_ptr<ScoreExports> exports_;
     std::unique_ptr<FormScreen> screen_;
     Guests<PlaybackView>::Stay plays_;
     std::unique_ptr<TableauInput> input_;

@@ -10,11 +10,13 @@
 #include "shell/Frmmenu.h"
 #include "shell/MenuStrip.h"
 #include "shell/frminfo.h"
+#include "studio/ScoreExport.h"
 #include "tableau/ChannelStrip.h"
 #include "tableau/Commands.h"
 #include "tableau/EffectsPage.h"
 #include "tableau/FormScreen.h"
 #include "tableau/Picmain.h"
+#include "tableau/ScoreExports.h"
 #include "tableau/ToolPanel.h"
 #include "tableau/form1.h"
 
@@ -71,6 +73,9 @@ void form1::bindCommands() {
         {{Cmd2, cmd2("save")}, [](form1& form) { form.Command34_Click(); }, "mnuSaveAs2", "Ctrl+Shift+S"},
         // In classic manners both items ask for a name; that is meant.
         {{}, [](form1& form) { form.save(); }, "mnuSave2", "Ctrl+S"},
+        {{}, [](form1& form) { form.exportScore(ExportFormat::Midi); }, "mnuExportMidi"},
+        {{}, [](form1& form) { form.exportScore(ExportFormat::Wav); }, "mnuExportWav"},
+        {{}, [](form1& form) { form.exportScore(ExportFormat::Mp3); }, "mnuExportMp3"},
         {{}, [](form1& form) { form.Command3_Click(); }, "mnuExit", "Ctrl+Q"},
         {{Lb1, lb1("undo")}, [](form1& form) { form.OpenforUndo(); }, "undo", "Ctrl+Z"},
         {{Lb1, lb1("redo")}, [](form1& form) { form.redo(); }, "redo", "Ctrl+Shift+Z"},
@@ -136,6 +141,7 @@ void form1::bindCommands() {
         if (desk_.windows.has(name))
             bindCommand(*this, desk_.menu, {&Lb1_, index, item},
                         [this, name = name] { desk_.windows.open(name); });
+    exports_->onWords = [this](const QString& words) { screen_->mention(words.toStdString()); };
     files_->onOpened = [this] { opened_ = true; };
     desk_.menu.onPrepare(*this, [this] { showModes(); });
     channelStrip_->Label8_Click = [this](int channel) { Label8_Click(channel); };
