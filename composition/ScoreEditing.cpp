@@ -197,7 +197,7 @@ void CopyNotes(Workspace& workspace, int firstChannel, int lastChannel,
                const std::function<void()>& pressCorner) {
     ViewState& view = workspace.view;
     view.SelectStart = 0;
-    view.SelectEnd = workspace.edit.CycleNotes;
+    view.SelectEnd = cycleOf(workspace.edit, workspace.manners).notes;
     CopySelectedArea(workspace, BlockCommand::Copy);
     clearMarks(view);
     CopyRepeat(workspace, firstChannel, lastChannel);

@@ -55,7 +55,8 @@ struct Manners {
     [[nodiscard]] static constexpr Manners classic() { return {}; }
     /// Nothing is lost or falsified: the default.
     [[nodiscard]] static constexpr Manners careful() {
-        return {true, true, true, true, true, true, true, true, true, true, true, true, true, true, true, true};
+        return {true, true, true, true, true, true, true, true,
+                true, true, true, true, true, true, true, true};
     }
     [[nodiscard]] static constexpr Manners of(bool isClassic) { return isClassic ? classic() : careful(); }
 };
