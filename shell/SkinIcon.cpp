@@ -31,7 +31,7 @@ public:
     }
     QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State /*state*/, qreal scale) override {
         const int pixels = std::min(size.width(), size.height());
-        return iconPixmap(name_, colours(mode), static_cast<int>(pixels / scale + 0.5), scale);
+        return iconPixmap(name_, colours(mode), qRound(pixels / scale), scale);
     }
     [[nodiscard]] QIconEngine* clone() const override { return new OwnIcon(*this); }
 
