@@ -16,6 +16,7 @@ namespace {
 constexpr int kFieldTop = 20;
 constexpr int kBoxPitch = 18;
 constexpr int kSpaces = 56;
+constexpr int kChannelWords = 76; ///< three short lines
 } // namespace
 
 /// How close the controls stand.
@@ -111,7 +112,7 @@ void EditorPage::addBoxes() {
 void EditorPage::layOut(FormWidth width) {
     static constexpr std::array<Form, 3> kForms{{
         {FormWidth::Full, 72, 80, false},
-        {FormWidth::Compact, 66, 72, false},
+        {FormWidth::Compact, 56, 60, false},
         {FormWidth::Small, 72, 80, true},
     }};
     // The close form has room in every window that is not small.
@@ -132,7 +133,7 @@ int EditorPage::place(const Form& form) {
     x = placeBoxes(x + 4, {Check5, Check3, Check2}, 0, kBoxPitch);
     const int end = placeButtons(x + 8, {lb1("duplicate")}, form.iconsAlone);
     channels_->setGeometry(end + 8, 0, std::max(0, width() - end - 12), kHeight);
-    return end - 4;
+    return end + kChannelWords;
 }
 
 void EditorPage::refresh() {

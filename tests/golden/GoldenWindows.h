@@ -13,6 +13,7 @@ namespace velmora {
 struct GoldenProgram : TestDesk {
     explicit GoldenProgram(int skinType, int buttonStyle = 1)
         : TestDesk([=](SettingsStore& store) {
+            settings::save(store, settings::Classic, 0);
             settings::save(store, settings::Skin_type, static_cast<std::int16_t>(skinType));
             settings::save(store, settings::Skin_buttons, static_cast<std::int16_t>(buttonStyle));
         }) {}

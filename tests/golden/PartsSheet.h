@@ -18,7 +18,7 @@ class PartsSheet : public QWidget {
 public:
     explicit PartsSheet(const Appearance& look);
 
-    static constexpr QSize kSize{1108, 704};
+    static constexpr QSize kSize{1108, 800};
 
 protected:
     void paintEvent(QPaintEvent* event) override;
