@@ -44,7 +44,7 @@ bool worksOnOneTrack(const Workspace& workspace) {
 
 std::string blockChannelsInWords(const Workspace& workspace) {
     if (workspace.edit.Check2 && !worksOnOneTrack(workspace))
-        return "all channels that aren't muted";
+        return "all but the muted channels";
     std::vector<std::string> names;
     for (int channel = 0; channel < kUsedChannels; ++channel)
         if (isOfTheSet(workspace, channel))

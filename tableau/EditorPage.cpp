@@ -16,7 +16,7 @@ namespace {
 constexpr int kFieldTop = 20;
 constexpr int kBoxPitch = 18;
 constexpr int kSpaces = 56;
-constexpr int kChannelWords = 76; ///< three short lines
+constexpr int kChannelWords = 60; ///< three short lines
 } // namespace
 
 /// How close the controls stand.
@@ -112,7 +112,7 @@ void EditorPage::addBoxes() {
 void EditorPage::layOut(FormWidth width) {
     static constexpr std::array<Form, 3> kForms{{
         {FormWidth::Full, 72, 80, false},
-        {FormWidth::Compact, 56, 60, false},
+        {FormWidth::Compact, 60, 68, false},
         {FormWidth::Small, 72, 80, true},
     }};
     // The close form has room in every window that is not small.

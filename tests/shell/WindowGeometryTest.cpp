@@ -141,18 +141,18 @@ TEST(WindowGeometryTest, AToolIsOnTheScreenInAnyCase) {
 
 TEST(WindowGeometryTest, AWindowToBeReadStandsBesideOrLeavesTheMenusSeen) {
     constexpr QSize kReadable(880, 640);
-    constexpr QSize kLeast(560, 360);
+    constexpr QSize kLeastReadable(560, 360);
     const QRect wide(0, 0, 2560, 1440);
-    EXPECT_EQ(readingFrame(QRect(33, 33, 1233, 701), wide, kReadable, kLeast, 52),
+    EXPECT_EQ(readingFrame(QRect(33, 33, 1233, 701), wide, kReadable, kLeastReadable, 52),
               QRect(QPoint(1266, 33), kReadable));
     for (const auto& [around, screen] : {std::pair(QRect(33, 33, 1233, 701), QRect(0, 0, 1366, 768)),
                                          std::pair(QRect(33, 33, 891, 533), QRect(0, 0, 1024, 600)),
                                          std::pair(QRect(0, 0, 1366, 768), QRect(0, 0, 1366, 768))}) {
-        const QRect frame = readingFrame(around, screen, kReadable, kLeast, 52);
+        const QRect frame = readingFrame(around, screen, kReadable, kLeastReadable, 52);
         EXPECT_GE(frame.top(), around.top() + 52);
         EXPECT_TRUE(screen.contains(frame));
         EXPECT_NEAR(frame.center().x(), around.center().x(), 60);
-        EXPECT_GE(frame.height(), kLeast.height());
+        EXPECT_GE(frame.height(), kLeastReadable.height());
     }
 }
 
