@@ -10,7 +10,7 @@
 namespace velmora {
 
 namespace {
-constexpr std::size_t kFirstBlock = 64 * 1024;
+constexpr std::size_t kFirstBlock = std::size_t{64} * 1024;
 
 /// A file that is read from its beginning.
 class Reading {

@@ -28,9 +28,9 @@ namespace fs = std::filesystem;
 namespace {
 constexpr std::string_view kGreeting = "velmora 1";
 constexpr std::string_view kTaken = "taken";
-constexpr std::size_t kLargestPacket = 16 * 1024; ///< a path has 4096 bytes at most
-constexpr int kWaiting = 8;                       ///< callers at a time
-constexpr std::chrono::seconds kPatience(5);      ///< with a caller that says nothing
+constexpr std::size_t kLargestPacket = std::size_t{16} * 1024; ///< a path has 4096 bytes at most
+constexpr int kWaiting = 8;                                    ///< callers at a time
+constexpr std::chrono::seconds kPatience(5);                   ///< with a caller that says nothing
 
 /// The address of a socket. The system allows it some hundred characters only, so a folder with a longer name
 /// is opened, and named by its descriptor.

@@ -34,6 +34,7 @@ struct FullWorkspace {
         workspace.edit.CycleNotes = static_cast<std::int16_t>(positions / 2);
         workspace.edit.Txtspc = static_cast<std::int16_t>(positions / 8);
         score.FindEndOfSong();
+        workspace.beginHistory();
     }
 
     void select() {

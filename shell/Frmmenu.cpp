@@ -97,8 +97,8 @@ void Frmmenu::onPrepare(QObject& owner, std::string_view popup, Routine prepare)
 }
 
 void Frmmenu::prepare(std::string_view popup) const {
-    for (std::size_t i = 0; i < prepares_.size(); ++i) { // a routine may add another
-        const Prepare each = prepares_[i];
+    const auto now = prepares_; // a routine may add another
+    for (const Prepare& each : now) {
         if (each.popup.empty() || each.popup == popup)
             each.routine();
     }

@@ -9,6 +9,7 @@
 #include "tableau/Commands.h"
 
 #include <QCheckBox>
+#include <QLabel>
 
 namespace velmora {
 
@@ -54,7 +55,7 @@ EditorPage::EditorPage(const ToolPageParts& parts, Workspace& workspace, QWidget
               Check3,
               Check2,
               &button(lb1("duplicate"))};
-    refresh();
+    EditorPage::refresh();
 }
 
 void EditorPage::addFields() {

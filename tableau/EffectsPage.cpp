@@ -81,7 +81,7 @@ EffectsPage::EffectsPage(const ToolPageParts& parts, Workspace& workspace, QWidg
     for (const Effect& effect : effects_)
         order_.push_back(effect.strip);
     order_.insert(order_.end(), {&button(lb1("undo effects")), &button(lb1("static"))});
-    refresh();
+    EffectsPage::refresh();
 }
 
 void EffectsPage::addInstrument() {

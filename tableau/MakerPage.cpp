@@ -57,7 +57,7 @@ MakerPage::MakerPage(const ToolPageParts& parts, Workspace& workspace, QWidget* 
     order_.insert(order_.end(), {Chkmelody, Chkperc});
     order_.insert(order_.end(), chkChannel.begin(), chkChannel.end());
     order_.insert(order_.end(), {&button(lb1("create melody")), &button(lb1("undo melody"))});
-    refresh();
+    MakerPage::refresh();
 }
 
 void MakerPage::addNumbers() {

@@ -290,9 +290,9 @@ void MelodyPainter::DrawRealNote(const MelodyInk& ink, const InkNote& note, QPoi
 void MelodyPainter::keepGlyphDrop() {
     if (next_.colourful || !glyphDrop(next_.look.notesPerMeasure, 1))
         return;
-    for (auto channel = next_.order.rbegin(); channel != next_.order.rend(); ++channel)
+    for (std::size_t i = next_.order.size(); i-- > 0;)
         for (int column = next_.columns - 1; column >= 0; --column) {
-            const InkCell cell = next_.at(*channel, column);
+            const InkCell cell = next_.at(next_.order[i], column);
             const int y = (cell.row - next_.look.topRow) * next_.look.lineHeight;
             if (cell.head == 0 || y > next_.look.logicalHeight() + kReach || y < -kReach)
                 continue;

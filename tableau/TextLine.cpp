@@ -41,9 +41,9 @@ void TextLine::setText(const QString& caption, const QString& text) {
 
 void TextLine::layOut() {
     int x = width() - 22;
-    for (auto part = parts_.rbegin(); part != parts_.rend(); ++part) {
+    for (std::size_t i = parts_.size(); i-- > 0;) {
         x -= kPartWidth - 1; // neighbours share a line
-        (*part)->setGeometry(x, 2, kPartWidth, 20);
+        parts_[i]->setGeometry(x, 2, kPartWidth, 20);
     }
     caption_->setGeometry(x - 8 - 80, 0, 80, height());
     text_->setGeometry(kInset, 0, std::max(0, x - 88 - 8 - kInset), height());

@@ -45,6 +45,7 @@ ToolPanel::ToolPanel(const Appearance& look, const CommandBank& Lb1, ExToolTip& 
 /// Tab goes from the tabs through the page, from left to right.
 void ToolPanel::setOrder() {
     std::vector<QWidget*> order;
+    order.reserve(kTabs.size());
     for (const int tab : kTabs)
         order.push_back(&Lb1_[tab]);
     for (const ToolPage* page : pages_)

@@ -110,7 +110,7 @@ form1::form1(Desk& desk)
     parts_.editingToolbar = settings::read(desk_.settings, settings::Editing_Toolbar, true);
     openAtStoredPlace();
     loading_ = false;
-    changed(kAnotherScore);
+    form1::changed(kAnotherScore);
     screen_->setPointer(Box::MusicBox, Pointer::Arrow);
     setOrder();
     // Otherwise the first button, which empties the score, would have the focus, and Space would press it.

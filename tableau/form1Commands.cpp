@@ -260,8 +260,8 @@ void form1::mentionRightClick(RightClick mode) {
 /// Every button and menu item that stands for a mode follows it.
 void form1::showModes() {
     struct ModeRow {
-        int button; ///< of `Lb1`
         const char* item;
+        int button; ///< of `Lb1`
         bool on;
     };
     const Workspace& workspace = desk_.workspace;
@@ -269,13 +269,13 @@ void form1::showModes() {
     const bool accidentals = workspace.view.Accidentals;
     const RightClick mode = workspace.view.RightClickMode;
     const ModeRow rows[]{
-        {lb1("percussion"), "mnuPercussion", parts_.percussion},
-        {lb1("colourful"), "mnuNotestyle1", !traditional},
-        {lb1("traditional"), "mnuNotestyle2", traditional},
-        {lb1("accidentals"), "mnuAccidentals", accidentals},
-        {lb1("erase"), "mnuerase", mode == RightClick::Erase && !workspace.view.NoteEffectsOn},
-        {lb1("menu"), "mnuMenu", mode == RightClick::Menu},
-        {lb1("tips"), "mnuTips", mode == RightClick::Tips},
+        {"mnuPercussion", lb1("percussion"), parts_.percussion},
+        {"mnuNotestyle1", lb1("colourful"), !traditional},
+        {"mnuNotestyle2", lb1("traditional"), traditional},
+        {"mnuAccidentals", lb1("accidentals"), accidentals},
+        {"mnuerase", lb1("erase"), mode == RightClick::Erase && !workspace.view.NoteEffectsOn},
+        {"mnuMenu", lb1("menu"), mode == RightClick::Menu},
+        {"mnuTips", lb1("tips"), mode == RightClick::Tips},
     };
     for (const ModeRow& row : rows) {
         Lb1_.setOn(row.button, row.on);

@@ -324,7 +324,7 @@ class Tools(Journey):
 
     MAKER, EFFECTS = (29, 102), (29, 122)
     FIRST_BOX, LOOP, PLAYABLE = (728, 108), (336, 122), (472, 122)
-    SELECT, COPY, OVERWRITE = ((x, 70) for x in (402, 542, 606))
+    SELECT, COPY, OVERWRITE = ((x, 70) for x in (402, 510, 574))
     CHORD = (342, 121)
 
     def test_a_part_is_copied_and_pasted(self):
