@@ -60,7 +60,7 @@ class SoundServer:
 
 
 class Newcomer(Journey):
-    EFFECTS, CHORD = (29, 122), (342, 121)
+    EFFECTS, CHORD, SELECT = (29, 122), (342, 121), (402, 70)
 
     def hear(self, program, server):
         def play():
@@ -145,4 +145,16 @@ class Newcomer(Journey):
         program.title_becomes("Velmora - keys.sng*")
         self.screen.key("ctrl+y", "ctrl+y")
         program.title_becomes("Velmora - keys.sng")  # what was saved is what stands there
+
+        program.click(*self.SELECT)
+        tableau.stroke(tableau.melody(2, 66), tableau.melody(7, 66))
+        self.screen.key("ctrl+x")
+        program.title_becomes("Velmora - keys.sng*")
+        self.assertEqual(saved(), [2, 3, 4], "all that was marked is gone, and the rest has followed")
+        self.screen.key("ctrl+shift+v")
+        program.title_becomes("Velmora - keys.sng*")
+        self.assertEqual(saved(), [2, 3, 4, 8, 9, 10])
+        self.screen.key("ctrl+z", "ctrl+z")
+        program.title_becomes("Velmora - keys.sng*")
+        self.assertEqual(saved(), [2, 3, 4, 8, 9, 10])
         program.close()
