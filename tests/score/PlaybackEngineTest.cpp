@@ -100,6 +100,20 @@ struct PlaybackEngineTest : testing::Test {
             score.NoteInstrument.set(channel, p, static_cast<std::int16_t>(instrument));
         }
     }
+    /// When each of thirty notes is heard, in careful manners, if the tenth step holds everything up.
+    std::vector<double> thirtyNotesWithAStall(double seconds) {
+        beCareful();
+        for (int p = 0; p < 30; ++p)
+            note(0, p, 60);
+        int waits = 0;
+        loop.onWait = [this, &waits, seconds](double) {
+            if (++waits == 10)
+                loop.block(seconds);
+        };
+        play();
+        loop.onWait = nullptr;
+        return moments(0);
+    }
     std::vector<std::uint32_t> play() {
         port.sent.clear();
         engine.PlayAndStop_Click(false);
@@ -694,16 +708,7 @@ TEST_F(PlaybackEngineTest, AStrummedChordDoesNotShiftWhatFollowsInCarefulManners
 }
 
 TEST_F(PlaybackEngineTest, AfterAStallNoPositionIsLeftOutAndTheBeatIsFoundAgain) {
-    beCareful();
-    for (int p = 0; p < 30; ++p)
-        note(0, p, 60);
-    int waits = 0;
-    loop.onWait = [&](double) {
-        if (++waits == 10)
-            loop.block(0.5);
-    };
-    play();
-    const auto heard = moments(0);
+    const auto heard = thirtyNotesWithAStall(0.5);
     ASSERT_EQ(heard.size(), 30U);
     EXPECT_NEAR(heard[8], 9 * 0.138, 1e-6);
     EXPECT_NEAR(heard[9], 10 * 0.138 + 0.5, 1e-6);
@@ -714,16 +719,7 @@ TEST_F(PlaybackEngineTest, AfterAStallNoPositionIsLeftOutAndTheBeatIsFoundAgain)
 }
 
 TEST_F(PlaybackEngineTest, AfterALongSleepPlayingGoesOnAtItsOwnPace) {
-    beCareful();
-    for (int p = 0; p < 30; ++p)
-        note(0, p, 60);
-    int waits = 0;
-    loop.onWait = [&](double) {
-        if (++waits == 10)
-            loop.block(3600);
-    };
-    play();
-    const auto heard = moments(0);
+    const auto heard = thirtyNotesWithAStall(3600);
     ASSERT_EQ(heard.size(), 30U);
     for (std::size_t p = 9; p < 30; ++p)
         EXPECT_NEAR(heard[p], 3600 + static_cast<double>(p + 1) * 0.138, 1e-6) << p;
