@@ -48,6 +48,15 @@ struct Manners {
     bool showsPlayLineBoldly = false;
     /// The names of rows grow with the rows. Otherwise they have two sizes.
     bool growsRowNames = false;
+    /// A release of a key ends what its press struck, and the last one everything. Otherwise it ends the notes
+    /// of the key under the present octave and chord, and others go on sounding.
+    bool endsWhatWasStruck = false;
+    /// Choosing a channel on the keyboard sends its instrument. Otherwise it sends nothing.
+    bool sendsChannelInstrument = false;
+    /// The height at which the mouse presses a key is the velocity. Otherwise that is 100.
+    bool playsByHeight = false;
+    /// A recording of the keyboard can be saved as the notes that were played. Otherwise as its trace alone.
+    bool savesNotesAsPlayed = false;
 
     bool operator==(const Manners&) const = default;
 
@@ -56,7 +65,7 @@ struct Manners {
     /// Nothing is lost or falsified: the default.
     [[nodiscard]] static constexpr Manners careful() {
         return {true, true, true, true, true, true, true, true,
-                true, true, true, true, true, true, true, true};
+                true, true, true, true, true, true, true, true, true, true, true, true};
     }
     [[nodiscard]] static constexpr Manners of(bool isClassic) { return isClassic ? classic() : careful(); }
 };
