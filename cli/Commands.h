@@ -33,6 +33,7 @@ extern const Command kConvert;
 extern const Command kEdit;
 extern const Command kPlay;
 extern const Command kTrace;
+extern const Command kPerform;
 extern const Command kDevices;
 
 } // namespace velmora::cli

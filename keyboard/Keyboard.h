@@ -2,11 +2,16 @@
 #pragma once
 
 #include "base/PerChannel.h"
-#include "keyboard/HeldKeys.h"
+#include "keyboard/ComputerKey.h"
 #include "keyboard/KeyScheme.h"
+#include "keyboard/KeyVoice.h"
 #include "keyboard/KeyboardControls.h"
+#include "keyboard/KeyboardSound.h"
+#include "keyboard/KeyboardView.h"
+#include "keyboard/MidiSource.h"
 #include "keyboard/Take.h"
 #include "keyboard/TakePlayer.h"
+#include "keyboard/TakeRecorder.h"
 #include "keyboard/cMetronome.h"
 #include "sound/SetupState.h"
 
@@ -16,6 +21,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace velmora {
@@ -23,46 +29,6 @@ namespace velmora {
 class MessageLoop;
 class MidiPort;
 struct Manners;
-
-/// What the keyboard asks of whoever shows it.
-class KeyboardView {
-public:
-    /// The key sounds on `SoundChannel`, or no longer.
-    virtual void showKey(int /*key*/, bool /*sounds*/) {}
-    /// A beat of the metronome, 1 to 4.
-    virtual void showBeat(int /*number*/) {}
-    /// A take begins or ends, playing begins, pauses or ends: the lamp and the buttons.
-    virtual void showTransport() {}
-    /// `Text9`: where in the take playing is.
-    virtual void showPosition(int /*position*/) {}
-    /// "Recording has not been saved. Overwrite?"
-    virtual bool confirmOverwrite() { return true; }
-
-protected:
-    ~KeyboardView() = default;
-};
-
-/// Who is told of each note that a hand plays, by whatever means, with the moment; not of what is played
-/// back.
-class PlayedNotes {
-public:
-    virtual void struck(int channel, int note, int velocity, int program, double moment) = 0;
-    virtual void ended(int channel, int note, double moment) = 0;
-    virtual void pedal(int channel, bool down, double moment) = 0;
-    /// Everything ends.
-    virtual void silenced(double moment) = 0;
-
-protected:
-    ~PlayedNotes() = default;
-};
-
-/// A computer key, as it goes down or up.
-struct ComputerKey {
-    int position = 0; ///< which key it is, whatever is typed with it: what a release is known by
-    int code = 0; ///< 45 to 90 for letters and digits; 32 the space bar; 0 where it plays by its text alone
-    std::string_view text;      ///< the character that it types, UTF-8; blank for none
-    std::string_view otherText; ///< the same in the other case, which a label is compared with last
-};
 
 /// The keyboard without its window: presses come in, short messages go out through the port. Nothing of it
 /// waits; what is due later, a strummed note, a sample of a take, a step of playing, a beat, is done by
@@ -73,23 +39,23 @@ struct ComputerKey {
 /// notes go on sounding where these were changed meanwhile, or the space bar went up first.
 class Keyboard final : private TakeSound {
 public:
-    static constexpr int kVelocity = 100;
+    static constexpr int kVelocity = KeyVoice::kVelocity;
     static constexpr int kMetronomeChannel = 14;
-    /// The space bar's code.
-    static constexpr int kSpace = 32;
 
     /// All that is referred to outlives the keyboard.
     Keyboard(MidiPort& port, const MessageLoop& clock, PerChannel<PlaybackChannelSetup>& channels,
              const Manners& manners);
-    ~Keyboard();
+    Keyboard(const Keyboard&) = delete;
+    Keyboard& operator=(const Keyboard&) = delete;
 
-    KeyScheme scheme = KeyScheme::builtIn();
-    KeyboardControls controls; ///< to be read; the routines below write it
+    [[nodiscard]] const KeyScheme& scheme() const { return scheme_; }
+    [[nodiscard]] const KeyboardControls& controls() const { return controls_; }
     Take take;
 
-    /// Until it is called with null.
-    void setView(KeyboardView* view);
-    void setPlayedNotes(PlayedNotes* played) { played_ = played; }
+    /// Who shows it, until it is called with null.
+    void setView(KeyboardView* view) { view_ = view; }
+    /// Who keeps what is played, likewise.
+    void setPlayedNotes(PlayedNotes* played) { sound_.played = played; }
 
     /// What loading the window sends: the drum bank, the volume, the program. The records of the channels
     /// take their start names and programs.
@@ -107,7 +73,9 @@ public:
 
     void Form_KeyDown(const ComputerKey& key);
     void Form_KeyUp(const ComputerKey& key);
-    /// Every key that is down, of whatever kind, goes up: the focus is gone, say.
+    /// Every key of the computer and of the mouse goes up: the focus is gone, say.
+    void releaseKeys();
+    /// These and the keys of MIDI inputs.
     void releaseAll();
 
     // The mouse.
@@ -158,18 +126,18 @@ public:
 
     // Takes.
 
-    enum class Recording : std::uint8_t { Off, WaitsForKey, On };
     /// `Label8` reads "ON" unless this is Off.
-    [[nodiscard]] Recording recording() const { return recording_; }
+    [[nodiscard]] TakeRecorder::State recording() const { return recorder_.state(); }
     [[nodiscard]] bool isPlaying() const { return player_.isPlaying(); }
     [[nodiscard]] bool isPaused() const { return player_.Check6; }
     [[nodiscard]] bool loops() const { return player_.Check5; }
+    [[nodiscard]] bool isStrumming() const { return voice_.isStrumming(); }
     void CmdRec_Click();
     void Check7_Click(); ///< play, or end it
     void Check4_Click(); ///< stop
     void Check6_Click(); ///< pause
     void setLoop(bool on);
-    void setInsertPauses(bool on) { controls.Check3 = on; }
+    void setInsertPauses(bool on) { controls_.Check3 = on; }
 
     /// What keeps "Save Recording as SNG file" from asking for a name.
     enum class Unsaveable : std::uint8_t { No, Recording, Nothing };
@@ -178,10 +146,55 @@ public:
     /// there as before; blank otherwise
     [[nodiscard]] std::string SaveRecordingAsScore(const std::filesystem::path& path);
     /// The instrument that was chosen, or sent at load, last.
-    [[nodiscard]] int program() const { return program_; }
+    [[nodiscard]] int program() const { return sound_.program; }
 
     /// Whether the key sounds, as `showKey` tells it.
     [[nodiscard]] bool sounds(int key) const;
+
+private:
+    /// A kind of work that is due at moments of its own. Those of one moment are done in this order.
+    enum class Work : std::uint8_t { Strum, Sample, Play, Beat };
+    [[nodiscard]] std::optional<std::pair<double, Work>> next() const;
+    void run(double due, Work work);
+    /// Does what was due before now: what comes in at a moment counts before what is due then.
+    void catchUp();
+
+    void strikeRow(int row) override;
+    void releaseRow(int row) override;
+    void showPosition(int position) override;
+    void playingEnded() override;
+
+    [[nodiscard]] PlaybackChannelSetup& record() { return channels_[controls_.SoundChannel]; }
+    [[nodiscard]] double tickSeconds() const { return controls_.Text2 * 0.001; }
+    void releaseComputerKeys();
+    void strike(int key, std::string_view text, const ComputerKey& by);
+    [[nodiscard]] bool strikeByText(std::string_view text, const ComputerKey& by);
+    void apply(KeyboardSlider slider, double value);
+    void setSound(KeyboardSlider slider, int value);
+    void chooseChannel(int channel);
+    void endBeat();
+    void beat(int number);
+    void showTransport();
+    void refreshKeys();
+    [[nodiscard]] int keyOfNote(int note) const;
+
+    const MessageLoop& clock_;
+    PerChannel<PlaybackChannelSetup>& channels_;
+    const Manners& manners_;
+    KeyScheme scheme_ = KeyScheme::builtIn();
+    KeyboardControls controls_;
+    KeyboardView* view_ = nullptr;
+    KeyboardSound sound_;
+    KeyVoice voice_;
+    TakeRecorder recorder_;
+    TakePlayer player_;
+    cMetronome cMetronome1;
+    std::vector<int> down_;                         ///< positions of the computer's keys that are down
+    std::vector<MidiSource> sources_;               ///< MIDI inputs that have sent something
+    std::array<bool, kPianoKeys> shown_{};          ///< what `showKey` was told last
+    std::optional<std::pair<int, int>> playedNote_; ///< channel and note that playing sounds
+    std::optional<int> beatNote_;                   ///< that the metronome sounds
+    bool unloading_ = false;
 };
 
 } // namespace velmora

@@ -47,11 +47,20 @@ public:
     void resume(double now);
 
 private:
-    enum class Stage : unsigned char { Round, Note, LastTick, Rest, Equal, RoundEnd };
+    /// What comes next, once the wait is over.
+    enum class Stage : unsigned char { Round, Note, NoteEnd, Rest, Equal };
+
+    void beginRound();
+    void waitFor(Stage stage);
+    void restOrRoundEnd();
+    void equalOrRoundEnd();
+    void endRound();
+    [[nodiscard]] bool holds(std::int32_t item) const { return i_ < list_.size() && list_[i_] == item; }
 
     TakeSound& sound_;
     PlayList list_;
     std::size_t i_ = 0;
+    std::size_t roundFrom_ = 0;
     double tick_ = 0.012;
     double due_ = 0;
     Stage stage_ = Stage::Round;
