@@ -128,7 +128,6 @@ int DeviceChooser::chooseOrNext(int item) {
     }
     if (MidiResult != MidiPort::kOk)
         fallBack();
-    port_.send(shortmessage::kDrumBank);
     return onMapper_ ? 0 : MidiDevice + 1;
 }
 

@@ -46,8 +46,8 @@ public:
     [[nodiscard]] bool choose(int item);
 
     /// The user's choice in the keyboard's `Combo1`: writes the key and opens the device; where that fails,
-    /// the one after it, which then is the chosen one; where that fails, too, the mapper. The drum bank is
-    /// sent in any case. @return the item that the list is to show
+    /// the one after it, which then is the chosen one; where that fails, too, the mapper. Nothing is sent.
+    /// @return the item that the list is to show
     [[nodiscard]] int chooseOrNext(int item);
 
     /// Silences and closes the port.

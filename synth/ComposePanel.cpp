@@ -90,7 +90,7 @@ void ComposePanel::layOut(int width) {
 void ComposePanel::refresh() {
     for (KeyboardBar* bar : bars_)
         bar->refresh();
-    Check3->setChecked(parts_.keyboard.controls.Check3);
+    Check3->setChecked(parts_.keyboard.controls().Check3);
     Check5->setChecked(parts_.keyboard.loops());
 }
 

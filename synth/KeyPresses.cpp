@@ -62,7 +62,7 @@ bool KeyPresses::plays(const QKeyEvent& event) const {
 KeyPresses::Held KeyPresses::heldOf(const QKeyEvent& event) const {
     Held held{.position = positionOf(event)};
     if (event.key() == Qt::Key_Space)
-        held.code = Keyboard::kSpace;
+        held.code = ComputerKey::kSpace;
     else if (isLetterOrDigit(event.key()) && !isAltGrDown(event) && !(event.modifiers() & Qt::KeypadModifier))
         held.code = event.key();
     held.text = event.text().toStdString();

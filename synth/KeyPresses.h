@@ -37,8 +37,8 @@ private:
     struct Held {
         int position = 0;
         int code = 0;
-        std::string text;
-        std::string otherText;
+        std::string text = {};
+        std::string otherText = {};
         bool operator<(const Held& other) const { return position < other.position; }
     };
     /// Whether AltGr is down: the key then plays by what it types alone.

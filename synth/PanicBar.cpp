@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "synth/PanicBar.h"
 
+#include "shell/Appearance.h"
 #include "shell/SkinPainter.h"
 #include "synth/SynthColours.h"
 

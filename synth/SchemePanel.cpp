@@ -104,7 +104,7 @@ void SchemePanel::layOut(int width) {
 }
 
 void SchemePanel::refresh() {
-    showEditing(parts_.keyboard.controls.Check1);
+    showEditing(parts_.keyboard.controls().Check1);
 }
 
 void SchemePanel::showFile(const QString& name) {

@@ -98,7 +98,7 @@ void SoundOnePanel::addOctaves() {
 }
 
 void SoundOnePanel::Command5_Click() {
-    if (parts_.keyboard.controls.SoundChannel == kPercussionChannel)
+    if (parts_.keyboard.controls().SoundChannel == kPercussionChannel)
         return;
     parts_.desk.windows.pickInstrument(*window(), [this](PickedInstrument picked) {
         if (picked.melody)
@@ -155,10 +155,10 @@ void SoundOnePanel::refresh() {
     for (KeyboardBar* bar : {octave_, chord_, strum_})
         bar->refresh();
     for (std::size_t i = 0; i < kPolynotes.size(); ++i)
-        polynotes_[i]->setChecked(keyboard.controls.polynotes == kPolynotes[i].polynotes);
-    Chkstrum->setChecked(keyboard.controls.Chkstrum);
+        polynotes_[i]->setChecked(keyboard.controls().polynotes == kPolynotes[i].polynotes);
+    Chkstrum->setChecked(keyboard.controls().Chkstrum);
     for (std::size_t i = 0; i < kOctaves.size(); ++i)
-        Option5[i]->setChecked(keyboard.controls.OctaveShift == kOctaves[i] * 12);
+        Option5[i]->setChecked(keyboard.controls().OctaveShift == kOctaves[i] * 12);
 }
 
 } // namespace velmora

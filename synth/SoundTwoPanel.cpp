@@ -5,6 +5,7 @@
 #include "composition/Workspace.h"
 #include "keyboard/Keyboard.h"
 #include "parts/Desk.h"
+#include "shell/Appearance.h"
 #include "shell/ExToolTip.h"
 #include "shell/SkinPainter.h"
 #include "synth/KeyboardBar.h"
@@ -169,13 +170,13 @@ void SoundTwoPanel::refresh() {
         bar->refresh();
     const Keyboard& keyboard = parts_.keyboard;
     const auto& channels = parts_.desk.workspace.setup.channels;
-    if (const int channel = keyboard.controls.SoundChannel; channels.contains(channel)) {
+    if (const int channel = keyboard.controls().SoundChannel; channels.contains(channel)) {
         ChkSustain->setChecked(channels[channel].hold != 0);
         ChkMute->setChecked(channels[channel].mute != 0);
     }
     const int beats = keyboard.metronome().BeatsPerMinute;
     chkRunning->setChecked(keyboard.metronome().isRunning());
-    Check9->setChecked(keyboard.controls.Check9);
+    Check9->setChecked(keyboard.controls().Check9);
     for (std::size_t i = 0; i < kTempos.size(); ++i)
         Optbeat[i]->setChecked(kTempos[i].beats == beats);
     const bool isTyped = txtValue->hasFocus() && txtValue->isModified();

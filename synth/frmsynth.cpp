@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "synth/frmsynth.h"
 
+#include "base/MessageLoop.h"
 #include "base/ProgramFolders.h"
 #include "base/QtText.h"
 #include "base/Settings.h"
 #include "base/SteadyClock.h"
 #include "composition/Workspace.h"
+#include "keyboard/TakeScore.h"
 #include "parts/Desk.h"
 #include "parts/SetupTab.h"
 #include "shell/CommandButton.h"
@@ -125,7 +127,7 @@ frmsynth::frmsynth(Desk& desk)
     keyboard_.setView(this);
     connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         if (state != Qt::ApplicationActive)
-            releaseAll();
+            releaseKeys();
     });
     showPage(kFirstPage);
     resize(kLeast.width(), kHeight);
@@ -190,7 +192,7 @@ void frmsynth::showPosition(int position) {
 
 /// The lamp, and which of the buttons from "Record/" to "Stop" can be pressed and are.
 void frmsynth::showTransport() {
-    const bool records = keyboard_.recording() != Keyboard::Recording::Off;
+    const bool records = keyboard_.recording() != TakeRecorder::State::Off;
     lamp_->setOn(records);
     CommandButton& record = Lb1_[synthLb1("record")];
     record.setFace("record", records ? "Stop" : "Record/");
@@ -206,8 +208,7 @@ void frmsynth::showTransport() {
 }
 
 bool frmsynth::confirmOverwrite() {
-    return askYesNo(skins(), this, "Recording has not been saved. Overwrite?", "Erase Recording") ==
-           Answer::Yes;
+    return askYesNo(skins(), this, toQString(kOverwriteTake), toQString(kEraseRecording)) == Answer::Yes;
 }
 
 void frmsynth::changed(Changes changes) {
@@ -221,9 +222,9 @@ void frmsynth::used() {
     for (SynthPanel* panel : pages_)
         panel->refresh();
     showTransport();
-    Lb1_.setOn(synthLb1("edit"), keyboard_.controls.Check1);
+    Lb1_.setOn(synthLb1("edit"), keyboard_.controls().Check1);
     Lb1_.setOn(synthLb1("strip"), stripShown_);
-    Picture1_->showLabels(keyboard_.scheme, keyboard_.controls.OctaveShift);
+    Picture1_->showLabels(keyboard_.scheme(), keyboard_.controls().OctaveShift);
     arm();
 }
 
@@ -250,7 +251,7 @@ void frmsynth::runDue() {
 // The keys of the computer.
 
 bool frmsynth::takesKeys() const {
-    if (!loaded_ || keyboard_.controls.Check1)
+    if (!loaded_ || keyboard_.controls().Check1)
         return false;
     const auto* field = qobject_cast<QLineEdit*>(focusWidget());
     return !field || field->isReadOnly();
@@ -269,20 +270,27 @@ bool frmsynth::keyEvent(const QKeyEvent& event, const QWidget& receiver) {
     return presses_.press(event);
 }
 
-void frmsynth::releaseAll() {
+/// The keys under the hand; those of MIDI keyboards don't depend on the focus.
+void frmsynth::releaseKeys() {
     presses_.forget();
+    keyboard_.releaseKeys();
+    arm();
+}
+
+void frmsynth::releaseAll() {
+    releaseKeys();
     keyboard_.releaseAll();
     arm();
 }
 
 bool frmsynth::event(QEvent* event) {
     if (event->type() == QEvent::WindowDeactivate)
-        releaseAll();
+        releaseKeys();
     return SkinnedWindow::event(event);
 }
 
 void frmsynth::hideEvent(QHideEvent* event) {
-    releaseAll();
+    releaseKeys();
     SkinnedWindow::hideEvent(event);
 }
 
@@ -451,7 +459,7 @@ void frmsynth::saveSettings() {
 }
 
 bool frmsynth::mayClose() {
-    const bool records = keyboard_.recording() != Keyboard::Recording::Off;
+    const bool records = keyboard_.recording() != TakeRecorder::State::Off;
     return !desk_.workspace.manners.asksBeforeLoss || !records ||
            askYesNo(skins(), this, "A recording goes on. Stop it and close the keyboard?") == Answer::Yes;
 }

@@ -113,6 +113,7 @@ private:
     void takeScheme(const KeyScheme& scheme, const std::string& path);
     void chooseDevice(int item);
     void panic(bool lit);
+    void releaseKeys();
     void releaseAll();
     [[nodiscard]] bool takesKeys() const;
     [[nodiscard]] bool keyEvent(const QKeyEvent& event, const QWidget& receiver);

@@ -128,7 +128,7 @@ void frmsynth::layOutStrip() {
 }
 
 void frmsynth::CmdEd_Click() {
-    setEditing(!keyboard_.controls.Check1);
+    setEditing(!keyboard_.controls().Check1);
 }
 
 void frmsynth::setEditing(bool on) {

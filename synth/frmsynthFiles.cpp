@@ -5,6 +5,7 @@
 #include "base/Settings.h"
 #include "composition/Workspace.h"
 #include "keyboard/KeyFile.h"
+#include "keyboard/TakeScore.h"
 #include "parts/Desk.h"
 #include "shell/CommandButton.h"
 #include "shell/MessageBox.h"
@@ -37,7 +38,7 @@ void frmsynth::loadScheme() {
     KeyFilePath_ = settings::read(desk_.settings, settings::keyfile, "None");
     if (!isThere(KeyFilePath_))
         return;
-    KeyScheme scheme = keyboard_.scheme;
+    KeyScheme scheme = keyboard_.scheme();
     if (OpenKeyScheme(KeyFilePath_, scheme).empty())
         takeScheme(scheme, KeyFilePath_);
 }
@@ -57,7 +58,7 @@ void frmsynth::Command1_Click() {
     if (path.empty() || !isThere(path))
         return;
     schemeFolder_ = fs::path(path).parent_path();
-    KeyScheme scheme = keyboard_.scheme;
+    KeyScheme scheme = keyboard_.scheme();
     if (const std::string words = OpenKeyScheme(path, scheme); !words.empty())
         tell(skins(), this, toQString(words));
     else
@@ -71,7 +72,7 @@ void frmsynth::Command6_Click() {
         return;
     const std::string path = keyFileName(chosen.path);
     schemeFolder_ = fs::path(path).parent_path();
-    if (const std::string words = SaveKeyScheme(path, keyboard_.scheme); !words.empty())
+    if (const std::string words = SaveKeyScheme(path, keyboard_.scheme()); !words.empty())
         return tell(skins(), this, toQString(words));
     KeyFilePath_ = path;
     scheme_->showFile(toQString(fs::path(path).filename().string()));
@@ -95,7 +96,7 @@ void frmsynth::CmdRecord_Click() {
     case Keyboard::Unsaveable::Recording:
         return;
     case Keyboard::Unsaveable::Nothing:
-        return tell(skins(), this, "Nothing to save");
+        return tell(skins(), this, toQString(kNothingToSave));
     case Keyboard::Unsaveable::No:
         break;
     }
@@ -104,10 +105,9 @@ void frmsynth::CmdRecord_Click() {
         return;
     const ChosenFile chosen =
         desk_.dialogs.SaveDialog("Save As SNG score", kScoreFilter, scoreFolder_.string());
-    const std::string name = tidyFileName(chosen.path);
-    if (name.empty())
+    const fs::path path = takeScoreName(chosen.path);
+    if (path.empty())
         return;
-    const fs::path path = withExtension(name, ".sng");
     scoreFolder_ = path.parent_path();
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     const std::string words = *asNotes ? saveNotesAsPlayed(path) : keyboard_.SaveRecordingAsScore(path);
