@@ -7,6 +7,7 @@
 #include "setup/frmsetup.h"
 #include "shell/HelpLibrary.h"
 #include "shell/HelpWindow.h"
+#include "synth/frmsynth.h"
 #include "tableau/form1.h"
 
 #include <utility>
@@ -47,7 +48,7 @@ constexpr Row rowOf(Windows::Name name) {
 constexpr std::array kRows{
     rowOf<form1>(Windows::Name::form1), // first: the others stand over it
     rowOf<frmsetup>(Windows::Name::frmsetup),
-    Row{Windows::Name::frmsynth},
+    rowOf<frmsynth>(Windows::Name::frmsynth),
     Row{Windows::Name::Record},
     Row{Windows::Name::frmLog},
     Row{Windows::Name::CDWriter},

@@ -24,7 +24,7 @@ public:
     void leave();
 
 private:
-    class WakeUp;
+    struct WakeUp;
 
     /// @param due what the wait is for, a little later
     void serveEventsUntil(double moment, double due);

@@ -64,6 +64,7 @@ using Text = Setting<std::string_view>;
 inline constexpr Int16 Intrumentval{"Intrumentval", 24};
 inline constexpr Int16 Intrumentval2{"Intrumentval2", 128};
 inline constexpr Text Inst_Name{"Inst Name"};
+inline constexpr Int16 Volume{"Volume", 127, {.least = 0, .most = 127}}; // of the keyboard
 inline constexpr Boolean CopyonlyOneTrack{"CopyonlyOneTrack", false};
 inline constexpr Int32 NumNotes{"NumNotes", 1000, {.least = 1, .most = 200'000, .below = Beyond::Nothing}};
 inline constexpr Int16 Notes_per_measure{"Notes per measure", 16, {.least = 1, .below = Beyond::Nothing}};
@@ -102,7 +103,8 @@ inline constexpr Float record_left{"record left"};
 inline constexpr Float record_top{"record top"};
 inline constexpr Float formS_left{"formS left"};
 inline constexpr Float formS_top{"formS top"};
-inline constexpr Float formS_Width{"formS Width"};
+inline constexpr Float formS_width{"formS width"}; // read: the composing window's less 200
+inline constexpr Float formS_Width{"formS Width"}; // written and, deliberately, never read
 inline constexpr Float formS_Height{"formS Height"};
 inline constexpr Text keyfile{"keyfile"};
 inline constexpr Float frmscore_left{"frmscore left", 100};
@@ -141,31 +143,26 @@ using AnySetting = std::variant<Int16, Int32, Float, Boolean, Text>;
 
 /// All of them, in the order above.
 inline constexpr auto kAll = std::to_array<AnySetting>({
-    Intrumentval,      Intrumentval2,   Inst_Name,
-    CopyonlyOneTrack,  NumNotes,        Notes_per_measure,
-    Beats_per_measure, Type_of_note,    Line_Height,
-    Show_Sharp_guides, Show_Bass_staff, Show_Treble_staff,
-    Notationstyle,     Accidentals,     Percussion,
-    Playing_position,  Classic,         Devices,
-    Skin_type,         Skin_buttons,    ToolText_type,
-    Editing_Toolbar,   Synthup,         frmsetup,
-    form1_left,        form1_top,       form1_width,
-    form1_Width,       form1_Height,    frmsetup_left,
-    frmsetup_top,      frmsetup_folded, help_left,
-    help_top,          help_Width,      help_Height,
-    record_left,       record_top,      formS_left,
-    formS_top,         formS_Width,     formS_Height,
-    keyfile,           frmscore_left,   frmscore_top,
-    frmscore_Width,    frmscore_Height, Wiz_left,
-    Wiz_top,           Show_tips,       NumBytes,
-    Delete_WAV,        autoencode,      Show_note_position,
-    MP3_bitrate,       MP3_quality,     WAV_format,
-    kRecentFiles[0],   kRecentFiles[1], kRecentFiles[2],
-    kRecentFiles[3],   kRecentFiles[4], kRecentFiles[5],
-    kRecentFiles[6],   kRecentFiles[7], BarWidth,
-    HeaderHeight,      SpacerHeight,    JoinNotes,
-    NewScore,          NumDrums,
+    Intrumentval,      Intrumentval2,   Inst_Name,         Volume,
+    CopyonlyOneTrack,  NumNotes,        Notes_per_measure, Beats_per_measure,
+    Type_of_note,      Line_Height,     Show_Sharp_guides, Show_Bass_staff,
+    Show_Treble_staff, Notationstyle,   Accidentals,       Percussion,
+    Playing_position,  Classic,         Devices,           Skin_type,
+    Skin_buttons,      ToolText_type,   Editing_Toolbar,   Synthup,
+    frmsetup,          form1_left,      form1_top,         form1_width,
+    form1_Width,       form1_Height,    frmsetup_left,     frmsetup_top,
+    frmsetup_folded,   help_left,       help_top,          help_Width,
+    help_Height,       record_left,     record_top,        formS_left,
+    formS_top,         formS_width,     formS_Width,       formS_Height,
+    keyfile,           frmscore_left,   frmscore_top,      frmscore_Width,
+    frmscore_Height,   Wiz_left,        Wiz_top,           Show_tips,
+    NumBytes,          Delete_WAV,      autoencode,        Show_note_position,
+    MP3_bitrate,       MP3_quality,     WAV_format,        kRecentFiles[0],
+    kRecentFiles[1],   kRecentFiles[2], kRecentFiles[3],   kRecentFiles[4],
+    kRecentFiles[5],   kRecentFiles[6], kRecentFiles[7],   BarWidth,
+    HeaderHeight,      SpacerHeight,    JoinNotes,         NewScore,
+    NumDrums,
 });
-static_assert(kAll.size() == 71);
+static_assert(kAll.size() == 73);
 
 } // namespace velmora::settings

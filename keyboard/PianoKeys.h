@@ -14,8 +14,8 @@ inline constexpr int kLowestRow = 91;  ///< of the Score, of key 0
     return key >= 0 && key < kPianoKeys;
 }
 [[nodiscard]] constexpr bool isBlackKey(int key) {
-    constexpr unsigned kBlack = 0b0101'0100'1010; // 1, 3, 6, 8 and 10 of an octave
-    return (kBlack >> static_cast<unsigned>(key % 12) & 1U) != 0;
+    constexpr unsigned kBlackOnes = 0b0101'0100'1010; // 1, 3, 6, 8 and 10 of an octave
+    return (kBlackOnes >> static_cast<unsigned>(key % 12) & 1U) != 0;
 }
 /// Row of the Score on which an unshifted key is drawn.
 [[nodiscard]] constexpr int rowOfKey(int key) {

@@ -20,6 +20,7 @@ ButtonForm formAt(CommandPlace place, bool labelled) {
     case CommandPlace::Maker:
     case CommandPlace::Effects:
     case CommandPlace::Editor:
+    case CommandPlace::Strip:
         return ButtonForm::IconOverText;
     case CommandPlace::TextLine:
         return ButtonForm::Text;

@@ -9,7 +9,17 @@
 namespace velmora {
 
 /// Where a command's button stands.
-enum class CommandPlace : std::uint8_t { Bar, BarRight, Tab, ToolPanel, Maker, Effects, Editor, TextLine };
+enum class CommandPlace : std::uint8_t {
+    Bar,
+    BarRight,
+    Tab,
+    ToolPanel,
+    Maker,
+    Effects,
+    Editor,
+    TextLine,
+    Strip
+};
 
 /// A button of a control array such as `Cmd2`; its index is its place in the table.
 struct CommandRow {

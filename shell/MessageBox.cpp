@@ -205,8 +205,8 @@ void tell(frmskins& skins, QWidget* parent, const QString& text, const QString& 
     answerOf(skins, parent, title, text, QLatin1Char('i'), kConfirm);
 }
 
-Answer askYesNo(frmskins& skins, QWidget* parent, const QString& text) {
-    return yesOrNo(answerOf(skins, parent, QStringLiteral("Velmora"), text, QLatin1Char('?'), kYesNo));
+Answer askYesNo(frmskins& skins, QWidget* parent, const QString& text, const QString& title) {
+    return yesOrNo(answerOf(skins, parent, title, text, QLatin1Char('?'), kYesNo));
 }
 
 SaveAnswer askSave(frmskins& skins, QWidget* parent, const QString& text) {

@@ -22,7 +22,8 @@ enum class Answer : std::uint8_t {
     None ///< Esc, or the box was closed: nothing is to be lost by it
 };
 /// A question with a Yes and a No button. The keys Y and N answer, too.
-[[nodiscard]] Answer askYesNo(frmskins& skins, QWidget* parent, const QString& text);
+[[nodiscard]] Answer askYesNo(frmskins& skins, QWidget* parent, const QString& text,
+                              const QString& title = QStringLiteral("Velmora"));
 
 enum class SaveAnswer : std::uint8_t {
     Save,

@@ -117,6 +117,20 @@ bool DeviceChooser::choose(int item) {
     return Device_Click();
 }
 
+int DeviceChooser::chooseOrNext(int item) {
+    for (const int device : {item - 1, item}) {
+        key_.write(device);
+        takeFromSettings(device);
+        resetAndClose();
+        openPort(MidiDevice);
+        if (MidiResult == MidiPort::kOk)
+            break;
+    }
+    if (MidiResult != MidiPort::kOk)
+        fallBack();
+    return onMapper_ ? 0 : MidiDevice + 1;
+}
+
 void DeviceChooser::close() {
     resetAndClose();
 }

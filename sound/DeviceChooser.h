@@ -45,6 +45,11 @@ public:
     /// The user's choice in `Combo2`: item 0 is the mapper. Writes the key, then as `Device_Click`.
     [[nodiscard]] bool choose(int item);
 
+    /// The user's choice in the keyboard's `Combo1`: writes the key and opens the device; where that fails,
+    /// the one after it, which then is the chosen one; where that fails, too, the mapper. Nothing is sent.
+    /// @return the item that the list is to show
+    [[nodiscard]] int chooseOrNext(int item);
+
     /// Silences and closes the port.
     void close();
 

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "synth/ComposePanel.h"
+
+#include "base/QtText.h"
+#include "composition/SetupRules.h"
+#include "composition/Workspace.h"
+#include "keyboard/Keyboard.h"
+#include "parts/Desk.h"
+#include "shell/CommandButton.h"
+#include "shell/ExToolTip.h"
+#include "shell/Frmmenu.h"
+#include "shell/ReadOut.h"
+#include "synth/KeyboardBar.h"
+
+#include <QCheckBox>
+#include <QLabel>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace velmora {
+
+namespace {
+using enum KeyboardSlider;
+constexpr std::array kSliders{Speed, Pauses, Compression, Tempo};
+constexpr int kFirstRow = 22;
+constexpr int kRowStep = 40;
+constexpr int kCaption = 104;
+constexpr int kReadOut = 48;
+constexpr int kColumnGap = 16;
+constexpr int kWidestBar = 360;
+constexpr int kChecksWidth = 112;
+constexpr int kPositionWidth = 136;
+constexpr int kKeepWidth = 188;
+} // namespace
+
+ComposePanel::ComposePanel(const SynthParts& parts, CommandButton& keep, QWidget* parent)
+    : SynthPanel(parts, "Picture17", parent)
+    , Check3(addCheck("Check3", "Insert pauses", "Held notes are played short",
+                      [this](bool on) { parts_.keyboard.setInsertPauses(on); }))
+    , Check5(addCheck("Check5", "Loop Play", "The recording is played again and again",
+                      [this](bool on) { parts_.keyboard.setLoop(on); }))
+    , positionWords_(addWords("Position"))
+    , Text9(new ReadOut(parts.look, "Text9", this))
+    , keep_(keep)
+    , stepEntry_(addCheck("stepEntry", "Step entry", "", [](bool /*on*/) {})) {
+    for (const KeyboardSlider slider : kSliders)
+        bars_.push_back(new KeyboardBar(parts, slider, this));
+    bars_.back()->onValue = [this](double tempo) { storeTempo(tempo); };
+    bars_.back()->onRelease = [this] { act_.reset(); };
+    Text9->setAccessibleName("Position");
+    Text9->setText("0");
+    parts.desk.tips.SetToolTip(*Text9, {"Position", "Where in the recording playing is", ""});
+    stepEntry_->setEnabled(false);
+    parts.desk.tips.SetToolTip(*stepEntry_, {"Step entry", toQString(kToCome), ""});
+    keep_.setParent(this);
+}
+
+/// The open score has it at once.
+void ComposePanel::storeTempo(double tempo) {
+    if (!act_)
+        act_.emplace(parts_.desk.workspace);
+    setTempo(parts_.desk.workspace, static_cast<std::int16_t>(std::lround(tempo)));
+}
+
+void ComposePanel::layOut(int width) {
+    const int right = width - kMargin - kKeepWidth;
+    const int position = right - kColumnGap - kPositionWidth;
+    const int checks = position - kColumnGap - kChecksWidth;
+    const int column = std::min(kWidestBar, (checks - kColumnGap - kMargin) / 2);
+    for (std::size_t i = 0; i < bars_.size(); ++i) {
+        const int at = static_cast<int>(i);
+        bars_[i]->setSides(kCaption, kReadOut);
+        bars_[i]->setGeometry(kMargin + at % 2 * column, kFirstRow + at / 2 * kRowStep, column - kColumnGap,
+                              20);
+    }
+    int x = kMargin + 2 * column;
+    putAt(*Check3, x + kColumnGap, kFirstRow);
+    putAt(*Check5, x + kColumnGap, kFirstRow + kRowStep);
+    setRules({x, x + kColumnGap + kChecksWidth});
+    x += 2 * kColumnGap + kChecksWidth;
+    positionWords_->setGeometry(x, kFirstRow, 60, 20);
+    Text9->setGeometry(x + 60, kFirstRow, 64, 20);
+    x += kPositionWidth + kColumnGap;
+    keep_.setGeometry(x, 20, kKeepWidth, 24);
+    putAt(*stepEntry_, x, kFirstRow + kRowStep);
+}
+
+void ComposePanel::refresh() {
+    for (KeyboardBar* bar : bars_)
+        bar->refresh();
+    Check3->setChecked(parts_.keyboard.controls().Check3);
+    Check5->setChecked(parts_.keyboard.loops());
+}
+
+void ComposePanel::showPosition(int position) {
+    Text9->setText(QString::number(position));
+}
+
+} // namespace velmora

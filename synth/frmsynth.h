@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "base/Alarm.h"
+#include "composition/Changes.h"
+#include "keyboard/Keyboard.h"
+#include "parts/CommandBank.h"
+#include "parts/Windows.h"
+#include "shell/SkinnedWindow.h"
+#include "synth/KeyPresses.h"
+#include "synth/SynthPanel.h"
+
+#include <array>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+class QAbstractButton;
+
+namespace velmora {
+
+class ComposePanel;
+class KeyArea;
+class PanicBar;
+class RecordLamp;
+class SchemePanel;
+class SoundOnePanel;
+class SoundTwoPanel;
+struct Desk;
+
+/// The on-screen keyboard: 44 keys that the mouse, the computer's keys and MIDI keyboards play.
+///
+// clang-format off
+/// | Control                    | The user sees                      | What it presses                         |
+/// |----------------------------|------------------------------------|-----------------------------------------|
+/// | `Lb1`(1 to 15)             | the command strip                  | Commands.h; frmsynthCommands.cpp        |
+/// | `Label8`                   | whether a recording goes on        |                                         |
+/// | `Lmnu`(1) "Setup"          | `Picture16`: the file of the scheme, devices | `Command1`, `Command6`, `Check1`, `Combo1` |
+/// | `Lmnu`(2) "Compose"        | `Picture17`: a take and its score  | `LblSpeed`, `LblPauses`, `LblFileSpeed`, `LblTempo`, `Check3`, `Check5` |
+/// | `Lmnu`(3) "Sound 1"        | `Picture19`: instrument, octave, chords | `Command5`, `LblOct`, `Option5`, `LblCrd`, `LblStrum`, `Check10`, `Check2`, `Check8`, `Chkstrum` |
+/// | `Lmnu`(4) "Sound 2"        | `Picture4`: channel, effects, metronome | `LblCh`, `lblVolume`, `LblMod`, `LblPan`, `LblReverb`, `LblChorus`, `ChkSustain`, `ChkMute`, `chkRunning`, `Optbeat`, `txtValue`, `Check9` |
+/// | `Lmnu`(5 to 7)             | "Tools", "Help", "Close"           | a menu, the help, the window's end      |
+/// | `Label4`                   | the panic bar                      | stops all sound, as bare `Picture1` does |
+/// | `CmdKey`, `NoteX`(0 to 43) | the keys and their labels          | a strike; a label to be typed over      |
+// clang-format on
+///
+/// Keys of the computer play wherever the focus is in the window, but for fields that text is typed in.
+/// Closed, the window is hidden and silent; what was recorded is still there when it comes up again.
+class frmsynth : public SkinnedWindow, private KeyboardView, private Watcher {
+public:
+    explicit frmsynth(Desk& desk);
+    ~frmsynth() override;
+
+    /// Comes up, and is loaded if it was closed.
+    void open(Windows::Focus focus = Windows::Focus::Take);
+    /// Silence, and the settings are written; nothing if it is closed.
+    void unload();
+
+    void Lmnu_Click(int index);
+    void CmdEd_Click();
+    void Command1_Click(); ///< opens a scheme
+    void Command6_Click(); ///< saves it
+    void Command3_Click(); ///< shows or hides the editing strip
+    void CmdRec_Click();
+    void CmdRecord_Click(); ///< saves the take as a score
+    [[nodiscard]] bool showsStrip() const { return stripShown_; }
+
+    [[nodiscard]] Keyboard& keyboard() { return keyboard_; }
+    /// Does what is due; the alarm calls it.
+    void runDue();
+
+    /// Writes the notes that were played as a score, where somebody has kept them. @return why not, in words
+    std::function<std::string(const std::filesystem::path&)> saveNotesAsPlayed;
+
+protected:
+    bool event(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    [[nodiscard]] QWidget* ringed(QWidget* focused) const override;
+
+private:
+    class KeyWatch;
+    static constexpr int kTabs = 7;
+    static constexpr int kPages = 4;
+
+    // KeyboardView
+    void showKey(int key, bool sounds) override;
+    void showBeat(int number) override;
+    void showTransport() override;
+    void showPosition(int position) override;
+    bool confirmOverwrite() override;
+
+    void changed(Changes changes) override;
+
+    void addTabs();
+    void addKeys();
+    void bindCommands();
+    void bindMenu();
+    void layOut();
+    void layOutStrip();
+    void load();
+    void loadScheme();
+    void openAtStoredPlace();
+    void saveSettings();
+    [[nodiscard]] bool mayClose();
+
+    void showPage(int page);
+    void popUpTools();
+    void setEditing(bool on);
+    void takeScheme(const KeyScheme& scheme, const std::string& path);
+    void chooseDevice(int item);
+    void panic(bool lit);
+    void releaseKeys();
+    void releaseAll();
+    [[nodiscard]] bool takesKeys() const;
+    [[nodiscard]] bool keyEvent(const QKeyEvent& event, const QWidget& receiver);
+
+    [[nodiscard]] std::optional<bool> asksForNotes();
+
+    /// A control was used: shows everything anew.
+    void used();
+    void arm();
+
+    Desk& desk_;
+    Keyboard keyboard_;
+    SynthParts parts_;
+    CommandBank Lb1_;
+    std::array<QAbstractButton*, kTabs> Lmnu_{};
+    RecordLamp* lamp_;
+    QWidget* page_;
+    SchemePanel* scheme_;
+    ComposePanel* compose_;
+    SoundOnePanel* soundOne_;
+    SoundTwoPanel* soundTwo_;
+    std::array<SynthPanel*, kPages> pages_{};
+    PanicBar* panicBar_;
+    KeyArea* Picture1_;
+    Alarm alarm_;
+    std::optional<double> armedTo_; ///< on the loop's clock
+    KeyPresses presses_;
+    std::unique_ptr<KeyWatch> keyWatch_; ///< while the window is loaded
+    std::string KeyFilePath_;
+    std::filesystem::path schemeFolder_;
+    std::filesystem::path scoreFolder_;
+    bool stripShown_ = true;
+    bool loaded_ = false;
+    Guests<Watcher>::Stay watching_;
+};
+
+} // namespace velmora
