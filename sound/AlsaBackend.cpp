@@ -1,28 +1,16 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "LateNames.h"
 #include "base/LateLibrary.h"
+#include "sound/AlsaSequencer.h"
 #include "sound/MidiBackends.h"
 #include "sound/PacedOutlet.h"
 
 #include <RtMidi.h>
 #include <rtmidi_c.h>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 namespace velmora {
 
 namespace {
-/// True if the sequencer can be opened. Asked first, because RtMidi and ALSA print their complaints on the
-/// terminal before they can be told not to.
-bool sequencerAnswers() {
-    const int file = ::open("/dev/snd/seq", O_WRONLY | O_NONBLOCK | O_CLOEXEC);
-    if (file < 0)
-        return false;
-    ::close(file);
-    return true;
-}
-
 struct RtMidiLibrary : LateLibrary {
     RtMidiLibrary() : LateLibrary(kRtMidiLibrary) {}
     VELMORA_LATE_CALL(rtmidi_out_create);

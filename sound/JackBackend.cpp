@@ -2,8 +2,10 @@
 #include "LateNames.h"
 #include "base/LateLibrary.h"
 #include "base/SteadyClock.h"
+#include "sound/JackHandle.h"
 #include "sound/MessageBytes.h"
 #include "sound/MidiBackends.h"
+#include "sound/PortNames.h"
 #include "sound/SpscRing.h"
 
 #include <jack/jack.h>
@@ -30,8 +32,6 @@ constexpr double kDrainSeconds = 0.4; ///< and a few periods more; then the serv
 struct JackLibrary : LateLibrary {
     JackLibrary() : LateLibrary(kJackLibrary) {}
     VELMORA_LATE_CALL(jack_activate);
-    VELMORA_LATE_CALL(jack_client_close);
-    VELMORA_LATE_CALL(jack_client_open);
     VELMORA_LATE_CALL(jack_connect);
     VELMORA_LATE_CALL(jack_disconnect);
     VELMORA_LATE_CALL(jack_frame_time);
@@ -43,12 +43,9 @@ struct JackLibrary : LateLibrary {
     VELMORA_LATE_CALL(jack_midi_clear_buffer);
     VELMORA_LATE_CALL(jack_midi_event_reserve);
     VELMORA_LATE_CALL(jack_midi_max_event_size);
-    VELMORA_LATE_CALL(jack_on_shutdown);
     VELMORA_LATE_CALL(jack_port_get_buffer);
     VELMORA_LATE_CALL(jack_port_name);
     VELMORA_LATE_CALL(jack_port_register);
-    VELMORA_LATE_CALL(jack_set_error_function);
-    VELMORA_LATE_CALL(jack_set_info_function);
     VELMORA_LATE_CALL(jack_set_process_callback);
 };
 
@@ -65,32 +62,29 @@ public:
     static std::shared_ptr<JackClient> openAtServer() {
         if (!jack().complete())
             return nullptr;
-        jack().jack_set_error_function([](const char*) {});
-        jack().jack_set_info_function([](const char*) {});
-        jack_client_t* handle = jack().jack_client_open(kMidiClientName, JackNoStartServer, nullptr);
-        if (handle == nullptr)
+        auto handle = JackHandle::open(kMidiClientName);
+        if (!handle)
             return nullptr;
-        auto client = std::make_shared<JackClient>(handle);
+        auto client = std::make_shared<JackClient>(std::move(handle));
         return client->activate() ? client : nullptr;
     }
 
-    explicit JackClient(jack_client_t* handle) : handle_(handle) {}
-    ~JackClient() { jack().jack_client_close(handle_); }
+    explicit JackClient(std::unique_ptr<JackHandle> handle) : handle_(std::move(handle)) {}
     JackClient(const JackClient&) = delete;
     JackClient& operator=(const JackClient&) = delete;
 
-    [[nodiscard]] bool serverLost() const noexcept { return serverLost_; }
-    [[nodiscard]] jack_client_t* handle() const { return handle_; }
+    [[nodiscard]] bool serverLost() const noexcept { return handle_->serverLost(); }
+    [[nodiscard]] jack_client_t* handle() const { return handle_->get(); }
     [[nodiscard]] std::size_t queued() const noexcept { return queue_.size(); }
 
     /// @param connection the number that `connect` gave
     bool send(std::uint32_t word, unsigned connection) noexcept {
-        return !serverLost_ && queue_.push({jack().jack_frame_time(handle_), connection, word});
+        return !serverLost() && queue_.push({jack().jack_frame_time(handle()), connection, word});
     }
 
     /// Connects the port to a destination and gives the connection's number; none if that has gone.
     std::optional<unsigned> connect(const std::string& destination) {
-        const int result = jack().jack_connect(handle_, jack().jack_port_name(port_), destination.c_str());
+        const int result = jack().jack_connect(handle(), jack().jack_port_name(port_), destination.c_str());
         if (result != 0 && result != EEXIST)
             return std::nullopt;
         return connection_.load();
@@ -101,19 +95,21 @@ public:
     void disconnect(const std::string& destination) {
         drain();
         ++connection_;
-        if (!serverLost_)
-            jack().jack_disconnect(handle_, jack().jack_port_name(port_), destination.c_str());
+        if (!serverLost())
+            jack().jack_disconnect(handle(), jack().jack_port_name(port_), destination.c_str());
     }
 
 private:
     /// Waits until all that was sent has left our port, but never for long.
     void drain() const {
-        const double period =
-            static_cast<double>(jack().jack_get_buffer_size(handle_)) / jack().jack_get_sample_rate(handle_);
+        if (serverLost())
+            return;
+        const double period = static_cast<double>(jack().jack_get_buffer_size(handle())) /
+                              jack().jack_get_sample_rate(handle());
         const double deadline = steadySeconds() + kDrainSeconds + 4 * period;
         // What leaves in one period is read by the receiver in that or the next.
         unsigned long enough = periods_ + 2;
-        while (!serverLost_ && steadySeconds() < deadline && (queue_.size() > 0 || periods_ < enough)) {
+        while (!serverLost() && steadySeconds() < deadline && (queue_.size() > 0 || periods_ < enough)) {
             if (queue_.size() > 0)
                 enough = periods_ + 2;
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -127,24 +123,22 @@ private:
     };
 
     bool activate() {
-        port_ = jack().jack_port_register(handle_, "Output", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0);
-        jack().jack_on_shutdown(
-            handle_, [](void* self) { static_cast<JackClient*>(self)->serverLost_ = true; }, this);
+        port_ = jack().jack_port_register(handle(), "Output", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0);
         jack().jack_set_process_callback(
-            handle_,
+            handle(),
             [](jack_nframes_t frames, void* self) {
                 static_cast<JackClient*>(self)->process(frames);
                 return 0;
             },
             this);
-        return port_ != nullptr && jack().jack_activate(handle_) == 0;
+        return port_ != nullptr && jack().jack_activate(handle()) == 0;
     }
 
     /// On JACK's thread. Realtime-safe: yes.
     void process(jack_nframes_t frames) noexcept {
         void* buffer = jack().jack_port_get_buffer(port_, frames);
         jack().jack_midi_clear_buffer(buffer);
-        const jack_nframes_t start = jack().jack_last_frame_time(handle_);
+        const jack_nframes_t start = jack().jack_last_frame_time(handle());
         const int last = static_cast<int>(frames) - 1;
         int offset = 0;
         while (const Event* event = queue_.front()) {
@@ -174,12 +168,11 @@ private:
 
     static constexpr int kClockJumpFrames = 96000;
 
-    jack_client_t* handle_;
     jack_port_t* port_ = nullptr;
     SpscRing<Event, MidiOutlet::kQueueLength> queue_;
     std::atomic<unsigned> connection_{0}; ///< the number of the one that is there or comes next
     std::atomic<unsigned long> periods_{0};
-    std::atomic<bool> serverLost_{false};
+    std::unique_ptr<JackHandle> handle_; ///< goes first, and with it the calls of `process`
 };
 
 class JackOutlet : public MidiOutlet {
@@ -213,7 +206,8 @@ public:
         if (ports == nullptr)
             return names;
         for (const char** port = ports; *port != nullptr; ++port)
-            names.emplace_back(*port);
+            if (!isOurPort(*port))
+                names.emplace_back(*port);
         jack().jack_free(ports);
         return names;
     }
@@ -228,14 +222,11 @@ public:
     }
 
 private:
-    /// True while a server runs, the one of before or another. A client of a server that has died must be
-    /// closed before the library connects to the next one, so as long as an outlet holds it there is none.
+    /// True while a server runs, the one of before or another. What an outlet still has of one that has died
+    /// takes nothing any more.
     bool connected() {
-        if (client_ && client_->serverLost()) {
-            if (client_.use_count() > 1)
-                return false;
+        if (client_ && client_->serverLost())
             client_.reset();
-        }
         if (!client_)
             client_ = JackClient::openAtServer();
         return client_ != nullptr;

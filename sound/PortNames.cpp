@@ -2,6 +2,7 @@
 #include "sound/PortNames.h"
 
 #include <algorithm>
+#include <array>
 
 namespace velmora {
 
@@ -66,6 +67,25 @@ std::string shortPortName(std::string_view fullName) {
 // PipeWire names the same port to JACK's clients after its own: "Midi-Bridge:Midi Through:(playback_0) ...".
 bool isLoopback(std::string_view fullName) {
     return fullName.find("Midi Through") != std::string_view::npos;
+}
+
+bool isOurPort(std::string_view fullName) {
+    constexpr std::string_view kOurs = "Velmora";
+    if (!fullName.starts_with(kOurs))
+        return false;
+    fullName.remove_prefix(kOurs.size());
+    if (fullName.starts_with('-')) // the server tells clients of one name apart by a number
+        fullName.remove_prefix(std::min(fullName.find_first_not_of("0123456789", 1), fullName.size()));
+    return fullName.starts_with(':') || fullName.starts_with(" Input");
+}
+
+bool bridgesSequencer(std::string_view fullName, std::string_view alias) {
+    constexpr std::array<std::string_view, 4> kBridges{"Midi-Bridge:", "a2j:", "a2jmidid:", "alsa_midi:"};
+    if (std::ranges::any_of(kBridges, [&](auto bridge) { return fullName.starts_with(bridge); }))
+        return true;
+    // The server itself bridges the sequencer or takes the devices for itself, past the sequencer; then their
+    // aliases tell the card.
+    return fullName.starts_with("system:midi_") && alias.find("in-hw-") == std::string_view::npos;
 }
 
 std::vector<std::string> shortPortNames(std::span<const std::string> fullNames) {

@@ -21,6 +21,14 @@ inline constexpr std::size_t kPortNameLength = 32;
 /// picked it would hear nothing, and who knows what to do with it can connect to our port as well.
 [[nodiscard]] bool isLoopback(std::string_view fullName);
 
+/// True for a port of ours, or of another Velmora: "Velmora:Output", "Velmora-01:Output".
+[[nodiscard]] bool isOurPort(std::string_view fullName);
+
+/// True for a port by which a bridge shows JACK's clients what ALSA's sequencer has: who hears the sequencer
+/// itself would hear it twice.
+/// @param alias another name of the port; blank for none
+[[nodiscard]] bool bridgesSequencer(std::string_view fullName, std::string_view alias);
+
 /// Short names of all, in the same order, no two alike: those that would be get " 2", " 3" and so on at their
 /// end, still within `kPortNameLength` characters.
 [[nodiscard]] std::vector<std::string> shortPortNames(std::span<const std::string> fullNames);

@@ -65,6 +65,24 @@ TEST(PortNamesTest, OnlyTheThroughPortIsALoopback) {
     EXPECT_FALSE(isLoopback("USB Box:USB Box MIDI Thru 20:1"));
 }
 
+TEST(PortNamesTest, OurPortsAreThoseOfAnyVelmora) {
+    for (const char* ours :
+         {"Velmora:Output", "Velmora-01:Output", "Velmora Input:Input 1", "Velmora Input-01:Input 1"})
+        EXPECT_TRUE(isOurPort(ours)) << ours;
+    for (const char* other :
+         {"Velmorana:Output", "Keys:Velmora:", "velmora:Output", "Velmora", "Velmora-x:Output", ""})
+        EXPECT_FALSE(isOurPort(other)) << other;
+}
+
+TEST(PortNamesTest, TheSequencersPortsAreKnownAmongJacks) {
+    EXPECT_TRUE(bridgesSequencer("Midi-Bridge:Keystation:(capture_0) Keystation MIDI 1", ""));
+    EXPECT_TRUE(bridgesSequencer("a2j:Keystation [24] (capture): Keystation MIDI 1", ""));
+    EXPECT_TRUE(bridgesSequencer("system:midi_capture_1", "alsa_pcm:Keystation/midi_capture_1"));
+    EXPECT_FALSE(bridgesSequencer("system:midi_capture_1", "alsa_pcm:in-hw-1-0-0-Keystation"));
+    EXPECT_FALSE(bridgesSequencer("Keys:Out", ""));
+    EXPECT_FALSE(bridgesSequencer("system:capture_1", "alsa_pcm:capture_1"));
+}
+
 TEST(PortNamesTest, FiftyPortsOfOneNameKeepWithinTheLimitAndApart) {
     const std::vector<std::string> full(50, repeated("\u00e4", 60));
     auto names = shortPortNames(full);

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "sound/JackHandle.h"
+
+#include "LateNames.h"
+#include "base/LateLibrary.h"
+
+#include <jack/jack.h>
+
+#include <algorithm>
+#include <chrono>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace velmora {
+
+struct JackHandle::Library : LateLibrary {
+    Library() : LateLibrary(kJackLibrary) {}
+    VELMORA_LATE_CALL(jack_client_close);
+    VELMORA_LATE_CALL(jack_client_open);
+    VELMORA_LATE_CALL(jack_on_shutdown);
+    VELMORA_LATE_CALL(jack_set_error_function);
+    VELMORA_LATE_CALL(jack_set_info_function);
+};
+
+/// What the library knows of this process.
+struct JackHandle::Clients {
+    std::mutex mutex; ///< held while one is opened or closed
+    std::vector<JackHandle*> open;
+};
+
+/// Loaded where it is first called: on the thread of a back end.
+const JackHandle::Library& JackHandle::library() {
+    static const Library only;
+    return only;
+}
+
+JackHandle::Clients& JackHandle::clients() {
+    static Clients all;
+    return all;
+}
+
+/// Where one has lost the server all have, though they may not have been told yet.
+void JackHandle::closeLost(Clients& all) {
+    if (std::ranges::none_of(all.open, [](const JackHandle* one) { return one->serverLost(); }))
+        return;
+    for (JackHandle* one : all.open)
+        one->lost_ = true;
+    // A call that began before is over by then; none waits for a server that is dead.
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    for (JackHandle* one : all.open)
+        library().jack_client_close(one->client_);
+    all.open.clear();
+}
+
+std::unique_ptr<JackHandle> JackHandle::open(const char* name) {
+    if (!library().complete())
+        return nullptr;
+    Clients& all = clients();
+    const std::lock_guard lock(all.mutex);
+    closeLost(all);
+    library().jack_set_error_function([](const char*) {});
+    library().jack_set_info_function([](const char*) {});
+    jack_client_t* const client = library().jack_client_open(name, JackNoStartServer, nullptr);
+    if (client == nullptr)
+        return nullptr;
+    std::unique_ptr<JackHandle> handle(new JackHandle(client));
+    all.open.push_back(handle.get());
+    library().jack_on_shutdown(
+        client,
+        [](void* self) {
+            auto* const lost = static_cast<JackHandle*>(self);
+            lost->lost_ = true;
+            if (lost->tellLost_)
+                lost->tellLost_();
+        },
+        handle.get());
+    return handle;
+}
+
+JackHandle::~JackHandle() {
+    Clients& all = clients();
+    const std::lock_guard lock(all.mutex);
+    if (std::erase(all.open, this) > 0)
+        library().jack_client_close(client_);
+}
+
+} // namespace velmora

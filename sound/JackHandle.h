@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <jack/types.h>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+
+namespace velmora {
+
+/// A client of a running JACK server.
+///
+/// The library keeps one state for all clients of a process: the first that is opened after a server has died
+/// deletes those of before, whoever still holds them. So all of ours are opened here, and those that have
+/// lost their server are closed first.
+class JackHandle {
+public:
+    /// Null when no server runs, or JACK's library is not there. It may wait for the server.
+    [[nodiscard]] static std::unique_ptr<JackHandle> open(const char* name);
+    ~JackHandle();
+    JackHandle(const JackHandle&) = delete;
+    JackHandle& operator=(const JackHandle&) = delete;
+
+    /// Not to be used any more once the server is lost: soon after, it is closed.
+    [[nodiscard]] jack_client_t* get() const { return client_; }
+    /// Thread-safe: yes. Realtime-safe: yes.
+    [[nodiscard]] bool serverLost() const noexcept { return lost_; }
+    /// @param tell called on a thread of the library. To be set before the client is activated.
+    void onLost(std::function<void()> tell) { tellLost_ = std::move(tell); }
+
+private:
+    struct Library;
+    struct Clients;
+    static const Library& library();
+    static Clients& clients();
+    static void closeLost(Clients& all);
+
+    explicit JackHandle(jack_client_t* client) : client_(client) {}
+
+    jack_client_t* client_;
+    std::atomic<bool> lost_{false};
+    std::function<void()> tellLost_;
+};
+
+} // namespace velmora
