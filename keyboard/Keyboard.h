@@ -5,6 +5,7 @@
 #include "keyboard/HeldKeys.h"
 #include "keyboard/KeyScheme.h"
 #include "keyboard/KeyboardControls.h"
+#include "keyboard/PlayedNotes.h"
 #include "keyboard/Take.h"
 #include "keyboard/TakePlayer.h"
 #include "keyboard/cMetronome.h"
@@ -40,20 +41,6 @@ public:
 
 protected:
     ~KeyboardView() = default;
-};
-
-/// Who is told of each note that a hand plays, by whatever means, with the moment; not of what is played
-/// back.
-class PlayedNotes {
-public:
-    virtual void struck(int channel, int note, int velocity, int program, double moment) = 0;
-    virtual void ended(int channel, int note, double moment) = 0;
-    virtual void pedal(int channel, bool down, double moment) = 0;
-    /// Everything ends.
-    virtual void silenced(double moment) = 0;
-
-protected:
-    ~PlayedNotes() = default;
 };
 
 /// A computer key, as it goes down or up.
