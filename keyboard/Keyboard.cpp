@@ -510,10 +510,13 @@ void Keyboard::chkRunning_Click(bool on) {
         return;
     if (on) {
         cMetronome1.StartMetronome(clock_.now());
-        return;
+    } else {
+        cMetronome1.StopMetronome();
+        endBeat();
     }
-    cMetronome1.StopMetronome();
-    endBeat();
+    if (sound_.played)
+        sound_.played->metronome(cMetronome1.start(), on ? cMetronome1.beatInterval() : 0,
+                                 cMetronome1.BeatsPerMeasure);
 }
 
 void Keyboard::setBeatsPerMinute(int beats) {

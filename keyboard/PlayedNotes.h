@@ -12,6 +12,8 @@ public:
     virtual void pedal(int channel, bool down, double moment) = 0;
     /// Everything ends.
     virtual void silenced(double moment) = 0;
+    /// Beats fall from @p start on, the first an interval later; with the interval 0 none do any more.
+    virtual void metronome(double /*start*/, double /*interval*/, int /*beatsPerMeasure*/) {}
 
 protected:
     ~PlayedNotes() = default;
