@@ -149,7 +149,8 @@ void KeyVoice::letGo(const Held& held) {
 void KeyVoice::endWhatWasStruck(const Held& held) {
     for (const std::uint8_t note : std::span(held.notes).first(held.count)) {
         std::uint8_t& holders = holders_[static_cast<std::size_t>(held.channel)][note];
-        if (holders > 0 && --holders == 0) // none: it has been cut meanwhile
+        const bool isLast = holders > 0 && --holders == 0; // with none it has been cut meanwhile
+        if (isLast && sound_.sounds(held.channel, note))
             sound_.noteOff(held.channel, note, PlayedBy::Hand);
     }
 }
@@ -179,7 +180,7 @@ void KeyVoice::end(const Held& held, bool quietly) {
     std::erase_if(strums_,
                   [&](const Strum& strum) { return strum.presser == held.presser && strum.key == held.key; });
     const bool byComputer = held.presser.kind == Presser::Kind::ComputerKey;
-    if (manners_.endsWhatWasStruck)
+    if (quietly || manners_.endsWhatWasStruck)
         endWhatWasStruck(held);
     else
         NoteUp3(held);

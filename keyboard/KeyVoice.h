@@ -41,7 +41,7 @@ public:
     /// Releases all that this presser holds. `NoteUp3`, for a computer key.
     void release(Presser presser);
     /// Releases everything of that kind, or all there is, in the order in which it was struck. @p quietly
-    /// sends note-offs alone.
+    /// ends what sounds and does nothing else.
     void releaseAll(std::optional<Presser::Kind> kind = std::nullopt, bool quietly = false);
     void releaseSource(int midiSource);
     [[nodiscard]] bool holds(Presser presser) const;

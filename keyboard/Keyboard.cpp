@@ -202,15 +202,17 @@ bool Keyboard::strikeByText(std::string_view text, const ComputerKey& by) {
 }
 
 void Keyboard::Form_KeyDown(const ComputerKey& key) {
+    catchUp();
+    const bool repeats = std::ranges::find(down_, key.position) != down_.end();
+    if (!repeats)
+        down_.push_back(key.position); // also while editing, so that it is known to repeat after that
     if (controls_.Check1)
         return;
-    catchUp();
     const bool isSpace = key.code == ComputerKey::kSpace;
     if (isSpace)
         voice_.spacebarDown();
-    if (std::ranges::find(down_, key.position) != down_.end())
-        return; // it repeats by itself
-    down_.push_back(key.position);
+    if (repeats)
+        return;
     bool struck = false;
     if (key.code >= ComputerKey::kFirstCode && key.code <= ComputerKey::kLastCode) {
         const char capital = static_cast<char>(key.code);
@@ -225,12 +227,12 @@ void Keyboard::Form_KeyDown(const ComputerKey& key) {
 }
 
 void Keyboard::Form_KeyUp(const ComputerKey& key) {
+    catchUp();
+    std::erase(down_, key.position);
     if (controls_.Check1)
         return;
-    catchUp();
     if (key.code == ComputerKey::kSpace)
         voice_.spacebarUp();
-    std::erase(down_, key.position);
     recorder_.keyUp();
     voice_.release({.id = key.position});
 }
@@ -239,13 +241,13 @@ void Keyboard::releaseComputerKeys() {
     catchUp();
     if (!down_.empty())
         recorder_.keyUp();
-    down_.clear();
     voice_.releaseAll(Presser::Kind::ComputerKey);
     voice_.spacebarUp(); // last, so that chords end whole
 }
 
 void Keyboard::releaseKeys() {
     releaseComputerKeys();
+    down_.clear(); // their releases may never come
     voice_.releaseAll(Presser::Kind::Mouse);
 }
 
@@ -486,7 +488,7 @@ void Keyboard::panic() {
 
 void Keyboard::setEditing(bool on) {
     if (on)
-        releaseComputerKeys(); // the mouse plays on
+        releaseComputerKeys(); // what is down stays down, and repeats; the mouse plays on
     controls_.Check1 = on;
 }
 

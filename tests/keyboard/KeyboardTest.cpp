@@ -47,6 +47,14 @@ TEST_F(KeyboardTest, ClosingEndsEveryNoteAndResets) {
     EXPECT_FALSE(keyboard.nextDue());
 }
 
+TEST_F(KeyboardTest, ClosingEndsWhatSoundsAndNothingElse) {
+    down(letter("z"));
+    keyboard.Option5_Click(1);
+    sent();
+    keyboard.unload();
+    EXPECT_THAT(sent(), ElementsAre(off(36), kReset));
+}
+
 // The computer's keys
 
 TEST_F(KeyboardTest, ALetterPlaysByItsCodeWhateverItTypes) {
@@ -141,6 +149,20 @@ TEST_F(KeyboardTest, WhileEditingTheComputersKeysAreSilentAndTheMouseSounds) {
     keyboard.CmdKey_MouseDown(2);
     keyboard.CmdKey_MouseUp();
     EXPECT_THAT(sent(), ElementsAre(on(38), off(38)));
+}
+
+TEST_F(KeyboardTest, AKeyThatIsStillDownAfterEditingRepeatsAndStrikesNothing) {
+    down(letter("z"));
+    keyboard.setEditing(true);
+    down(letter("x"));
+    keyboard.setEditing(false);
+    sent();
+    down(letter("z"));
+    down(letter("x"));
+    EXPECT_THAT(sent(), IsEmpty());
+    up(letter("x"));
+    down(letter("x"));
+    EXPECT_THAT(sent(), ElementsAre(on(38)));
 }
 
 // MIDI inputs
