@@ -57,6 +57,7 @@ void KeyboardPlayer::finish() {
     const auto goesOn = [this] {
         return keyboard.isStrumming() || (keyboard.isPlaying() && !keyboard.loops() && !keyboard.isPaused());
     };
+    keyboard.runDue(); // of the last moment, too
     while (goesOn()) {
         loop_.serveUntil(keyboard.nextDue().value_or(loop_.now()));
         keyboard.runDue();

@@ -612,6 +612,7 @@ std::string Keyboard::SaveRecordingAsScore(const std::filesystem::path& path) {
                                              static_cast<std::int16_t>(controls_.Text8)));
     if (problem.empty()) {
         take.clear();
+        player_.clear();
         showTransport();
     }
     return problem;

@@ -43,6 +43,8 @@ public:
     [[nodiscard]] std::optional<double> nextDue() const;
     /// Does what is due at @p now, which is no earlier than `nextDue` gave.
     void proceed(double now);
+    /// What it plays is gone: its note ends in time, and there is no more.
+    void clear() { list_.clear(); }
     /// "Pause / Play" has been taken back.
     void resume(double now);
 
