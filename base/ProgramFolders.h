@@ -20,6 +20,7 @@ public:
     [[nodiscard]] std::filesystem::path songs() const { return home_ / "Songs"; }
     [[nodiscard]] std::filesystem::path media() const { return home_ / "media"; }
     [[nodiscard]] std::filesystem::path recovery() const { return home_ / "recovery"; }
+    [[nodiscard]] std::filesystem::path takes() const { return home_ / "takes"; }
     [[nodiscard]] std::filesystem::path undoFile() const { return songs() / "temp.sng"; }
 
     /// Each makes its folder and those above it where missing; false if it isn't there afterwards.

@@ -35,5 +35,6 @@ extern const Command kPlay;
 extern const Command kTrace;
 extern const Command kPerform;
 extern const Command kDevices;
+extern const Command kKeys;
 
 } // namespace velmora::cli

@@ -6,6 +6,7 @@
 namespace velmora {
 
 void TakePlayer::start(PlayList list, double now, double tick) {
+    release();
     list_ = std::move(list);
     i_ = 0;
     due_ = now;
@@ -18,9 +19,13 @@ void TakePlayer::stop() {
     if (!playing_)
         return;
     playing_ = false;
+    release();
+    sound_.playingEnded();
+}
+
+void TakePlayer::release() {
     if (const auto row = std::exchange(sounding_, std::nullopt))
         sound_.releaseRow(*row);
-    sound_.playingEnded();
 }
 
 std::optional<double> TakePlayer::nextDue() const {
@@ -45,7 +50,7 @@ void TakePlayer::proceed(double /*now*/) {
         waitFor(Stage::Note);
         break;
     case Stage::NoteEnd:
-        sound_.releaseRow(*std::exchange(sounding_, std::nullopt));
+        release();
         restOrRoundEnd();
         break;
     case Stage::Rest:

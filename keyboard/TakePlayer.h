@@ -32,7 +32,7 @@ public:
     bool Check5 = false; ///< "Loop Play"
     bool Check6 = false; ///< paused: it waits before the next round
 
-    /// @param tick seconds, read at each wait
+    /// The first round is due at once. @param tick seconds, read at each wait
     void start(PlayList list, double now, double tick);
     void setTick(double tick) { tick_ = tick; }
     /// Ends it at once: the note that sounds is released.
@@ -41,7 +41,8 @@ public:
 
     /// When it goes on; nothing while it does not play or is paused.
     [[nodiscard]] std::optional<double> nextDue() const;
-    /// Does what is due at @p now, which is no earlier than `nextDue` gave.
+    /// Does what is due at @p now, which is no earlier than `nextDue` gave. What follows is due a tick after
+    /// the moment that was given, however late this is.
     void proceed(double now);
     /// What it plays is gone: its note ends in time, and there is no more.
     void clear() { list_.clear(); }
@@ -57,6 +58,7 @@ private:
     void restOrRoundEnd();
     void equalOrRoundEnd();
     void endRound();
+    void release();
     [[nodiscard]] bool holds(std::int32_t item) const { return i_ < list_.size() && list_[i_] == item; }
 
     TakeSound& sound_;

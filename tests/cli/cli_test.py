@@ -430,11 +430,90 @@ class CliTest(unittest.TestCase):
 
     def test_every_command_explains_itself(self):
         self.assertEqual(run("--help").returncode, 0)
-        for command in ("info", "convert", "edit", "play", "trace", "devices"):
+        for command in ("info", "convert", "edit", "play", "trace", "devices", "keys"):
             self.assertIn(command, run("--help").stdout)
             done = run(command, "--help")
             self.assertEqual(done.returncode, 0)
             self.assertIn("velmora-cli " + command, " ".join(done.stdout.split()))
+
+    # Keyboard schemes
+
+    BUILT_IN = list("ZSXDCVGBHNJM,FGHJKL:\"QWERTYUIOP{}1234567890]")
+
+    def keys(self, *words):
+        """The labels that are shown."""
+        done = subprocess.run([CLI, "keys", *words], capture_output=True, timeout=120)
+        self.assertEqual((done.returncode, done.stderr), (0, b""), words)
+        lines = done.stdout.decode("utf-8").split("\n")
+        self.assertEqual((len(lines), lines[-1]), (45, ""))
+        labels = []
+        for key, line in enumerate(lines[:-1]):
+            start = f"{key} {36 + key} "
+            self.assertTrue(line.startswith(start), line)
+            labels.append(line[len(start):])
+        return labels
+
+    def test_the_built_in_scheme_is_shown_without_a_file(self):
+        self.assertEqual(self.keys(), self.BUILT_IN)
+
+    def test_a_scheme_is_read_by_its_lines_and_the_last_one_stands_for_the_rest(self):
+        for text, labels in ((b"A\r\nB\r\nC\r\n", ["A", "B"] + ["C"] * 42), (b"A\nB\r\nC", ["A", "B"] + ["C"] * 42),
+                             (b"", [""] * 44), (b" A \n\n", [" A "] + [""] * 43),
+                             (b"\xef\xbb\xbf\xc3\xb6\nB", ["\xf6"] + ["B"] * 43),
+                             (b"\xf6\n\x80\n", ["\xf6"] + ["\u20ac"] * 43),
+                             (b"".join(b"%d\r\n" % n for n in range(50)), [str(n) for n in range(44)])):
+            self.assertEqual(self.keys(self.save("in.key", text)), labels, text)
+
+    def test_labels_are_set_in_their_order_to_all_behind_the_first_equals(self):
+        wanted = list(self.BUILT_IN)
+        wanted[0], wanted[7], wanted[43] = "=a=", "", " \xf6 "
+        self.assertEqual(self.keys("--set", "0=x", "--set", "7=", "--set=0==a=", "--set", "43= \xf6 "), wanted)
+
+    def test_a_scheme_is_written_trimmed_with_its_extension_and_in_place(self):
+        file = self.save("in.key", "A\nB\n")
+        for out, name in ((self.path("new"), "new.key"), (self.path("BIG.KEY"), "BIG.KEY"), (file, "in.key")):
+            done = run("keys", file, "--set", "1=  b  c ", "--set", "2=", "--out", out)
+            self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "", ""))
+            with open(self.path(name), "rb") as written:
+                self.assertEqual(written.read(), b"A\r\nb  c\r\n\r\n" + b"B\r\n" * 41)
+        self.assertEqual(sorted(os.listdir(self.folder)), ["BIG.KEY", "in.key", "new.key"])
+        self.assertEqual(run("keys", "--out", self.path("own")).returncode, 0)
+        self.assertEqual(self.keys(self.path("own.key")), self.BUILT_IN)
+
+    def test_labels_of_any_bytes_are_written_as_utf_8(self):
+        done = subprocess.run([CLI.encode(), b"keys", b"--set", b"3=\xe9", b"--set", b"4=\xc3\xa9", b"--out",
+                               os.path.join(self.folder.encode(), b"\xff")], capture_output=True)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        with open(os.path.join(self.folder.encode(), b"\xff.key"), "rb") as written:
+            self.assertEqual(written.read().split(b"\r\n")[3:5], [b"\xc3\xa9"] * 2)
+
+    def test_what_is_no_scheme_is_named_and_nothing_is_written(self):
+        os.mkdir(self.path("folder.key"))
+        kept = self.save("kept.key", "K")
+        for name, text in (("binary.key", b"\x7fELF\0\1"), ("wide.key", "A\nB\n".encode("utf-16")),
+                           ("line.key", b"x" * 100_000_000), ("folder.key", None), ("missing.key", None)):
+            file = self.save(name, text) if text else self.path(name)
+            done = run("keys", file, "--out", kept)
+            self.assertEqual((done.returncode, done.stdout), (1, ""), name)
+            self.assertIn(name, done.stderr)
+        with open(kept, "rb") as still:
+            self.assertEqual(still.read(), b"K")
+
+    def test_a_scheme_that_cannot_be_written_is_named(self):
+        done = run("keys", "--out", os.path.join(self.save("file", ""), "below"))
+        self.assertEqual((done.returncode, done.stdout), (1, ""))
+        self.assertIn("below.key", done.stderr)
+
+    def test_wrong_words_about_keys_are_usage_errors_and_write_nothing(self):
+        out = self.path("o.key")
+        for words in (["--set", "44=x"], ["--set", "-1=x"], ["--set", "x=1"], ["--set", "=x"], ["--set", "1 =x"],
+                      ["--set", "1"], ["--set", ""], ["--set", "1=a\nb"], ["--set", "0=a", "--set", "99=b"],
+                      [self.path("a"), self.path("b")], [""], ["--set"]):
+            done = run("keys", "--out", out, *words)
+            self.assertEqual((done.returncode, done.stdout), (2, ""), (words, done.stderr))
+        for name in ("", "  "):
+            self.assertEqual(run("keys", "--out", name).returncode, 2)
+        self.assertEqual(os.listdir(self.folder), [])
 
     # Libraries that are loaded when they are needed
 

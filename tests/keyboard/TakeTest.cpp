@@ -363,7 +363,7 @@ TEST(TakeTest, EveryPassAgreesWithASlowOneOnListsOfTexts) {
     const auto real = [&](double least, double most) {
         return std::uniform_real_distribution<>(least, most)(random);
     };
-    const int takes = stepsOfWalk(3000);
+    const int takes = stepsOfWalk(1500);
     for (int n = 0; n < takes; ++n) {
         const TakeStyle& style = kStyles[static_cast<std::size_t>(n) % std::size(kStyles)];
         const int size = static_cast<int>(random() % (n % 40 == 0 ? 3001 : n % 3 == 0 ? 40 : 500));
