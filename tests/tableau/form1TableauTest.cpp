@@ -75,7 +75,7 @@ TEST_F(form1TableauTest, ADraggedLineIsANoteOfThatLengthInTheChannelsColour) {
     EXPECT_EQ(pixel(melody(3, 60) + QPoint(0, 1)), QColor(255, 0, 0));
 }
 
-TEST_F(form1TableauTest, WhatIsPlayedIsWrittenWhileThePointerRestsOnTheMelody) {
+TEST_F(form1TableauTest, TheViewKnowsWhetherThePointerRestsOnTheMelody) {
     const auto send = [](QWidget& box, QEvent&& event) { QApplication::sendEvent(&box, &event); };
     shown();
     EXPECT_FALSE(workspace().view.PointerInMusicBox);
