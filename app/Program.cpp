@@ -67,6 +67,7 @@ struct Program::Composing {
                .dialogs = program.dialogs_,
                .loop = program.loop_,
                .port = program.sound_->devices,
+               .inputs = program.inputs_,
                .devices = devices,
                .workspace = workspace,
                .player = player,
@@ -81,7 +82,8 @@ struct Program::Composing {
     RecoveryWatch watch;
 };
 
-Program::Program(std::vector<std::unique_ptr<MidiBackend>> backends, std::filesystem::path score,
+Program::Program(std::vector<std::unique_ptr<MidiBackend>> backends,
+                 std::vector<std::unique_ptr<MidiInputBackend>> inputs, std::filesystem::path score,
                  std::filesystem::path socket)
     : backends_(std::move(backends))
     , settings_(settingsPath())
@@ -90,6 +92,7 @@ Program::Program(std::vector<std::unique_ptr<MidiBackend>> backends, std::filesy
     , skins_(settings_)
     , tips_(settings_)
     , opener_(skins_, tips_)
+    , inputs_(std::move(inputs))
     , dialogs_(skins_, tips_, folders_)
     , handOver_(std::make_unique<HandOverServer>(std::move(socket),
                                                  [this](const HandedOver& handed) { takeOver(handed); })) {

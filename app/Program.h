@@ -12,6 +12,7 @@
 #include "shell/frmskins.h"
 #include "shell/openerF.h"
 #include "sound/LiveSound.h"
+#include "sound/MidiInputs.h"
 
 #include <deque>
 #include <filesystem>
@@ -25,10 +26,12 @@ namespace velmora {
 /// starts.
 class Program {
 public:
-    /// @param backends made before other threads ran
+    /// @param backends made before other threads ran, as are
+    /// @param inputs
     /// @param score opened after the start; blank for none
     /// @param socket where second starts hand over what they were to open; blank for nowhere
-    Program(std::vector<std::unique_ptr<MidiBackend>> backends, std::filesystem::path score,
+    Program(std::vector<std::unique_ptr<MidiBackend>> backends,
+            std::vector<std::unique_ptr<MidiInputBackend>> inputs, std::filesystem::path score,
             std::filesystem::path socket);
     ~Program();
     Program(const Program&) = delete;
@@ -60,6 +63,7 @@ private:
     openerF opener_;
 
     std::unique_ptr<LiveSound> sound_;
+    MidiInputs inputs_;
     QtMessageLoop loop_;
     QtFileDialogs dialogs_;
     std::unique_ptr<Frmmenu> menu_;

@@ -5,6 +5,7 @@
 #include "base/SingleInstance.h"
 #include "shell/MessageBox.h"
 #include "sound/MidiBackends.h"
+#include "sound/MidiInputBackend.h"
 
 #include <QApplication>
 
@@ -34,8 +35,9 @@ int main(int argc, char* argv[]) {
         std::puts("velmora " VELMORA_VERSION);
         return 0;
     }
-    // Before Qt has threads of its own: it writes the environment.
+    // Before Qt has threads of its own: they write the environment.
     auto backends = createMidiBackends();
+    auto inputs = createMidiInputBackends();
     QApplication::setApplicationName("velmora");
     QApplication::setDesktopFileName("velmora");
     const std::string activation = qgetenv(kActivationVariable).toStdString(); // Qt may take it
@@ -61,7 +63,7 @@ int main(int argc, char* argv[]) {
         return 0;
     }
     QApplication::setQuitOnLastWindowClosed(false);
-    Program program(std::move(backends), score, socket);
+    Program program(std::move(backends), std::move(inputs), score, socket);
     program.start();
     return QApplication::exec();
 }

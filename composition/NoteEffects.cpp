@@ -58,21 +58,9 @@ void giveEffects(Score& score, const EffectSelectors& effects, int position) {
                  static_cast<std::int16_t>(effects.*layer.selector + layer.shownAsZero));
 }
 
-/// Of the active channel playing reads the volume one after the head, of all others at the head itself. Where
-/// notes touch, both leave the other's alone as far as that goes.
-void giveVolume(Score& score, std::int16_t volume, NoteCells cells) {
-    const int channel = score.ActiveChannel;
-    const bool behindANote = classAt(score, cells.first - 1) == CellClass::Head;
-    const bool beforeANote = classAt(score, cells.last + 1) == CellClass::Head;
-    const int first = behindANote ? cells.first + 1 : cells.first;
-    const int last = beforeANote && cells.last > cells.first ? cells.last : cells.last + 1;
-    for (int index = std::max(first, 0); index <= last; ++index)
-        score.Volume.set(channel, index, volume);
-}
-
 void giveAllEffects(Workspace& workspace, NoteCells cells) {
     Score& score = workspace.score;
-    giveVolume(score, workspace.effects.vol3, cells);
+    giveVolume(score, score.ActiveChannel, workspace.effects.vol3, cells);
     for (int position = cells.first; isMelody(score.ActiveChannel) && position <= cells.last; ++position)
         giveEffects(score, workspace.effects, position);
 }

@@ -58,6 +58,18 @@ void splitAfter(Score& score, int channel, int last) {
         score.NoteCell.set(channel, last + 1, static_cast<std::int16_t>(cell - kContinuation));
 }
 
+void giveVolume(Score& score, int channel, std::int16_t volume, NoteCells cells) {
+    const auto isHead = [&](int position) {
+        return cellClass(score.NoteCell.valueOr(channel, position, kEmptyCell)) == CellClass::Head;
+    };
+    const bool behindANote = isHead(cells.first - 1);
+    const bool beforeANote = isHead(cells.last + 1);
+    const int first = behindANote ? cells.first + 1 : cells.first;
+    const int last = beforeANote && cells.last > cells.first ? cells.last : cells.last + 1;
+    for (int index = std::max(first, 0); index <= last; ++index)
+        score.Volume.set(channel, index, volume);
+}
+
 bool answersRightClick(const Score& score, int channel, int position) {
     if (score.NoteCell.valueOr(channel, position, kEmptyCell) >= 1)
         return true;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include <cstdint>
+
 namespace velmora {
 
 struct Manners;
@@ -31,6 +33,10 @@ struct NoteCells {
 void writeNote(Score& score, const DrawnNote& note);
 /// What remains of an older note after @p last becomes a note of its own.
 void splitAfter(Score& score, int channel, int last);
+
+/// Gives a note its volume where playing reads it: of the active channel one after the head, of all others at
+/// the head itself. Where notes touch, both leave the other's alone as far as that goes.
+void giveVolume(Score& score, int channel, std::int16_t volume, NoteCells cells);
 
 /// Whether a right click finds something here. A head on row 0 counts as empty; that is meant.
 [[nodiscard]] bool answersRightClick(const Score& score, int channel, int position);

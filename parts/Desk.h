@@ -9,6 +9,7 @@ class ExToolTip;
 class frmskins;
 class Frmmenu;
 class MessageLoop;
+class MidiInputs;
 class MidiPort;
 class Player;
 class ProgramFolders;
@@ -27,6 +28,7 @@ struct Desk {
     clsDialog& dialogs;
     MessageLoop& loop;
     MidiPort& port;
+    MidiInputs& inputs;
     DeviceChooser& devices;
     Workspace& workspace;
     Player& player;

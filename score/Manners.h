@@ -33,7 +33,8 @@ struct Manners {
     /// Save writes to the score's own file, and questions come when, and only when, something is unsaved.
     /// Otherwise Save always asks for a name, Open asks nothing, leaving always asks.
     bool asksBeforeLoss = false;
-    /// The score grows to hold a file that is opened. Otherwise what is past `NumNotes` is dropped.
+    /// The score grows to hold a file that is opened, and what is played into it. Otherwise what is past
+    /// `NumNotes` is dropped.
     bool growsToFile = false;
     /// Steps of playing fall at start + n steps. Otherwise each waits its time after its work.
     bool keepsTime = false;
@@ -48,8 +49,8 @@ struct Manners {
     bool showsPlayLineBoldly = false;
     /// The names of rows grow with the rows. Otherwise they have two sizes.
     bool growsRowNames = false;
-    /// A release of a key ends what its press struck, and the last one everything. Otherwise it ends the notes
-    /// of the key under the present octave and chord, and others go on sounding.
+    /// A release of a key ends what its press struck, and the last one everything. Otherwise it ends the
+    /// notes of the key under the present octave and chord, and others go on sounding.
     bool endsWhatWasStruck = false;
     /// Choosing a channel on the keyboard sends its instrument. Otherwise it sends nothing.
     bool sendsChannelInstrument = false;
@@ -64,8 +65,8 @@ struct Manners {
     [[nodiscard]] static constexpr Manners classic() { return {}; }
     /// Nothing is lost or falsified: the default.
     [[nodiscard]] static constexpr Manners careful() {
-        return {true, true, true, true, true, true, true, true,
-                true, true, true, true, true, true, true, true, true, true, true, true};
+        return {true, true, true, true, true, true, true, true, true, true,
+                true, true, true, true, true, true, true, true, true, true};
     }
     [[nodiscard]] static constexpr Manners of(bool isClassic) { return isClassic ? classic() : careful(); }
 };

@@ -38,8 +38,9 @@ struct ViewState {
 
     Mouse MouseMode = Mouse::Draw;
     RightClick RightClickMode = RightClick::Erase;
-    bool NoteEffectsOn = false; ///< the Single Note Effects toolbar is the active one
-    bool Check4 = false;        ///< "Static Note Test": a click plays a note and draws nothing
+    bool NoteEffectsOn = false;     ///< the Single Note Effects toolbar is the active one
+    bool PointerInMusicBox = false; ///< the mouse rests on the melody's Tableau
+    bool Check4 = false;            ///< "Static Note Test": a click plays a note and draws nothing
 
     [[nodiscard]] int ViewBottomRow() const { return std::min(ViewTopRow + ViewRows, kLastRow); }
     [[nodiscard]] int ViewHalfColumns() const { return (ViewColumns + 1) / 2; }

@@ -99,7 +99,10 @@ void TableauBox::lose() {
 }
 
 bool TableauBox::event(QEvent* event) {
-    switch (event->type()) {
+    const QEvent::Type type = event->type();
+    if (mouse.over && (type == QEvent::Enter || type == QEvent::Leave || type == QEvent::Hide))
+        mouse.over(type == QEvent::Enter);
+    switch (type) {
     case QEvent::UngrabMouse:
     case QEvent::WindowDeactivate:
     case QEvent::Hide:

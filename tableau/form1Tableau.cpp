@@ -40,6 +40,7 @@ void form1::bindTableau() {
         input_->MusicBox_MouseUp(button, shift, x, y);
     };
     melody.lost = [this] { input_->cancel(); };
+    melody.over = [this](bool isOver) { desk_.workspace.view.PointerInMusicBox = isOver; };
 
     TableauBox::Mouse& beat = Picmain_->mouseOn(Picmain::Surface::Beatbox);
     beat.down = [this](MouseButton button, int shift, int x, int y) {

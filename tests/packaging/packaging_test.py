@@ -49,9 +49,10 @@ FILES = [
 ONLY_WITHOUT_PACKAGE = ["share/doc/velmora/COPYING"]
 ONLY_IN_PACKAGE = ["share/doc/velmora/changelog.gz", "share/doc/velmora/copyright"]
 
-DEPENDS = ["fluid-soundfont-gm | timgm6mb-soundfont", "fonts-liberation", "fonts-noto-core", "libc6", "libfluidsynth3",
+DEPENDS = ["fluid-soundfont-gm | timgm6mb-soundfont", "fonts-liberation", "fonts-noto-core", "libasound2", "libc6", "libfluidsynth3",
            "libjack-jackd2-0", "libmp3lame0", "libpulse0", "libqt6core6", "libqt6gui6", "libqt6svg6", "libqt6widgets6",
-           "librtmidi6", "libsdl2-2.0-0", "libsndfile1", "libxcb-shape0", "libxcb1", "qt6-wayland"]
+           "librtmidi6", "libsdl2-2.0-0", "libsndfile1", "libxcb-shape0", "libxcb1",
+           "libxkbcommon-x11-0", "libxkbcommon0", "qt6-wayland"]
 
 
 def source(*names):
@@ -72,7 +73,8 @@ def shipped_files():
     demos = [f"share/velmora/demos/{os.path.basename(demo)}"
              for kind in ("sng", "mid") for demo in glob.glob(source("packaging", "demos", f"*.{kind}"))]
     pages = [f"share/velmora/help/{page}" for page in files_below(source("docs", "help"))]
-    return FILES + demos + pages + sorted({f"bin/{call[0]}" for call in CALLS})
+    schemes = [f"share/velmora/schemes/{os.path.basename(scheme)}" for scheme in glob.glob(source("packaging", "schemes", "*.key"))]
+    return FILES + demos + schemes + pages + sorted({f"bin/{call[0]}" for call in CALLS})
 
 
 class PackagingTest(unittest.TestCase):

@@ -10,6 +10,7 @@
 #include "shell/Frmmenu.h"
 #include "shell/frmskins.h"
 #include "sound/DeviceChooser.h"
+#include "tests/support/FakeInputs.h"
 #include "tests/support/MemorySettings.h"
 #include "tests/support/RecordingPort.h"
 #include "tests/support/RecordingWindows.h"
@@ -70,6 +71,7 @@ public:
                                .dialogs = dialogs,
                                .loop = loop,
                                .port = port,
+                               .inputs = midi.inputs,
                                .devices = devices,
                                .workspace = workspace(),
                                .player = player(),
@@ -85,6 +87,7 @@ public:
     ScriptedDialogs dialogs;
     Loop loop;
     RecordingPort port{loop};
+    FakeInputs midi;
     DeviceChooser devices{port,
                           {.read = [this]() -> std::optional<int> {
                                const std::string text = stored("Devices");

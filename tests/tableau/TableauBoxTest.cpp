@@ -88,6 +88,18 @@ TEST_F(TableauBoxTest, AStrokeIsLostWithTheGrabTheWindowAndTheRightToDraw) {
     EXPECT_THAT(lose([this] { box.setEnabled(false); }), ElementsAre("down 1 0 5 6", "lost"));
 }
 
+TEST_F(TableauBoxTest, ItSaysWhereTheMouseRests) {
+    box.mouse.over = [this](bool isOver) { said.push_back(isOver ? "over" : "away"); };
+    QEnterEvent enter({5, 6}, {5, 6}, {5, 6});
+    QApplication::sendEvent(&box, &enter);
+    EXPECT_THAT(said, ElementsAre("over"));
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&box, &leave);
+    QEvent hide(QEvent::Hide);
+    QApplication::sendEvent(&box, &hide);
+    EXPECT_THAT(said, ElementsAre("over", "away", "away"));
+}
+
 TEST_F(TableauBoxTest, NothingIsLostWhereNothingIsHeld) {
     QEvent event(QEvent::WindowDeactivate);
     QApplication::sendEvent(&box, &event);

@@ -75,6 +75,17 @@ TEST_F(form1TableauTest, ADraggedLineIsANoteOfThatLengthInTheChannelsColour) {
     EXPECT_EQ(pixel(melody(3, 60) + QPoint(0, 1)), QColor(255, 0, 0));
 }
 
+TEST_F(form1TableauTest, TheViewKnowsWhetherThePointerRestsOnTheMelody) {
+    const auto send = [](QWidget& box, QEvent&& event) { QApplication::sendEvent(&box, &event); };
+    shown();
+    EXPECT_FALSE(workspace().view.PointerInMusicBox);
+    send(child("MusicBox"), QEnterEvent({5, 6}, {5, 6}, {5, 6}));
+    EXPECT_TRUE(workspace().view.PointerInMusicBox);
+    send(child("MusicBox"), QEvent(QEvent::Leave));
+    send(child("Beatbox"), QEnterEvent({5, 6}, {5, 6}, {5, 6}));
+    EXPECT_FALSE(workspace().view.PointerInMusicBox);
+}
+
 TEST_F(form1TableauTest, ItSoundsWhileTheButtonIsDown) {
     shown();
     port.sent.clear();
