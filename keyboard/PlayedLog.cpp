@@ -63,9 +63,10 @@ void PlayedLog::take(PlayedEvent event) {
 }
 
 void PlayedLog::metronome(double start, double interval, int beatsPerMeasure) {
+    const double now = clock_.now();
     if (!beats_.empty())
-        beats_.back().stopped = std::min(beats_.back().stopped, start);
-    std::erase_if(beats_, [start](const Beats& beats) { return beats.stopped < start - kKept; });
+        beats_.back().stopped = std::min(beats_.back().stopped, now);
+    std::erase_if(beats_, [now](const Beats& beats) { return beats.stopped < now - kKept; });
     if (interval > 0)
         beats_.push_back({start, interval, beatsPerMeasure, std::numeric_limits<double>::infinity()});
 }

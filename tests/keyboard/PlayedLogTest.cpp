@@ -211,15 +211,19 @@ TEST_F(PlayedLogTest, AStrikeIsOnTheDiskWithinASecond) {
 TEST_F(PlayedLogTest, TheMetronomeThatRanThroughAPhraseIsKnown) {
     Run run(file, wall);
     EXPECT_FALSE(run.log.beatsDuring(1, 2));
+    run.pass(1);
     run.log.metronome(1, 0.5, 3);
     ASSERT_TRUE(run.log.beatsDuring(1.2, 9));
     EXPECT_EQ(run.log.beatsDuring(1.2, 9)->interval, 0.5);
     EXPECT_EQ(run.log.beatsDuring(1.2, 9)->perMeasure, 3);
-    run.log.metronome(5, 0, 3);
+    run.pass(4);
+    run.log.metronome(1, 0, 3); // it stops now, whatever it says of its start
     EXPECT_TRUE(run.log.beatsDuring(1.2, 4));
     EXPECT_FALSE(run.log.beatsDuring(0.5, 4)) << "it began later";
     EXPECT_FALSE(run.log.beatsDuring(2, 6)) << "it stopped meanwhile";
+    run.pass(2);
     run.log.metronome(7, 0.25, 4);
+    run.pass(1);
     run.log.metronome(8, 0.3, 4);
     EXPECT_EQ(run.log.beatsDuring(7.5, 8)->interval, 0.25);
     EXPECT_EQ(run.log.beatsDuring(8.5, 80)->interval, 0.3);
