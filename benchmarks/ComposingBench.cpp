@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // How quickly the composing window answers, on a bare X server.
-#include "BareServer.h"
+#include "WindowProbe.h"
 
 #include <benchmark/benchmark.h>
 
 #include <array>
 #include <csignal>
-#include <memory>
 #include <sys/wait.h>
 
 namespace {
@@ -39,26 +38,9 @@ private:
     pid_t process_;
 };
 
-const velmora::BareServer& server() {
-    static const velmora::BareServer bare;
-    return bare;
-}
-
-/// The three numbers of the probe as counters of these names; a blank name leaves its number out.
+/// The three numbers of the probe as counters of these names.
 void probe(benchmark::State& state, const std::string& words, const std::array<const char*, 3>& names) {
-    const std::string command = "exec env DISPLAY=" + server().display() +
-                                " QT_QPA_PLATFORM=xcb " VELMORA_COMPOSING_PROBE " " + words + " 2>/dev/null";
-    std::array<double, 3> numbers{-1, -1, -1};
-    for (auto _ : state) {
-        const std::unique_ptr<std::FILE, int (*)(std::FILE*)> output(popen(command.c_str(), "r"), pclose);
-        if (!output || std::fscanf(output.get(), "%lf %lf %lf", &numbers[0], &numbers[1], &numbers[2]) != 3) {
-            state.SkipWithError("The window did not come up; is Xvfb installed?");
-            return;
-        }
-    }
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (*names[i])
-            state.counters[names[i]] = numbers[i];
+    velmora::probeWindow(state, VELMORA_COMPOSING_PROBE, words, names);
 }
 
 void composingPress(benchmark::State& state) {
@@ -82,14 +64,14 @@ void composingScroll(benchmark::State& state) {
 BENCHMARK(composingScroll)->Iterations(1);
 
 void composingPlayForAMinute(benchmark::State& state) {
-    const RestlessMouse mouse(server().display());
+    const RestlessMouse mouse(velmora::bareServer().display());
     probe(state, "play 60", {"late_p50_us", "late_p99_us", "slower_percent"});
 }
 BENCHMARK(composingPlayForAMinute)->Iterations(1);
 
 /// Each step waits its time after its work.
 void composingPlayForAMinuteInClassicManners(benchmark::State& state) {
-    const RestlessMouse mouse(server().display());
+    const RestlessMouse mouse(velmora::bareServer().display());
     probe(state, "play 60 500 classic", {"late_p50_us", "late_p99_us", "slower_percent"});
 }
 BENCHMARK(composingPlayForAMinuteInClassicManners)->Iterations(1);

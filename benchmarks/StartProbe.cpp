@@ -78,7 +78,7 @@ int main(int argc, char* argv[]) {
     const std::string_view what = argc > 2 ? argv[2] : "";
     auto backends = createMidiBackends();
     const QApplication application(argc, argv);
-    Program program(std::move(backends), {}, {});
+    Program program(std::move(backends), {}, {}, {});
     const bool composes = what == "form1" || what == "return";
     ExposeWatch watch(composes ? "form1" : what == "opener" ? "openerF" : "none", started);
     program.start();

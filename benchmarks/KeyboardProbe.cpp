@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+// velmora_keyboard_probe WHAT: the keyboard's window, on the X server that is there; prints three numbers.
+//
+// clang-format off
+//   hand     microseconds from a key that goes down at the X server to its note-on at the port: at the median,
+//            at the 99th of a hundred, at worst
+//   sample   microseconds by which the samples of a take are late while keys are struck and painted, likewise
+//   idle     percent of a core that the window takes while a metronome runs, over ten seconds; twice 0
+//   open     milliseconds from the first command to the painted window, at the median of several; and of a
+//            plain window with as many children; their ratio
+// clang-format on
+#include "Share.h"
+#include "base/QtMessageLoop.h"
+#include "base/SteadyClock.h"
+#include "synth/frmsynth.h"
+#include "tests/support/TestDesk.h"
+
+#include <QtWidgets>
+
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+using namespace velmora;
+
+namespace {
+
+void report(double first, double second, double third) {
+    std::printf("%.4f %.4f %.4f\n", first, second, third);
+    std::fflush(stdout);
+    std::_Exit(0);
+}
+
+void report(std::vector<double>& values) {
+    report(shareOf(values, 0.5), shareOf(values, 0.99), shareOf(values, 1));
+}
+
+void settle(double seconds) {
+    const double end = steadySeconds() + seconds;
+    do {
+        QApplication::processEvents();
+    } while (steadySeconds() < end);
+}
+
+/// The keyboard with fakes but for the clock.
+struct Stage : BasicTestDesk<QtMessageLoop> {
+    Stage() : window(desk(), nullptr) {
+        window.open();
+        settle(0.5);
+    }
+
+    /// When the port was first sent a note-on since it was cleared.
+    [[nodiscard]] std::optional<double> noteOn() const {
+        for (const RecordingPort::Sent& one : port.sent)
+            if ((one.word & 0xF0U) == 0x90U)
+                return one.moment;
+        return std::nullopt;
+    }
+
+    frmsynth window;
+};
+
+constexpr const char* kKeys[] = {"z", "x", "c", "v", "b", "n", "m", "q", "w", "e", "r", "t", "y", "u"};
+constexpr int kKeyCount = static_cast<int>(std::size(kKeys));
+
+void hand() {
+    Stage stage;
+    std::FILE* const keys = popen("xdotool -", "w");
+    std::vector<double> toPort;
+    for (int strike = 0; keys && strike < 400; ++strike) {
+        stage.port.sent.clear();
+        const char* const key = kKeys[strike % kKeyCount];
+        const double before = steadySeconds();
+        std::fprintf(keys, "keydown %s\n", key);
+        std::fflush(keys);
+        while (!stage.noteOn() && steadySeconds() < before + 0.5)
+            QApplication::processEvents();
+        if (const auto moment = stage.noteOn())
+            toPort.push_back(1e6 * (*moment - before));
+        std::fprintf(keys, "keyup %s\n", key);
+        std::fflush(keys);
+        settle(0.02);
+    }
+    report(toPort);
+}
+
+void sample() {
+    Stage stage;
+    Keyboard& keyboard = stage.window.keyboard();
+    keyboard.CmdRec_Click();
+    std::FILE* const keys = popen("xdotool -", "w");
+    if (keys) {
+        for (int strike = 0; strike < 150; ++strike)
+            std::fprintf(keys, "keydown %s\nsleep 0.04\nkeyup %s\nsleep 0.02\n", kKeys[strike % kKeyCount],
+                         kKeys[strike % kKeyCount]);
+        std::fflush(keys);
+    }
+    std::vector<double> late;
+    int samples = 0;
+    for (const double end = steadySeconds() + 9; steadySeconds() < end;) {
+        const auto due = keyboard.nextDue();
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        if (keyboard.take.size() == samples)
+            continue;
+        samples = keyboard.take.size();
+        if (due)
+            late.push_back(1e6 * (stage.loop.now() - *due));
+    }
+    report(late);
+}
+
+double processSeconds() {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+void idle() {
+    Stage stage;
+    stage.window.keyboard().chkRunning_Click(true);
+    stage.window.arm();
+    settle(1);
+    constexpr double kSeconds = 10;
+    const double before = processSeconds();
+    for (const double end = steadySeconds() + kSeconds; steadySeconds() < end;)
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    report(100 * (processSeconds() - before) / kSeconds, 0, 0);
+}
+
+double milliseconds(const std::function<void()>& command) {
+    const double before = steadySeconds();
+    command();
+    QApplication::processEvents();
+    QGuiApplication::sync();
+    return 1e3 * (steadySeconds() - before);
+}
+
+void open() {
+    BasicTestDesk<QtMessageLoop> desk;
+    {
+        frmsynth first(desk.desk(), nullptr); // fonts, icons and styles are there from now on
+        first.open();
+        settle(0.3);
+    }
+    std::vector<double> ours;
+    std::vector<double> plain;
+    for (int round = 0; round < 15; ++round) {
+        std::unique_ptr<frmsynth> window;
+        ours.push_back(milliseconds([&] {
+            window = std::make_unique<frmsynth>(desk.desk(), nullptr);
+            window->open();
+        }));
+        const auto children = window->findChildren<QWidget*>().size();
+        const QSize size = window->size();
+        settle(0.1);
+        window.reset();
+        settle(0.1);
+        std::unique_ptr<QWidget> bare;
+        plain.push_back(milliseconds([&] {
+            bare = std::make_unique<QWidget>();
+            bare->resize(size);
+            for (qsizetype i = 0; i < children; ++i)
+                (new QPushButton("Words", bare.get()))
+                    ->setGeometry(static_cast<int>(i * 37 % size.width()),
+                                  static_cast<int>(i * 53 % size.height()), 60, 24);
+            bare->show();
+        }));
+        settle(0.1);
+    }
+    report(shareOf(ours, 0.5), shareOf(plain, 0.5), shareOf(ours, 0.5) / shareOf(plain, 0.5));
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    const QApplication application(argc, argv);
+    const std::string_view what = argc > 1 ? argv[1] : "";
+    if (what == "hand")
+        hand();
+    else if (what == "sample")
+        sample();
+    else if (what == "idle")
+        idle();
+    else if (what == "open")
+        open();
+    return 2;
+}
