@@ -82,10 +82,10 @@ TEST_F(frmsynthKeysTest, InAFieldForTextTheyType) {
     opened(4);
     auto& field = control<QLineEdit>("txtValue");
     field.setFocus();
+    field.selectAll();
     QTest::keyClicks(&field, "90");
     EXPECT_THAT(sent(), IsEmpty());
-    EXPECT_EQ(window().keyboard().metronome().BeatsPerMinute % 1000, 209 % 1000)
-        << field.text().toStdString();
+    EXPECT_EQ(window().keyboard().metronome().BeatsPerMinute, 90);
     QTest::keyClick(&field, Qt::Key_Return);
     EXPECT_TRUE(control("Picture1").hasFocus()) << "Enter goes back to the keys";
 }
@@ -325,15 +325,15 @@ TEST_F(frmsynthKeysTest, AClickOnALabelSelectsItSoThatAKeyTypedReplacesIt) {
     EXPECT_EQ(label.text(), "Z");
     click(label);
     EXPECT_EQ(label.selectedText(), "Z");
-    QTest::keyClicks(&label, "y");
-    EXPECT_EQ(label.text(), "y");
-    EXPECT_EQ(window().keyboard().scheme().labels[0], "y");
+    QTest::keyClicks(&label, "#");
+    EXPECT_EQ(label.text(), "#");
+    EXPECT_EQ(window().keyboard().scheme().labels[0], "#");
     window().CmdEd_Click();
     EXPECT_FALSE(label.isVisible());
     down({52, Qt::Key_Z, "z"});
     EXPECT_THAT(sent(), IsEmpty());
-    down({29, Qt::Key_Y, "y"});
-    EXPECT_EQ(sent().front(), on(36)) << "the lower of two keys with that label";
+    down({51, Qt::Key_NumberSign, "#"});
+    EXPECT_THAT(sent(), ElementsAre(on(36)));
 }
 
 TEST_F(frmsynthKeysTest, EscEndsTheEditing) {

@@ -77,8 +77,10 @@ TEST_F(frmsynthTest, ItComesUpWhereItWasButAsWideAsTheOtherSpellingSays) {
     store("formS top", "150");
     store("formS Width", std::to_string(1400 * 15));
     window().open();
-    EXPECT_EQ(window().pos(), QPoint(20, 10));
-    const int screen = window().screen()->availableGeometry().width();
+    const QRect around = window().screen()->availableGeometry();
+    const int screen = around.width();
+    EXPECT_EQ(window().pos(), onScreen({20, 10}, window().size(), around));
+    EXPECT_EQ(window().y(), 10);
     EXPECT_EQ(window().width(), std::clamp(screen - pixelsOfTwips(200), 1000, std::max(1000, screen)));
     EXPECT_EQ(window().height(), 396);
     EXPECT_EQ(stored("formS Width"), std::to_string(window().width() * 15)) << "written at once";
