@@ -79,11 +79,9 @@ bool KeyPresses::press(const QKeyEvent& event) {
         altGrs_.insert(positionOf(event));
         return false;
     }
-    const bool repeats =
-        releasedAt_ != 0 && releasedAt_ == event.timestamp() && released_.position == positionOf(event);
-    if (repeats) { // it has been down all the time
+    if (looksAt_ && releasedAt_ == event.timestamp() && released_.position == positionOf(event)) {
         settling_.stop();
-        releasedAt_ = 0;
+        looksAt_ = false; // it has been down all the time
         return true;
     }
     settle();

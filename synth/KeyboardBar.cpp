@@ -105,9 +105,12 @@ public:
 protected:
     void mousePressEvent(QMouseEvent* event) override {
         if (event->button() == Qt::RightButton)
-            owner_.rightClick();
-        else
-            Slider::mousePressEvent(event);
+            return owner_.rightClick();
+        const int before = value();
+        Slider::mousePressEvent(event);
+        // The octave may stand elsewhere than its pointer, which a press brings it to all the same.
+        if (row_.slider == Octave && isSliderDown() && value() == before)
+            owner_.drag(before);
     }
     void mouseMoveEvent(QMouseEvent* event) override {
         Slider::mouseMoveEvent(event);

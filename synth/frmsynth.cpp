@@ -81,9 +81,10 @@ private:
     frmsynth& window_;
 };
 
-frmsynth::frmsynth(Desk& desk)
+frmsynth::frmsynth(Desk& desk, QWidget* composing)
     : SkinnedWindow(desk.skins, {.maximize = true, .minimize = true, .help = true})
     , desk_(desk)
+    , composing_(composing)
     , keyboard_(desk.port, desk.loop, desk.workspace.setup.channels, desk.workspace.manners)
     , parts_{.desk = desk,
              .keyboard = keyboard_,
@@ -214,6 +215,8 @@ bool frmsynth::confirmOverwrite() {
 void frmsynth::changed(Changes changes) {
     if (changes.any(Change::Manners))
         releaseAll();
+    if (changes.any(Change::Device) && scheme_->isVisible())
+        scheme_->listDevices();
     if (isVisible())
         used();
 }
@@ -431,12 +434,7 @@ void frmsynth::openAtStoredPlace() {
     const QPoint corner(stored(settings::formS_left), stored(settings::formS_top));
     const QScreen* there = isStored ? QGuiApplication::screenAt(QRect(corner, kLeast).center()) : nullptr;
     const QRect screen = (there ? there : this->screen())->availableGeometry();
-    const QWidget* composing = nullptr;
-    const auto windows = QApplication::topLevelWidgets();
-    for (const QWidget* window : windows)
-        if (window->objectName() == QLatin1String("form1"))
-            composing = window;
-    const int around = composing ? composing->width() : screen.width();
+    const int around = composing_ ? composing_->width() : screen.width();
     const int width =
         pixelsOfTwips(settings::read(desk_.settings, settings::formS_width, twips(around) - 200));
     const QSize size = QSize(width, kHeight).expandedTo(kLeast).boundedTo(screen.size());
@@ -474,6 +472,8 @@ void frmsynth::closeEvent(QCloseEvent* event) {
         return;
     unload();
     desk_.windows.open(Windows::Name::form1);
+    if (composing_)
+        composing_->activateWindow();
 }
 
 } // namespace velmora

@@ -49,7 +49,9 @@ struct Desk;
 /// Closed, the window is hidden and silent; what was recorded is still there when it comes up again.
 class frmsynth : public SkinnedWindow, private KeyboardView, private Watcher {
 public:
-    explicit frmsynth(Desk& desk);
+    /// @param composing the window whose width is the measure of the first opening, and which comes back when
+    /// the keyboard is closed; it may be null
+    frmsynth(Desk& desk, QWidget* composing);
     ~frmsynth() override;
 
     /// Comes up, and is loaded if it was closed.
@@ -69,6 +71,8 @@ public:
     [[nodiscard]] Keyboard& keyboard() { return keyboard_; }
     /// Does what is due; the alarm calls it.
     void runDue();
+    /// Sets the alarm to what is due next: to be called after the keyboard was played from elsewhere.
+    void arm();
 
     /// Writes the notes that were played as a score, where somebody has kept them. @return why not, in words
     std::function<std::string(const std::filesystem::path&)> saveNotesAsPlayed;
@@ -122,9 +126,9 @@ private:
 
     /// A control was used: shows everything anew.
     void used();
-    void arm();
 
     Desk& desk_;
+    QPointer<QWidget> composing_;
     Keyboard keyboard_;
     SynthParts parts_;
     CommandBank Lb1_;
