@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "synth/ComposePanel.h"
 
-#include "base/QtText.h"
 #include "composition/SetupRules.h"
 #include "composition/Workspace.h"
 #include "keyboard/Keyboard.h"
 #include "parts/Desk.h"
 #include "shell/CommandButton.h"
 #include "shell/ExToolTip.h"
-#include "shell/Frmmenu.h"
 #include "shell/ReadOut.h"
 #include "synth/KeyboardBar.h"
 
@@ -44,7 +42,10 @@ ComposePanel::ComposePanel(const SynthParts& parts, CommandButton& keep, QWidget
     , positionWords_(addWords("Position"))
     , Text9(new ReadOut(parts.look, "Text9", this))
     , keep_(keep)
-    , stepEntry_(addCheck("stepEntry", "Step entry", "", [](bool /*on*/) {})) {
+    , stepEntry_(addCheck("stepEntry", "Step entry",
+                          "While the mouse rests on the Tableau, notes of a MIDI keyboard are written there, "
+                          "one after the other",
+                          [this](bool on) { onStepEntry(on); })) {
     for (const KeyboardSlider slider : kSliders)
         bars_.push_back(new KeyboardBar(parts, slider, this));
     bars_.back()->onValue = [this](double tempo) { storeTempo(tempo); };
@@ -52,8 +53,6 @@ ComposePanel::ComposePanel(const SynthParts& parts, CommandButton& keep, QWidget
     Text9->setAccessibleName("Position");
     Text9->setText("0");
     parts.desk.tips.SetToolTip(*Text9, {"Position", "Where in the recording playing is", ""});
-    stepEntry_->setEnabled(false);
-    parts.desk.tips.SetToolTip(*stepEntry_, {"Step entry", toQString(kToCome), ""});
     keep_.setParent(this);
 }
 

@@ -18,6 +18,9 @@ public:
     /// @param keep the button "Keep what I just played", which the panel gives its place
     ComposePanel(const SynthParts& parts, CommandButton& keep, QWidget* parent);
 
+    /// The tick "Step entry" was set or cleared.
+    std::function<void(bool on)> onStepEntry;
+
     void refresh() override;
     /// `Text9`.
     void showPosition(int position);

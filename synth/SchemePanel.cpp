@@ -3,12 +3,13 @@
 
 #include "base/QtText.h"
 #include "keyboard/Keyboard.h"
+#include "keyboard/KeyboardLayout.h"
 #include "parts/Desk.h"
 #include "shell/CommandButton.h"
 #include "shell/ExToolTip.h"
-#include "shell/Frmmenu.h"
 #include "shell/ReadOut.h"
 #include "sound/DeviceChooser.h"
+#include "sound/MidiInputs.h"
 
 #include <QAbstractItemView>
 #include <QCheckBox>
@@ -39,26 +40,47 @@ SchemePanel::SchemePanel(const SynthParts& parts, QWidget* parent)
     , Check1(addCheck("Check1", "Edit", "Edit Keyboard setup", [this](bool on) { Check1_Click(on); })) {
     Label7->setObjectName("Label7");
     Label3->setText("keyboard.key");
-    addToCome();
+    addSchemes();
     addDevices();
+    addInputs();
 }
 
-/// What goes on the page with the layouts of computer keyboards, and with the inputs.
-void SchemePanel::addToCome() {
-    const auto isToCome = [this](QWidget& control, const char* title) {
-        control.setEnabled(false);
-        parts_.desk.tips.SetToolTip(control, {title, toQString(kToCome), ""});
-    };
-    fit_ = addButton("fitKeyboard", "Fit my keyboard", "", [] {});
-    isToCome(*fit_, "Fit my keyboard");
+void SchemePanel::addSchemes() {
     schemeWords_ = addWords("Schemes");
     schemes_ = new QComboBox(this);
     schemes_->setObjectName("schemes");
-    isToCome(*schemes_, "Schemes");
+    schemes_->setAccessibleName("Schemes");
+    schemes_->setPlaceholderText("Choose");
+    for (const ShippedScheme& shipped : shippedSchemes())
+        schemes_->addItem(toQString(shipped.name));
+    schemes_->setCurrentIndex(-1);
+    parts_.desk.tips.SetToolTip(*schemes_, {"Schemes", "Labels for the keyboards of other countries", ""});
+    connect(schemes_, &QComboBox::activated, this, [this](int index) { onScheme(index); });
+    fit_ = addButton("fitKeyboard", "Fit my keyboard", "Labels every key with what your own keyboard types",
+                     [this] { onFit(); });
+}
+
+void SchemePanel::addInputs() {
     inputWords_ = addWords("MIDI inputs");
     inputs_ = new QListWidget(this);
     inputs_->setObjectName("inputs");
-    isToCome(*inputs_, "MIDI inputs");
+    inputs_->setAccessibleName("MIDI inputs");
+    inputs_->setSelectionMode(QAbstractItemView::NoSelection);
+    inputs_->setFocusPolicy(Qt::TabFocus);
+    parts_.desk.tips.SetToolTip(
+        *inputs_,
+        {"MIDI inputs", "What is plugged in plays these keys at once; nothing is to be chosen", ""});
+}
+
+/// What is there plays by itself.
+void SchemePanel::listInputs() {
+    inputs_->clear();
+    for (const MidiInputs::Source& source : parts_.desk.inputs.sources())
+        inputs_->addItem(toQString(source.name));
+    if (inputs_->count() > 0)
+        return;
+    auto* none = new QListWidgetItem("None plugged in", inputs_);
+    none->setFlags(Qt::NoItemFlags);
 }
 
 void SchemePanel::addDevices() {
@@ -105,11 +127,15 @@ void SchemePanel::layOut(int width) {
 
 void SchemePanel::refresh() {
     showEditing(parts_.keyboard.controls().Check1);
+    const auto shipped = shippedSchemes();
+    const auto chosen = std::ranges::find_if(shipped, [this](const ShippedScheme& row) {
+        return std::ranges::equal(row.labels, parts_.keyboard.scheme().labels);
+    });
+    schemes_->setCurrentIndex(chosen == shipped.end() ? -1 : static_cast<int>(chosen - shipped.begin()));
 }
 
 void SchemePanel::showFile(const QString& name) {
     Label3->setText(name);
-    Label3->setToolTip({});
 }
 
 void SchemePanel::showEditing(bool on) {
@@ -119,6 +145,7 @@ void SchemePanel::showEditing(bool on) {
 void SchemePanel::showEvent(QShowEvent* event) {
     SynthPanel::showEvent(event);
     listDevices();
+    listInputs();
 }
 
 } // namespace velmora

@@ -24,11 +24,15 @@ public:
     std::function<void(int item)> onDevice;    ///< `Combo1`
 
     void refresh() override;
+    std::function<void(int index)> onScheme; ///< one that comes with the program
+    std::function<void()> onFit;             ///< "Fit my keyboard"
+
     /// `Label3`.
     void showFile(const QString& name);
     void showEditing(bool on);
     /// Lists the devices anew, unless the list is open.
     void listDevices();
+    void listInputs();
 
 protected:
     void layOut(int width) override;
@@ -36,7 +40,8 @@ protected:
 
 private:
     void addDevices();
-    void addToCome();
+    void addSchemes();
+    void addInputs();
 
     QLabel* Label7;
     ReadOut* Label3;

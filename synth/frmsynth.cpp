@@ -7,12 +7,14 @@
 #include "base/Settings.h"
 #include "base/SteadyClock.h"
 #include "composition/Workspace.h"
+#include "keyboard/StepEntry.h"
 #include "keyboard/TakeScore.h"
 #include "parts/Desk.h"
 #include "parts/SetupTab.h"
 #include "shell/CommandButton.h"
 #include "shell/ControlPainter.h"
 #include "shell/ExToolTip.h"
+#include "shell/KeymapInUse.h"
 #include "shell/MessageBox.h"
 #include "shell/WindowGeometry.h"
 #include "sound/DeviceChooser.h"
@@ -83,6 +85,7 @@ private:
 
 frmsynth::frmsynth(Desk& desk, QWidget* composing)
     : SkinnedWindow(desk.skins, {.maximize = true, .minimize = true, .help = true})
+    , keymap(keymapInUse)
     , desk_(desk)
     , composing_(composing)
     , keyboard_(desk.port, desk.loop, desk.workspace.setup.channels, desk.workspace.manners)
@@ -219,6 +222,19 @@ void frmsynth::changed(Changes changes) {
         scheme_->listDevices();
     if (isVisible())
         used();
+}
+
+void frmsynth::midiMessage(int /*source*/, std::uint32_t /*word*/, double /*moment*/) {
+    arm();
+}
+
+void frmsynth::midiEnded(int /*source*/) {
+    arm();
+}
+
+void frmsynth::midiSourcesChanged() {
+    if (scheme_->isVisible())
+        scheme_->listInputs();
 }
 
 void frmsynth::used() {
@@ -407,6 +423,8 @@ void frmsynth::load() {
     keyboard_.load(settings::read(desk_.settings, settings::Volume), chosen.MelodyInstrument);
     soundOne_->showInstrument(toQString(chosen.MelodyInstrumentName), keyboard_.program());
     keyWatch_ = std::make_unique<KeyWatch>(*this);
+    midi_.emplace(desk_.inputs, keyboard_);
+    listening_ = desk_.inputs.join(*this);
     used();
 }
 
@@ -414,6 +432,9 @@ void frmsynth::unload() {
     if (!std::exchange(loaded_, false))
         return;
     keyWatch_.reset();
+    stepEntry_.reset();
+    listening_ = {};
+    midi_.reset();
     presses_.forget();
     keyboard_.unload();
     soundTwo_->showBeat(0);

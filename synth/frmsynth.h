@@ -4,6 +4,8 @@
 #include "base/Alarm.h"
 #include "composition/Changes.h"
 #include "keyboard/Keyboard.h"
+#include "keyboard/Keymap.h"
+#include "keyboard/MidiToKeyboard.h"
 #include "parts/CommandBank.h"
 #include "parts/Windows.h"
 #include "shell/SkinnedWindow.h"
@@ -27,6 +29,7 @@ class RecordLamp;
 class SchemePanel;
 class SoundOnePanel;
 class SoundTwoPanel;
+class StepEntry;
 struct Desk;
 
 /// The on-screen keyboard: 44 keys that the mouse, the computer's keys and MIDI keyboards play.
@@ -47,7 +50,7 @@ struct Desk;
 ///
 /// Keys of the computer play wherever the focus is in the window, but for fields that text is typed in.
 /// Closed, the window is hidden and silent; what was recorded is still there when it comes up again.
-class frmsynth : public SkinnedWindow, private KeyboardView, private Watcher {
+class frmsynth : public SkinnedWindow, private KeyboardView, private MidiListener, private Watcher {
 public:
     /// @param composing the window whose width is the measure of the first opening, and which comes back when
     /// the keyboard is closed; it may be null
@@ -74,6 +77,8 @@ public:
     /// Sets the alarm to what is due next: to be called after the keyboard was played from elsewhere.
     void arm();
 
+    /// What "Fit my keyboard" reads the computer's keys from: the layout in use.
+    std::function<std::optional<Keymap>()> keymap;
     /// Writes the notes that were played as a score, where somebody has kept them. @return why not, in words
     std::function<std::string(const std::filesystem::path&)> saveNotesAsPlayed;
 
@@ -99,6 +104,11 @@ private:
 
     void changed(Changes changes) override;
 
+    // MidiListener, after the keyboard has heard the message
+    void midiMessage(int source, std::uint32_t word, double moment) override;
+    void midiEnded(int source) override;
+    void midiSourcesChanged() override;
+
     void addTabs();
     void addKeys();
     void bindCommands();
@@ -115,7 +125,10 @@ private:
     void popUpTools();
     void setEditing(bool on);
     void takeScheme(const KeyScheme& scheme, const std::string& path);
+    void chooseScheme(int index);
+    void fitKeyboard();
     void chooseDevice(int item);
+    void setStepEntry(bool on);
     void panic(bool lit);
     void releaseKeys();
     void releaseAll();
@@ -145,7 +158,11 @@ private:
     Alarm alarm_;
     std::optional<double> armedTo_; ///< on the loop's clock
     KeyPresses presses_;
-    std::unique_ptr<KeyWatch> keyWatch_; ///< while the window is loaded
+    /// What is there while the window is loaded.
+    std::unique_ptr<KeyWatch> keyWatch_;
+    std::optional<MidiToKeyboard> midi_;
+    Guests<MidiListener>::Stay listening_;
+    std::unique_ptr<StepEntry> stepEntry_; ///< since its tick was set first
     std::string KeyFilePath_;
     std::filesystem::path schemeFolder_;
     std::filesystem::path scoreFolder_;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Which routine each command of the keyboard presses: by button, menu and key alike.
 #include "composition/Workspace.h"
+#include "keyboard/StepEntry.h"
 #include "parts/CommandBinding.h"
 #include "parts/Desk.h"
 #include "shell/CommandButton.h"
@@ -9,6 +10,7 @@
 #include "sound/DeviceChooser.h"
 #include "sound/MidiPort.h"
 #include "synth/Commands.h"
+#include "synth/ComposePanel.h"
 #include "synth/KeyArea.h"
 #include "synth/RecordLamp.h"
 #include "synth/SchemePanel.h"
@@ -91,6 +93,9 @@ void frmsynth::bindCommands() {
     scheme_->onOpen = [this] { Command1_Click(); };
     scheme_->onSave = [this] { Command6_Click(); };
     scheme_->Check1_Click = [this](bool on) { setEditing(on); };
+    scheme_->onScheme = [this](int index) { chooseScheme(index); };
+    scheme_->onFit = [this] { fitKeyboard(); };
+    compose_->onStepEntry = [this](bool on) { setStepEntry(on); };
     scheme_->onDevice = [this](int item) { chooseDevice(item); };
     for (std::size_t i = 0; i < kGroupEnds.size(); ++i)
         (new StripRule(look(), Ibak5()))->setObjectName(QStringLiteral("rule(%1)").arg(i));
@@ -138,6 +143,15 @@ void frmsynth::setEditing(bool on) {
     if (!on && !focusWidget())
         Picture1_->setFocus();
     used();
+}
+
+/// The keyboard sounds what is struck.
+void frmsynth::setStepEntry(bool on) {
+    if (!stepEntry_) {
+        stepEntry_ = std::make_unique<StepEntry>(desk_.inputs, desk_.workspace, desk_.port);
+        stepEntry_->sounds = false;
+    }
+    stepEntry_->setOn(on);
 }
 
 void frmsynth::CmdRec_Click() {

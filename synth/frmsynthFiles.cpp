@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // The files of the keyboard: schemes, and the score that a take becomes.
 #include "base/Dialogs.h"
+#include "base/ProgramFolders.h"
 #include "base/QtText.h"
 #include "base/Settings.h"
 #include "composition/Workspace.h"
 #include "keyboard/KeyFile.h"
+#include "keyboard/KeyboardLayout.h"
 #include "keyboard/TakeScore.h"
 #include "parts/Desk.h"
 #include "shell/CommandButton.h"
@@ -48,6 +50,28 @@ void frmsynth::takeScheme(const KeyScheme& scheme, const std::string& path) {
     KeyFilePath_ = path;
     scheme_->showFile(toQString(fs::path(path).filename().string()));
     used();
+}
+
+/// The next start has it, too, where its file came with the program.
+void frmsynth::chooseScheme(int index) {
+    const auto shipped = shippedSchemes();
+    if (index < 0 || static_cast<std::size_t>(index) >= shipped.size())
+        return;
+    const ShippedScheme& row = shipped[static_cast<std::size_t>(index)];
+    const fs::path folder = shippedFolder("schemes").value_or(fs::path());
+    takeScheme(row.scheme(), (folder / (std::string(row.file) + ".key")).string());
+}
+
+/// The scheme is kept among the user's own files, so that the next start has it.
+void frmsynth::fitKeyboard() {
+    const std::optional<Keymap> inUse = keymap();
+    if (!inUse)
+        return tell(skins(), this, "The layout of your keyboard could not be read.");
+    const fs::path path = desk_.folders.home() / "My keyboard.key";
+    takeScheme(fitScheme([&inUse](int position) { return inUse->typedBy(position); }).scheme, path.string());
+    desk_.folders.makeHome();
+    if (const std::string words = SaveKeyScheme(path, keyboard_.scheme()); !words.empty())
+        tell(skins(), this, toQString(words));
 }
 
 /// A name that leads to nothing is ignored without a word; that is meant.

@@ -2,6 +2,7 @@
 // The pages of the keyboard's toolbar.
 #include "SynthFixture.h"
 #include "composition/Workspace.h"
+#include "keyboard/KeyboardLayout.h"
 #include "parts/InstrumentField.h"
 
 #include <QListWidget>
@@ -309,4 +310,94 @@ TEST_F(SynthPanelsTest, BelowAWidthTheTemposStandInOneColumn) {
     window().resize(1159, 396);
     for (int i = 1; i < 4; ++i)
         EXPECT_EQ(control("Optbeat", i).x(), control("Optbeat", 0).x());
+}
+
+// Layouts and inputs
+
+TEST_F(SynthPanelsTest, TheSchemesOfTheProgramAreChosenFromAList) {
+    opened(1);
+    auto& list = control<QComboBox>("schemes");
+    const auto shipped = shippedSchemes();
+    ASSERT_EQ(list.count(), static_cast<int>(shipped.size()));
+    EXPECT_EQ(list.currentIndex(), 0) << "the built-in one";
+    for (int index = list.count() - 1; index >= 0; --index) {
+        emit list.activated(index);
+        EXPECT_EQ(window().keyboard().scheme(), shipped[static_cast<std::size_t>(index)].scheme());
+        EXPECT_EQ(list.currentIndex(), index);
+        EXPECT_EQ(shownIn("Label3"), std::string(shipped[static_cast<std::size_t>(index)].file) + ".key");
+    }
+    window().keyboard().setLabel(0, "#");
+    window().Lmnu_Click(4);
+    click(control("ChkSustain"));
+    EXPECT_EQ(list.currentIndex(), -1) << "an edited one is none of them";
+}
+
+TEST_F(SynthPanelsTest, OneClickFitsTheLabelsToTheLayoutInUse) {
+    opened(1);
+    window().keymap = [] { return Keymap::of({.layout = "de"}); };
+    click(control("fitKeyboard"));
+    const KeyScheme& scheme = window().keyboard().scheme();
+    EXPECT_EQ(scheme.labels[0], "Y") << "where others have Z";
+    EXPECT_EQ(std::ranges::count(scheme.labels, ""), 0);
+    down({52, Qt::Key_Y, "y"});
+    EXPECT_THAT(sent(), ElementsAre(on(36)));
+    EXPECT_EQ(shownIn("Label3"), "My keyboard.key");
+    const KeyScheme fitted = scheme;
+    end();
+    opened(1);
+    EXPECT_EQ(window().keyboard().scheme(), fitted) << "the next start has it, too";
+}
+
+TEST_F(SynthPanelsTest, ALayoutThatCanNotBeReadIsSaidInWords) {
+    opened(1);
+    window().keymap = [] { return std::optional<Keymap>(); };
+    driver.in<QWidget>([](QWidget& box) {
+        EXPECT_EQ(wordsOf(box), "The layout of your keyboard could not be read.");
+        pressIn(box, "ok");
+    });
+    click(control("fitKeyboard"));
+    EXPECT_EQ(window().keyboard().scheme(), KeyScheme::builtIn());
+}
+
+TEST_F(SynthPanelsTest, WhatIsPluggedInIsListedAndPlaysAtOnce) {
+    opened(1);
+    const auto& list = control<QListWidget>("inputs");
+    EXPECT_EQ(list.item(0)->text(), "None plugged in");
+    const int piano = midi.plug("Piano");
+    EXPECT_EQ(list.count(), 1);
+    EXPECT_EQ(list.item(0)->text(), "Piano");
+    midi.play(piano, shortmessage::noteOn(3, 60, 77));
+    EXPECT_THAT(sent(), ElementsAre(on(60, 77)));
+    EXPECT_TRUE(window().keyboard().sounds(24));
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+    EXPECT_THAT(sent(), IsEmpty()) << "it doesn't depend on the focus";
+    midi.unplug(piano);
+    EXPECT_EQ(sent().front(), off(60));
+    EXPECT_EQ(list.item(0)->text(), "None plugged in");
+}
+
+TEST_F(SynthPanelsTest, ClosedItHearsNoInput) {
+    opened(1);
+    const int piano = midi.plug("Piano");
+    window().close();
+    sent();
+    midi.play(piano, shortmessage::noteOn(0, 60, 77));
+    EXPECT_THAT(sent(), IsEmpty());
+}
+
+TEST_F(SynthPanelsTest, WithStepEntryNotesOfAnInputAreWrittenWhereTheMouseRests) {
+    opened(2);
+    const int piano = midi.plug("Piano");
+    workspace().view.PointerInMusicBox = true;
+    midi.play(piano, shortmessage::noteOn(0, 60, 77), 1);
+    EXPECT_FALSE(workspace().holdsNotes());
+    midi.play(piano, shortmessage::noteOff(0, 60), 1.1);
+    click(control("stepEntry"));
+    sent();
+    midi.play(piano, shortmessage::noteOn(0, 62, 77), 2);
+    EXPECT_EQ(score().NoteCell.at(0, 0), std::optional<std::int16_t>(127 - 62));
+    EXPECT_THAT(sent(), ElementsAre(on(62, 77))) << "heard once";
 }
