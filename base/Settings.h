@@ -138,6 +138,8 @@ inline constexpr Int16 SpacerHeight{"SpacerHeight", 6, {}, "ScoreSettings"};
 inline constexpr Int16 JoinNotes{"JoinNotes", 0, {}, "ScoreSettings"};
 inline constexpr Int16 NewScore{"NewScore", 1, {}, "ScoreSettings"};
 inline constexpr Int16 NumDrums{"NumDrums", 0, {}, "ScoreSettings"};
+inline constexpr Boolean Step_entry{"Step entry", false};
+inline constexpr Int16 Step_length{"Step length", 0, {.least = 0, .most = 64}}; // positions; 0 for a beat
 
 using AnySetting = std::variant<Int16, Int32, Float, Boolean, Text>;
 
@@ -161,8 +163,8 @@ inline constexpr auto kAll = std::to_array<AnySetting>({
     kRecentFiles[1],   kRecentFiles[2], kRecentFiles[3],   kRecentFiles[4],
     kRecentFiles[5],   kRecentFiles[6], kRecentFiles[7],   BarWidth,
     HeaderHeight,      SpacerHeight,    JoinNotes,         NewScore,
-    NumDrums,
+    NumDrums,          Step_entry,      Step_length,
 });
-static_assert(kAll.size() == 73);
+static_assert(kAll.size() == 75);
 
 } // namespace velmora::settings

@@ -8,10 +8,17 @@
 
 namespace velmora {
 
-/// Has the MIDI inputs play a keyboard for as long as this object lives, which ends before either.
+/// Has the MIDI inputs play a keyboard for as long as this object lives, which ends before either. There is
+/// one at a time.
 class MidiToKeyboard final : private MidiListener {
 public:
-    MidiToKeyboard(MidiInputs& inputs, Keyboard& keyboard) : keyboard_(keyboard), stay_(inputs.join(*this)) {}
+    MidiToKeyboard(MidiInputs& inputs, Keyboard& keyboard)
+        : inputs_(inputs)
+        , keyboard_(keyboard)
+        , stay_(inputs.join(*this)) {
+        inputs_.isSounded = true;
+    }
+    ~MidiToKeyboard() { inputs_.isSounded = false; }
     MidiToKeyboard(const MidiToKeyboard&) = delete;
     MidiToKeyboard& operator=(const MidiToKeyboard&) = delete;
 
@@ -21,6 +28,7 @@ private:
     }
     void midiEnded(int source) override { keyboard_.endMidi(source); }
 
+    MidiInputs& inputs_;
     Keyboard& keyboard_;
     Guests<MidiListener>::Stay stay_;
 };

@@ -80,6 +80,7 @@ void StepEntry::strike(int source, std::uint32_t word, double moment) {
         return;
     const int note = shortmessage::data1(word);
     const int velocity = shortmessage::data2(word);
+    const bool sounds = !inputs_.isSounded;
     if (sounds) { // before it is written: a large score takes its time
         port_.send(shortmessage::programChange(channel, workspace_.score.ChannelInstrument[channel]));
         port_.send(shortmessage::noteOn(channel, note, velocity));
@@ -176,7 +177,7 @@ void StepEntry::writeAt(int channel, int row, int place, int velocity) {
     // A single note in position 0 leaves its channel unused.
     score.ChannelInUse[channel] = score.ChannelShown[channel] = true;
     if (onWritten)
-        onWritten(place);
+        onWritten(channel, row, place);
 }
 
 } // namespace velmora

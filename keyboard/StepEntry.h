@@ -23,7 +23,8 @@ struct Workspace;
 /// written.
 ///
 /// A note that would end behind the score makes it longer by measures; in classic manners it is not written.
-/// Nothing is written while the score plays, nor on a percussion channel. A note that is undone takes the
+/// What is written sounds on the active channel, unless the inputs are sounded anyway. Nothing is written
+/// while the score plays, nor on a percussion channel. A note that is undone takes the
 /// mark back with it, as of the next note.
 class StepEntry final : private MidiListener {
 public:
@@ -40,10 +41,8 @@ public:
     [[nodiscard]] bool isOn() const { return on_; }
 
     int length = 0; ///< positions of a note; 0 for a beat of the meter
-    /// What is written is heard on the active channel; not where something else plays what is struck.
-    bool sounds = true;
-    /// A note has been written at the position: it is to be in view.
-    std::function<void(int position)> onWritten;
+    /// A note has been written: it is to be in view.
+    std::function<void(int channel, int row, int position)> onWritten;
 
     /// Positions of the next note, at least 1.
     [[nodiscard]] int stepLength() const;

@@ -197,7 +197,7 @@ private:
                 return true;
             if (result == -ENOSPC)
                 missEvents();
-            else if (result < 0)
+            else if (result < 0 && result != -EINTR)
                 return false;
             else if (event != nullptr)
                 take(*event);

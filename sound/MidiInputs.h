@@ -54,6 +54,9 @@ public:
     /// Those that are there, as the guests were told.
     [[nodiscard]] const std::vector<Source>& sources() const { return sources_; }
 
+    /// Somebody has what is struck sound, so that others need not.
+    bool isSounded = false;
+
     /// Tells what has come. The event loop does so by itself; for threads without one.
     void serve();
 

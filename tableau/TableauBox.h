@@ -22,7 +22,7 @@ public:
         /// The release will not come: the grab is gone.
         std::function<void()> lost;
         /// It comes over the surface, or leaves it.
-        std::function<void(bool isOver)> over;
+        std::function<void(bool isOver)> over{};
     };
     Mouse mouse;
     /// The picture has another size or sharpness than the widget: it is to be painted anew.

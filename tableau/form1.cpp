@@ -10,6 +10,7 @@
 #include "composition/ScoreFiles.h"
 #include "composition/SetupRules.h"
 #include "composition/Workspace.h"
+#include "keyboard/StepEntry.h"
 #include "parts/Desk.h"
 #include "parts/Windows.h"
 #include "shell/ExToolTip.h"
@@ -100,6 +101,7 @@ form1::form1(Desk& desk)
     bindLooks(*this, desk_.menu, skins(), desk_.settings);
     bindRightClick();
     bindTableau();
+    bindStepEntry();
     bindEditing();
     bindEffects();
     bindBars();
@@ -353,6 +355,22 @@ void form1::bringIntoView(const Workspace::Undone& undone) {
         !showNotes(workspace.view, changed, workspace.score.NumNotes, height))
         return;
     announce(workspace, Change::Looks);
+}
+
+void form1::bindStepEntry() {
+    Workspace& workspace = desk_.workspace;
+    stepEntry_ = std::make_unique<StepEntry>(desk_.inputs, workspace, desk_.port);
+    stepEntry_->length = settings::read(desk_.settings, settings::Step_length);
+    stepEntry_->onWritten = [this, &workspace](int channel, int row, int position) {
+        UndoHistory::Changed note;
+        note.positions = {position, position + stepEntry_->stepLength()};
+        note.channel = channel;
+        note.row = row;
+        const int height = Picmain_->surface(Picmain::Surface::MusicBox)->height();
+        if (showNotes(workspace.view, note, workspace.score.NumNotes, height))
+            announce(workspace, Change::Looks);
+    };
+    stepEntry_->setOn(settings::read(desk_.settings, settings::Step_entry));
 }
 
 void form1::PlayAndStop_Click(bool stop) {

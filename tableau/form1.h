@@ -29,6 +29,7 @@ class Picmain;
 class PlaybackView;
 class PolynoteDrag;
 class ScoreExports;
+class StepEntry;
 class TableauInput;
 class TextLine;
 class ToolPanel;
@@ -125,6 +126,8 @@ public:
     void setAccidentals(bool shown);
     void showPlayLine(bool shown);
     void setLoop(bool on);
+    /// Notes of MIDI inputs are written while the pointer rests in `MusicBox`.
+    void setStepEntry(bool on);
     [[nodiscard]] bool isClassic() const;
     void setClassic(bool classic);
 
@@ -150,6 +153,7 @@ private:
     void setOrder();
     void Form_Activate();
     void bindTableau();
+    void bindStepEntry();
     void bindEditing();
     void bindEffects();
     void bindBars();
@@ -208,6 +212,7 @@ private:
     Guests<PlaybackView>::Stay plays_;
     std::unique_ptr<TableauInput> input_;
     std::unique_ptr<PolynoteDrag> polynotes_;
+    std::unique_ptr<StepEntry> stepEntry_;
     std::optional<Act> indicatorAct_; ///< a drag along `Pic2a`
 
     FormParts parts_;

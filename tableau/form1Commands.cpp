@@ -4,6 +4,7 @@
 #include "composition/Player.h"
 #include "composition/ScoreFiles.h"
 #include "composition/Workspace.h"
+#include "keyboard/StepEntry.h"
 #include "parts/CommandBinding.h"
 #include "parts/Desk.h"
 #include "parts/Windows.h"
@@ -120,6 +121,7 @@ void form1::bindCommands() {
         {{}, [](form1& form) { form.zoomRows(-1); }, "", "Ctrl+-"},
         {{}, [](form1& form) { form.resetRows(); }, "", "Ctrl+0"},
 
+        {{}, [](form1& form) { form.setStepEntry(!form.stepEntry_->isOn()); }, "mnuStepEntry"},
         {{}, [](form1& form) { form.setClassic(!form.isClassic()); }, "mnuClassic"},
         {{Lb1, lb1("erase")}, [](form1& form) {
              form.desk_.workspace.view.NoteEffectsOn = false;
@@ -199,6 +201,12 @@ void form1::toggleMuted(int channel) {
 
 bool form1::isClassic() const {
     return desk_.workspace.manners == Manners::classic();
+}
+
+void form1::setStepEntry(bool on) {
+    stepEntry_->setOn(on);
+    settings::save(desk_.settings, settings::Step_entry, on);
+    showModes();
 }
 
 void form1::setClassic(bool classic) {
@@ -283,6 +291,7 @@ void form1::showModes() {
     }
     desk_.menu.item("mnuNoAccidentals").setChecked(!accidentals);
     desk_.menu.item("mnuClassic").setChecked(isClassic());
+    desk_.menu.item("mnuStepEntry").setChecked(stepEntry_->isOn());
     desk_.menu.item("mnuEdit").setChecked(parts_.editingToolbar);
     Lb1_.setOn(lb1("chord"), mode == RightClick::Polyphonic);
     mentionRightClick(mode);

@@ -57,7 +57,11 @@ TEST_P(MidiToKeyboardTest, OneThatIsPulledOutEndsItsNotesAndNoOthers) {
 }
 
 TEST_P(MidiToKeyboardTest, NothingIsPlayedOnceTheBindingIsGone) {
-    { const MidiToKeyboard binding(midi.inputs, keyboard); }
+    {
+        const MidiToKeyboard binding(midi.inputs, keyboard);
+        EXPECT_TRUE(midi.inputs.isSounded);
+    }
+    EXPECT_FALSE(midi.inputs.isSounded);
     const int keys = midi.plug("Keys:Out");
     midi.play(keys, noteOn(0, 60, 33));
     EXPECT_THAT(take(), IsEmpty());

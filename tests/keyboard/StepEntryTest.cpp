@@ -240,7 +240,7 @@ TEST_P(InBothManners, WhatIsWrittenIsHeardUntilTheKeyGoesUp) {
     up(60);
     EXPECT_THAT(port.words(), ElementsAre(noteOff(0, 60)));
     port.sent.clear();
-    entry().sounds = false;
+    midi.inputs.isSounded = true;
     tap(62);
     EXPECT_THAT(port.sent, IsEmpty());
 }
@@ -264,8 +264,10 @@ TEST_P(InBothManners, AControllerWritesNothing) {
 
 TEST_P(InBothManners, WhoWatchesIsToldOncePerNoteAndWhereItStands) {
     entry();
-    std::vector<int> written;
-    entry().onWritten = [&](int position) { written.push_back(position); };
+    std::vector<std::array<int, 3>> written;
+    entry().onWritten = [&](int channel, int row, int position) {
+        written.push_back({channel, row, position});
+    };
     RecordingWatcher watcher(workspace());
     tap(60);
     ASSERT_EQ(watcher.told.size(), 1U);
@@ -273,7 +275,7 @@ TEST_P(InBothManners, WhoWatchesIsToldOncePerNoteAndWhereItStands) {
     EXPECT_TRUE(watcher.told[0].any(Change::Marks));
     tap(62);
     EXPECT_EQ(watcher.told.size(), 2U);
-    EXPECT_THAT(written, ElementsAre(0, 4));
+    EXPECT_THAT(written, ElementsAre(std::array{0, 67, 0}, std::array{0, 65, 4}));
 }
 
 TEST_P(InBothManners, TheLastNoteCanBeTakenBackAndTheNextStandsInItsPlace) {

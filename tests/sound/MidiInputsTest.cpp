@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "sound/MidiInputs.h"
 
+#include "RealtimeWatch.h"
 #include "base/SteadyClock.h"
 #include "sound/ShortMessage.h"
 #include "tests/support/FakeInputs.h"
@@ -180,6 +181,17 @@ TEST_F(MidiInputsTest, WhereMessagesAreLostTheNotesOfAllSourcesEnd) {
     EXPECT_THAT(names(), ElementsAre("Keys:Out"));
     fake.inputs.serve();
     EXPECT_THAT(take(), IsEmpty());
+}
+
+TEST_F(MidiInputsTest, HearingTakesNoMemoryAndNoLock) {
+    const int keys = fake.plug("Keys:Out");
+    MidiInputQueue& queue = fake.queue();
+    const RealtimeWatch watch;
+    for (int i = 0; i < 2 * static_cast<int>(MidiInputQueue::kLength); ++i) // the ring fills, too
+        queue.push(keys, noteOn(0, i % 128, 90), i);
+    queue.lost();
+    EXPECT_EQ(watch.memoryCalls(), 0U);
+    EXPECT_EQ(watch.locks(), 0U);
 }
 
 TEST_F(MidiInputsTest, WhoLeavesIsToldNothingMore) {

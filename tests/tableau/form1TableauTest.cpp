@@ -2,6 +2,7 @@
 // Drawing on the Tableau of the composing window, with the mouse.
 #include "form1Fixture.h"
 #include "score/SngFile.h"
+#include "sound/ShortMessage.h"
 #include "tableau/Picmain.h"
 #include "tableau/ViewScroll.h"
 
@@ -84,6 +85,39 @@ TEST_F(form1TableauTest, TheViewKnowsWhetherThePointerRestsOnTheMelody) {
     send(child("MusicBox"), QEvent(QEvent::Leave));
     send(child("Beatbox"), QEnterEvent({5, 6}, {5, 6}, {5, 6}));
     EXPECT_FALSE(workspace().view.PointerInMusicBox);
+}
+
+TEST_F(form1TableauTest, WithStepEntryTickedWhatIsPlayedIsWrittenAndComesIntoView) {
+    store("Step length", "3");
+    shown();
+    EXPECT_FALSE(menu.item("mnuStepEntry").isChecked());
+    menu.item("mnuStepEntry").trigger();
+    EXPECT_TRUE(menu.item("mnuStepEntry").isChecked());
+    EXPECT_EQ(stored("Step entry"), "True");
+    const int keys = midi.plug("Keys:Out");
+    midi.play(keys, shortmessage::noteOn(0, 60, 90));
+    EXPECT_TRUE(score().usedChannels().empty()) << "the mouse is elsewhere";
+    QEnterEvent enter({5, 6}, {5, 6}, {5, 6});
+    QApplication::sendEvent(&child("MusicBox"), &enter);
+    workspace().view.PlayMark = 400;
+    midi.play(keys, shortmessage::noteOn(0, 61, 90));
+    EXPECT_EQ(score().NoteCell.valueOr(0, 400, -1), 66);
+    EXPECT_EQ(score().NoteCell.valueOr(0, 402, -1), 1066);
+    EXPECT_EQ(workspace().view.PlayMark, 403);
+    EXPECT_LE(workspace().view.ViewFirstColumn, 400);
+    EXPECT_GE(workspace().view.ViewLastColumn, 402);
+    menu.item("mnuStepEntry").trigger();
+    EXPECT_EQ(stored("Step entry"), "False");
+    midi.play(keys, shortmessage::noteOn(0, 62, 90));
+    EXPECT_EQ(workspace().view.PlayMark, 403);
+}
+
+TEST_F(form1TableauTest, StepEntryIsAsItWasLeft) {
+    store("Step entry", "True");
+    shown();
+    EXPECT_TRUE(menu.item("mnuStepEntry").isChecked());
+    midi.plug("Keys:Out");
+    EXPECT_EQ(midi.inputs.sources().size(), 1U);
 }
 
 TEST_F(form1TableauTest, ItSoundsWhileTheButtonIsDown) {
