@@ -25,6 +25,7 @@ constexpr double kMostRow = 8;
 constexpr int kMargin = 2; ///< rows above the highest note and under the lowest
 constexpr int kLeastRows = 12;
 constexpr double kBallShare = 1.25; ///< of a row
+constexpr double kMostBall = 10;
 
 // Paper is white in every skin, and so is what is drawn on it the same.
 constexpr Rgb kMeasureLine{68, 204, 255};
@@ -126,7 +127,7 @@ void PhrasePaper::paintPlayed(QPainter& painter) const {
 }
 
 void PhrasePaper::paintKept(QPainter& painter) const {
-    const double ball = std::clamp(std::min(row_ * kBallShare, cell_), 3.0, 10.0);
+    const double ball = std::clamp(std::min(row_ * kBallShare, cell_), 3.0, kMostBall);
     const double bar = std::clamp(row_ / 2, 1.0, 4.0);
     painter.setRenderHint(QPainter::Antialiasing);
     for (const KeptNote& note : plan_.notes) {
@@ -139,7 +140,13 @@ void PhrasePaper::paintKept(QPainter& painter) const {
     for (const KeptNote& note : plan_.notes) {
         painter.setPen(QPen(toQColor(kBlack), ball > 4 ? 1 : 0.5));
         painter.setBrush(toQColor(kChannelColours[note.channel].bright));
-        painter.drawEllipse(QPointF(xOf(note.first) + ball / 2 + 0.5, yOf(note.note)), ball / 2, ball / 2);
+        const QPointF middle(xOf(note.first) + ball / 2 + 0.5, yOf(note.note));
+        painter.drawEllipse(middle, ball / 2, ball / 2);
+        if (ball < kMostBall)
+            continue;
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(toQColor(kWhite));
+        painter.drawEllipse(middle - QPointF(2, 2), 1, 1);
     }
     painter.setRenderHint(QPainter::Antialiasing, false);
 }

@@ -123,10 +123,12 @@ TEST_F(KeepWindowTest, EveryChangeRedrawsAtOnce) {
     played.struck(0, 67, 90, 24, loop.now()); // let go of soon
     loop.block(0.2);
     played.ended(0, 67, loop.now());
+    loop.block(0.4);
+    play({65});
     opened();
     const auto picture = [this] { return part<PhrasePaper>("paper").grab().toImage(); };
     QImage before = picture();
-    for (const char* name : {"coarser", "asPlayed", "finer"}) {
+    for (const char* name : {"asPlayed", "coarser", "finer"}) {
         click(name);
         EXPECT_NE(picture(), before) << name;
         before = picture();
