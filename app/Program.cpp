@@ -8,6 +8,7 @@
 #include "composition/RecoveryOffer.h"
 #include "composition/RecoveryWatch.h"
 #include "composition/Workspace.h"
+#include "keyboard/PlayedLog.h"
 #include "parts/Desk.h"
 #include "shell/FirstPaint.h"
 #include "shell/MessageBox.h"
@@ -58,6 +59,7 @@ struct Program::Composing {
         : devices(program.sound_->devices, devicesKey(program.settings_))
         , workspace(program.settings_, program.folders_)
         , player(workspace, program.sound_->devices, program.loop_)
+        , played(program.folders_.played(), program.loop_)
         , windows(desk, [&program] { program.end(); })
         , desk{.settings = program.settings_,
                .folders = program.folders_,
@@ -71,12 +73,24 @@ struct Program::Composing {
                .devices = devices,
                .workspace = workspace,
                .player = player,
+               .played = played,
                .windows = windows}
-        , watch(program.recovery_, workspace, program.loop_, RecoveryWatch::periodOfUser()) {}
+        , watch(program.recovery_, workspace, program.loop_, RecoveryWatch::periodOfUser()) {
+        // Said by the thread that writes; the start window lives as long as the program does.
+        played.onTrouble([this, &program](const std::string& words) {
+            QMetaObject::invokeMethod(
+                &program.opener_,
+                [this, &program, words] {
+                    showMessage(program.skins_, &windows.composing(), toQString(words));
+                },
+                Qt::QueuedConnection);
+        });
+    }
 
     DeviceChooser devices;
     Workspace workspace;
     Player player;
+    PlayedLog played;
     ProgramWindows windows;
     Desk desk;
     RecoveryWatch watch;

@@ -7,6 +7,7 @@
 #include "setup/frmsetup.h"
 #include "shell/HelpLibrary.h"
 #include "shell/HelpWindow.h"
+#include "synth/KeepWindow.h"
 #include "synth/frmsynth.h"
 #include "tableau/form1.h"
 
@@ -114,6 +115,14 @@ void ProgramWindows::pickInstrument(QWidget& over, std::function<void(PickedInst
     picker_->setAttribute(Qt::WA_DeleteOnClose);
     picker_->onPicked = std::move(picked);
     picker_->open();
+}
+
+void ProgramWindows::keepPlayed(QWidget& over) {
+    if (keep_)
+        return;
+    keep_ = new KeepWindow(desk_, &over);
+    keep_->setAttribute(Qt::WA_DeleteOnClose);
+    keep_->open();
 }
 
 void ProgramWindows::quit() {

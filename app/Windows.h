@@ -12,6 +12,7 @@ namespace velmora {
 
 class FrmInst;
 class HelpWindow;
+class KeepWindow;
 class SkinnedWindow;
 class form1;
 struct Desk;
@@ -30,6 +31,7 @@ public:
     void open(Name name, Focus focus = Focus::Take) override;
     void help(const QString& page) override;
     void pickInstrument(QWidget& over, std::function<void(PickedInstrument)> picked) override;
+    void keepPlayed(QWidget& over) override;
     void quit() override;
 
     /// The composing window, over which the others stand.
@@ -45,6 +47,7 @@ private:
     std::array<std::unique_ptr<SkinnedWindow>, kCount> windows_; ///< the composing window goes last
     std::unique_ptr<HelpWindow> help_;
     QPointer<FrmInst> picker_;
+    QPointer<KeepWindow> keep_;
 };
 
 } // namespace velmora

@@ -21,6 +21,8 @@ public:
     [[nodiscard]] std::filesystem::path media() const { return home_ / "media"; }
     [[nodiscard]] std::filesystem::path recovery() const { return home_ / "recovery"; }
     [[nodiscard]] std::filesystem::path takes() const { return home_ / "takes"; }
+    /// The journal of what is played on the keyboard.
+    [[nodiscard]] std::filesystem::path played() const { return home_ / "played"; }
     [[nodiscard]] std::filesystem::path undoFile() const { return songs() / "temp.sng"; }
 
     /// Each makes its folder and those above it where missing; false if it isn't there afterwards.

@@ -130,6 +130,23 @@ void write(Score& score, const KeptNote& note) {
     score.TopMelodyHint = std::max(score.TopMelodyHint, note.channel);
 }
 
+/// Who keeps a phrase wants to see it. How many rows are seen only the window knows: half of those that are
+/// painted are, at the least.
+bool bringIntoView(ViewState& view, const KeptNote& note, int numNotes) {
+    const int row = RowToNote(note.note);
+    const int rows = std::max(2, view.ViewRows / 2);
+    const bool rowSeen = row >= view.ViewTopRow && row < view.ViewTopRow + rows;
+    const bool columnSeen =
+        note.first >= view.ViewFirstColumn && note.first <= view.ViewFirstColumn + view.ViewColumns;
+    if (!rowSeen)
+        view.ViewTopRow = std::clamp(row - rows / 2, 0, std::max(0, kLastRow - rows));
+    if (!columnSeen) {
+        view.ViewFirstColumn = std::max(0, note.first - view.ViewColumns / 4);
+        view.ViewLastColumn = std::min(view.ViewFirstColumn + view.ViewColumns, numNotes - kEndMargin);
+    }
+    return !rowSeen || !columnSeen;
+}
+
 std::string counted(int count, const char* one, const char* many) {
     return count == 1 ? std::string("One note ") + one : std::to_string(count) + " notes " + many;
 }
@@ -237,6 +254,8 @@ void keepPlan(Workspace& workspace, const KeepPlan& plan) {
     for (const KeptNote& note : plan.notes)
         write(score, note);
     score.FindEndOfSong();
+    if (!workspace.play.Playing && bringIntoView(workspace.view, plan.notes.front(), score.NumNotes))
+        edit.add(Change::Looks);
 }
 
 namespace {

@@ -11,6 +11,7 @@ class Frmmenu;
 class MessageLoop;
 class MidiInputs;
 class MidiPort;
+class PlayedLog;
 class Player;
 class ProgramFolders;
 class SettingsStore;
@@ -32,6 +33,7 @@ struct Desk {
     DeviceChooser& devices;
     Workspace& workspace;
     Player& player;
+    PlayedLog& played;
     Windows& windows;
 };
 

@@ -42,6 +42,8 @@ public:
     virtual void help(const QString& page) = 0;
     /// Opens the instrument picker over a window; @p picked runs when the choice is kept.
     virtual void pickInstrument(QWidget& over, std::function<void(PickedInstrument)> picked) = 0;
+    /// Brings "Keep what I just played" up over a window.
+    virtual void keepPlayed(QWidget& over) = 0;
     /// The composing window is gone: the program ends.
     virtual void quit() = 0;
 };

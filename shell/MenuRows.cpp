@@ -36,6 +36,7 @@ const std::vector<MenuRow>& menuRows() {
         {"mnupopup7", "mnuPasteInsert", -1, "Paste (insert)", kCommand, "Ctrl+Shift+V"},
         {"mnupopup7", "mnuPasteoverwrite", -1, "Paste (overwrite)", kCommand, "Ctrl+V"},
         {"mnupopup7", "mnuStepEntry", -1, "Step entry (MIDI keyboard)", kCheck, ""},
+        {"mnupopup7", "keepPlayed", -1, "Keep what I just played", kCommand, "Ctrl+K"},
         {"mnupopup7", "mnuspc14", -1, "", kSeparator, ""},
         {"mnupopup7", "mnuerase", -1, "Erase on Right-click", kChoice, ""},
         {"mnupopup7", "mnuMenu", -1, "Menu on Right-Click", kChoice, ""},

@@ -7,6 +7,7 @@
 #include "base/Settings.h"
 #include "base/SteadyClock.h"
 #include "composition/Workspace.h"
+#include "keyboard/PlayedLog.h"
 #include "keyboard/StepEntry.h"
 #include "keyboard/TakeScore.h"
 #include "parts/Desk.h"
@@ -129,6 +130,7 @@ frmsynth::frmsynth(Desk& desk, QWidget* composing)
     attachTips(desk_.tips);
     setHelp([this] { desk_.windows.help("keyboard"); });
     keyboard_.setView(this);
+    keyboard_.setPlayedNotes(&desk_.played);
     connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         if (state != Qt::ApplicationActive)
             releaseKeys();

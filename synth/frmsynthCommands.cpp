@@ -4,6 +4,7 @@
 #include "keyboard/StepEntry.h"
 #include "parts/CommandBinding.h"
 #include "parts/Desk.h"
+#include "parts/Windows.h"
 #include "shell/CommandButton.h"
 #include "shell/ControlPainter.h"
 #include "shell/Frmmenu.h"
@@ -72,6 +73,7 @@ void frmsynth::bindCommands() {
         {{Lb1, synthLb1("reset")}, [](frmsynth& form) { form.keyboard_.panic(); }},
         {{Lb1, synthLb1("strip")}, [](frmsynth& form) { form.Command3_Click(); }, "mnukeybdtoolbars"},
         {{Lb1, synthLb1("silence")}, [](frmsynth& form) { form.keyboard_.panic(); }},
+        {{Lb1, synthLb1("keep")}, [](frmsynth& form) { form.desk_.windows.keepPlayed(form); }, "", "Ctrl+K"},
         {{Lb1, synthLb1("help")}, [](frmsynth& form) { form.imgTitleHelp_Click(); }, "mnukeybdHelp", "F1"},
         {{Lb1, synthLb1("close")}, [](frmsynth& form) { form.close(); }, "mnukeybdclose"},
         {{}, [](frmsynth& form) { form.Lmnu_Click(1); }, "mnuKeybdsetup"},

@@ -81,6 +81,7 @@ void form1::bindCommands() {
         {{Lb1, lb1("undo")}, [](form1& form) { form.OpenforUndo(); }, "undo", "Ctrl+Z"},
         {{Lb1, lb1("redo")}, [](form1& form) { form.redo(); }, "redo", "Ctrl+Shift+Z"},
         {{}, [](form1& form) { form.redo(); }, "", "Ctrl+Y"},
+        {{}, [](form1& form) { form.desk_.windows.keepPlayed(form); }, "keepPlayed", "Ctrl+K"},
         {{Lb1, lb1("help")}, [](form1& form) { form.imgTitleHelp_Click(); }, "", "F1"},
         {{}, [](form1& form) { form.desk_.windows.help("index"); }, "mnuHelpfile"},
 

@@ -222,6 +222,20 @@ TEST_F(KeepPhraseTest, AFingerThatIsALittleLateMakesNoChord) {
     EXPECT_EQ(notes[48].last, 23);
 }
 
+TEST_F(KeepPhraseTest, WhatIsKeptComesIntoView) {
+    ViewState& view = workspace().view;
+    view.PlayMark = 300;
+    keep(phraseOf({{0, 1, 40}, {1, 2, 41}}));
+    EXPECT_LE(view.ViewFirstColumn, 300);
+    EXPECT_GT(view.ViewFirstColumn + view.ViewColumns, 300);
+    EXPECT_LE(view.ViewTopRow, 127 - 40);
+    EXPECT_GT(view.ViewTopRow + view.ViewRows / 2, 127 - 40);
+    const ViewState before = view;
+    keep(phraseOf({{0, 1, 41}}));
+    EXPECT_EQ(view.ViewTopRow, before.ViewTopRow) << "what is seen stays where it is";
+    EXPECT_EQ(view.ViewFirstColumn, before.ViewFirstColumn);
+}
+
 TEST_F(KeepPhraseTest, NothingPlayedKeepsNothing) {
     workspace().beginHistory();
     keep(phraseOf({}));

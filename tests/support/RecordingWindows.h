@@ -21,11 +21,13 @@ public:
             return makePicker(over, std::move(picked));
         onPick = std::move(picked);
     }
+    void keepPlayed(QWidget& over) override { keptOver.push_back(&over); }
     void quit() override { ++quits; }
 
     std::set<Name> present{Name::form1, Name::frmsetup};
     std::vector<Name> opened;
     std::vector<std::string> pages;
+    std::vector<QWidget*> keptOver; ///< windows over which to keep was asked for
     int quits = 0;
     std::function<void(PickedInstrument)> onPick; ///< to be called with what is picked
     /// Where a test wants a picker that can be pressed.

@@ -5,6 +5,7 @@
 #include "base/VirtualLoop.h"
 #include "composition/Player.h"
 #include "composition/Workspace.h"
+#include "keyboard/PlayedLog.h"
 #include "parts/Desk.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
@@ -75,6 +76,7 @@ public:
                                .devices = devices,
                                .workspace = workspace(),
                                .player = player(),
+                               .played = played,
                                .windows = windows});
         return *desk_;
     }
@@ -97,6 +99,7 @@ public:
     frmskins skins{settings};
     ExToolTip tips{settings};
     Frmmenu menu;
+    PlayedLog played{folders.played(), loop};
     RecordingWindows windows;
 
 private:

@@ -25,7 +25,7 @@ protected:
                                    .toStdString());
             };
         };
-        box.mouse = {saying("down"), saying("move"), saying("up"), [this] { said.push_back("lost"); }};
+        box.mouse = {saying("down"), saying("move"), saying("up"), [this] { said.push_back("lost"); }, {}};
         box.show();
     }
     void send(QEvent::Type type, QPoint at, Qt::MouseButton button, Qt::MouseButtons down) {
