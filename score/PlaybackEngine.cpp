@@ -222,9 +222,12 @@ PlaybackEngine::WalkEnd PlaybackEngine::walk(const Turn& turn) {
             pause();
             return WalkEnd::Paused;
         }
+        const int position = state_.PlayPosition;
+        const double moment = loop_.now();
         PlayNotes(); // ending a chord serves events, and so does moving on
         if (turn.isOver())
             break;
+        views_.tell(&PlaybackView::positionSounds, position, moment);
         AdvancePlayLine();
         if (turn.isOver())
             break;

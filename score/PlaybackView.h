@@ -21,6 +21,9 @@ public:
     /// `FindEndOfSong` has run: `LblNumnotes` and the channel markers follow the Score.
     virtual void showSongEnd() {}
 
+    /// A position has begun to sound, at that moment.
+    virtual void positionSounds(int /*position*/, double /*moment*/) {}
+
     /// Saves the pixels of a column of the view, on both boxes.
     virtual void GetColumn(int /*column*/) {}
     /// Puts the saved pixels back, which takes the play line away. Who has come in since has saved none.
