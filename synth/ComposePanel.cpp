@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "synth/ComposePanel.h"
 
+#include "base/Settings.h"
 #include "composition/SetupRules.h"
 #include "composition/Workspace.h"
 #include "keyboard/Keyboard.h"
@@ -24,6 +25,8 @@ using enum KeyboardSlider;
 constexpr std::array kSliders{Speed, Pauses, Compression, Tempo};
 constexpr int kFirstRow = 22;
 constexpr int kRowStep = 40;
+constexpr int kFirstCheck = 10;
+constexpr int kCheckStep = 22;
 constexpr int kCaption = 104;
 constexpr int kReadOut = 48;
 constexpr int kColumnGap = 16;
@@ -39,6 +42,13 @@ ComposePanel::ComposePanel(const SynthParts& parts, CommandButton& keep, QWidget
                       [this](bool on) { parts_.keyboard.setInsertPauses(on); }))
     , Check5(addCheck("Check5", "Loop Play", "The recording is played again and again",
                       [this](bool on) { parts_.keyboard.setLoop(on); }))
+    , countIn_(addCheck("countIn", "Count-in", "A bar of the metronome comes before a recording",
+                        [](bool /*on*/) {}))
+    , overdub_(addCheck("overdub", "Overdub",
+                        "While the score plays, what you play is written into it; Undo takes back a pass",
+                        [this](bool on) { onOverdub(on); }))
+    , takes_(addButton("takes", "Takes...", "The last twenty recordings, to hear and to choose from",
+                       [this] { onTakes(*takes_); }))
     , positionWords_(addWords("Position"))
     , Text9(new ReadOut(parts.look, "Text9", this))
     , keep_(keep)
@@ -75,12 +85,16 @@ void ComposePanel::layOut(int width) {
                               20);
     }
     int x = kMargin + 2 * column;
-    putAt(*Check3, x + kColumnGap, kFirstRow);
-    putAt(*Check5, x + kColumnGap, kFirstRow + kRowStep);
+    int y = kFirstCheck;
+    for (QCheckBox* check : {Check3, Check5, countIn_, overdub_}) {
+        putAt(*check, x + kColumnGap, y);
+        y += kCheckStep;
+    }
     setRules({x, x + kColumnGap + kChecksWidth});
     x += 2 * kColumnGap + kChecksWidth;
     positionWords_->setGeometry(x, kFirstRow, 60, 20);
     Text9->setGeometry(x + 60, kFirstRow, 64, 20);
+    takes_->setGeometry(x, kFirstRow + kRowStep - 2, 124, 24);
     x += kPositionWidth + kColumnGap;
     keep_.setGeometry(x, 20, kKeepWidth, 24);
     putAt(*stepEntry_, x, kFirstRow + kRowStep);
@@ -91,6 +105,11 @@ void ComposePanel::refresh() {
         bar->refresh();
     Check3->setChecked(parts_.keyboard.controls().Check3);
     Check5->setChecked(parts_.keyboard.loops());
+    stepEntry_->setChecked(settings::read(parts_.desk.settings, settings::Step_entry));
+}
+
+bool ComposePanel::countsIn() const {
+    return countIn_->isChecked();
 }
 
 void ComposePanel::showPosition(int position) {

@@ -18,8 +18,14 @@ public:
     /// @param keep the button "Keep what I just played", which the panel gives its place
     ComposePanel(const SynthParts& parts, CommandButton& keep, QWidget* parent);
 
-    /// The tick "Step entry" was set or cleared.
+    /// A tick was set or cleared.
     std::function<void(bool on)> onStepEntry;
+    std::function<void(bool on)> onOverdub;
+    /// "Takes" was pressed: the last ones are to be shown below the button.
+    std::function<void(QWidget& button)> onTakes;
+
+    /// "Count-in" is ticked.
+    [[nodiscard]] bool countsIn() const;
 
     void refresh() override;
     /// `Text9`.
@@ -34,6 +40,9 @@ private:
     std::vector<KeyboardBar*> bars_;
     QCheckBox* Check3;
     QCheckBox* Check5;
+    QCheckBox* countIn_;
+    QCheckBox* overdub_;
+    CommandButton* takes_;
     QLabel* positionWords_;
     ReadOut* Text9;
     CommandButton& keep_;

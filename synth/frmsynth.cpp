@@ -8,7 +8,6 @@
 #include "base/SteadyClock.h"
 #include "composition/Workspace.h"
 #include "keyboard/PlayedLog.h"
-#include "keyboard/StepEntry.h"
 #include "keyboard/TakeScore.h"
 #include "parts/Desk.h"
 #include "parts/SetupTab.h"
@@ -104,6 +103,10 @@ frmsynth::frmsynth(Desk& desk, QWidget* composing)
     , soundTwo_(new SoundTwoPanel(parts_, page_))
     , pages_{scheme_, compose_, soundOne_, soundTwo_}
     , panicBar_(new PanicBar(look(), Ibak5()))
+    , overdub_(desk.workspace, desk.player, desk.loop)
+    , played_(desk.played, overdub_)
+    , takes_(desk.folders.takes(), wallSeconds)
+    , takesAlarm_([this] { lookAtTake(); })
     , Picture1_(new KeyArea(look(), Ibak5()))
     , alarm_([this] { runDue(); })
     , presses_(
@@ -130,7 +133,11 @@ frmsynth::frmsynth(Desk& desk, QWidget* composing)
     attachTips(desk_.tips);
     setHelp([this] { desk_.windows.help("keyboard"); });
     keyboard_.setView(this);
-    keyboard_.setPlayedNotes(&desk_.played);
+    keyboard_.setPlayedNotes(&played_);
+    takes_.onTrouble = [this](const std::string& words) {
+        QMetaObject::invokeMethod(
+            this, [this, words] { tell(skins(), this, toQString(words)); }, Qt::QueuedConnection);
+    };
     connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         if (state != Qt::ApplicationActive)
             releaseKeys();
@@ -142,6 +149,7 @@ frmsynth::frmsynth(Desk& desk, QWidget* composing)
 frmsynth::~frmsynth() {
     unload();
     keyboard_.setView(nullptr);
+    keyboard_.setPlayedNotes(nullptr);
 }
 
 void frmsynth::addTabs() {
@@ -189,6 +197,7 @@ void frmsynth::showKey(int key, bool sounds) {
 
 void frmsynth::showBeat(int number) {
     soundTwo_->showBeat(number);
+    (void)countIn_.beat(desk_.loop.now(), keyboard_.metronome().beatInterval());
 }
 
 void frmsynth::showPosition(int position) {
@@ -198,8 +207,14 @@ void frmsynth::showPosition(int position) {
 
 /// The lamp, and which of the buttons from "Record/" to "Stop" can be pressed and are.
 void frmsynth::showTransport() {
-    const bool records = keyboard_.recording() != TakeRecorder::State::Off;
-    lamp_->setOn(records);
+    const bool takes = keyboard_.recording() != TakeRecorder::State::Off;
+    if (takes && (!recorded_ || std::isfinite(recorded_->last)))
+        recorded_ = {desk_.loop.now(), std::numeric_limits<double>::infinity()};
+    else if (!takes && recorded_ && !std::isfinite(recorded_->last))
+        recorded_->last = desk_.loop.now();
+    lookAtTake();
+    const bool records = takes || countIn_.isRunning();
+    lamp_->setOn(takes);
     CommandButton& record = Lb1_[synthLb1("record")];
     record.setFace("record", records ? "Stop" : "Record/");
     const QString words = records ? "Stop Keyboard Recording" : "Start Keyboard Recording";
@@ -214,7 +229,8 @@ void frmsynth::showTransport() {
 }
 
 bool frmsynth::confirmOverwrite() {
-    return askYesNo(skins(), this, toQString(kOverwriteTake), toQString(kEraseRecording)) == Answer::Yes;
+    return std::exchange(mayOverwrite_, false) ||
+           askYesNo(skins(), this, toQString(kOverwriteTake), toQString(kEraseRecording)) == Answer::Yes;
 }
 
 void frmsynth::changed(Changes changes) {
@@ -253,7 +269,9 @@ void frmsynth::used() {
 
 /// The keyboard's clock is the loop's, and the alarm's the steady one; in the program they are the same.
 void frmsynth::arm() {
-    const std::optional<double> due = keyboard_.nextDue();
+    std::optional<double> due = keyboard_.nextDue();
+    if (const auto begins = countIn_.nextDue(); begins && (!due || *begins < *due))
+        due = begins;
     if (due == armedTo_)
         return;
     armedTo_ = due;
@@ -266,6 +284,8 @@ void frmsynth::arm() {
 void frmsynth::runDue() {
     armedTo_.reset();
     keyboard_.runDue();
+    if (countIn_.isOver(desk_.loop.now()))
+        keyboard_.CmdRec_Click();
     arm();
 }
 
@@ -434,11 +454,12 @@ void frmsynth::unload() {
     if (!std::exchange(loaded_, false))
         return;
     keyWatch_.reset();
-    stepEntry_.reset();
+    countIn_.cancel();
     listening_ = {};
     midi_.reset();
     presses_.forget();
     keyboard_.unload();
+    takes_.finish();
     soundTwo_->showBeat(0);
     alarm_.stop();
     armedTo_.reset();

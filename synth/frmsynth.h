@@ -3,9 +3,13 @@
 
 #include "base/Alarm.h"
 #include "composition/Changes.h"
+#include "keyboard/CountIn.h"
 #include "keyboard/Keyboard.h"
 #include "keyboard/Keymap.h"
 #include "keyboard/MidiToKeyboard.h"
+#include "keyboard/Overdub.h"
+#include "keyboard/PlayedNotesFork.h"
+#include "keyboard/TakeStack.h"
 #include "parts/CommandBank.h"
 #include "parts/Windows.h"
 #include "shell/SkinnedWindow.h"
@@ -29,7 +33,6 @@ class RecordLamp;
 class SchemePanel;
 class SoundOnePanel;
 class SoundTwoPanel;
-class StepEntry;
 struct Desk;
 
 /// The on-screen keyboard: 44 keys that the mouse, the computer's keys and MIDI keyboards play.
@@ -79,8 +82,8 @@ public:
 
     /// What "Fit my keyboard" reads the computer's keys from: the layout in use.
     std::function<std::optional<Keymap>()> keymap;
-    /// Writes the notes that were played as a score, where somebody has kept them. @return why not, in words
-    std::function<std::string(const std::filesystem::path&)> saveNotesAsPlayed;
+    /// Plays one of the last takes, which is the one to be saved from now on.
+    void chooseTake(std::size_t index);
 
 protected:
     bool event(QEvent* event) override;
@@ -129,13 +132,19 @@ private:
     void fitKeyboard();
     void chooseDevice(int item);
     void setStepEntry(bool on);
+    void countIn();
+    void endCountIn();
+    void lookAtTake();
+    void popUpTakes(QWidget& button);
     void panic(bool lit);
     void releaseKeys();
     void releaseAll();
     [[nodiscard]] bool takesKeys() const;
     [[nodiscard]] bool keyEvent(const QKeyEvent& event, const QWidget& receiver);
 
-    [[nodiscard]] std::optional<bool> asksForNotes();
+    [[nodiscard]] std::vector<PlayedNote> notesOfTake() const;
+    [[nodiscard]] std::optional<bool> asksForNotes(bool hasTrace);
+    [[nodiscard]] std::string saveNotes(const std::filesystem::path& path);
 
     /// A control was used: shows everything anew.
     void used();
@@ -154,6 +163,18 @@ private:
     SoundTwoPanel* soundTwo_;
     std::array<SynthPanel*, kPages> pages_{};
     PanicBar* panicBar_;
+    Overdub overdub_;
+    PlayedNotesFork played_;
+    CountIn countIn_;
+    TakeStack takes_;
+    Alarm takesAlarm_; ///< the next look at the take that goes on
+    /// When the recording of the take was begun and ended, on the loop's clock; not of one from the stack.
+    struct Span {
+        double first;
+        double last; ///< infinite while it goes on
+    };
+    std::optional<Span> recorded_;
+    bool mayOverwrite_ = false; ///< the question has been answered
     KeyArea* Picture1_;
     Alarm alarm_;
     std::optional<double> armedTo_; ///< on the loop's clock
@@ -162,7 +183,6 @@ private:
     std::unique_ptr<KeyWatch> keyWatch_;
     std::optional<MidiToKeyboard> midi_;
     Guests<MidiListener>::Stay listening_;
-    std::unique_ptr<StepEntry> stepEntry_; ///< since its tick was set first
     std::string KeyFilePath_;
     std::filesystem::path schemeFolder_;
     std::filesystem::path scoreFolder_;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Which routine each command of the keyboard presses: by button, menu and key alike.
+#include "base/Settings.h"
 #include "composition/Workspace.h"
-#include "keyboard/StepEntry.h"
 #include "parts/CommandBinding.h"
 #include "parts/Desk.h"
 #include "parts/Windows.h"
@@ -98,6 +98,8 @@ void frmsynth::bindCommands() {
     scheme_->onScheme = [this](int index) { chooseScheme(index); };
     scheme_->onFit = [this] { fitKeyboard(); };
     compose_->onStepEntry = [this](bool on) { setStepEntry(on); };
+    compose_->onOverdub = [this](bool on) { overdub_.setOn(on); };
+    compose_->onTakes = [this](QWidget& button) { popUpTakes(button); };
     scheme_->onDevice = [this](int item) { chooseDevice(item); };
     for (std::size_t i = 0; i < kGroupEnds.size(); ++i)
         (new StripRule(look(), Ibak5()))->setObjectName(QStringLiteral("rule(%1)").arg(i));
@@ -147,18 +149,11 @@ void frmsynth::setEditing(bool on) {
     used();
 }
 
-/// The keyboard sounds what is struck.
+/// The command of the composing window, where it is written.
 void frmsynth::setStepEntry(bool on) {
-    if (!stepEntry_) {
-        stepEntry_ = std::make_unique<StepEntry>(desk_.inputs, desk_.workspace, desk_.port);
-        stepEntry_->sounds = false;
-    }
-    stepEntry_->setOn(on);
-}
-
-void frmsynth::CmdRec_Click() {
-    keyboard_.CmdRec_Click();
-    Picture1_->setFocus();
+    QAction& command = desk_.menu.item("mnuStepEntry");
+    if (settings::read(desk_.settings, settings::Step_entry) != on)
+        command.trigger();
 }
 
 /// The device that the list names, or the one after it where that one fails.

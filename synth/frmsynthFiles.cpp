@@ -104,9 +104,11 @@ void frmsynth::Command6_Click() {
 
 /// Which of its two forms a saved recording is to have; nothing if the choice is left. True for the notes as
 /// they were played.
-std::optional<bool> frmsynth::asksForNotes() {
-    if (!saveNotesAsPlayed || !desk_.workspace.manners.savesNotesAsPlayed)
+std::optional<bool> frmsynth::asksForNotes(bool hasTrace) {
+    if (!desk_.workspace.manners.savesNotesAsPlayed || notesOfTake().empty())
         return false;
+    if (!hasTrace)
+        return true;
     const QAbstractButton& button = Lb1_[synthLb1("saveRecording")];
     QMenu menu(this);
     const QAction* notes = menu.addAction("Notes as I played them");
@@ -119,12 +121,14 @@ void frmsynth::CmdRecord_Click() {
     switch (keyboard_.saveProblem()) {
     case Keyboard::Unsaveable::Recording:
         return;
-    case Keyboard::Unsaveable::Nothing:
+    case Keyboard::Unsaveable::Nothing: // of the mouse's notes there is no trace
+        if (desk_.workspace.manners.savesNotesAsPlayed && !notesOfTake().empty())
+            break;
         return tell(skins(), this, toQString(kNothingToSave));
     case Keyboard::Unsaveable::No:
         break;
     }
-    const std::optional<bool> asNotes = asksForNotes();
+    const std::optional<bool> asNotes = asksForNotes(keyboard_.saveProblem() == Keyboard::Unsaveable::No);
     if (!asNotes)
         return;
     const ChosenFile chosen =
@@ -134,7 +138,7 @@ void frmsynth::CmdRecord_Click() {
         return;
     scoreFolder_ = path.parent_path();
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    const std::string words = *asNotes ? saveNotesAsPlayed(path) : keyboard_.SaveRecordingAsScore(path);
+    const std::string words = *asNotes ? saveNotes(path) : keyboard_.SaveRecordingAsScore(path);
     QGuiApplication::restoreOverrideCursor();
     if (!words.empty())
         tell(skins(), this, toQString(words));

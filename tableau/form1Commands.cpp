@@ -208,6 +208,7 @@ void form1::setStepEntry(bool on) {
     stepEntry_->setOn(on);
     settings::save(desk_.settings, settings::Step_entry, on);
     showModes();
+    announce(desk_.workspace, Change::Modes);
 }
 
 void form1::setClassic(bool classic) {

@@ -388,16 +388,16 @@ TEST_F(SynthPanelsTest, ClosedItHearsNoInput) {
     EXPECT_THAT(sent(), IsEmpty());
 }
 
-TEST_F(SynthPanelsTest, WithStepEntryNotesOfAnInputAreWrittenWhereTheMouseRests) {
+TEST_F(SynthPanelsTest, StepEntryIsTheComposingWindowsCommand) {
     opened(2);
-    const int piano = midi.plug("Piano");
-    workspace().view.PointerInMusicBox = true;
-    midi.play(piano, shortmessage::noteOn(0, 60, 77), 1);
-    EXPECT_FALSE(workspace().holdsNotes());
-    midi.play(piano, shortmessage::noteOff(0, 60), 1.1);
+    int pressed = 0;
+    QObject owner;
+    desk().menu.bind(owner, "mnuStepEntry", [this, &pressed] {
+        ++pressed;
+        settings::save(settings, settings::Step_entry, true);
+        announce(workspace(), Change::Modes);
+    });
     click(control("stepEntry"));
-    sent();
-    midi.play(piano, shortmessage::noteOn(0, 62, 77), 2);
-    EXPECT_EQ(score().NoteCell.at(0, 0), std::optional<std::int16_t>(127 - 62));
-    EXPECT_THAT(sent(), ElementsAre(on(62, 77))) << "heard once";
+    EXPECT_EQ(pressed, 1);
+    EXPECT_TRUE(control<QCheckBox>("stepEntry").isChecked());
 }

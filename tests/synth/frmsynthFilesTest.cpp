@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Schemes and takes, and the files they go to.
 #include "SynthFixture.h"
+#include "score/SngFile.h"
 
 #include <QAction>
 #include <QMenu>
@@ -181,29 +182,36 @@ TEST_F(frmsynthFilesTest, InCarefulMannersTheNotesThemselvesCanBeSaved) {
     beCareful();
     opened();
     recordANote();
-    fs::path asNotes;
-    window().saveNotesAsPlayed = [&asNotes](const fs::path& path) {
-        asNotes = path;
-        return std::string();
-    };
-    answer(file("notes"));
-    chooseInMenu("Notes as I played them");
-    click(button(5));
-    EXPECT_EQ(asNotes, file("notes.sng"));
-    EXPECT_FALSE(fs::exists(file("notes.sng")));
     answer(file("trace"));
     chooseInMenu("Classic trace");
     click(button(5));
     EXPECT_TRUE(fs::exists(file("trace.sng")));
+    recordANote();
+    answer(file("notes"));
+    chooseInMenu("Notes as I played them");
+    click(button(5));
+    ASSERT_TRUE(fs::exists(file("notes.sng")));
+    EXPECT_EQ(window().keyboard().take.size(), 0) << "a take is saved once";
+    OpenPoliFile(file("notes.sng"), score(), workspace().setup);
+    EXPECT_EQ(score().NoteCell.at(0, 0), std::optional<std::int16_t>(91));
+}
+
+TEST_F(frmsynthFilesTest, InCarefulMannersWhatTheMousePlayedCanBeSavedAsNotes) {
+    beCareful();
+    opened();
+    click(button(4));
+    window().keyboard().CmdKey_MouseDown(12);
+    pass(0.5);
+    window().keyboard().CmdKey_MouseUp();
+    click(button(4));
+    answer(file("mouse"));
+    click(button(5));
+    EXPECT_TRUE(fs::exists(file("mouse.sng")));
 }
 
 TEST_F(frmsynthFilesTest, InClassicMannersTheTraceAloneIsSaved) {
     opened();
     recordANote();
-    window().saveNotesAsPlayed = [](const fs::path& /*path*/) -> std::string {
-        ADD_FAILURE();
-        return {};
-    };
     answer(file("trace"));
     click(button(5));
     EXPECT_TRUE(fs::exists(file("trace.sng")));
