@@ -8,7 +8,6 @@
 #include "tests/support/FakeInputs.h"
 #include "tests/support/Waiting.h"
 
-#include <RtMidi.h>
 #include <gmock/gmock.h>
 
 #include <signal.h>
@@ -30,21 +29,6 @@ constexpr const char* kKeys = "Keys:Out";
 /// A note of 2205 frames every 4410: on and off every 50 ms.
 const std::vector<std::string> kSequence{"jack_midiseq", "Sequence", "4410", "0", "60", "2205"};
 constexpr const char* kSequenceOut = "Sequence:out";
-
-/// A MIDI keyboard that is plugged in while this object lives.
-class Keys {
-public:
-    Keys() : midi_(RtMidi::UNIX_JACK, "Keys") { midi_.openVirtualPort("Out"); }
-    void play(std::uint32_t word) {
-        const unsigned char bytes[]{static_cast<unsigned char>(word & 0xFFU),
-                                    static_cast<unsigned char>(data1(word)),
-                                    static_cast<unsigned char>(data2(word))};
-        midi_.sendMessage(bytes, (word & 0xE0U) == 0xC0U ? 2 : 3);
-    }
-
-private:
-    RtMidiOut midi_;
-};
 
 double processorSeconds() {
     rusage usage{};
@@ -127,7 +111,7 @@ struct JackInputsTest : testing::Test {
 
 TEST_F(JackInputsTest, AKeyboardThatIsPluggedInIsListedAndHeard) {
     EXPECT_THAT(names(), IsEmpty());
-    Keys keys;
+    JackPlayer keys("Keys");
     ASSERT_TRUE(comes(kKeys));
     std::vector<std::uint32_t> played;
     for (int i = 0; i < 60; ++i) {
@@ -151,7 +135,7 @@ TEST_F(JackInputsTest, AKeyboardThatIsPluggedInIsListedAndHeard) {
 }
 
 TEST_F(JackInputsTest, OneThatWasThereBeforeIsHeardToo) {
-    Keys keys;
+    JackPlayer keys("Keys");
     stay.leave();
     listen();
     ASSERT_TRUE(comes(kKeys));
@@ -161,7 +145,7 @@ TEST_F(JackInputsTest, OneThatWasThereBeforeIsHeardToo) {
 }
 
 TEST_F(JackInputsTest, AKeyboardThatIsPulledOutEndsItsNotesAndMayComeAgain) {
-    std::optional<Keys> keys(std::in_place);
+    std::optional<JackPlayer> keys(std::in_place, "Keys");
     ASSERT_TRUE(comes(kKeys));
     const int first = inputs->sources()[0].id;
     keys->play(noteOn(0, 60, 77));
@@ -169,7 +153,7 @@ TEST_F(JackInputsTest, AKeyboardThatIsPulledOutEndsItsNotesAndMayComeAgain) {
     keys.reset();
     ASSERT_TRUE(goes(kKeys));
     EXPECT_THAT(listener.told, Contains(std::to_string(first) + " ended").Times(1));
-    keys.emplace();
+    keys.emplace("Keys");
     ASSERT_TRUE(comes(kKeys));
     EXPECT_NE(inputs->sources()[0].id, first);
     keys->play(noteOn(0, 62, 78));
@@ -178,14 +162,12 @@ TEST_F(JackInputsTest, AKeyboardThatIsPulledOutEndsItsNotesAndMayComeAgain) {
 }
 
 TEST_F(JackInputsTest, TwoKeyboardsAreToldApart) {
-    RtMidiOut pads(RtMidi::UNIX_JACK, "Pads");
-    pads.openVirtualPort("Out");
-    Keys keys;
+    JackPlayer pads("Pads");
+    JackPlayer keys("Keys");
     ASSERT_TRUE(comes(kKeys) && comes("Pads:Out"));
     keys.play(noteOn(0, 60, 1));
     ASSERT_TRUE(hears(1));
-    const unsigned char bytes[]{0x90, 61, 2};
-    pads.sendMessage(bytes, 3);
+    pads.play(noteOn(0, 61, 2));
     ASSERT_TRUE(hears(2));
     const auto idOf = [&](const std::string& name) {
         return std::ranges::find(inputs->sources(), name, &MidiInputs::Source::name)->id;
@@ -213,7 +195,7 @@ TEST_F(JackInputsTest, NothingOfOursIsAmongTheSourcesNorAmongTheDevices) {
     MidiDevices devices(synth);
     JackReceiver receiver("Notes");
     ASSERT_TRUE(receiver.ready());
-    Keys keys;
+    JackPlayer keys("Keys");
     ASSERT_TRUE(comes(kKeys));
     ASSERT_TRUE(comesTrue([&] { return devices.deviceCount() == 2; }));
     EXPECT_EQ(devices.deviceName(1), "Receiver:Notes");
@@ -225,7 +207,6 @@ TEST_F(JackInputsTest, NothingOfOursIsAmongTheSourcesNorAmongTheDevices) {
 }
 
 TEST_F(JackInputsTest, AServerThatDiesEndsItsSourcesAndOneThatComesIsFound) {
-    // A process of its own: the library of this one would delete its client.
     std::optional<ChildProcess> sequence(std::in_place, kSequence);
     ASSERT_TRUE(comes(kSequenceOut));
     ASSERT_TRUE(hears(2));

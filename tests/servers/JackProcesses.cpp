@@ -207,4 +207,43 @@ void JackReceiver::run(const char* portName) {
     ::_exit(0);
 }
 
+JackPlayer::JackPlayer(const std::string& clientName) {
+    int ends[2];
+    if (::pipe(ends) != 0)
+        return;
+    ::fcntl(ends[1], F_SETFD, FD_CLOEXEC);
+    pipe_ = ends[1];
+    process_.emplace(
+        std::vector<std::string>{"/proc/self/exe", kArgument, clientName, std::to_string(ends[0])});
+    ::close(ends[0]);
+}
+
+JackPlayer::~JackPlayer() {
+    ::close(pipe_); // at which it ends
+}
+
+void JackPlayer::play(std::uint32_t word) {
+    if (::write(pipe_, &word, sizeof word) != sizeof word)
+        ::_exit(1);
+}
+
+void JackPlayer::run(const char* clientName, const char* descriptor) {
+    sigset_t interrupt;
+    ::sigemptyset(&interrupt);
+    ::sigaddset(&interrupt, SIGINT);
+    ::pthread_sigmask(SIG_BLOCK, &interrupt, nullptr);
+    {
+        RtMidiOut output(RtMidi::UNIX_JACK, clientName);
+        output.openVirtualPort("Out");
+        std::uint32_t word = 0;
+        while (::read(std::atoi(descriptor), &word, sizeof word) == sizeof word) {
+            const unsigned char bytes[]{static_cast<unsigned char>(word & 0xFFU),
+                                        static_cast<unsigned char>(word >> 8U & 0xFFU),
+                                        static_cast<unsigned char>(word >> 16U & 0xFFU)};
+            output.sendMessage(bytes, (word & 0xE0U) == 0xC0U ? 2 : 3);
+        }
+    }
+    ::_exit(0);
+}
+
 } // namespace velmora

@@ -81,4 +81,24 @@ private:
     ChildProcess process_;
 };
 
+/// Another program with one MIDI output, "Out": a keyboard that is plugged in while this object lives.
+class JackPlayer {
+public:
+    explicit JackPlayer(const std::string& clientName);
+    ~JackPlayer();
+    JackPlayer(const JackPlayer&) = delete;
+    JackPlayer& operator=(const JackPlayer&) = delete;
+
+    /// @param word packed as in ShortMessage.h
+    void play(std::uint32_t word);
+
+    /// The other program itself, started with these arguments: the client's name, and where to read from.
+    static constexpr const char* kArgument = "--play-midi-as";
+    [[noreturn]] static void run(const char* clientName, const char* descriptor);
+
+private:
+    int pipe_ = -1;
+    std::optional<ChildProcess> process_;
+};
+
 } // namespace velmora

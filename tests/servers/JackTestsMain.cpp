@@ -8,6 +8,8 @@
 int main(int argc, char** argv) {
     if (argc == 3 && std::strcmp(argv[1], velmora::JackReceiver::kArgument) == 0)
         velmora::JackReceiver::run(argv[2]);
+    if (argc == 4 && std::strcmp(argv[1], velmora::JackPlayer::kArgument) == 0)
+        velmora::JackPlayer::run(argv[2], argv[3]);
     testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();
 }
