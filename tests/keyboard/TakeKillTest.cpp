@@ -2,34 +2,26 @@
 // Somebody records, and the process is killed at any moment: the ticks of more than a second ago are there.
 #include "keyboard/PlayedLog.h"
 #include "keyboard/TakeStack.h"
+#include "tests/support/KilledProcess.h"
 
-#include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <random>
-#include <thread>
+#include <string>
 
 using namespace velmora;
 
 TEST(TakeKillTest, AKillCostsASecondOfATakeAtMost) {
     const QTemporaryDir home;
-    const QString folder = home.filePath("takes");
+    const std::string folder = home.filePath("takes").toStdString();
     std::mt19937 random(std::random_device{}());
     for (std::size_t round = 1; round <= 3; ++round) {
-        QProcess walker;
-        walker.start(VELMORA_TAKE_WALKER, {folder});
-        ASSERT_TRUE(walker.waitForStarted());
-        std::this_thread::sleep_for(std::chrono::milliseconds(1200 + random() % 500));
-        walker.kill();
-        const double killed = wallSeconds();
-        ASSERT_TRUE(walker.waitForFinished());
-        ASSERT_EQ(walker.exitStatus(), QProcess::CrashExit) << "it ended by itself";
-        int due = 0;
-        for (const QByteArray& line : walker.readAllStandardOutput().split('\n'))
-            due += !line.isEmpty() && line.toDouble() < killed - 1 ? 1 : 0;
-        TakeStack stack(folder.toStdString(), wallSeconds);
+        const std::string said =
+            linesUntilKilled(VELMORA_TAKE_WALKER, folder, std::chrono::milliseconds(1200 + random() % 500));
+        const int due = linesBefore(said, wallSeconds() - 1);
+        TakeStack stack(folder, wallSeconds);
         ASSERT_EQ(stack.takes().size(), round);
         EXPECT_TRUE(stack.unreadable().empty());
         EXPECT_GT(due, 0) << "nothing was recorded in time";
