@@ -7,6 +7,7 @@
 #include "base/Settings.h"
 #include "base/SteadyClock.h"
 #include "composition/Workspace.h"
+#include "keyboard/KeepPhrase.h"
 #include "keyboard/PlayedLog.h"
 #include "keyboard/StepEntry.h"
 #include "keyboard/TakeScore.h"
@@ -131,6 +132,10 @@ frmsynth::frmsynth(Desk& desk, QWidget* composing)
     setHelp([this] { desk_.windows.help("keyboard"); });
     keyboard_.setView(this);
     keyboard_.setPlayedNotes(&desk_.played);
+    saveNotesAsPlayed = [this](const std::filesystem::path& path) {
+        return velmora::saveNotesAsPlayed(
+            path, desk_.played.between(takeFrom_, takeTo_.value_or(desk_.loop.now())));
+    };
     connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         if (state != Qt::ApplicationActive)
             releaseKeys();
@@ -199,6 +204,7 @@ void frmsynth::showPosition(int position) {
 /// The lamp, and which of the buttons from "Record/" to "Stop" can be pressed and are.
 void frmsynth::showTransport() {
     const bool records = keyboard_.recording() != TakeRecorder::State::Off;
+    followTake(records);
     lamp_->setOn(records);
     CommandButton& record = Lb1_[synthLb1("record")];
     record.setFace("record", records ? "Stop" : "Record/");
@@ -211,6 +217,18 @@ void frmsynth::showTransport() {
     Lb1_.setOn(synthLb1("loop"), keyboard_.loops());
     Lb1_.setOn(synthLb1("play"), keyboard_.isPlaying());
     Lb1_.setOn(synthLb1("pause"), keyboard_.isPaused());
+}
+
+/// The log keeps the notes of the take, however long that gets.
+void frmsynth::followTake(bool records) {
+    const double now = desk_.loop.now();
+    if (records && takeTo_) {
+        takeFrom_ = now;
+        takeTo_.reset();
+        desk_.played.holdFrom(now);
+    } else if (!records && !takeTo_) {
+        takeTo_ = now;
+    }
 }
 
 bool frmsynth::confirmOverwrite() {

@@ -101,6 +101,7 @@ private:
     void showTransport() override;
     void showPosition(int position) override;
     bool confirmOverwrite() override;
+    void followTake(bool records);
 
     void changed(Changes changes) override;
 
@@ -141,6 +142,8 @@ private:
     void used();
 
     Desk& desk_;
+    double takeFrom_ = 0;              ///< when the take was begun
+    std::optional<double> takeTo_ = 0; ///< when it ended; nothing while it goes on
     QPointer<QWidget> composing_;
     Keyboard keyboard_;
     SynthParts parts_;
