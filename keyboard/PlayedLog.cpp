@@ -36,7 +36,7 @@ PlayedLog::PlayedLog(std::filesystem::path file, const MessageLoop& clock,
 
 void PlayedLog::struck(int channel, int note, int velocity, int program, double moment) {
     if (moment > swept_ + kSweep) {
-        book_.forgetBefore(moment - kKept);
+        book_.forgetBefore(std::min(moment - kKept, held_));
         swept_ = moment;
     }
     take({PlayedEvent::Kind::Struck, byte(channel), byte(note), byte(velocity), byte(program), moment});
@@ -60,6 +60,12 @@ void PlayedLog::take(PlayedEvent event) {
     // The wall's clock may be set at any time: it is asked each time.
     event.moment += wall_() - clock_.now();
     journal_.append(event);
+}
+
+std::vector<PlayedNote> PlayedLog::between(double first, double last) const {
+    std::vector<PlayedNote> notes = book_.notes(clock_.now());
+    std::erase_if(notes, [=](const PlayedNote& note) { return note.onset < first || note.onset > last; });
+    return notes;
 }
 
 void PlayedLog::metronome(double start, double interval, int beatsPerMeasure) {

@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <string>
 #include <utility>
@@ -54,6 +55,11 @@ public:
     /// The one that ran from the first of these moments to the second.
     [[nodiscard]] std::optional<Beats> beatsDuring(double first, double last) const;
 
+    /// What begins from this moment on stays in memory however long it goes on: a recording, say.
+    void holdFrom(double moment) { held_ = moment; }
+    /// What this run played from the first moment to the second.
+    [[nodiscard]] std::vector<PlayedNote> between(double first, double last) const;
+
     /// What began up to this moment has been kept.
     void markKept(double moment) { kept_ = moment; }
     /// Nothing was kept yet if there is none.
@@ -73,7 +79,8 @@ private:
     std::vector<Beats> beats_;
     std::optional<double> kept_;
     std::optional<std::vector<PlayedNote>> earlier_; ///< moments of the loop's clock
-    double swept_ = 0;                               ///< when old notes were forgotten last
+    double held_ = std::numeric_limits<double>::infinity();
+    double swept_ = 0; ///< when old notes were forgotten last
     PlayedJournal journal_;
 };
 

@@ -208,10 +208,12 @@ void frmsynth::showPosition(int position) {
 /// The lamp, and which of the buttons from "Record/" to "Stop" can be pressed and are.
 void frmsynth::showTransport() {
     const bool takes = keyboard_.recording() != TakeRecorder::State::Off;
-    if (takes && (!recorded_ || std::isfinite(recorded_->last)))
+    if (takes && (!recorded_ || std::isfinite(recorded_->last))) {
         recorded_ = {desk_.loop.now(), std::numeric_limits<double>::infinity()};
-    else if (!takes && recorded_ && !std::isfinite(recorded_->last))
+        desk_.played.holdFrom(recorded_->first); // however long it gets
+    } else if (!takes && recorded_ && !std::isfinite(recorded_->last)) {
         recorded_->last = desk_.loop.now();
+    }
     lookAtTake();
     const bool records = takes || countIn_.isRunning();
     lamp_->setOn(takes);

@@ -95,13 +95,7 @@ void frmsynth::chooseTake(std::size_t index) {
 
 /// What a hand played while the take was recorded, by the mouse, too.
 std::vector<PlayedNote> frmsynth::notesOfTake() const {
-    if (!recorded_)
-        return {};
-    std::vector<PlayedNote> notes = desk_.played.notes();
-    std::erase_if(notes, [this](const PlayedNote& note) {
-        return note.onset < recorded_->first || note.onset > recorded_->last;
-    });
-    return notes;
+    return recorded_ ? desk_.played.between(recorded_->first, recorded_->last) : std::vector<PlayedNote>();
 }
 
 std::string frmsynth::saveNotes(const std::filesystem::path& path) {

@@ -229,6 +229,25 @@ TEST_F(PlayedLogTest, TheMetronomeThatRanThroughAPhraseIsKnown) {
     EXPECT_EQ(run.log.beatsDuring(8.5, 80)->interval, 0.3);
 }
 
+TEST_F(PlayedLogTest, WhatIsHeldStaysHoweverLongItGoesOn) {
+    Run run(file, wall);
+    run.play(50, 1);
+    run.log.holdFrom(run.loop.now());
+    for (int minute = 0; minute < 20; ++minute) {
+        run.play(60 + minute, 1);
+        run.pass(59);
+    }
+    EXPECT_THAT(run.log.notes(), SizeIs(10)) << "those of the last ten minutes";
+    const double last = run.loop.now();
+    run.play(90, 1);
+    EXPECT_THAT(run.log.between(1, last - 60), SizeIs(20));
+    EXPECT_THAT(run.log.between(1, last), SizeIs(21));
+    run.log.holdFrom(last);
+    run.pass(61);
+    run.play(91, 1);
+    EXPECT_THAT(run.log.between(0, last), SizeIs(testing::Le(12U)));
+}
+
 TEST(PlayedJournalTest, EveryEventComesBack) {
     std::mt19937 random(5);
     std::vector<PlayedEvent> events;

@@ -209,6 +209,25 @@ TEST_F(frmsynthFilesTest, InCarefulMannersWhatTheMousePlayedCanBeSavedAsNotes) {
     EXPECT_TRUE(fs::exists(file("mouse.sng")));
 }
 
+TEST_F(frmsynthFilesTest, NotesAsPlayedAreThoseOfTheTake) {
+    beCareful();
+    opened();
+    played.struck(0, 90, 100, 0, loop.now()); // before the take
+    played.ended(0, 90, loop.now());
+    pass(1);
+    recordANote();
+    pass(1);
+    played.struck(0, 91, 100, 0, loop.now()); // after it
+    played.ended(0, 91, loop.now());
+    answer(file("notes"));
+    chooseInMenu("Notes as I played them");
+    click(button(5));
+    // Key 0 is MIDI note 36, which stands on row 91.
+    EXPECT_THAT(read(file("notes.sng")), testing::StartsWith("91,1091"));
+    EXPECT_THAT(read(file("notes.sng")), HasSubstr("Tempo="));
+    EXPECT_GT(window().keyboard().take.size(), 2) << "the take can still be saved as its trace";
+}
+
 TEST_F(frmsynthFilesTest, InClassicMannersTheTraceAloneIsSaved) {
     opened();
     recordANote();
