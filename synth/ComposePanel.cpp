@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "synth/ComposePanel.h"
 
+#include "base/Settings.h"
 #include "composition/SetupRules.h"
 #include "composition/Workspace.h"
 #include "keyboard/Keyboard.h"
@@ -45,7 +46,7 @@ ComposePanel::ComposePanel(const SynthParts& parts, CommandButton& keep, QWidget
     , stepEntry_(addCheck("stepEntry", "Step entry",
                           "While the mouse rests on the Tableau, notes of a MIDI keyboard are written there, "
                           "one after the other",
-                          [this](bool on) { onStepEntry(on); })) {
+                          [this](bool /*on*/) { onStepEntry(); })) {
     for (const KeyboardSlider slider : kSliders)
         bars_.push_back(new KeyboardBar(parts, slider, this));
     bars_.back()->onValue = [this](double tempo) { storeTempo(tempo); };
@@ -91,6 +92,7 @@ void ComposePanel::refresh() {
         bar->refresh();
     Check3->setChecked(parts_.keyboard.controls().Check3);
     Check5->setChecked(parts_.keyboard.loops());
+    stepEntry_->setChecked(settings::read(parts_.desk.settings, settings::Step_entry));
 }
 
 void ComposePanel::showPosition(int position) {

@@ -18,8 +18,8 @@ public:
     /// @param keep the button "Keep what I just played", which the panel gives its place
     ComposePanel(const SynthParts& parts, CommandButton& keep, QWidget* parent);
 
-    /// The tick "Step entry" was set or cleared.
-    std::function<void(bool on)> onStepEntry;
+    /// The tick "Step entry" was pressed.
+    std::function<void()> onStepEntry;
 
     void refresh() override;
     /// `Text9`.

@@ -8,7 +8,6 @@
 #include "base/SteadyClock.h"
 #include "composition/Workspace.h"
 #include "keyboard/PlayedLog.h"
-#include "keyboard/StepEntry.h"
 #include "keyboard/TakeScore.h"
 #include "parts/Desk.h"
 #include "parts/SetupTab.h"
@@ -437,7 +436,6 @@ void frmsynth::unload() {
     if (!std::exchange(loaded_, false))
         return;
     keyWatch_.reset();
-    stepEntry_.reset();
     listening_ = {};
     midi_.reset();
     presses_.forget();

@@ -29,7 +29,6 @@ class RecordLamp;
 class SchemePanel;
 class SoundOnePanel;
 class SoundTwoPanel;
-class StepEntry;
 struct Desk;
 
 /// The on-screen keyboard: 44 keys that the mouse, the computer's keys and MIDI keyboards play.
@@ -128,7 +127,7 @@ private:
     void chooseScheme(int index);
     void fitKeyboard();
     void chooseDevice(int item);
-    void setStepEntry(bool on);
+    void pressStepEntry();
     void panic(bool lit);
     void releaseKeys();
     void releaseAll();
@@ -162,7 +161,6 @@ private:
     std::unique_ptr<KeyWatch> keyWatch_;
     std::optional<MidiToKeyboard> midi_;
     Guests<MidiListener>::Stay listening_;
-    std::unique_ptr<StepEntry> stepEntry_; ///< since its tick was set first
     std::string KeyFilePath_;
     std::filesystem::path schemeFolder_;
     std::filesystem::path scoreFolder_;

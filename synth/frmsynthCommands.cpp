@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Which routine each command of the keyboard presses: by button, menu and key alike.
 #include "composition/Workspace.h"
-#include "keyboard/StepEntry.h"
 #include "parts/CommandBinding.h"
 #include "parts/Desk.h"
 #include "parts/Windows.h"
@@ -97,7 +96,7 @@ void frmsynth::bindCommands() {
     scheme_->Check1_Click = [this](bool on) { setEditing(on); };
     scheme_->onScheme = [this](int index) { chooseScheme(index); };
     scheme_->onFit = [this] { fitKeyboard(); };
-    compose_->onStepEntry = [this](bool on) { setStepEntry(on); };
+    compose_->onStepEntry = [this] { pressStepEntry(); };
     scheme_->onDevice = [this](int item) { chooseDevice(item); };
     for (std::size_t i = 0; i < kGroupEnds.size(); ++i)
         (new StripRule(look(), Ibak5()))->setObjectName(QStringLiteral("rule(%1)").arg(i));
@@ -147,13 +146,11 @@ void frmsynth::setEditing(bool on) {
     used();
 }
 
-/// The keyboard sounds what is struck.
-void frmsynth::setStepEntry(bool on) {
-    if (!stepEntry_) {
-        stepEntry_ = std::make_unique<StepEntry>(desk_.inputs, desk_.workspace, desk_.port);
-        stepEntry_->sounds = false;
-    }
-    stepEntry_->setOn(on);
+/// It is the composing window's, as its item in the menu.
+void frmsynth::pressStepEntry() {
+    if (QAction& item = desk_.menu.item("mnuStepEntry"); item.isEnabled())
+        item.trigger();
+    used();
 }
 
 void frmsynth::CmdRec_Click() {

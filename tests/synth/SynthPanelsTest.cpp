@@ -388,16 +388,24 @@ TEST_F(SynthPanelsTest, ClosedItHearsNoInput) {
     EXPECT_THAT(sent(), IsEmpty());
 }
 
-TEST_F(SynthPanelsTest, WithStepEntryNotesOfAnInputAreWrittenWhereTheMouseRests) {
+TEST_F(SynthPanelsTest, TheTickOfStepEntryIsThatOfTheMenu) {
     opened(2);
-    const int piano = midi.plug("Piano");
-    workspace().view.PointerInMusicBox = true;
-    midi.play(piano, shortmessage::noteOn(0, 60, 77), 1);
-    EXPECT_FALSE(workspace().holdsNotes());
-    midi.play(piano, shortmessage::noteOff(0, 60), 1.1);
-    click(control("stepEntry"));
-    sent();
-    midi.play(piano, shortmessage::noteOn(0, 62, 77), 2);
-    EXPECT_EQ(score().NoteCell.at(0, 0), std::optional<std::int16_t>(127 - 62));
-    EXPECT_THAT(sent(), ElementsAre(on(62, 77))) << "heard once";
+    auto& tick = control<QCheckBox>("stepEntry");
+    click(tick);
+    EXPECT_FALSE(tick.isChecked()) << "nobody writes the notes";
+    QObject composing;
+    menu.bind(composing, "mnuStepEntry",
+              [this] { store("Step entry", stored("Step entry") == "True" ? "False" : "True"); });
+    click(tick);
+    EXPECT_TRUE(tick.isChecked());
+    EXPECT_EQ(stored("Step entry"), "True");
+    click(tick);
+    EXPECT_FALSE(tick.isChecked());
+}
+
+TEST_F(SynthPanelsTest, WhatWasPlayedIsKeptByTheButtonAndByItsKey) {
+    opened(2);
+    click(button(0));
+    QTest::keyClick(&window(), Qt::Key_K, Qt::ControlModifier);
+    EXPECT_THAT(windows.keptOver, ElementsAre(&window(), &window()));
 }
