@@ -55,6 +55,7 @@ ComposePanel::ComposePanel(const SynthParts& parts, CommandButton& keep, QWidget
     Text9->setText("0");
     parts.desk.tips.SetToolTip(*Text9, {"Position", "Where in the recording playing is", ""});
     keep_.setParent(this);
+    keep_.setForm(ButtonForm::Text); // in a panel it has a face
 }
 
 /// The open score has it at once.
