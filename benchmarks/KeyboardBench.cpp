@@ -28,6 +28,11 @@ void keyboardIdleWithMetronome(benchmark::State& state) {
 }
 BENCHMARK(keyboardIdleWithMetronome)->Iterations(1);
 
+void keyboardKeyPainted(benchmark::State& state) {
+    probe(state, "paint", {"white_us", "black_us", "p99_us"});
+}
+BENCHMARK(keyboardKeyPainted)->Iterations(1);
+
 void keyboardOpen(benchmark::State& state) {
     probe(state, "open", {"open_ms", "plain_window_ms", "ratio"});
 }

@@ -6,17 +6,21 @@
 //            at the 99th of a hundred, at worst
 //   sample   microseconds by which the samples of a take are late while keys are struck and painted, likewise
 //   idle     percent of a core that the window takes while a metronome runs, over ten seconds; twice 0
+//   paint    microseconds of a key that turns red or back until the server has it: a white one and a black one
+//            at the median, either at the 99th of a hundred
 //   open     milliseconds from the first command to the painted window, at the median of several; and of a
 //            plain window with as many children; their ratio
 // clang-format on
 #include "Share.h"
 #include "base/QtMessageLoop.h"
 #include "base/SteadyClock.h"
+#include "synth/KeyArea.h"
 #include "synth/frmsynth.h"
 #include "tests/support/TestDesk.h"
 
 #include <QtWidgets>
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -131,6 +135,23 @@ void idle() {
     report(100 * (processSeconds() - before) / kSeconds, 0, 0);
 }
 
+void paint() {
+    Stage stage;
+    auto& keys = *static_cast<KeyArea*>(stage.window.findChild<QWidget*>("Picture1"));
+    std::array<std::vector<double>, 2> spent; // of white keys, and of black ones
+    std::vector<double> all;
+    for (int change = 0; change < 2000; ++change) {
+        const int key = change % kPianoKeys;
+        const double before = steadySeconds();
+        keys.showKey(key, change / kPianoKeys % 2 == 0);
+        QApplication::processEvents();
+        QGuiApplication::sync();
+        all.push_back(1e6 * (steadySeconds() - before));
+        spent[isBlackKey(key) ? 1 : 0].push_back(all.back());
+    }
+    report(shareOf(spent[0], 0.5), shareOf(spent[1], 0.5), shareOf(all, 0.99));
+}
+
 double milliseconds(const std::function<void()>& command) {
     const double before = steadySeconds();
     command();
@@ -185,6 +206,8 @@ int main(int argc, char* argv[]) {
         sample();
     else if (what == "idle")
         idle();
+    else if (what == "paint")
+        paint();
     else if (what == "open")
         open();
     return 2;

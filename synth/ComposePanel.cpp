@@ -55,7 +55,7 @@ ComposePanel::ComposePanel(const SynthParts& parts, CommandButton& keep, QWidget
     , stepEntry_(addCheck("stepEntry", "Step entry",
                           "While the mouse rests on the Tableau, notes of a MIDI keyboard are written there, "
                           "one after the other",
-                          [this](bool on) { onStepEntry(on); })) {
+                          [this](bool /*on*/) { onStepEntry(); })) {
     for (const KeyboardSlider slider : kSliders)
         bars_.push_back(new KeyboardBar(parts, slider, this));
     bars_.back()->onValue = [this](double tempo) { storeTempo(tempo); };
@@ -64,6 +64,7 @@ ComposePanel::ComposePanel(const SynthParts& parts, CommandButton& keep, QWidget
     Text9->setText("0");
     parts.desk.tips.SetToolTip(*Text9, {"Position", "Where in the recording playing is", ""});
     keep_.setParent(this);
+    keep_.setForm(ButtonForm::Text); // in a panel it has a face
 }
 
 /// The open score has it at once.

@@ -36,15 +36,28 @@ protected:
 /// The field of a label: what is typed takes the place of all that stands there.
 class LabelField : public QLineEdit {
 public:
-    explicit LabelField(QWidget* parent) : QLineEdit(parent) {
+    /// @param key whose colours it has
+    LabelField(int key, const Appearance& look, QWidget* parent)
+        : QLineEdit(parent)
+        , ground_(isBlackKey(key) ? Qt::black : Qt::white)
+        , look_(look) {
         setFrame(false);
         setAlignment(Qt::AlignCenter);
         setTextMargins(-2, 0, -2, 0);
         setContextMenuPolicy(Qt::NoContextMenu);
         setFont(textFont(12, true));
+        QPalette colours = palette();
+        colours.setColor(QPalette::Text, isBlackKey(key) ? Qt::white : Qt::black);
+        setPalette(colours);
     }
 
 protected:
+    void paintEvent(QPaintEvent* event) override {
+        QPainter painter(this);
+        fillRounded(painter, rect(), 2, ground_, toQColor(look_.skin().fieldEdge));
+        painter.end();
+        QLineEdit::paintEvent(event);
+    }
     void mousePressEvent(QMouseEvent* event) override {
         setFocus(Qt::MouseFocusReason);
         selectAll();
@@ -57,6 +70,10 @@ protected:
         QLineEdit::focusInEvent(event);
         selectAll();
     }
+
+private:
+    QColor ground_;
+    const Appearance& look_;
 };
 
 /// "Key F sharp 2, plays with G".
@@ -122,7 +139,7 @@ void KeyArea::showLabels(const KeyScheme& scheme, int octaveShift) {
 void KeyArea::addFields() {
     for (int key = 0; key < kPianoKeys; ++key) {
         const auto k = static_cast<std::size_t>(key);
-        auto* field = new LabelField(this);
+        auto* field = new LabelField(key, look_, this);
         field->setObjectName(QStringLiteral("NoteX(%1)").arg(key));
         field->setAccessibleName(QStringLiteral("Label of key %1").arg(key));
         field->setText(labels_[k]);
@@ -141,8 +158,10 @@ void KeyArea::setEditing(bool on) {
         addFields();
     if (!NoteX.front())
         return;
+    editing_ = on;
     for (QLineEdit* field : NoteX)
         field->setVisible(on);
+    update();
 }
 
 void KeyArea::placeControls() {
@@ -171,7 +190,7 @@ void KeyArea::paintEvent(QPaintEvent* event) {
         for (int key = 0; key < kPianoKeys; ++key)
             if (isBlackKey(key) == black && placeOf(key).intersects(dirty))
                 paintKey(painter, layout_, key, sounds_[static_cast<std::size_t>(key)],
-                         labels_[static_cast<std::size_t>(key)]);
+                         editing_ ? QString() : labels_[static_cast<std::size_t>(key)]);
 }
 
 /// The old key goes up before the new one goes down.

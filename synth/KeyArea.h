@@ -67,6 +67,7 @@ private:
     std::array<QString, kPianoKeys> labels_;
     std::bitset<kPianoKeys> sounds_;
     int octaveShift_ = 0;
+    bool editing_ = false;
     bool pressed_ = false;      ///< the left button is down
     std::optional<int> struck_; ///< what it strikes
 };

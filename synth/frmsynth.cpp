@@ -76,7 +76,10 @@ protected:
         if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
             return false;
         const auto* receiver = qobject_cast<QWidget*>(watched);
-        return receiver && window_.keyEvent(*static_cast<QKeyEvent*>(event), *receiver);
+        if (!receiver || !window_.keyEvent(*static_cast<QKeyEvent*>(event), *receiver))
+            return false;
+        event->accept(); // or the window around the receiver would be told, too
+        return true;
     }
 
 private:
