@@ -55,7 +55,7 @@ ComposePanel::ComposePanel(const SynthParts& parts, CommandButton& keep, QWidget
     , stepEntry_(addCheck("stepEntry", "Step entry",
                           "While the mouse rests on the Tableau, notes of a MIDI keyboard are written there, "
                           "one after the other",
-                          [this](bool /*on*/) { onStepEntry(); })) {
+                          [this](bool on) { onStepEntry(on); })) {
     for (const KeyboardSlider slider : kSliders)
         bars_.push_back(new KeyboardBar(parts, slider, this));
     bars_.back()->onValue = [this](double tempo) { storeTempo(tempo); };
