@@ -191,7 +191,15 @@ void Keyboard::strike(int key, std::string_view text, const ComputerKey& by) {
         return;
     recorder_.keyDown(text);
     voice_.NoteDown3(key, {.id = by.position}, clock_.now());
-    recorder_.struck(rowOfKey(key), clock_.now(), tickSeconds());
+    noteRow(rowOfKey(key));
+}
+
+/// For the take, which the first one begins.
+void Keyboard::noteRow(int row) {
+    const TakeRecorder::State before = recorder_.state();
+    recorder_.struck(row, clock_.now(), tickSeconds());
+    if (recorder_.state() != before)
+        showTransport();
 }
 
 bool Keyboard::strikeByText(std::string_view text, const ComputerKey& by) {
@@ -297,7 +305,7 @@ void Keyboard::midi(int source, std::uint32_t word) {
         if (value > 0) {
             voice_.strikeNote(number, value, presser);
             recorder_.keyDown("MIDI " + std::to_string(number));
-            recorder_.struck(rowOfKey(keyOfNote(number)), clock_.now(), tickSeconds());
+            noteRow(rowOfKey(keyOfNote(number)));
         } else {
             recorder_.keyUp();
         }

@@ -168,6 +168,7 @@ private:
     [[nodiscard]] double tickSeconds() const { return controls_.Text2 * 0.001; }
     void releaseComputerKeys();
     void strike(int key, std::string_view text, const ComputerKey& by);
+    void noteRow(int row);
     [[nodiscard]] bool strikeByText(std::string_view text, const ComputerKey& by);
     void apply(KeyboardSlider slider, double value);
     void setSound(KeyboardSlider slider, int value);

@@ -172,7 +172,7 @@ TEST_F(form1CommandsTest, MenuItemsWithoutARoutineAreDisabled) {
         "mnuPlay",        "mnupause",      "mnuStopall",     "mnuEdit",
         "mnuStopPlaying", "mnuPercussion", "mnuNotestyle1",  "mnuNotestyle2",
         "mnuHelpfile",    "mnuSetup",      "mnuXPtooltext",  "mnuSkin",
-        "mnuButton",      "mnuClassic",    "mnuStepEntry"}; // accidentals go with style 2 alone
+        "mnuButton",      "mnuClassic",    "mnuStepEntry",  "keepPlayed"}; // accidentals go with style 2 alone
     for (const MenuRow& row : menuRows()) {
         if (row.kind == MenuRow::Kind::Separator || row.kind == MenuRow::Kind::Submenu)
             continue;

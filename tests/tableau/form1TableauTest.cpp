@@ -79,6 +79,7 @@ TEST_F(form1TableauTest, ADraggedLineIsANoteOfThatLengthInTheChannelsColour) {
 TEST_F(form1TableauTest, TheViewKnowsWhetherThePointerRestsOnTheMelody) {
     const auto send = [](QWidget& box, QEvent&& event) { QApplication::sendEvent(&box, &event); };
     shown();
+    send(child("MusicBox"), QEvent(QEvent::Leave)); // wherever the mouse was left
     EXPECT_FALSE(workspace().view.PointerInMusicBox);
     send(child("MusicBox"), QEnterEvent({5, 6}, {5, 6}, {5, 6}));
     EXPECT_TRUE(workspace().view.PointerInMusicBox);
@@ -95,6 +96,8 @@ TEST_F(form1TableauTest, WithStepEntryTickedWhatIsPlayedIsWrittenAndComesIntoVie
     EXPECT_TRUE(menu.item("mnuStepEntry").isChecked());
     EXPECT_EQ(stored("Step entry"), "True");
     const int keys = midi.plug("Keys:Out");
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&child("MusicBox"), &leave);
     midi.play(keys, shortmessage::noteOn(0, 60, 90));
     EXPECT_TRUE(score().usedChannels().empty()) << "the mouse is elsewhere";
     QEnterEvent enter({5, 6}, {5, 6}, {5, 6});
