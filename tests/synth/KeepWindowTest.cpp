@@ -118,14 +118,14 @@ TEST_F(KeepWindowTest, CoarserAndFinerStepThroughTheGridsThatThereAre) {
 }
 
 TEST_F(KeepWindowTest, EveryChangeRedrawsAtOnce) {
-    play({60, 62}, 0.5);
-    play({64, 65});
-    played.struck(0, 67, 90, 24, loop.now()); // let go of soon
-    loop.block(0.2);
-    played.ended(0, 67, loop.now());
-    loop.block(0.4);
-    play({65});
+    for (const int note : {60, 62, 64, 65, 67}) { // held for half of each beat
+        played.struck(0, note, 90, 24, loop.now());
+        loop.block(0.3);
+        played.ended(0, note, loop.now());
+        loop.block(0.3);
+    }
     opened();
+    click("finer");
     const auto picture = [this] { return part<PhrasePaper>("paper").grab().toImage(); };
     QImage before = picture();
     for (const char* name : {"asPlayed", "coarser", "finer"}) {
