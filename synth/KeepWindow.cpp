@@ -122,7 +122,7 @@ void KeepWindow::addLengths() {
     const auto add = [this, group](const char* name, const char* caption, int y, NoteLengths lengths) {
         auto* radio = new QRadioButton(caption, group);
         radio->setObjectName(name);
-        radio->setGeometry(12, y, group->width() - 24, 20);
+        radio->setGeometry(12, y, std::min(radio->sizeHint().width(), group->width() - 24), 20);
         radio->setChecked(lengths == choice_.lengths);
         connect(radio, &QRadioButton::clicked, this, [this, lengths] { setLengths(lengths); });
         return radio;

@@ -225,6 +225,7 @@ TEST_F(frmsynthFilesTest, NotesAsPlayedAreThoseOfTheTake) {
     // Key 0 is MIDI note 36, which stands on row 91.
     EXPECT_THAT(read(file("notes.sng")), testing::StartsWith("91,1091"));
     EXPECT_THAT(read(file("notes.sng")), HasSubstr("Tempo="));
+    EXPECT_EQ(window().keyboard().take.size(), 0) << "a take is saved once";
 }
 
 TEST_F(frmsynthFilesTest, InClassicMannersTheTraceAloneIsSaved) {
