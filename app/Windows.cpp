@@ -11,6 +11,7 @@
 #include "synth/frmsynth.h"
 #include "tableau/form1.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velmora {
@@ -23,6 +24,7 @@ struct Row {
     std::unique_ptr<SkinnedWindow> (*make)(Desk&, QWidget* composing) = nullptr;
     void (*open)(SkinnedWindow&, Windows::Focus) = nullptr;
     void (*unload)(SkinnedWindow&) = nullptr;
+    bool (*mayEnd)(SkinnedWindow&) = nullptr;
 };
 
 template<class Window>
@@ -43,6 +45,12 @@ constexpr Row rowOf(Windows::Name name) {
             [](SkinnedWindow& window) {
                 if constexpr (requires(Window & own) { own.unload(); })
                     static_cast<Window&>(window).unload();
+            },
+            [](SkinnedWindow& window) {
+                if constexpr (requires(Window & own) { own.mayEnd(); })
+                    return static_cast<Window&>(window).mayEnd();
+                else
+                    return true;
             }};
 }
 
@@ -123,6 +131,13 @@ void ProgramWindows::keepPlayed(QWidget& over) {
     keep_ = new KeepWindow(desk_, &over);
     keep_->setAttribute(Qt::WA_DeleteOnClose);
     keep_->open();
+}
+
+bool ProgramWindows::mayQuit() {
+    return std::ranges::all_of(kRows, [this](const Row& row) {
+        const auto& window = windows_[static_cast<std::size_t>(row.name)];
+        return !window || row.mayEnd(*window);
+    });
 }
 
 void ProgramWindows::quit() {

@@ -33,6 +33,7 @@ public:
     void pickInstrument(QWidget& over, std::function<void(PickedInstrument)> picked) override;
     void keepPlayed(QWidget& over) override;
     void quit() override;
+    [[nodiscard]] bool mayQuit() override;
 
     /// The composing window, over which the others stand.
     [[nodiscard]] form1& composing();

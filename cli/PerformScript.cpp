@@ -5,6 +5,8 @@
 #include "cli/KeyboardPlayer.h"
 #include "sound/Instruments.h"
 
+#include <QUtf8StringView>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -269,6 +271,8 @@ PerformEvent eventOf(std::string_view line, std::size_t number) {
 } // namespace
 
 std::vector<PerformEvent> parsePerformScript(std::string_view text) {
+    if (!QUtf8StringView(text.data(), static_cast<qsizetype>(text.size())).isValidUtf8())
+        throw UsageError("the script is no UTF-8 text");
     std::vector<PerformEvent> events;
     for (std::size_t number = 1; !text.empty(); ++number) {
         const auto end = std::min(text.find('\n'), text.size());

@@ -125,7 +125,9 @@ void Keyboard::unload() {
     voice_.releaseAll(std::nullopt, true);
     player_.stop();
     cMetronome1.StopMetronome();
-    endBeat();
+    if (beatNote_ && sound_.sounds(kMetronomeChannel, *beatNote_))
+        endBeat();
+    beatNote_.reset();
     sound_.reset();
     down_.clear();
     sources_.clear();

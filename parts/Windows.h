@@ -46,6 +46,8 @@ public:
     virtual void keepPlayed(QWidget& over) = 0;
     /// The composing window is gone: the program ends.
     virtual void quit() = 0;
+    /// Whether every window lets the program end: one that records asks the user first.
+    [[nodiscard]] virtual bool mayQuit() = 0;
 };
 
 } // namespace velmora

@@ -505,14 +505,14 @@ void frmsynth::saveSettings() {
     settings::save(place, settings::keyfile, KeyFilePath_);
 }
 
-bool frmsynth::mayClose() {
-    const bool records = keyboard_.recording() != TakeRecorder::State::Off;
+bool frmsynth::mayEnd() {
+    const bool records = loaded_ && keyboard_.recording() == TakeRecorder::State::On;
     return !desk_.workspace.manners.asksBeforeLoss || !records ||
            askYesNo(skins(), this, "A recording goes on. Stop it and close the keyboard?") == Answer::Yes;
 }
 
 void frmsynth::closeEvent(QCloseEvent* event) {
-    if (loaded_ && !mayClose()) {
+    if (!mayEnd()) {
         event->ignore();
         return;
     }

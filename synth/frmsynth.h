@@ -64,6 +64,8 @@ public:
     void open(Windows::Focus focus = Windows::Focus::Take);
     /// Silence, and the settings are written; nothing if it is closed.
     void unload();
+    /// Asks where a recording would be cut off.
+    [[nodiscard]] bool mayEnd();
 
     void Lmnu_Click(int index);
     void CmdEd_Click();
@@ -122,7 +124,6 @@ private:
     void loadScheme();
     void openAtStoredPlace();
     void saveSettings();
-    [[nodiscard]] bool mayClose();
 
     void showPage(int page);
     void popUpTools();

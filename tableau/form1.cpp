@@ -391,7 +391,7 @@ void form1::closeEvent(QCloseEvent* event) {
     if (closing_)
         return;
     PlayAndStop_Click(true);
-    if (!exports_->mayLeave() || !mayClose()) {
+    if (!exports_->mayLeave() || !desk_.windows.mayQuit() || !mayClose()) {
         event->ignore();
         return;
     }

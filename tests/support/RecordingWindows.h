@@ -23,12 +23,14 @@ public:
     }
     void keepPlayed(QWidget& over) override { keptOver.push_back(&over); }
     void quit() override { ++quits; }
+    [[nodiscard]] bool mayQuit() override { return letsQuit; }
 
     std::set<Name> present{Name::form1, Name::frmsetup};
     std::vector<Name> opened;
     std::vector<std::string> pages;
     std::vector<QWidget*> keptOver; ///< windows over which to keep was asked for
     int quits = 0;
+    bool letsQuit = true;
     std::function<void(PickedInstrument)> onPick; ///< to be called with what is picked
     /// Where a test wants a picker that can be pressed.
     std::function<void(QWidget& over, std::function<void(PickedInstrument)> picked)> makePicker;

@@ -62,6 +62,14 @@ TEST_F(form1CloseTest, YesAndThenACancelKeepsWindowAndScore) {
     expectKept();
 }
 
+TEST_F(form1CloseTest, AWindowThatStillRecordsMayKeepTheProgram) {
+    putNotes(score(), 0, 60, 4);
+    shown();
+    windows.letsQuit = false;
+    window().Command3_Click();
+    expectKept();
+}
+
 TEST_F(form1CloseTest, AFailedSaveIsSaidAndKeepsWindowAndScore) {
     putNotes(score(), 0, 60, 4);
     shown();
