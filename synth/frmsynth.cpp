@@ -108,6 +108,7 @@ frmsynth::frmsynth(Desk& desk, QWidget* composing)
     , panicBar_(new PanicBar(look(), Ibak5()))
     , overdub_(desk.workspace, desk.player, desk.loop)
     , played_(desk.played, overdub_)
+    , docking_(composing, [this] { setGeometry(docking_.place(kLeast, height())); })
     , takes_(desk.folders.takes(), wallSeconds)
     , takesAlarm_([this] { lookAtTake(); })
     , Picture1_(new KeyArea(look(), Ibak5()))
@@ -442,6 +443,7 @@ void frmsynth::load() {
         announce(desk_.workspace, Change::Device);
     loadScheme();
     openAtStoredPlace();
+    docking_.setOn(settings::read(desk_.settings, settings::Synthup));
     InstrumentSelection& chosen = desk_.workspace.instruments;
     if (chosen.MelodyInstrumentName.empty()) {
         chosen.MelodyInstrument = settings::read(desk_.settings, settings::Intrumentval);

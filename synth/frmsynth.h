@@ -13,6 +13,7 @@
 #include "parts/CommandBank.h"
 #include "parts/Windows.h"
 #include "shell/SkinnedWindow.h"
+#include "synth/Docking.h"
 #include "synth/KeyPresses.h"
 #include "synth/SynthPanel.h"
 
@@ -84,6 +85,8 @@ public:
 
     /// What "Fit my keyboard" reads the computer's keys from: the layout in use.
     std::function<std::optional<Keymap>()> keymap;
+    /// "Dock Keyboard": under the composing window, from now on and at the next opening.
+    void setDocked(bool docked);
     /// Plays one of the last takes, which is the one to be saved from now on.
     void chooseTake(std::size_t index);
 
@@ -91,6 +94,7 @@ protected:
     bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     [[nodiscard]] QWidget* ringed(QWidget* focused) const override;
@@ -166,6 +170,7 @@ private:
     PanicBar* panicBar_;
     Overdub overdub_;
     PlayedNotesFork played_;
+    Docking docking_;
     CountIn countIn_;
     TakeStack takes_;
     Alarm takesAlarm_; ///< the next look at the take that goes on

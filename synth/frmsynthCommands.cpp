@@ -19,6 +19,7 @@
 #include "synth/frmsynth.h"
 
 #include <QAction>
+#include <QContextMenuEvent>
 #include <QPainter>
 
 namespace velmora {
@@ -76,6 +77,7 @@ void frmsynth::bindCommands() {
         {{Lb1, synthLb1("keep")}, [](frmsynth& form) { form.desk_.windows.keepPlayed(form); }, "", "Ctrl+K"},
         {{Lb1, synthLb1("help")}, [](frmsynth& form) { form.imgTitleHelp_Click(); }, "mnukeybdHelp", "F1"},
         {{Lb1, synthLb1("close")}, [](frmsynth& form) { form.close(); }, "mnukeybdclose"},
+        {{}, [](frmsynth& form) { form.setDocked(!form.docking_.isOn()); }, "mnukeybdDock"},
         {{}, [](frmsynth& form) { form.Lmnu_Click(1); }, "mnuKeybdsetup"},
         {{}, [](frmsynth& form) { form.Lmnu_Click(2); }, "mnuKeybdCompose"},
         {{}, [](frmsynth& form) { form.Lmnu_Click(3); }, "mnukeybdSound1toolbar"},
@@ -106,11 +108,25 @@ void frmsynth::bindCommands() {
 }
 
 void frmsynth::bindMenu() {
+    desk_.menu.onPrepare(*this, "mnukeybdpopup1",
+                         [this] { desk_.menu.item("mnukeybdDock").setChecked(docking_.isOn()); });
     desk_.menu.onPrepare(*this, "mnukeybdpopup2", [this] {
         desk_.menu.item("mnukeybdtoolbars").setChecked(stripShown_);
         desk_.menu.item("mnukeybdSound1toolbar").setChecked(Lmnu_[2]->isChecked());
         desk_.menu.item("mnukeybdSound2toolbar").setChecked(Lmnu_[3]->isChecked());
     });
+}
+
+void frmsynth::setDocked(bool docked) {
+    docking_.setOn(docked);
+    settings::save(desk_.settings, settings::Synthup, docked);
+}
+
+/// A right click beside the controls.
+void frmsynth::contextMenuEvent(QContextMenuEvent* event) {
+    const QWidget* at = childAt(event->pos());
+    if (!at || at == Ibak5())
+        desk_.menu.popup("mnukeybdpopup1").popup(event->globalPos());
 }
 
 /// Under its tab.

@@ -12,6 +12,25 @@ using testing::IsEmpty;
 
 using frmsynthTest = SynthFixture;
 
+TEST_F(frmsynthTest, DockedItStandsUnderTheComposingWindowWhereverThatGoes) {
+    QWidget composing;
+    composing.setGeometry(20, 10, 700, 150);
+    composing.show();
+    frmsynth keyboard(desk(), &composing);
+    keyboard.open();
+    keyboard.setDocked(true);
+    EXPECT_EQ(keyboard.y(), composing.frameGeometry().bottom() + 1);
+    EXPECT_EQ(stored("Synthup"), "True");
+    composing.move(40, 60);
+    QApplication::processEvents();
+    EXPECT_EQ(keyboard.y(), composing.frameGeometry().bottom() + 1);
+    keyboard.setDocked(false);
+    const QRect left = keyboard.geometry();
+    composing.move(0, 0);
+    QApplication::processEvents();
+    EXPECT_EQ(keyboard.geometry(), left);
+}
+
 TEST_F(frmsynthTest, LoadingSendsTheDrumBankTheVolumeAndTheInstrument) {
     window().open();
     EXPECT_THAT(sent(), ElementsAre(shortmessage::kDrumBank, shortmessage::controller(0, 7, 127),
