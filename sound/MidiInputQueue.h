@@ -94,17 +94,19 @@ public:
     void end() noexcept;
 
 private:
-    std::shared_ptr<WakeDescriptor> bell_;
-    WakeDescriptor backendBell_;
     SpscRing<Message, kLength> ring_;
-    std::atomic<bool> lost_{false};
-    std::atomic<bool> ending_{false};
+    std::shared_ptr<WakeDescriptor> bell_;
 
-    std::mutex mutex_; ///< guards what follows
+    // Under the mutex.
     std::vector<Source> sources_;
-    bool changed_ = false;
+    std::mutex mutex_;
     int nextId_;
     int step_;
+    bool changed_ = false;
+
+    WakeDescriptor backendBell_;
+    std::atomic<bool> lost_{false};
+    std::atomic<bool> ending_{false};
 };
 
 } // namespace velmora

@@ -40,7 +40,8 @@ void form1::bindTableau() {
         input_->MusicBox_MouseUp(button, shift, x, y);
     };
     melody.lost = [this] { input_->cancel(); };
-    melody.over = [this](bool isOver) { desk_.workspace.view.PointerInMusicBox = isOver; };
+    // The mouse leaves at the end, too, when this window is nothing but its base.
+    melody.over = [&view = desk_.workspace.view](bool isOver) { view.PointerInMusicBox = isOver; };
 
     TableauBox::Mouse& beat = Picmain_->mouseOn(Picmain::Surface::Beatbox);
     beat.down = [this](MouseButton button, int shift, int x, int y) {
