@@ -138,7 +138,10 @@ Pulse through(std::span<const double> onsets, std::span<const int> ticks, double
     pulse.period = line((ticks.back() + ticks.front()) / perBeat / 2, std::max(all, 1.0) * 10).second;
     if (pulse.period <= 0)
         pulse.period = fallback;
-    for (double beat = ticks.front() / perBeat; beat <= ticks.back() / perBeat; beat += 1) {
+    const double firstBeat = ticks.front() / perBeat;
+    const auto wholeBeats = static_cast<int>(std::floor(ticks.back() / perBeat - firstBeat));
+    for (int i = 0; i <= wholeBeats; ++i) {
+        const double beat = firstBeat + i;
         const auto [moment, period] = line(beat, kDriftBeats);
         if (pulse.anchors.empty() || moment > pulse.anchors.back().moment)
             pulse.anchors.push_back({moment, beat});
@@ -161,8 +164,9 @@ void countFromFirst(Pulse& pulse, double first) {
 std::vector<Track> finalistsOf(std::span<const double> onsets, const PlaceCosts& costs,
                                const std::vector<int>& starts) {
     std::vector<Track> best;
-    for (double rate = kSlowest; rate < kFastest; rate *= kRatio) {
-        const double period = 60 / rate;
+    static const int kRates = static_cast<int>(std::ceil(std::log(kFastest / kSlowest) / std::log(kRatio)));
+    for (int i = 0; i < kRates; ++i) {
+        const double period = 60 / (kSlowest * std::pow(kRatio, i));
         const double usual = rateCost(period, onsets.size());
         for (const int start : starts) {
             const bool full = best.size() == kFinalists;

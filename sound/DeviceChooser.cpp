@@ -29,6 +29,7 @@ void DeviceChooser::resetAndClose() {
 std::vector<std::string> DeviceChooser::deviceNames() {
     std::vector<std::string> names;
     const int count = port_.deviceCount();
+    names.reserve(static_cast<std::size_t>(std::max(count, 0)));
     for (int device = 0; device < count; ++device)
         names.push_back(port_.deviceName(device));
     return names;

@@ -168,11 +168,11 @@ private:
 
     static constexpr int kClockJumpFrames = 96000;
 
-    jack_port_t* port_ = nullptr;
     SpscRing<Event, MidiOutlet::kQueueLength> queue_;
-    std::atomic<unsigned> connection_{0}; ///< the number of the one that is there or comes next
+    jack_port_t* port_ = nullptr;
     std::atomic<unsigned long> periods_{0};
-    std::unique_ptr<JackHandle> handle_; ///< goes first, and with it the calls of `process`
+    std::atomic<unsigned> connection_{0}; ///< the number of the one that is there or comes next
+    std::unique_ptr<JackHandle> handle_;  ///< goes first, and with it the calls of `process`
 };
 
 class JackOutlet : public MidiOutlet {

@@ -132,7 +132,8 @@ private:
         std::string first(size, '\0');
         std::string second(size, '\0');
         char* const places[2] = {first.data(), second.data()};
-        return jack().jack_port_get_aliases(port, places) > 0 ? std::string(first.c_str()) : std::string();
+        return jack().jack_port_get_aliases(port, places) > 0 ? first.substr(0, first.find('\0'))
+                                                              : std::string();
     }
 
     [[nodiscard]] std::vector<std::string> wantedPorts() const {

@@ -21,11 +21,11 @@ struct MidiInputs::Lane {
     struct Shared {
         Shared(std::unique_ptr<MidiInputBackend> given, std::shared_ptr<WakeDescriptor> bell, int firstId,
                int step)
-            : backend(std::move(given))
-            , queue(std::move(bell), firstId, step) {}
+            : queue(std::move(bell), firstId, step)
+            , backend(std::move(given)) {}
 
-        std::unique_ptr<MidiInputBackend> backend; ///< the thread's alone
         MidiInputQueue queue;
+        std::unique_ptr<MidiInputBackend> backend; ///< the thread's alone
 
         std::mutex mutex; ///< guards what follows
         std::condition_variable changed;
