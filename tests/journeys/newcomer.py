@@ -1,8 +1,6 @@
 # SPDX-License-Identifier: GPL-2.0-or-later
 """What a person does on the first evening: a tune with chords and drums, kept, left, opened again and heard whole."""
 
-import array
-import os
 import subprocess
 import time
 
@@ -11,52 +9,7 @@ from composing import PLAY, Tableau, filled
 from desktop import wait_for
 from journey import Journey
 from midi import channels_with_notes
-
-
-class SoundServer:
-    """A sound server of the test's own, and what comes out of it."""
-
-    RATE = 8000
-
-    def __init__(self, folder):
-        os.makedirs(folder)
-        socket = os.path.join(folder, "native")
-        self.address = "unix:" + socket
-        self.environment = {**os.environ, "PULSE_SERVER": self.address, "PULSE_RUNTIME_PATH": folder,
-                            "PULSE_STATE_PATH": folder, "PULSE_CONFIG_PATH": folder}
-        self.environment.pop("DISPLAY", None)
-        self.process = subprocess.Popen(
-            ["pulseaudio", "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1", "--realtime=no",
-             "--high-priority=no", "-L", "module-null-sink sink_name=out rate=44100 channels=2 format=float32le",
-             "-L", "module-native-protocol-unix auth-anonymous=1 socket=" + socket],
-            env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        wait_for(lambda: os.path.exists(socket), "the sound server")
-
-    def stop(self):
-        self.process.terminate()
-        self.process.wait(10)
-
-    def listen(self, play):
-        """The loudness of what sounds while `play` runs, in tenths of a second."""
-        recorder = subprocess.Popen(
-            ["parec", "--device=out.monitor", "--format=s16le", f"--rate={self.RATE}", "--channels=1", "--raw",
-             "--latency-msec=20"], env=self.environment, stdout=subprocess.PIPE)
-        os.set_blocking(recorder.stdout.fileno(), False)
-        heard = bytearray()
-        wait_for(recorder.stdout.read, "what the sound server gives, silence at least")
-        try:
-            for _ in play():
-                heard += recorder.stdout.read() or b""
-        finally:
-            recorder.terminate()
-            heard += recorder.stdout.read() or b""
-            recorder.wait(10)
-            recorder.stdout.close()
-        samples = array.array("h", bytes(heard[:len(heard) // 2 * 2]))
-        step = self.RATE // 10
-        tenths = [max(map(abs, samples[at:at + step])) for at in range(0, len(samples) - step, step)]
-        first = next((at for at, loud in enumerate(tenths) if loud > 100), len(tenths))
-        return tenths[first:]
+from sound import SoundServer
 
 
 class Newcomer(Journey):

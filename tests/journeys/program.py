@@ -127,15 +127,15 @@ class Program:
     def title_becomes(self, title):
         wait_for(lambda: self.screen.name(self.window) == title, "the title " + title)
 
-    def save_as(self, path):
+    def save_as(self, path, dialog=SAVE_DIALOG):
         """Types the name into the dialog that asks for it. Under load Qt's dialog may only go to the file's folder, and
         Enter has to be pressed once more."""
-        self.focus(self.screen.window(SAVE_DIALOG))
+        self.focus(self.screen.window(dialog))
         self.screen.key("ctrl+a")
         self.screen.type(path)
         self.screen.key("Return")
         try:
-            wait_for(lambda: self.question() or not self.screen.windows(SAVE_DIALOG), "an answer to Enter",
+            wait_for(lambda: self.question() or not self.screen.windows(dialog), "an answer to Enter",
                      desktop.patience / 8)
         except desktop.NotInTime:
             self.screen.key("Return")

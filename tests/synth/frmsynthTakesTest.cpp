@@ -3,6 +3,9 @@
 
 #include <QCheckBox>
 
+#include <filesystem>
+#include <system_error>
+
 namespace velmora {
 namespace {
 
@@ -61,6 +64,21 @@ TEST_F(frmsynthTakesTest, AnOlderTakeIsHeardAndIsTheOneToBeSaved) {
     EXPECT_EQ(keyboard().take, first);
     pass(0.01);
     EXPECT_THAT(sent(), ElementsAre(on(36)));
+}
+
+TEST_F(frmsynthTakesTest, ATakeThatGoesOnIsOnTheDisk) {
+    opened(2);
+    click(button(4));
+    down(kZ);
+    pass(0.5);
+    ASSERT_EQ(keyboard().recording(), TakeRecorder::State::On);
+    const auto written = [this] {
+        std::error_code error;
+        return !std::filesystem::is_empty(desk().folders.takes(), error) && !error;
+    };
+    EXPECT_TRUE(QTest::qWaitFor(written, 5000));
+    up(kZ);
+    click(button(4));
 }
 
 TEST_F(frmsynthTakesTest, OverdubWritesWhatIsPlayedWhileTheScorePlays) {
