@@ -48,9 +48,8 @@ void frmsynth::endCountIn() {
     used();
 }
 
-/// From the start on, since nobody is told of the first key, with which the take begins.
 void frmsynth::lookAtTake() {
-    const bool records = keyboard_.recording() != TakeRecorder::State::Off;
+    const bool records = keyboard_.recording() == TakeRecorder::State::On;
     const auto seconds = takes_.look(keyboard_.take, records, keyboard_.controls().Text2 * 0.001);
     if (seconds)
         takesAlarm_.setTo(steadySeconds() + *seconds);
