@@ -2,6 +2,7 @@
 #include "tableau/TableauBox.h"
 
 #include <QEvent>
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
