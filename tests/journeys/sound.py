@@ -96,6 +96,7 @@ class Heard(NamedTuple):
 
 WINDOW, HOP = 480, 80  # samples: 60 ms every 10 ms
 SHORTEST = 4  # hops, of what counts as a note
+GAP = 0.15  # seconds
 
 
 def _waves(pitch):
@@ -107,7 +108,7 @@ def _waves(pitch):
 
 def notes(samples, lowest=55, highest=79):
     """The notes of a tune in one voice, by the semitone that is strongest: so of a sound with a strong first
-    partial, whose neighbours in the tune differ."""
+    partial, whose neighbours in the tune differ; a server that falters makes no two notes of one."""
     waves = {pitch: _waves(pitch) for pitch in range(lowest, highest + 1)}
 
     def strength(window, pitch):
@@ -123,7 +124,10 @@ def notes(samples, lowest=55, highest=79):
         if at < len(pitches) and pitches[at] == pitches[begin]:
             continue
         if pitches[begin] is not None and at - begin >= SHORTEST:
-            found.append(Heard((begin * HOP + WINDOW // 2) / RATE, (at * HOP + WINDOW // 2) / RATE, pitches[begin]))
+            onset, end = ((hop * HOP + WINDOW // 2) / RATE for hop in (begin, at))
+            if found and found[-1].pitch == pitches[begin] and onset - found[-1].end < GAP:
+                onset = found.pop().onset
+            found.append(Heard(onset, end, pitches[begin]))
         begin = at
     return found
 
