@@ -14,7 +14,7 @@ void probe(benchmark::State& state, const std::string& words, const std::array<c
 }
 
 void keyboardStrikeByHand(benchmark::State& state) {
-    probe(state, "hand", {"hand_to_port_p50_us", "hand_to_port_p99_us", "hand_to_port_worst_us"});
+    probe(state, "hand", {"event_to_port_p50_us", "event_to_port_p99_us", "event_to_port_worst_us"});
 }
 BENCHMARK(keyboardStrikeByHand)->Iterations(1);
 

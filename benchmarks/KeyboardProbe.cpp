@@ -2,8 +2,8 @@
 // velmora_keyboard_probe WHAT: the keyboard's window, on the X server that is there; prints three numbers.
 //
 // clang-format off
-//   hand     microseconds from a key that goes down at the X server to its note-on at the port: at the median,
-//            at the 99th of a hundred, at worst
+//   hand     microseconds from the X server's word that a key has gone down to its note-on at the port: at the
+//            median, at the 99th of a hundred, at worst
 //   sample   microseconds by which the samples of a take are late while keys are struck and painted, likewise
 //   idle     percent of a core that the window takes while a metronome runs, over ten seconds; twice 0
 //   paint    microseconds of a key that turns red or back until the server has it: a white one and a black one
@@ -21,6 +21,7 @@
 #include <QtWidgets>
 
 #include <array>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -71,8 +72,24 @@ struct Stage : BasicTestDesk<QtMessageLoop> {
 constexpr const char* kKeys[] = {"z", "x", "c", "v", "b", "n", "m", "q", "w", "e", "r", "t", "y", "u"};
 constexpr int kKeyCount = static_cast<int>(std::size(kKeys));
 
+/// When the X server's last word of a key that goes down was read.
+class KeyWatch : public QAbstractNativeEventFilter {
+public:
+    bool nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/) override {
+        constexpr unsigned kKeyPress = 2; // of the X protocol
+        constexpr unsigned kKind = 0x7F;
+        if (type == "xcb_generic_event_t" &&
+            (*static_cast<const std::uint8_t*>(message) & kKind) == kKeyPress)
+            pressed = steadySeconds();
+        return false;
+    }
+    double pressed = 0;
+};
+
 void hand() {
     Stage stage;
+    KeyWatch watch;
+    qApp->installNativeEventFilter(&watch);
     std::FILE* const keys = popen("xdotool -", "w");
     std::vector<double> toPort;
     for (int strike = 0; keys && strike < 400; ++strike) {
@@ -84,7 +101,7 @@ void hand() {
         while (!stage.noteOn() && steadySeconds() < before + 0.5)
             QApplication::processEvents();
         if (const auto moment = stage.noteOn())
-            toPort.push_back(1e6 * (*moment - before));
+            toPort.push_back(1e6 * (*moment - watch.pressed));
         std::fprintf(keys, "keyup %s\n", key);
         std::fflush(keys);
         settle(0.02);
