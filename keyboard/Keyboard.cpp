@@ -5,6 +5,7 @@
 #include "base/MessageLoop.h"
 #include "score/Manners.h"
 #include "score/SngFile.h"
+#include "sound/Controllers.h"
 #include "sound/Instruments.h"
 #include "sound/ShortMessage.h"
 
@@ -19,13 +20,6 @@ constexpr double kSameMoment = 1e-9;
 
 /// A step of playing lasts longer than a tick of recording, as meant.
 constexpr double kPlayingTicks = 1.2;
-
-constexpr int kModulation = 1;
-constexpr int kVolume = 7;
-constexpr int kPan = 10;
-constexpr int kSustain = 64;
-constexpr int kReverb = 91;
-constexpr int kChorus = 93;
 
 /// What a channel is called and plays when the keyboard is loaded. The first two names stand the other way
 /// round from their programs, as meant.
@@ -54,26 +48,6 @@ constexpr std::array<StartInstrument, 16> kStartInstruments{{
 
 /// Of beats 1 to 4, above `OctaveShift`.
 constexpr std::array<int, 4> kBeatNotes{54, 64, 70, 72};
-
-/// A slider of sound: the controller it sends, and the field of the channel's record it writes.
-struct SoundSlider {
-    KeyboardSlider slider;
-    int controller;
-    std::int16_t PlaybackChannelSetup::*field;
-};
-constexpr std::array<SoundSlider, 5> kSoundSliders{{
-    {KeyboardSlider::Volume, kVolume, &PlaybackChannelSetup::volume},
-    {KeyboardSlider::Modulation, kModulation, &PlaybackChannelSetup::modulation},
-    {KeyboardSlider::Reverb, kReverb, &PlaybackChannelSetup::reverb},
-    {KeyboardSlider::Chorus, kChorus, &PlaybackChannelSetup::chorus},
-    {KeyboardSlider::Pan, kPan, &PlaybackChannelSetup::pan},
-}};
-constexpr int kPanCentre = 64;
-
-const SoundSlider* soundSlider(KeyboardSlider slider) {
-    const auto* const row = std::ranges::find(kSoundSliders, slider, &SoundSlider::slider);
-    return row == kSoundSliders.end() ? nullptr : row;
-}
 
 constexpr Presser kMouse{.kind = Presser::Kind::Mouse};
 } // namespace
@@ -317,11 +291,11 @@ void Keyboard::midi(int source, std::uint32_t word) {
         voice_.release(presser);
         break;
     case 0xB0:
-        if (number == kSustain) {
+        if (number == controllers::kSustain) {
             state->pedal = value >= 64;
             state->channel = controls_.SoundChannel;
-            sound_.controller(controls_.SoundChannel, kSustain, value);
-        } else if (number == kModulation) {
+            sound_.controller(controls_.SoundChannel, controllers::kSustain, value);
+        } else if (number == controllers::kModulation) {
             state->modulated = true;
             pass();
         }
@@ -342,176 +316,12 @@ void Keyboard::endMidi(int source) {
     if (state == sources_.end())
         return;
     if (state->pedal)
-        sound_.controller(state->channel, kSustain, 0);
+        sound_.controller(state->channel, controllers::kSustain, 0);
     if (state->bent)
         sound_.send(shortmessage::pack(0xE0, state->channel, 0, 64));
     if (state->modulated)
-        sound_.controller(state->channel, kModulation, channels_[state->channel].modulation);
+        sound_.controller(state->channel, controllers::kModulation, channels_[state->channel].modulation);
     sources_.erase(state);
-}
-
-// The controls
-
-void Keyboard::drag(KeyboardSlider slider, double share) {
-    const double place = std::clamp(share, 0.0, 1.0);
-    apply(slider, rowOf(slider).value(place));
-    if (slider == KeyboardSlider::Strum)
-        controls_.strumAtLeftEnd = place == 0;
-}
-
-void Keyboard::set(KeyboardSlider slider, double value) {
-    const KeyboardSliderRow& row = rowOf(slider);
-    const double within = std::clamp(value, row.least, row.most);
-    apply(slider, row.whole ? std::trunc(within) : within);
-    if (slider == KeyboardSlider::Strum)
-        controls_.strumAtLeftEnd = within == row.least;
-}
-
-void Keyboard::rightClick(KeyboardSlider slider) {
-    set(slider, rowOf(slider).rest);
-}
-
-void Keyboard::apply(KeyboardSlider slider, double value) {
-    catchUp();
-    const int whole = static_cast<int>(value);
-    switch (slider) {
-    case KeyboardSlider::Channel:
-        chooseChannel(whole);
-        break;
-    case KeyboardSlider::Octave:
-        controls_.OctaveShift = whole;
-        refreshKeys();
-        break;
-    case KeyboardSlider::Chord:
-        controls_.Text4 = whole;
-        break;
-    case KeyboardSlider::Strum:
-        controls_.Text1 = whole;
-        break;
-    case KeyboardSlider::Speed:
-        controls_.Text2 = value;
-        break;
-    case KeyboardSlider::Pauses:
-        controls_.Text11 = value;
-        break;
-    case KeyboardSlider::Compression:
-        controls_.Text12 = value;
-        break;
-    case KeyboardSlider::Tempo:
-        controls_.Text8 = whole;
-        break;
-    default:
-        setSound(slider, whole);
-        break;
-    }
-}
-
-void Keyboard::setSound(KeyboardSlider slider, int value) {
-    const SoundSlider* const row = soundSlider(slider);
-    if (!row)
-        return;
-    const int sent = slider == KeyboardSlider::Pan ? std::min(value + kPanCentre, 127) : value;
-    record().*row->field = static_cast<std::int16_t>(sent);
-    sound_.controller(controls_.SoundChannel, row->controller, sent);
-}
-
-double Keyboard::value(KeyboardSlider slider) const {
-    switch (slider) {
-    case KeyboardSlider::Channel:
-        return controls_.SoundChannel;
-    case KeyboardSlider::Octave:
-        return controls_.OctaveShift;
-    case KeyboardSlider::Chord:
-        return controls_.Text4;
-    case KeyboardSlider::Strum:
-        return controls_.Text1;
-    case KeyboardSlider::Speed:
-        return controls_.Text2;
-    case KeyboardSlider::Pauses:
-        return controls_.Text11;
-    case KeyboardSlider::Compression:
-        return controls_.Text12;
-    case KeyboardSlider::Tempo:
-        return controls_.Text8;
-    default:
-        break;
-    }
-    const SoundSlider* const row = soundSlider(slider);
-    if (!row)
-        return 0;
-    const int stored = channels_[controls_.SoundChannel].*row->field;
-    return slider == KeyboardSlider::Pan ? stored - kPanCentre : stored;
-}
-
-void Keyboard::chooseChannel(int channel) {
-    controls_.SoundChannel = channel;
-    refreshKeys();
-    if (!manners_.sendsChannelInstrument)
-        return;
-    sound_.program = record().instrument;
-    sound_.programChange(channel, sound_.program);
-}
-
-void Keyboard::Option5_Click(int octaves) {
-    catchUp();
-    controls_.OctaveShift = octaves * 12;
-    refreshKeys();
-}
-
-void Keyboard::setPolynotes(Polynotes polynotes) {
-    catchUp();
-    controls_.polynotes = polynotes;
-}
-
-void Keyboard::setStrum(bool on) {
-    catchUp();
-    controls_.Chkstrum = on;
-}
-
-void Keyboard::ChkSustain_Click(bool on) {
-    catchUp();
-    record().hold = on ? 1 : 0;
-    sound_.controller(controls_.SoundChannel, kSustain, on ? 127 : 0);
-}
-
-void Keyboard::ChkMute_Click(bool on) {
-    record().mute = on ? 1 : 0;
-}
-
-void Keyboard::chooseInstrument(int program, std::string_view name) {
-    catchUp();
-    sound_.programChange(controls_.SoundChannel, program);
-    sound_.program = program;
-    record().instrument = static_cast<std::int16_t>(program);
-    record().name = name;
-}
-
-void Keyboard::sendInstrumentAgain() {
-    sound_.send(shortmessage::kDrumBank);
-    sound_.programChange(controls_.SoundChannel, sound_.program);
-}
-
-void Keyboard::panic() {
-    catchUp();
-    sound_.reset();
-}
-
-void Keyboard::setEditing(bool on) {
-    if (on)
-        releaseComputerKeys(); // what is down stays down, and repeats; the mouse plays on
-    controls_.Check1 = on;
-}
-
-void Keyboard::setLabel(int key, std::string_view text) {
-    if (!isPianoKey(key))
-        return;
-    scheme_.labels[static_cast<std::size_t>(key)] = text;
-    voice_.forgetLastStruck();
-}
-
-void Keyboard::setScheme(const KeyScheme& chosen) {
-    scheme_ = chosen;
-    voice_.forgetLastStruck();
 }
 
 // The metronome

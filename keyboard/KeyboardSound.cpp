@@ -2,6 +2,7 @@
 #include "keyboard/KeyboardSound.h"
 
 #include "base/MessageLoop.h"
+#include "sound/Controllers.h"
 #include "sound/MidiPort.h"
 #include "sound/ShortMessage.h"
 
@@ -10,8 +11,6 @@
 namespace velmora {
 
 namespace {
-constexpr int kSustain = 64;
-
 bool isNote(int channel, int note) {
     return channel >= 0 && channel < 16 && note >= 0 && note < 128;
 }
@@ -46,7 +45,7 @@ void KeyboardSound::noteOff(int channel, int note, PlayedBy by) {
 
 void KeyboardSound::controller(int channel, int number, int value) {
     send(shortmessage::controller(channel, number, value));
-    if (played && number == kSustain)
+    if (played && number == controllers::kSustain)
         played->pedal(channel, value >= 64, clock_.now());
 }
 
