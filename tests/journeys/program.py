@@ -18,7 +18,7 @@ LABELS = {"File": 35, "Edit": 79, "Tools": 128, "Help": 178}
 # The rows of the menus that journeys choose from; None is a line.
 TOOLS = ("Play", None, "Setup Toolbar", "Editing Toolbar", "Recording Toolbar", "Percussion Tableau",
          "Classic behaviour", None, "Notation Style", "Appearance", "Button Styles", "Tooltext Style")
-EDIT_HEIGHT, FILE_HEIGHT = 240, 272  # of 9 items with two lines, and of 10 with three
+EDIT_HEIGHT, FILE_HEIGHT = 288, 272  # of 11 items with two lines, and of 10 with three
 SAVE_DIALOG = "^Save music file"
 TIP = "NQV-EXTOOLTIP"
 SMALL_SOUNDFONT = "/usr/share/sounds/sf2/TimGM6mb.sf2"
