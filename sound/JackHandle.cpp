@@ -35,9 +35,11 @@ const JackHandle::Library& JackHandle::library() {
     return only;
 }
 
+/// Never destroyed: at the process's end the thread of a back end that was left behind may still be in a
+/// call.
 JackHandle::Clients& JackHandle::clients() {
-    static Clients all;
-    return all;
+    static auto* const all = new Clients;
+    return *all;
 }
 
 /// Where one has lost the server all have, though they may not have been told yet.

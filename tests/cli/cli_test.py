@@ -410,7 +410,7 @@ class CliTest(unittest.TestCase):
     def test_a_missing_soundfont_is_named(self):
         for command in (["play", self.tune()], ["convert", self.tune(), self.path("t.wav")]):
             done = run(*command, "--soundfont", self.path("absent.sf2"))
-            self.assertEqual(done.returncode, 1)
+            self.assertEqual(done.returncode, 1, done.stderr)
             self.assertIn("absent.sf2", done.stderr)
 
     def test_wrong_words_are_usage_errors_and_write_nothing(self):
