@@ -4,20 +4,14 @@
 #include "RecoveryWalk.h"
 #include "composition/RecoveryFile.h"
 #include "score/SngFile.h"
+#include "tests/support/KilledProcess.h"
 
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
 
-#include <array>
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
-#include <fcntl.h>
-#include <spawn.h>
 #include <string>
-#include <sys/wait.h>
-#include <thread>
-#include <unistd.h>
 
 using namespace velmora;
 
@@ -29,31 +23,7 @@ int kills() {
 
 /// Lets a walker work and kills it. @return the last `Tempo` that it had on the disk, 0 for none
 int walkUntilKilled(const std::string& folder, int seed, std::chrono::microseconds after) {
-    std::array<int, 2> pipes{};
-    EXPECT_EQ(pipe2(pipes.data(), O_CLOEXEC), 0);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, pipes[1], STDOUT_FILENO);
-    std::string program = VELMORA_RECOVERY_WALKER;
-    std::string place = folder;
-    std::string number = std::to_string(seed);
-    std::array<char*, 4> words{program.data(), place.data(), number.data(), nullptr};
-    pid_t walker = 0;
-    EXPECT_EQ(posix_spawn(&walker, program.c_str(), &actions, nullptr, words.data(), environ), 0);
-    posix_spawn_file_actions_destroy(&actions);
-    close(pipes[1]);
-    std::this_thread::sleep_for(after);
-    kill(walker, SIGKILL);
-    int status = 0;
-    waitpid(walker, &status, 0);
-    EXPECT_TRUE(WIFSIGNALED(status)) << "it ended by itself";
-    std::string said;
-    std::array<char, 4096> part{};
-    for (ssize_t count = 0; (count = read(pipes[0], part.data(), part.size())) > 0;)
-        said.append(part.data(), static_cast<std::size_t>(count));
-    close(pipes[0]);
-    if (!said.ends_with('\n'))
-        said.erase(said.rfind('\n') + 1);
+    const std::string said = linesUntilKilled(VELMORA_RECOVERY_WALKER, {folder, std::to_string(seed)}, after);
     if (said.empty())
         return 0;
     const std::size_t before = said.size() < 2 ? said.npos : said.rfind('\n', said.size() - 2);

@@ -21,7 +21,7 @@ TEST(PlayedKillTest, AKillCostsASecondAtMost) {
     std::size_t kept = 0;
     for (int round = 0; round < 3; ++round) {
         const std::string said =
-            linesUntilKilled(VELMORA_PLAYED_WALKER, file, std::chrono::milliseconds(1200 + random() % 300));
+            linesUntilKilled(VELMORA_PLAYED_WALKER, {file}, std::chrono::milliseconds(1200 + random() % 300));
         const double killed = wallSeconds();
         const auto events = parseJournal(readWholeFile(file).value_or(""));
         const auto strikes = static_cast<std::size_t>(

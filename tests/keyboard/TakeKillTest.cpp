@@ -19,7 +19,7 @@ TEST(TakeKillTest, AKillCostsASecondOfATakeAtMost) {
     std::mt19937 random(std::random_device{}());
     for (std::size_t round = 1; round <= 3; ++round) {
         const std::string said =
-            linesUntilKilled(VELMORA_TAKE_WALKER, folder, std::chrono::milliseconds(1200 + random() % 500));
+            linesUntilKilled(VELMORA_TAKE_WALKER, {folder}, std::chrono::milliseconds(1200 + random() % 500));
         const int due = linesBefore(said, wallSeconds() - 1);
         TakeStack stack(folder, wallSeconds);
         ASSERT_EQ(stack.takes().size(), round);

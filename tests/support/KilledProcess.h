@@ -12,21 +12,26 @@
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace velmora {
 
-/// Starts a program with one word, kills it after a while, and gives the whole lines that it has said by
+/// Starts a program with these words, kills it after a while, and gives the whole lines that it has said by
 /// then, which are short. Not by Qt's processes: the thread sanitizer loses sight of locks once one has been
 /// started.
-inline std::string linesUntilKilled(std::string program, std::string word, std::chrono::milliseconds after) {
+inline std::string linesUntilKilled(std::string program, std::vector<std::string> words,
+                                    std::chrono::microseconds after) {
     std::array<int, 2> pipes{};
     EXPECT_EQ(pipe2(pipes.data(), O_CLOEXEC), 0);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, pipes[1], STDOUT_FILENO);
-    const std::array<char*, 3> words{program.data(), word.data(), nullptr};
+    std::vector<char*> arguments{program.data()};
+    for (std::string& word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
     pid_t process = 0;
-    EXPECT_EQ(posix_spawn(&process, program.c_str(), &actions, nullptr, words.data(), environ), 0);
+    EXPECT_EQ(posix_spawn(&process, program.c_str(), &actions, nullptr, arguments.data(), environ), 0);
     posix_spawn_file_actions_destroy(&actions);
     close(pipes[1]);
     std::this_thread::sleep_for(after);
