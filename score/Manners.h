@@ -58,6 +58,8 @@ struct Manners {
     bool playsByHeight = false;
     /// A recording of the keyboard can be saved as the notes that were played. Otherwise as its trace alone.
     bool savesNotesAsPlayed = false;
+    /// An MP3 file has the rate and channels of the take. Otherwise those of a row of the encoder's table.
+    bool encodesAsRecorded = false;
 
     bool operator==(const Manners&) const = default;
 
@@ -65,7 +67,7 @@ struct Manners {
     [[nodiscard]] static constexpr Manners classic() { return {}; }
     /// Nothing is lost or falsified: the default.
     [[nodiscard]] static constexpr Manners careful() {
-        return {true, true, true, true, true, true, true, true, true, true,
+        return {true, true, true, true, true, true, true, true, true, true, true,
                 true, true, true, true, true, true, true, true, true, true};
     }
     [[nodiscard]] static constexpr Manners of(bool isClassic) { return isClassic ? classic() : careful(); }

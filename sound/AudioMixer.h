@@ -30,6 +30,10 @@ public:
     /// without a seam. Thread-safe: one caller at a time. Realtime-safe: yes.
     void render(const StreamRequest& request) noexcept;
 
+    /// Fills one block of at most `kMaxBlockFrames`, at the moment that it names: sources, limiter, taps.
+    /// Thread-safe: as `render`. Realtime-safe: yes.
+    void mix(const AudioBlock& block) noexcept;
+
     /// True if every source rests and there is no tap. For the thread that renders, between two renderings.
     /// Realtime-safe: yes.
     [[nodiscard]] bool isSilent() noexcept;
@@ -45,7 +49,6 @@ public:
 
 private:
     [[nodiscard]] int framesToSkip(double moment, int frames) const noexcept;
-    void mix(const AudioBlock& block) noexcept;
     [[nodiscard]] bool isTapped() noexcept;
 
     StreamClock clock_{kAudioRate};

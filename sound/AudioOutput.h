@@ -2,6 +2,7 @@
 #pragma once
 
 #include "sound/AudioMixer.h"
+#include "sound/Mix.h"
 #include "sound/StreamSupervisor.h"
 
 #include <cstdint>
@@ -29,26 +30,22 @@ struct AudioOutputFigures {
 /// The one way out for sound: all sources mixed, limited, heard by the taps and sent to the best device there
 /// is. It runs from its construction on, whether or not a device answers, and goes over to another one by
 /// itself. See docs/audio-thread.md for what sources and taps may do.
-class AudioOutput {
+class AudioOutput final : public Mix {
 public:
     static constexpr int kRate = kAudioRate;
 
     /// Returns at once; streams are opened by a thread of its own.
     explicit AudioOutput(const AudioOutputSettings& settings = {});
 
-    /// The source sounds from the next block on. It must be removed before it dies. False if there are too
-    /// many (32). Thread-safe: yes, but not from the audio thread. Realtime-safe: no.
-    bool add(AudioSource& source);
-    /// Once it returns the audio thread is out of the source; waits for the end of a block at the most.
-    /// Thread-safe: yes, but not from the audio thread. Realtime-safe: no.
-    void remove(AudioSource& source) { mixer_.sources.remove(source); }
-    /// As for sources; 8 at the most.
-    bool addTap(AudioTap& tap);
-    void removeTap(AudioTap& tap) { mixer_.taps.remove(tap); }
-
-    /// To be called when a source that may rest has been told to sound. Thread-safe: yes, but not from the
-    /// audio thread. Realtime-safe: no.
-    void wake() noexcept { mixer_.bell.ring(); }
+    /// 32 at the most.
+    bool add(AudioSource& source) override;
+    /// Waits for the end of a block at the most.
+    void remove(AudioSource& source) override { mixer_.sources.remove(source); }
+    /// 8 at the most.
+    bool addTap(AudioTap& tap) override;
+    void removeTap(AudioTap& tap) override { mixer_.taps.remove(tap); }
+    void wake() noexcept override { mixer_.bell.ring(); }
+    [[nodiscard]] bool isLive() const override { return true; }
 
     /// Thread-safe: yes. Realtime-safe: yes.
     [[nodiscard]] AudioOutputFigures figures() const noexcept;

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "base/PendingFile.h"
+#include "studio/EncoderTables.h"
 #include "studio/SampleSink.h"
 
-#include <array>
 #include <memory>
 #include <vector>
 
@@ -18,10 +18,6 @@ struct Mp3Options {
     /// 0 (slow) to 9 (quick): how hard the encoder searches. 3 is what the lame command takes.
     int effort = 3;
 };
-
-/// Constant bitrates of MPEG 1 Layer III, kilobits per second.
-inline constexpr std::array<int, 14> kMp3Bitrates{32,  40,  48,  56,  64,  80,  96,
-                                                  112, 128, 160, 192, 224, 256, 320};
 
 /// Sound into a joint-stereo MP3 file of constant bitrate, which appears in its place when it is finished.
 /// Its first frame tells players the exact length, so that they leave out the encoder's delay.

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "studio/EncoderTables.h"
+#include "studio/SampleSink.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <string>
+
+namespace velmora {
+
+/// How a sound becomes an MP3 file.
+struct EncodeSettings {
+    int bitrate = kMp3Bitrates[kDefaultBitrate]; ///< one of kMp3Bitrates
+    std::size_t quality = kDefaultQuality;       ///< a row of kEncoderQualities
+    /// A row of kEncoderFormats: rate and mode of the file. Without it the sound's own: mono for one channel,
+    /// joint stereo for more, and its rate if MP3 has that, else 44,100.
+    std::optional<std::size_t> format = {};
+    std::string title = {}; ///< for the tag; any Unicode text
+    std::string artist = {};
+    std::filesystem::path cover = {}; ///< a JPEG or PNG picture for the tag
+};
+
+struct EncodeJob {
+    std::filesystem::path wav;
+    std::filesystem::path mp3;
+    EncodeSettings settings = {};
+    bool deleteWav = false; ///< once the MP3 file stands whole in its place, and in no other case
+};
+
+struct EncodeOutcome {
+    enum class End : std::uint8_t { Done, Cancelled, Failed };
+    End end = End::Failed;
+    std::string
+        error; ///< why it failed, or why the WAV file could not be deleted; a sentence that names the file
+};
+
+/// Encodes the sound of a WAV file, at its true pitch and length, whatever the settings say. Unless it is
+/// Done, an old file of that name is as it was, and no new one is left.
+/// @param progress called from the caller's thread with a share from 0 to 1 that never falls; may be blank
+[[nodiscard]] EncodeOutcome encode(const EncodeJob& job, const std::function<void(double)>& progress = {},
+                                   const std::stop_token& cancel = {});
+
+/// The bitrate that the file will have: below 32,000 Hz no more than 160.
+[[nodiscard]] int bitrateAt(int rate, int bitrate);
+
+/// What `encode` writes, of sound that comes bit by bit: the same sound gives the same file.
+/// @param rate of the sound, @param channels interleaved values a frame of what `write` takes
+[[nodiscard]] std::unique_ptr<SampleSink> makeMp3Sink(std::filesystem::path mp3, EncodeSettings settings,
+                                                      int rate, int channels);
+
+} // namespace velmora

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+namespace velmora {
+
+/// `nMode` of the encoder's record.
+inline constexpr int kJointStereo = 1;
+inline constexpr int kMono = 3;
+
+/// Rate and mode of an MP3 file by the index of `cbxFormat`. The rows don't follow the list's texts, and only
+/// the first five are in reach: both are meant.
+struct EncoderFormat {
+    int rate; ///< `dwSampleRate`
+    int mode; ///< `nMode`
+};
+inline constexpr std::array<EncoderFormat, 10> kEncoderFormats{{{22050, kJointStereo},
+                                                                {22050, kMono},
+                                                                {22050, kJointStereo},
+                                                                {44100, kMono},
+                                                                {44100, kJointStereo},
+                                                                {44100, kMono},
+                                                                {44100, kJointStereo},
+                                                                {44100, kMono},
+                                                                {44100, kJointStereo},
+                                                                {48000, kJointStereo}}};
+
+/// `Combo3`, "MP3 Quality".
+struct EncoderQuality {
+    std::string_view text;
+    int preset; ///< `nPreset`
+    int effort; ///< how hard LAME searches: 0 (slow) to 9 (quick), as the lame command's -q
+};
+inline constexpr std::array<EncoderQuality, 10> kEncoderQualities{{{"Low", 1, 7},
+                                                                   {"Normal", 0, 5},
+                                                                   {"High", 2, 2},
+                                                                   {"Voice", 3, 5},
+                                                                   {"Phone", 1000, 7},
+                                                                   {"Radio", 6000, 5},
+                                                                   {"Tape", 7000, 4},
+                                                                   {"Hifi", 8000, 3},
+                                                                   {"CD", 9000, 3},
+                                                                   {"Studio", 10000, 2}}};
+inline constexpr std::size_t kDefaultQuality = 9; ///< "Studio"
+
+/// `Combo4`, "MP3 Bitrate": constant bitrates of MPEG 1 Layer III, kilobits per second.
+inline constexpr std::array<int, 14> kMp3Bitrates{32,  40,  48,  56,  64,  80,  96,
+                                                  112, 128, 160, 192, 224, 256, 320};
+inline constexpr std::size_t kDefaultBitrate = 11; ///< 224
+
+} // namespace velmora
