@@ -35,6 +35,10 @@ struct SessionState {
     bool Check4 = true;                    ///< show the playing position in the composing window
     std::string Text6;                     ///< the file of the session, as it is shown and may be typed
 
+    std::string title; ///< for the tags of what is encoded
+    std::string artist;
+    std::filesystem::path cover; ///< a JPEG or PNG picture
+
     std::filesystem::path InputPath = "TEMP.WAV";
     std::filesystem::path OutPutPath = "TEMP.MP3";
     std::string Erbox;   ///< "Recording Messages": lines

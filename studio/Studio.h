@@ -15,11 +15,11 @@ namespace velmora {
 class Studio {
 public:
     /// @param loop what waits are spent in: the mix itself where that is virtual
-    Studio(Mix& mix, MessageLoop& loop, Player& player, Workspace& workspace, const ProgramFolders& folders,
-           std::function<std::filesystem::path()> soundFont)
+    Studio(Mix& mix, MessageLoop& loop, SessionPlayer& player, const Manners& manners,
+           const ProgramFolders& folders, std::function<std::filesystem::path()> soundFont)
         : media(mix, loop, std::move(soundFont))
         , music(state, media, loop)
-        , session(state, media, music, player, workspace, folders, loop) {}
+        , session(state, media, music, player, manners, folders, loop) {}
 
     SessionState state;
     MediaDevices media;
