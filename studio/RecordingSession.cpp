@@ -89,21 +89,8 @@ void RecordingSession::CmdrecordSNG_Click() {
 }
 
 void RecordingSession::RecordWav() {
-    if (!nameTake())
-        return;
-    recordTake([this] {
-        if (state_.source == RecordingSource::Keyboard) {
-            if (screen_)
-                screen_->showKeyboard();
-            return false;
-        }
-        say("  Started playing notes");
-        return player_.playNotes(state_.Check4, [this](double share) {
-            state_.Status = formatted("%.0f", std::min(share, 1.0) * 100) + " %";
-            state_.share = share;
-            update();
-        }) == SessionPlayer::End::Over;
-    });
+    if (nameTake())
+        static_cast<void>(recordTake({}));
 }
 
 void RecordingSession::RecordWavFromMid() {
@@ -114,31 +101,23 @@ void RecordingSession::RecordWavFromMid() {
         say("You must enter a File Name to start recording");
         return;
     }
-    if (!nameTake())
-        return;
-    recordTake([this, &midi] {
-        if (!music_.OpenMP3(midi)) {
-            failure_ = "The file \"" + midi.string() + "\" can't be played.";
-            say("An error occurred.");
-            say("Recording Cancelled");
-            return true;
-        }
-        music_.PlayMP3();
-        return true;
-    });
+    if (nameTake())
+        static_cast<void>(recordTake(midi));
 }
 
-bool RecordingSession::record(const fs::path& wav, const fs::path& mp3, const std::function<void()>& play) {
+bool RecordingSession::record(const fs::path& wav, const fs::path& mp3, const fs::path& music) {
     failure_.clear();
+    nameFiles(wav, mp3);
+    return recordTake(music);
+}
+
+void RecordingSession::nameFiles(const fs::path& wav, const fs::path& mp3) {
     say("Recording to a Temp file: " + wav.string());
     state_.InputPath = wav;
     state_.OutPutPath = mp3;
     state_.Text6 = wav.string();
-    recordTake([&play] {
-        play();
-        return true;
-    });
-    return failure_.empty();
+    changed();
+    loop_.YieldIfInput();
 }
 
 /// Draws a name that neither a take nor its MP3 file has.
@@ -161,19 +140,14 @@ bool RecordingSession::nameTake() {
         say(failure_);
         return false;
     }
-    say("Recording to a Temp file: " + wav.string());
-    state_.InputPath = wav;
-    state_.OutPutPath = mp3;
-    state_.Text6 = wav.string();
-    changed();
-    loop_.YieldIfInput();
+    nameFiles(wav, mp3);
     return true;
 }
 
-/// @param play returns false if the take goes on after it, until it is stopped
-void RecordingSession::recordTake(const std::function<bool()>& play) {
+/// False if nothing is recorded.
+bool RecordingSession::recordTake(const fs::path& music) {
     if (!StartTrackRecording())
-        return;
+        return false;
     state_.isRecording = state_.isLocked = true;
     state_.Label8 = "Recording";
     state_.Status.clear();
@@ -187,15 +161,59 @@ void RecordingSession::recordTake(const std::function<bool()>& play) {
             say("The device \"" + device +
                 "\" is not part of the recording: the built-in synthesizer plays instead.");
     }
-    if (!play() || !state_.isRecording)
-        return; // it was stopped meanwhile, or will be
+    switch (state_.source) {
+    case RecordingSource::Keyboard:
+        if (screen_)
+            screen_->showKeyboard();
+        return true; // until it is stopped
+    case RecordingSource::Notes:
+        if (!playNotes())
+            return true; // until the song ends, after a pause
+        break;
+    case RecordingSource::MidiFile:
+        if (!playMusic(music))
+            return false;
+        break;
+    }
     ringOut();
-    if (state_.isRecording)
+    if (state_.isRecording) // nobody has stopped it meanwhile
         stopRecording(true);
+    return true;
+}
+
+/// False if the song is paused.
+bool RecordingSession::playNotes() {
+    say("  Started playing notes");
+    return player_.playNotes(state_.Check4, [this](double share) {
+        state_.Status = formatted("%.0f", std::min(share, 1.0) * 100) + " %";
+        state_.share = share;
+        update();
+    }) == SessionPlayer::End::Over;
+}
+
+/// Without anything to play there is no take: what has been made of it goes.
+bool RecordingSession::playMusic(const fs::path& music) {
+    if (music_.OpenMP3(music)) {
+        music_.PlayMP3();
+        return true;
+    }
+    failure_ = "The file \"" + music.string() + "\" can't be played.";
+    state_.isRecording = state_.isLocked = false;
+    state_.Label8.clear();
+    player_.soundAsBefore();
+    send("stop capture");
+    send("delete capture");
+    send("close capture");
+    std::error_code error;
+    fs::remove(state_.InputPath, error);
+    takes_.erase(state_.InputPath);
+    say("An error occurred.");
+    say("Recording Cancelled");
+    return false;
 }
 
 bool RecordingSession::StartTrackRecording() {
-    const WaveFormat format = offeredFormat(state_.cbxFormat).format;
+    const WaveFormat format = waveFormat(state_.formatText()).value_or(WaveFormat{0, 0, 0});
     const std::string setting =
         "set capture samplespersec " + std::to_string(format.rate) + " channels " +
         std::to_string(format.channels) + " bitspersample " + std::to_string(format.bits) + " alignment " +

@@ -7,7 +7,6 @@
 #include "studio/SessionState.h"
 
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <set>
 #include <stop_token>
@@ -49,10 +48,11 @@ public:
     /// "Encode File", or "Stop Encoding" while it does.
     void Command20_Click();
 
-    /// What is recorded while @p play runs; after that, the end rings out. For a script: the take has a name
-    /// already. False if nothing was recorded.
+    /// A recording from the source that is chosen, to files that have a name already. Returns at once for the
+    /// keyboard. False if nothing was recorded.
+    /// @param music what is played for the source `MidiFile`: a sound file will do as well
     bool record(const std::filesystem::path& wav, const std::filesystem::path& mp3,
-                const std::function<void()>& play);
+                const std::filesystem::path& music);
 
     /// To be called now and then while it records, ten times a second or so: shows how long it is, and tells
     /// of a take that stays silent or has ended by itself.
@@ -75,7 +75,10 @@ public:
 private:
     void RecordWav();
     void RecordWavFromMid();
-    void recordTake(const std::function<bool()>& play);
+    [[nodiscard]] bool recordTake(const std::filesystem::path& music);
+    [[nodiscard]] bool playNotes();
+    [[nodiscard]] bool playMusic(const std::filesystem::path& music);
+    void nameFiles(const std::filesystem::path& wav, const std::filesystem::path& mp3);
     [[nodiscard]] bool StartTrackRecording();
     void Recordcontrol2();
     [[nodiscard]] bool Recordcontrol3();

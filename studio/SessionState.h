@@ -28,6 +28,7 @@ struct SessionState {
     RecordingSource source = RecordingSource::Notes; ///< `Optsourcesng`, `Optsourcemid`, `Optsourcekeyboard`
     CaptureSource capture = CaptureSource::Own;
     std::size_t cbxFormat = kDefaultOffer; ///< index of an offered format
+    std::string otherFormat;               ///< a text of `kWaveFormats` in its place; blank for none
     std::size_t Combo3 = kDefaultQuality;  ///< index of kEncoderQualities
     std::size_t Combo4 = kDefaultBitrate;  ///< index of kMp3Bitrates
     bool Check2 = true;                    ///< encode after recording
@@ -53,6 +54,11 @@ struct SessionState {
     bool isRecording = false;
     bool isEncoding = false; ///< `Command20` reads "Stop Encoding"
     bool isLocked = false;   ///< recording controls are disabled
+
+    /// What the recorder takes its numbers from.
+    [[nodiscard]] std::string_view formatText() const {
+        return otherFormat.empty() ? offeredFormat(cbxFormat).text : std::string_view(otherFormat);
+    }
 };
 
 } // namespace velmora
