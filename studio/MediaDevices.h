@@ -6,15 +6,17 @@
 #include "studio/Capture.h"
 #include "studio/MusicPlayer.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <variant>
 
 namespace velmora {
+
+struct MediaCommand;
 
 /// The answer to a media command.
 struct MediaAnswer {
@@ -32,7 +34,7 @@ struct MediaAnswer {
 class MediaDevices {
 public:
     /// @param loop what "wait" waits in: the mix itself where that is virtual
-    /// @param soundFont asked for when MIDI is to be played
+    /// @param soundFont asked for at each opening of a file; what plays MIDI
     MediaDevices(Mix& mix, MessageLoop& loop, std::function<std::filesystem::path()> soundFont);
     ~MediaDevices();
     MediaDevices(const MediaDevices&) = delete;
@@ -53,6 +55,15 @@ public:
 
 private:
     struct Device;
+
+    MediaAnswer answer(const MediaCommand& command);
+    MediaAnswer openPlayer(const MediaCommand& command);
+    MediaAnswer openRecorder(const MediaCommand& command);
+    MediaAnswer wait(double seconds);
+    MediaAnswer waitFor(const MediaCommand& command);
+    /// The device of that alias, whatever it is; null if there is none.
+    [[nodiscard]] Device* find(std::string_view alias) const;
+
     Mix& mix_;
     MessageLoop& loop_;
     std::function<std::filesystem::path()> soundFont_;

@@ -2,15 +2,18 @@
 #pragma once
 
 #include "base/MessageLoop.h"
+#include "base/Turns.h"
 #include "studio/SessionState.h"
 
+#include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <string>
+#include <vector>
 
 namespace velmora {
 
 class MediaDevices;
+class MusicPlayer;
 class SessionScreen;
 
 /// The music file player of the Recording Studio: a WAV, MP3 or MIDI file as the device "audiomp3", with the
@@ -18,34 +21,65 @@ class SessionScreen;
 /// meanwhile. All from one thread.
 class MusicSession {
 public:
-    MusicSession(SessionState& state, MediaDevices& media, MessageLoop& loop);
-    ~MusicSession();
+    MusicSession(SessionState& state, MediaDevices& media, MessageLoop& loop)
+        : state_(state)
+        , media_(media)
+        , loop_(loop) {}
     MusicSession(const MusicSession&) = delete;
     MusicSession& operator=(const MusicSession&) = delete;
+    ~MusicSession() = default;
 
-    void show(SessionScreen* screen);
+    /// Who shows it; null for nobody.
+    void show(SessionScreen* screen) { screen_ = screen; }
 
-    /// "Open Music File": asks for one. A score goes to the composing window.
+    /// "Open Music File": asks for one. A score goes to the composing window; a MIDI file plays at once.
     void open_Click();
-    /// Opens a file that is named. False if it can't be.
+    /// Opens a file that is named; what is open is closed first. False if it can't be.
     bool OpenMP3(const std::filesystem::path& file);
-    /// "Play from File"; the second press while it plays or is paused goes on.
+    /// Opens sound files that play one after the other, with nothing between them.
+    bool openRow(const std::vector<std::filesystem::path>& files);
+    /// "Play from File": from its beginning to its end. What is paused goes on, what plays isn't disturbed,
+    /// and what was played to its end and closed is opened again.
     void PlayMP3();
+    /// What is paused already goes on.
     void PauseMP3();
     void ResumeMP3();
+    /// Stands where it was.
     void StopMP3();
     void CloseMP3();
-    /// "Save File As", by the type of the open file.
+    /// `PlaybackCancelled`: what plays is stopped by its play, which says so.
+    void cancelPlayback() { PlaybackCancelled_ = true; }
+    /// "Save File As", by the type of the file that was opened last: a copy of it under another name.
     void RenameFile();
 
     [[nodiscard]] bool isOpen() const;
     [[nodiscard]] bool isPlaying() const;
     [[nodiscard]] bool isPaused() const;
-    [[nodiscard]] const std::filesystem::path& file() const;
+    /// The file that was opened last, the first of a row; blank where opening failed.
+    [[nodiscard]] const std::filesystem::path& file() const { return file_; }
 
 private:
-    struct Parts;
-    std::unique_ptr<Parts> parts_;
+    bool openFiles(std::vector<std::filesystem::path> files, const std::string& words);
+    void followPlay(const Turn& turn);
+    void closeAtEnd(const std::string& problem);
+    void showProgress(const MusicPlayer& player);
+    void clearProgress();
+    void showHeader();
+    void copyTo(const std::filesystem::path& target);
+    [[nodiscard]] MusicPlayer* player() const;
+    void say(const std::string& text);
+
+    SessionState& state_;
+    MediaDevices& media_;
+    MessageLoop& loop_;
+    SessionScreen* screen_ = nullptr;
+
+    std::filesystem::path file_;
+    std::vector<std::filesystem::path> files_; ///< all of a row
+    std::int32_t frames_ = -1;
+    double seconds_ = 0; ///< length of what was opened last
+    bool PlaybackCancelled_ = false;
+    Turns plays_;
 };
 
 } // namespace velmora
