@@ -4,6 +4,7 @@
 #include "WorkspaceFixture.h"
 #include "base/Files.h"
 #include "score/MidiFile.h"
+#include "score/MidiFileReader.h"
 #include "sound/ShortMessage.h"
 #include "tests/score/RandomScore.h"
 #include "tests/support/MidiReader.h"
@@ -75,6 +76,26 @@ void expectPerformed(const MidiReader& file, const Performance& performance) {
         EXPECT_NEAR(file.seconds(end.tick), performance.seconds, 0.001) << end.track;
 }
 
+/// Our reader has of the file what is performed, word for word; what it has besides ends notes, at the end.
+void expectReadBack(const std::string& bytes, const Performance& performance) {
+    const MidiMusic music = readMidi(bytes);
+    EXPECT_EQ(music.error, "");
+    EXPECT_NEAR(music.seconds, performance.seconds, 0.001);
+    auto next = music.messages.begin();
+    for (const TimedMessage& one : performance.messages) {
+        if (one.reset || !shortmessage::isValid(one.word))
+            continue;
+        ASSERT_NE(next, music.messages.end());
+        ASSERT_EQ(next->word, one.word);
+        ASSERT_NEAR(next->seconds, one.seconds, 0.001);
+        ++next;
+    }
+    for (; next != music.messages.end(); ++next) {
+        EXPECT_EQ(shortmessage::status(next->word), 0x80);
+        EXPECT_EQ(next->seconds, music.seconds);
+    }
+}
+
 void expectEachNoteEnds(const MidiReader& file) {
     std::map<std::array<int, 3>, int> open; // track, channel, note
     for (const auto& event : file.messages()) {
@@ -107,6 +128,7 @@ TEST_F(MidiExportTest, ItHasTheMessagesMomentsAndOrderOfPlaying) {
         const MidiReader file(midiFileOf(performance));
         expectPerformed(file, performance);
         expectEachNoteEnds(file);
+        expectReadBack(midiFileOf(performance), performance);
     }
 }
 
