@@ -2,12 +2,18 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
 #include <vector>
 
 namespace velmora {
+
+/// As many frames as sound for the same time at another rate: rounded, halves up.
+[[nodiscard]] constexpr std::int64_t framesAtRate(std::int64_t frames, std::int64_t from, std::int64_t to) {
+    return frames / from * to + (2 * (frames % from) * to + from) / (2 * from);
+}
 
 /// Turns a stream of one rate into one of another, without delay and of exactly the length that the rates
 /// say. Thread-safe: no. Realtime-safe: no.

@@ -35,8 +35,8 @@ public:
 
     [[nodiscard]] const SoundInfo& info() const { return info_; }
     /// Reads the next frames: interleaved, `info().channels` values each. A 16-bit value v is v / 32768,
-    /// exactly; floats stay what they are, also beyond 1, and what is no number is 0. Returns how many frames
-    /// there were, fewer than asked for at the end alone.
+    /// exactly; floats stay what they are, also beyond 1, but infinity is 1 and what is no number is 0.
+    /// Returns how many frames there were, fewer than asked for at the end alone.
     /// @param interleaved room for whole frames
     virtual std::size_t read(std::span<float> interleaved) = 0;
     /// The next `read` begins at that frame, 0 to `info().frames`.

@@ -17,6 +17,9 @@ public:
     StereoReader& operator=(StereoReader&&) noexcept;
 
     [[nodiscard]] const SoundInfo& info() const; ///< of the file
+    /// Why its rate can't be converted, as the end of a sentence, and there is nothing to read then; blank if
+    /// it can.
+    [[nodiscard]] const std::string& problem() const;
     /// At the chosen rate: `info().frames` * rate / `info().rate`, rounded.
     [[nodiscard]] std::int64_t frames() const;
     /// As `SoundReader::read`, two values a frame. All reading together gives exactly `frames()`.
