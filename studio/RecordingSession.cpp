@@ -8,14 +8,15 @@
 #include "studio/Capture.h"
 #include "studio/MediaDevices.h"
 #include "studio/MusicSession.h"
+#include "studio/SessionMessages.h"
 #include "studio/SessionPlayer.h"
 #include "studio/SessionScreen.h"
 #include "studio/modMultimedia.h"
 
 #include <QRandomGenerator>
-#include <QTime>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cmath>
 #include <cstdio>
@@ -29,12 +30,6 @@ namespace fs = std::filesystem;
 constexpr double kStepSeconds = 0.05;    ///< between two looks at what goes on
 constexpr double kOnItsWaySeconds = 0.1; ///< what was sent last sounds by then
 constexpr int kMostTakes = 99999;        ///< their names are numbers up to this
-
-std::string formatted(const char* format, double value) {
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), format, value);
-    return text.data();
-}
 
 bool hasExtension(const fs::path& file, std::string_view extension) {
     return toLower(file.extension().string()) == extension;
@@ -185,7 +180,7 @@ bool RecordingSession::recordTake(const fs::path& music) {
 bool RecordingSession::playNotes() {
     say("  Started playing notes");
     return player_.playNotes(state_.Check4, [this](double share) {
-        state_.Status = formatted("%.0f", std::min(share, 1.0) * 100) + " %";
+        state_.Status = std::to_string(std::lround(std::min(share, 1.0) * 100)) + " %";
         state_.share = share;
         update();
     }) == SessionPlayer::End::Over;
@@ -493,7 +488,9 @@ void RecordingSession::endEncoding() {
 
 void RecordingSession::showShare(double share) {
     state_.share = share;
-    state_.Status = formatted("%05.2f", share * 100) + "%";
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%05.2f%%", share * 100);
+    state_.Status = text.data();
     changed();
 }
 
@@ -548,16 +545,7 @@ bool RecordingSession::send(const std::string& command) {
 }
 
 void RecordingSession::say(const std::string& text) {
-    state_.Erbox += text + '\n';
-    log(text);
-    if (screen_)
-        screen_->said(text);
-    changed();
-}
-
-void RecordingSession::log(std::string_view text) {
-    state_.Text2 += QTime::currentTime().toString("HH:mm:ss").toStdString();
-    state_.Text2.append("  ").append(text).append("\n");
+    velmora::say(state_, screen_, text);
 }
 
 void RecordingSession::changed() {

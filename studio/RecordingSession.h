@@ -11,7 +11,6 @@
 #include <set>
 #include <stop_token>
 #include <string>
-#include <string_view>
 
 namespace velmora {
 
@@ -101,7 +100,6 @@ private:
     /// Says @p otherwise, and keeps why, if it fails.
     bool start(const std::string& command, const std::string& otherwise);
     void say(const std::string& text);
-    void log(std::string_view text);
     void changed();
 
     SessionState& state_;
