@@ -31,6 +31,8 @@ public:
     /// Flushes and moves the file into its place.
     [[nodiscard]] std::string commit();
 
+    /// Whether `overwrite` can do anything; after `open`.
+    [[nodiscard]] bool canBeRewound() const { return !beside_.empty(); }
     /// For libraries that write by themselves; -1 before `open`. Stays this object's.
     [[nodiscard]] int descriptor() const { return descriptor_; }
     /// The sentence for a failure: "Writing <file> failed: <reason>."

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 namespace velmora {
@@ -45,10 +46,26 @@ inline constexpr std::array<EncoderQuality, 10> kEncoderQualities{{{"Low", 1, 7}
                                                                    {"CD", 9000, 3},
                                                                    {"Studio", 10000, 2}}};
 inline constexpr std::size_t kDefaultQuality = 9; ///< "Studio"
+/// The effort for a preset of the table; none for any other.
+[[nodiscard]] constexpr std::optional<int> effortOf(int preset) {
+    for (const EncoderQuality& one : kEncoderQualities)
+        if (one.preset == preset)
+            return one.effort;
+    return std::nullopt;
+}
 
 /// `Combo4`, "MP3 Bitrate": constant bitrates of MPEG 1 Layer III, kilobits per second.
 inline constexpr std::array<int, 14> kMp3Bitrates{32,  40,  48,  56,  64,  80,  96,
                                                   112, 128, 160, 192, 224, 256, 320};
 inline constexpr std::size_t kDefaultBitrate = 11; ///< 224
+
+/// Rates that an MP3 file is given, in frames a second.
+inline constexpr std::array<int, 6> kMp3Rates{16000, 22050, 24000, 32000, 44100, 48000};
+/// The bitrate that a file of that rate can have: below 32,000 frames a second no more than 160.
+[[nodiscard]] constexpr int bitrateAt(int rate, int bitrate) {
+    constexpr int kFullRate = 32000;
+    constexpr int kMostBelow = 160;
+    return rate < kFullRate && bitrate > kMostBelow ? kMostBelow : bitrate;
+}
 
 } // namespace velmora

@@ -4,42 +4,53 @@
 #include "base/PendingFile.h"
 #include "studio/EncoderTables.h"
 #include "studio/SampleSink.h"
+#include "studio/clsFileIo.h"
+#include "studio/modLAME.h"
 
-#include <memory>
+#include <filesystem>
+#include <string>
 #include <vector>
-
-struct lame_global_struct;
 
 namespace velmora {
 
 struct Mp3Options {
-    int bitrate = 224; ///< kilobits per second, one of kMp3Bitrates
-    int sampleRate = 44100;
-    /// 0 (slow) to 9 (quick): how hard the encoder searches. 3 is what the lame command takes.
-    int effort = 3;
+    int bitrate = 224;       ///< kilobits per second, one of kMp3Bitrates
+    int sampleRate = 44100;  ///< of the sound and of the file, one of kMp3Rates
+    int mode = kJointStereo; ///< or kMono
+    int preset = 9000;       ///< of kEncoderQualities: how hard the encoder searches
+    std::string title = {};  ///< for the tag, UTF-8
+    std::string artist = {};
+    std::filesystem::path cover = {}; ///< a JPEG or PNG picture for the tag
 };
 
-/// Sound into a joint-stereo MP3 file of constant bitrate, which appears in its place when it is finished.
-/// Its first frame tells players the exact length, so that they leave out the encoder's delay.
+/// Sound into an MP3 file of constant bitrate, which appears in its place when it is finished. Its first
+/// frame tells players the exact length, so that they leave out the encoder's delay. The same sound gives the
+/// same bytes, however it is cut into blocks.
 class Mp3File : public SampleSink {
 public:
     explicit Mp3File(std::filesystem::path path, Mp3Options options = {});
     ~Mp3File() override;
 
     [[nodiscard]] std::string open() override;
+    /// Takes one value a frame if the mode is mono.
     [[nodiscard]] std::string write(std::span<const float> interleaved) override;
     [[nodiscard]] std::string finish() override;
 
 private:
-    struct Deleter {
-        void operator()(lame_global_struct* encoder) const;
-    };
-    [[nodiscard]] std::string append(int encoded);
+    [[nodiscard]] std::string start(const std::string& tag);
+    [[nodiscard]] std::string encode(std::span<const float> block);
+    [[nodiscard]] std::string keep(int code, std::uint32_t written);
 
+    std::filesystem::path path_;
     PendingFile file_;
+    clsFileIo writer_;
     Mp3Options options_;
-    std::unique_ptr<lame_global_struct, Deleter> encoder_;
+    LameStream stream_;
+    std::uint32_t samples_ = 0;  ///< values of a block
+    std::vector<float> waiting_; ///< less than a block
     std::vector<unsigned char> encoded_;
+    std::size_t tagSize_ = 0;   ///< bytes in front of the first frame
+    std::size_t unflushed_ = 0; ///< bytes that no one has sent to the disk yet
 };
 
 } // namespace velmora
