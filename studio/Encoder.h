@@ -2,6 +2,7 @@
 #pragma once
 
 #include "studio/EncoderTables.h"
+#include "studio/Pour.h"
 #include "studio/SampleSink.h"
 
 #include <cstdint>
@@ -34,10 +35,12 @@ struct EncodeJob {
 };
 
 struct EncodeOutcome {
-    enum class End : std::uint8_t { Done, Cancelled, Failed };
+    using End = PourOutcome::End;
     End end = End::Failed;
-    std::string
-        error; ///< why it failed, or why the WAV file could not be deleted; a sentence that names the file
+    /// Why it failed, or why the WAV file could not be deleted; a sentence that names the file.
+    std::string error;
+    int rate = 0;    ///< of the file, once it is Done
+    int bitrate = 0; ///< likewise: at some rates less than was asked for
 };
 
 /// Encodes the sound of a WAV file, at its true pitch and length, whatever the settings say. Unless it is
@@ -46,8 +49,8 @@ struct EncodeOutcome {
 [[nodiscard]] EncodeOutcome encode(const EncodeJob& job, const std::function<void(double)>& progress = {},
                                    const std::stop_token& cancel = {});
 
-/// The bitrate that the file will have: below 32,000 Hz no more than 160.
-[[nodiscard]] int bitrateAt(int rate, int bitrate);
+/// Rate and mode of the file that a sound of that rate and number of channels becomes.
+[[nodiscard]] EncoderFormat encodedFormat(const EncodeSettings& settings, int rate, int channels);
 
 /// What `encode` writes, of sound that comes bit by bit: the same sound gives the same file.
 /// @param rate of the sound, @param channels interleaved values a frame of what `write` takes
