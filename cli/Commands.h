@@ -31,6 +31,7 @@ struct Command {
 extern const Command kInfo;
 extern const Command kConvert;
 extern const Command kEdit;
+extern const Command kEncode;
 extern const Command kPlay;
 extern const Command kTrace;
 extern const Command kPerform;

@@ -2,6 +2,7 @@
 #include "base/Files.h"
 #include "base/Text.h"
 #include "cli/Commands.h"
+#include "cli/EncoderOptions.h"
 #include "cli/Interrupt.h"
 #include "cli/ProgressBar.h"
 #include "cli/ScoreOptions.h"
@@ -99,18 +100,6 @@ const Format& formatOf(const std::string& extension, const std::string& asked) {
     return *found;
 }
 
-int bitrateOf(const QString& text) {
-    bool isNumber = false;
-    const int bitrate = text.toInt(&isNumber);
-    if (!isNumber || std::ranges::find(kMp3Bitrates, bitrate) == kMp3Bitrates.end()) {
-        std::string known;
-        for (const int one : kMp3Bitrates)
-            known += " " + std::to_string(one);
-        throw UsageError("--bitrate takes one of" + known + ", not \"" + toBytes(text) + "\"");
-    }
-    return bitrate;
-}
-
 struct Job {
     fs::path in;
     fs::path out;
@@ -169,8 +158,7 @@ void convert(const Job& job, const ConvertOptions& options) {
 
 int run(const QCommandLineParser& parser) {
     const auto jobs = jobsOf(parser);
-    const ConvertOptions options{.score = readScoreOptions(parser),
-                                 .mp3 = {.bitrate = bitrateOf(parser.value("bitrate"))}};
+    const ConvertOptions options{.score = readScoreOptions(parser), .mp3 = {.bitrate = readBitrate(parser)}};
     if (options.score.segment && !jobs.front().format->isPerformance(options.score.manners))
         throw UsageError("--segment is for what is performed: wav, mp3, and mid without --classic");
     checkPlaces(jobs);
