@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "cli/Commands.h"
+#include "cli/MusicFacts.h"
 #include "cli/ScoreOptions.h"
 #include "cli/Session.h"
 #include "sound/Instruments.h"
+#include "studio/SoundReader.h"
 
 #include <QCommandLineParser>
 
@@ -44,10 +46,19 @@ void print(const std::filesystem::path& file, const Session& session) {
     std::printf("SongEnd: %d\nSeconds: %.3f\n", score.SongEnd, session.seconds());
 }
 
+void print(const std::filesystem::path& file, const ScoreOptions& options) {
+    if (isSoundName(file))
+        printSoundFacts(file);
+    else if (isMidiName(file))
+        printMidiFacts(file);
+    else
+        print(file, Session(file, options));
+}
+
 int run(const QCommandLineParser& parser) {
     const auto files = fileArguments(parser);
     if (files.empty())
-        throw UsageError("takes at least one score");
+        throw UsageError("takes at least one file");
     ScoreOptions options;
     options.reader = readForm(parser);
     int status = 0;
@@ -55,7 +66,7 @@ int run(const QCommandLineParser& parser) {
         try {
             if (&file != &files.front())
                 std::puts("");
-            print(file, Session(file, options));
+            print(file, options);
         } catch (const Failure& failure) {
             std::fprintf(stderr, "velmora-cli: %s\n", failure.what());
             status = 1;
@@ -66,8 +77,9 @@ int run(const QCommandLineParser& parser) {
 
 } // namespace
 
-const Command kInfo{"info", " IN.sng...",
-                    "Tells tempo, meter, channels in use with their instruments, and length.", addFormOption,
-                    run};
+const Command kInfo{"info", " FILE...",
+                    "Tells tempo, meter, channels in use with their instruments and length of scores; rate, "
+                    "channels, length and peak of .wav and .mp3 files; the length of .mid files.",
+                    addFormOption, run};
 
 } // namespace velmora::cli

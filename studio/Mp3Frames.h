@@ -47,6 +47,7 @@ public:
 
     /// Whether there is one: whether two frames follow each other anywhere.
     [[nodiscard]] bool found() const { return first_.has_value(); }
+    [[nodiscard]] const std::optional<Mp3Frame>& first() const { return first_; }
     [[nodiscard]] const SongTags& tags() const { return tags_; }
     /// Nothing at the end.
     std::optional<Mp3Frame> next();

@@ -27,6 +27,8 @@ const SoxrLibrary& library() {
 }
 
 constexpr std::size_t kBlockFrames = 4096;
+/// Of the band that both rates can hold: what lies in it is kept whole, and the little above it fades.
+constexpr double kKeptShare = 0.99;
 /// Beyond that the library's filters would take memory by what a file's header claims.
 constexpr double kFarthest = 256;
 } // namespace
@@ -53,7 +55,9 @@ struct Resampler::Parts {
             return;
         }
         soxr_io_spec_t samples = library().soxr_io_spec(SOXR_FLOAT32_I, SOXR_FLOAT32_I);
-        soxr_quality_spec_t quality = library().soxr_quality_spec(SOXR_20_BITQ | SOXR_STEEP_FILTER, 0);
+        // The roll-off that the library chooses otherwise lets mirrored tones through, at -65 dB.
+        soxr_quality_spec_t quality = library().soxr_quality_spec(SOXR_24_BITQ, SOXR_ROLLOFF_NONE);
+        quality.passband_end = kKeptShare;
         soxr_error_t error = nullptr;
         resampler.reset(library().soxr_create(from, to, static_cast<unsigned>(channels), &error, &samples,
                                               &quality, nullptr));

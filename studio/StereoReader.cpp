@@ -13,8 +13,8 @@ namespace velmora {
 
 namespace {
 constexpr std::size_t kBlockSamples = 8192; ///< that are read of the file at a time, if a frame isn't wider
-constexpr std::int64_t kRunUp = 8192;       ///< frames that a filter has to hear before a place
-constexpr float kLoudest = 64;              ///< of what is converted: 36 dB over full scale
+constexpr std::int64_t kRunUp = 4096; ///< frames of the lower rate that a filter has to hear before a place
+constexpr float kLoudest = 64;        ///< of what is converted: 36 dB over full scale
 } // namespace
 
 struct StereoReader::Parts {
@@ -112,7 +112,7 @@ struct StereoReader::Parts {
         }
         // From a frame on that both rates have: so the samples are those that reading on would have given.
         const std::int64_t period = from / std::gcd(from, rate);
-        std::int64_t start = std::max<std::int64_t>(frame - kRunUp, 0);
+        std::int64_t start = std::max<std::int64_t>(frame - kRunUp * (1 + from / rate), 0);
         start -= start % period;
         reader->seek(start);
         resampler.emplace(from, rate, static_cast<int>(kept));
