@@ -2,6 +2,7 @@
 #pragma once
 
 #include "sound/TimedMessage.h"
+#include "studio/PerformanceSound.h"
 
 #include <filesystem>
 #include <functional>
@@ -34,17 +35,13 @@ struct RenderResult {
 };
 
 /// Renders messages as fast as it goes, with the sound of `BuiltInSynth` sample for sample, and gives the
-/// sound to
-/// @p sink: frame 0 is second 0. After the last message the sound goes on until every voice has ended and the
-/// reverberation has died away, but no longer than kLongestTail; of the silence behind the last sound a
-/// quarter of a second is kept. Beyond full scale the limiter of the live mix holds it.
+/// sound to @p sink: frame 0 is second 0. It rings out as `PerformanceSound` does; beyond full scale the
+/// limiter of the live mix holds it.
 ///
 /// The caller's thread renders, a second one writes; the call returns when both are through. If the result is
 /// not Done, the sink is not finished, and the caller lets it go.
 /// @param messages in order of time; a message that is late all the same takes effect at once
 [[nodiscard]] RenderResult renderOffline(std::span<const TimedMessage> messages, SampleSink& sink,
                                          const RenderOptions& options);
-
-inline constexpr double kLongestTail = 10; ///< seconds
 
 } // namespace velmora
