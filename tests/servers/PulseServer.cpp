@@ -108,8 +108,13 @@ void PulseServer::thaw() {
 }
 
 bool PulseServer::suspendSink(bool isSuspended) {
-    return waitFor(spawn({"pactl", "suspend-sink", "out", isSuspended ? "1" : "0"},
-                         (folder_ / "log").string())) == 0;
+    return tell({"suspend-sink", "out", isSuspended ? "1" : "0"});
+}
+
+bool PulseServer::tell(const std::vector<std::string>& words) {
+    std::vector<std::string> all{"pactl"};
+    all.insert(all.end(), words.begin(), words.end());
+    return waitFor(spawn(all, (folder_ / "log").string())) == 0;
 }
 
 bool PulseServer::answers() const {

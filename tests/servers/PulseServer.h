@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include <sys/types.h>
 
@@ -26,6 +27,8 @@ public:
     void thaw();
     /// Suspends the sink, or lets it go on; true on success.
     [[nodiscard]] bool suspendSink(bool isSuspended);
+    /// Has `pactl` tell the server something, such as "set-sink-mute", "out", "1"; true on success.
+    [[nodiscard]] bool tell(const std::vector<std::string>& words);
     /// True if anybody answers at the server's address.
     [[nodiscard]] bool answers() const;
 
