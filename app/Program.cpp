@@ -13,6 +13,8 @@
 #include "shell/FirstPaint.h"
 #include "shell/MessageBox.h"
 #include "sound/DeviceChooser.h"
+#include "studio/ScorePlayer.h"
+#include "studio/Studio.h"
 #include "tableau/FirstPicture.h"
 #include "tableau/form1.h"
 
@@ -60,6 +62,9 @@ struct Program::Composing {
         , workspace(program.settings_, program.folders_)
         , player(workspace, program.sound_->devices, program.loop_)
         , played(program.folders_.played(), program.loop_)
+        , recorded(workspace, player, program.sound_->devices, devices)
+        , studio(program.sound_->output, program.loop_, recorded, workspace.manners, program.folders_,
+                 [] { return findSoundFont().value_or(std::filesystem::path()); })
         , windows(desk, [&program] { program.end(); })
         , desk{.settings = program.settings_,
                .folders = program.folders_,
@@ -74,6 +79,7 @@ struct Program::Composing {
                .workspace = workspace,
                .player = player,
                .played = played,
+               .studio = studio,
                .windows = windows}
         , watch(program.recovery_, workspace, program.loop_, RecoveryWatch::periodOfUser()) {
         // Said by the thread that writes; the start window lives as long as the program does.
@@ -91,6 +97,8 @@ struct Program::Composing {
     Workspace workspace;
     Player player;
     PlayedLog played;
+    ScorePlayer recorded;
+    Studio studio;
     ProgramWindows windows;
     Desk desk;
     RecoveryWatch watch;

@@ -15,6 +15,7 @@ class PlayedLog;
 class Player;
 class ProgramFolders;
 class SettingsStore;
+class Studio;
 class Windows;
 struct Workspace;
 
@@ -34,6 +35,7 @@ struct Desk {
     Workspace& workspace;
     Player& player;
     PlayedLog& played;
+    Studio& studio;
     Windows& windows;
 };
 

@@ -38,7 +38,8 @@ double VirtualMix::now() const {
 }
 
 void VirtualMix::serveUntil(double moment) {
-    advance(std::llround(moment * kAudioRate) - frames_);
+    constexpr double kRounding = 1e-3; // of a frame: whoever waits for a frame's own moment gets that frame
+    advance(static_cast<std::int64_t>(std::ceil(moment * kAudioRate - kRounding)) - frames_);
 }
 
 } // namespace velmora

@@ -27,7 +27,7 @@ public:
 
     [[nodiscard]] double now() const override;
     void YieldIfInput() override {}
-    /// Renders up to the frame nearest to @p moment.
+    /// Renders up to the first frame at @p moment or after it.
     void serveUntil(double moment) override;
     void block(double seconds) override { serveUntil(now() + seconds); }
 

@@ -272,6 +272,8 @@ void RecordingSession::stopRecording(bool encodes) {
     }
     const bool stopped = send(std::string("stop ") + modMultimedia::kCapture);
     say(stopped ? "Recording Stopped!" : "Stopping recording failed!");
+    if (const Capture* const taken = capture(); taken && !taken->warning().empty())
+        say(taken->warning());
     if (music_.isPlaying() && state_.source == RecordingSource::MidiFile) {
         music_.StopMP3();
         music_.CloseMP3();

@@ -11,6 +11,9 @@
 #include "shell/Frmmenu.h"
 #include "shell/frmskins.h"
 #include "sound/DeviceChooser.h"
+#include "sound/VirtualMix.h"
+#include "studio/ScorePlayer.h"
+#include "studio/Studio.h"
 #include "tests/support/FakeInputs.h"
 #include "tests/support/MemorySettings.h"
 #include "tests/support/RecordingPort.h"
@@ -24,6 +27,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
 
 namespace velmora {
 
@@ -62,6 +66,21 @@ public:
             player_ = std::make_unique<Player>(workspace(), port, loop);
         return *player_;
     }
+    VirtualMix& mix() {
+        if constexpr (std::is_base_of_v<VirtualMix, Loop>)
+            return loop;
+        else
+            return mix_;
+    }
+    /// Sound is calculated as time passes in `mix()`, which is the desk's loop where that is a mix.
+    Studio& studio() {
+        if (!studio_) {
+            recorded_ = std::make_unique<ScorePlayer>(workspace(), player(), port, devices);
+            studio_ = std::make_unique<Studio>(mix(), loop, *recorded_, workspace().manners, folders,
+                                               [] { return std::filesystem::path(); });
+        }
+        return *studio_;
+    }
     Desk& desk() {
         if (!desk_)
             desk_.emplace(Desk{.settings = settings,
@@ -77,6 +96,7 @@ public:
                                .workspace = workspace(),
                                .player = player(),
                                .played = played,
+                               .studio = studio(),
                                .windows = windows});
         return *desk_;
     }
@@ -112,10 +132,15 @@ private:
     }
 
     std::unique_ptr<Workspace> workspace_;
+    VirtualMix mix_;
     std::unique_ptr<Player> player_;
+    std::unique_ptr<ScorePlayer> recorded_;
+    std::unique_ptr<Studio> studio_;
     std::optional<Desk> desk_;
 };
 
 using TestDesk = BasicTestDesk<>;
+/// One whose waits calculate what sounds.
+using StudioDesk = BasicTestDesk<VirtualMix>;
 
 } // namespace velmora
