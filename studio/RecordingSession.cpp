@@ -296,13 +296,13 @@ void RecordingSession::Recordcontrol2() {
     const MediaAnswer answer = media_.send("capability capture can save");
     say(answer.value == "true" ? "File Can be saved" : "File Cannot be saved");
     if (!state_.InputPath.empty()) {
-        const MediaAnswer saved = media_.send("save capture " + state_.InputPath.string());
-        if (saved.succeeded()) {
+        const std::string saved = modMultimedia::saveCapture(media_, state_.InputPath.string());
+        if (saved == modMultimedia::kSuccess) {
             say("File was saved as " + state_.InputPath.string());
             state_.Text6 = state_.InputPath.string();
         } else {
             if (failure_.empty())
-                failure_ = saved.error;
+                failure_ = saved;
             say("File was NOT saved");
         }
     }
@@ -399,22 +399,21 @@ void RecordingSession::Command20_Click() {
     endEncoding();
 }
 
-/// Where the MP3 file goes; blank if the user doesn't say. No old file is touched before the new one is
-/// whole.
+/// Where the MP3 file goes; blank if the user doesn't say. No old file is touched before the new one is whole.
 fs::path RecordingSession::askTarget(const fs::path& wav) {
     fs::path mp3 = fs::path(wav).replace_extension(".mp3");
-    while (isThere(mp3)) {
-        if (!screen_ || screen_->ask(mp3.string() + " already exists. Do you want to replace the file?"))
-            break;
+    while (isThere(mp3) && screen_ &&
+           !screen_->ask(mp3.string() + " already exists. Do you want to replace the file?")) {
         mp3 = screen_->askSave("Save As", "MP3 (*.mp3)|*.mp3", (wav.parent_path() / "audio.mp3").string());
-        if (mp3.empty() || !mp3.has_filename()) {
+        if (!mp3.has_filename()) {
             if (!mp3.empty())
                 say("Error in File name selection. Try another file name.");
             say("Encoding Cancelled ");
             return {};
         }
-        if (!hasExtension(mp3, ".mp3"))
-            mp3 += ".mp3";
+        if (hasExtension(mp3, ".mp3"))
+            break; // the dialog has asked about a file of that name
+        mp3 += ".mp3";
     }
     state_.OutPutPath = mp3;
     return mp3;

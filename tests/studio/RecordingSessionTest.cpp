@@ -53,6 +53,7 @@ public:
 
     End playNotes(bool showPosition, const std::function<void(double)>& progress) override {
         shown = showPosition;
+        stopped = false;
         tone_.on = isHeard;
         for (int step = 1; step <= 5 && !stopped; ++step) {
             mix_.block(seconds / 5);
@@ -135,7 +136,9 @@ protected:
         const fs::path file = folders.songs() / name;
         WavFile wav(file);
         std::vector<float> sound(std::size_t{2} * 22050, 0.25F);
-        EXPECT_EQ(wav.open() + wav.write(sound) + wav.finish(), "");
+        EXPECT_EQ(wav.open(), "");
+        EXPECT_EQ(wav.write(sound), "");
+        EXPECT_EQ(wav.finish(), "");
         return file;
     }
     static double secondsOf(const fs::path& file) {
