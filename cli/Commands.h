@@ -37,5 +37,6 @@ extern const Command kTrace;
 extern const Command kPerform;
 extern const Command kDevices;
 extern const Command kKeys;
+extern const Command kMedia;
 
 } // namespace velmora::cli
