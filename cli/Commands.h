@@ -31,12 +31,13 @@ struct Command {
 extern const Command kInfo;
 extern const Command kConvert;
 extern const Command kEdit;
-extern const Command kEncode;
 extern const Command kPlay;
+extern const Command kRecord;
+extern const Command kEncode;
+extern const Command kMedia;
 extern const Command kTrace;
 extern const Command kPerform;
 extern const Command kDevices;
 extern const Command kKeys;
-extern const Command kRecord;
 
 } // namespace velmora::cli

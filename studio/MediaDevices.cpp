@@ -134,6 +134,8 @@ MediaAnswer setFormat(Capture& recorder, const MediaCommand& command) {
     const auto format = formatOf(command.format);
     if (!format)
         return failure(mediaSentence(command.alias, "can't record so: these numbers don't go together."));
+    if (*format == recorder.format() && !recorder.isRecording())
+        return {}; // also where something is captured already
     if (!recorder.setFormat(*format))
         return failure(
             mediaSentence(command.alias, "keeps its format while it records or holds a recording."));
@@ -233,10 +235,8 @@ MediaAnswer MediaDevices::answer(const MediaCommand& command) {
     case MediaAct::Resume:
         return device->player->resume() ? MediaAnswer()
                                         : failure(mediaSentence(command.alias, "has nothing to resume."));
-    case MediaAct::Stop: {
-        const bool stopped = device->player ? device->player->stop() : device->recorder->stop();
-        return stopped ? MediaAnswer() : failure(mediaSentence(command.alias, "has nothing to stop."));
-    }
+    case MediaAct::Stop:
+        return stop(*device, command);
     case MediaAct::Close:
         devices_.erase(toLower(command.alias));
         return {};
@@ -267,6 +267,15 @@ MediaAnswer MediaDevices::answer(const MediaCommand& command) {
     default: // answered above
         return {};
     }
+}
+
+MediaAnswer MediaDevices::stop(const Device& device, const MediaCommand& command) {
+    if (device.player ? device.player->stop() : device.recorder->stop())
+        return {};
+    // It may have ended by itself.
+    const std::string problem = device.problem();
+    return failure(problem.empty() ? mediaSentence(command.alias, "has nothing to stop.")
+                                   : mediaSentenceHolding(problem, command.alias));
 }
 
 MediaAnswer MediaDevices::openPlayer(const MediaCommand& command) {
@@ -321,7 +330,7 @@ MediaAnswer MediaDevices::waitFor(const MediaCommand& command) {
         const double left = static_cast<double>(end - device->position()) / device->rate();
         const LookTimes looks = mix_.isLive() ? kLiveLooks : kVirtualLooks;
         const double step = left > 0 ? std::clamp(left, looks.least, looks.most) : kOverdueSeconds;
-        if (const MediaAnswer waited = wait(std::max(step, looks.least)); !waited.succeeded())
+        if (MediaAnswer waited = wait(std::max(step, looks.least)); !waited.succeeded())
             return waited;
     }
 }

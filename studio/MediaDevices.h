@@ -57,6 +57,7 @@ private:
     struct Device;
 
     MediaAnswer answer(const MediaCommand& command);
+    static MediaAnswer stop(const Device& device, const MediaCommand& command);
     MediaAnswer openPlayer(const MediaCommand& command);
     MediaAnswer openRecorder(const MediaCommand& command);
     MediaAnswer wait(double seconds);

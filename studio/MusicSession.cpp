@@ -5,6 +5,7 @@
 #include "base/Text.h"
 #include "studio/FileCopy.h"
 #include "studio/MediaDevices.h"
+#include "studio/Mp3Labels.h"
 #include "studio/SessionMessages.h"
 #include "studio/SessionScreen.h"
 #include "studio/modMultimedia.h"
@@ -12,7 +13,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -65,7 +68,9 @@ std::string timeText(double seconds) {
 // Opening
 
 void MusicSession::open_Click() {
-    const fs::path chosen = screen_ ? screen_->askOpen(kOpenTitle, kOpenFilter) : fs::path();
+    if (!screen_)
+        return;
+    const fs::path chosen = screen_->askOpen(kOpenTitle, kOpenFilter);
     if (chosen.empty())
         return;
     if (extensionOf(chosen) == ".sng") {
@@ -106,8 +111,6 @@ bool MusicSession::openFiles(std::vector<fs::path> files, const std::string& wor
     }
     files_ = std::move(files);
     file_ = files_.front();
-    frames_ = modMultimedia::lengthInFrames(media_, kMusic);
-    seconds_ = modMultimedia::lengthInMilliseconds(media_, kMusic) / 1000.0;
     showHeader();
     say("File Opened");
     return true;
@@ -157,7 +160,8 @@ void MusicSession::followPlay(const Turn& turn) {
 void MusicSession::closeAtEnd(const std::string& problem) {
     if (!problem.empty())
         say(problem);
-    if (!problem.empty() || modMultimedia::isAtEnd(media_, kMusic, frames_))
+    std::int32_t length = 0; // that of a MIDI file has moved while it rang out
+    if (!problem.empty() || modMultimedia::isAtEnd(media_, kMusic, length))
         CloseMP3();
 }
 
@@ -191,7 +195,7 @@ void MusicSession::showProgress(const MusicPlayer& player) {
         length > 0 ? std::min(static_cast<double>(player.position()) / static_cast<double>(length), 1.0) : 0;
     state_.share = share;
     state_.Status = percentText(share);
-    state_.lblTime = timeText(share * seconds_);
+    state_.lblTime = timeText(static_cast<double>(player.position()) / player.rate());
     if (screen_)
         screen_->sessionChanged();
 }
@@ -204,7 +208,14 @@ void MusicSession::clearProgress() {
     state_.lblbitrate.clear();
 }
 
-void MusicSession::showHeader() {}
+void MusicSession::showHeader() {
+    std::optional<Mp3Labels> labels;
+    if (extensionOf(file_) == ".mp3") // another may be long, and is no MP3 file to its end
+        labels = ReadMp3Header(file_);
+    state_.lblKhz = labels ? labels->khz : "";
+    state_.lblmode = labels ? labels->mode : "";
+    state_.lblbitrate = labels ? labels->bitrate : "";
+}
 
 // Saving
 

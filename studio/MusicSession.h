@@ -5,7 +5,6 @@
 #include "base/Turns.h"
 #include "studio/SessionState.h"
 
-#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -76,8 +75,6 @@ private:
 
     std::filesystem::path file_;
     std::vector<std::filesystem::path> files_; ///< all of a row
-    std::int32_t frames_ = -1;
-    double seconds_ = 0; ///< length of what was opened last
     bool PlaybackCancelled_ = false;
     Turns plays_;
 };

@@ -2,6 +2,7 @@
 #include "studio/modMultimedia.h"
 
 #include "base/SettingsStore.h"
+#include "base/Text.h"
 #include "studio/MediaDevices.h"
 
 #include <charconv>
@@ -25,6 +26,11 @@ std::int32_t numberOf(const MediaAnswer& answer) {
     return number;
 }
 
+/// A path as a command has it: only one with blanks at its ends needs quotes.
+std::string spoken(const std::string& path) {
+    return trimmed(path) == path ? path : "\"" + path + "\"";
+}
+
 bool countIn(MediaDevices& media, const std::string& alias, const char* unit) {
     return media.send("set " + alias + " time format " + unit).succeeded();
 }
@@ -39,8 +45,8 @@ std::string openMedia(MediaDevices& media, const std::string& path, const std::s
                       const std::string& alias, long parent) {
     // A short form of the path is the path itself here: blanks do no harm.
     return media
-        .send("open " + path + " type " + type + " Alias " + alias + " parent " + std::to_string(parent) +
-              " Style " + std::to_string(kChildWindow))
+        .send("open " + spoken(path) + " type " + type + " Alias " + alias + " parent " +
+              std::to_string(parent) + " Style " + std::to_string(kChildWindow))
         .text();
 }
 
@@ -68,7 +74,7 @@ std::string stop(MediaDevices& media, const std::string& alias) {
 }
 
 std::string saveCapture(MediaDevices& media, const std::string& path) {
-    return media.send("Save capture " + path).text();
+    return media.send("Save capture " + spoken(path)).text();
 }
 
 std::string stopCapture(MediaDevices& media) {
