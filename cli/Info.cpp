@@ -3,6 +3,7 @@
 #include "cli/MusicFacts.h"
 #include "cli/ScoreOptions.h"
 #include "cli/Session.h"
+#include "score/MidiFileReader.h"
 #include "sound/Instruments.h"
 #include "studio/SoundReader.h"
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "cli/MusicFacts.h"
 
-#include "base/Text.h"
 #include "cli/Commands.h"
 #include "cli/ProgressBar.h"
 #include "score/MidiFileReader.h"
@@ -89,10 +88,6 @@ void printMidiFacts(const std::filesystem::path& file) {
     std::printf("File: %s\nKind: MIDI\nSeconds: %.3f\n", file.c_str(), music.seconds);
     if (!music.title.empty())
         std::printf("Title: %s\n", music.title.c_str());
-}
-
-bool isMidiName(const std::filesystem::path& file) {
-    return toLower(file.extension().string()) == ".mid";
 }
 
 } // namespace velmora::cli

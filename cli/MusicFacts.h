@@ -10,6 +10,5 @@ namespace velmora::cli {
 void printSoundFacts(const std::filesystem::path& file);
 /// The same for a MIDI file.
 void printMidiFacts(const std::filesystem::path& file);
-[[nodiscard]] bool isMidiName(const std::filesystem::path& file);
 
 } // namespace velmora::cli

@@ -2,25 +2,35 @@
 #include "base/QtMessageLoop.h"
 #include "cli/Commands.h"
 #include "cli/Interrupt.h"
+#include "cli/PlayedMusic.h"
 #include "cli/ProgressBar.h"
 #include "cli/ScoreOptions.h"
 #include "cli/Session.h"
 #include "cli/SoundFont.h"
 #include "cli/Words.h"
 #include "composition/Player.h"
+#include "score/MidiFileReader.h"
 #include "score/PlaybackView.h"
 #include "sound/DeviceChooser.h"
 #include "sound/LiveSound.h"
 #include "sound/ShortMessage.h"
+#include "studio/SoundReader.h"
 
 #include <QCommandLineParser>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace velmora::cli {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 constexpr double kLoadingSeconds = 20;
 constexpr double kRingOutSeconds = 10;
@@ -109,41 +119,116 @@ void waitForSynth(LiveSound& sound) {
     throw Failure(error.empty() ? "The SoundFont takes too long to load." : error);
 }
 
+enum class Kind : std::uint8_t { Score, Midi, Sound };
+
+Kind kindOf(const fs::path& file) {
+    return isSoundName(file) ? Kind::Sound : isMidiName(file) ? Kind::Midi : Kind::Score;
+}
+
+/// Plays what comes, each in its way.
+class Programme {
+public:
+    explicit Programme(const QCommandLineParser& parser)
+        : options_(readScoreOptions(parser))
+        , device_(toBytes(parser.value("device")))
+        , isLooping_(parser.isSet("loop")) {}
+
+    int play(const std::vector<fs::path>& files) {
+        if (std::ranges::find(files, Kind::Score, kindOf) != files.end())
+            openScores(); // before any other thread runs
+        else
+            music_.emplace();
+        catchInterrupts();
+        for (auto next = files.begin(); next != files.end() && !interrupted();) {
+            auto end = next + 1;
+            if (kindOf(*next) == Kind::Sound)
+                end = std::ranges::find_if(next, files.end(),
+                                           [](const auto& file) { return kindOf(file) != Kind::Sound; });
+            try {
+                isAllPlayed_ = playSome({next, end}) && isAllPlayed_;
+            } catch (const Failure& failure) {
+                std::fprintf(stderr, "velmora-cli: %s\n", failure.what());
+                isAllPlayed_ = false;
+            }
+            next = end;
+        }
+        return isAllPlayed_ ? 0 : 1;
+    }
+
+private:
+    /// False if the built-in synthesizer has no part in it.
+    [[nodiscard]] bool isThroughSynth() const {
+        return device_ == DeviceChooser::kMapperName || device_ == MidiDevices::kSynthName;
+    }
+    [[nodiscard]] AudioOutput& output() { return scores_ ? scores_->output : *music_; }
+
+    /// Without a SoundFont each score says so when its turn comes.
+    void openScores() {
+        fs::path soundFont = options_.soundFont;
+        if (isThroughSynth() && soundFont.empty())
+            soundFont = findSoundFont().value_or(fs::path());
+        scores_.emplace(soundFont);
+    }
+
+    /// One score or MIDI file, or a row of sound files. False if some of it was passed over.
+    bool playSome(const std::vector<fs::path>& files) {
+        const fs::path& first = files.front();
+        switch (kindOf(first)) {
+        case Kind::Sound:
+            return playSounds(files, output());
+        case Kind::Midi:
+            playMidi(first, output(), chosenSoundFont(options_));
+            return true;
+        case Kind::Score:
+            playScore(first);
+            return true;
+        }
+        return false;
+    }
+
+    void playScore(const fs::path& file) {
+        Session session(file, options_);
+        session.refuseEmptySegment();
+        if (isThroughSynth()) {
+            (void)chosenSoundFont(options_);
+            waitForSynth(*scores_);
+        }
+        openDevice(scores_->devices, device_);
+        warnOfSilence(file, session);
+        InterruptibleLoop loop(scores_->devices, session.state);
+        Player player(session.played(), scores_->devices, loop);
+        player.setLoop(isLooping_);
+        std::printf("Playing %s (%.1f s)\n", file.c_str(), session.seconds());
+        std::fflush(stdout);
+        {
+            ProgressView progress(session, file.filename().string());
+            const auto shown = player.show(progress);
+            session.perform(player);
+        }
+        ringOut(*scores_, loop);
+    }
+
+    ScoreOptions options_;
+    std::string device_;
+    bool isLooping_;
+    bool isAllPlayed_ = true;
+    std::optional<LiveSound> scores_;  ///< if there are any
+    std::optional<AudioOutput> music_; ///< otherwise
+};
+
 int run(const QCommandLineParser& parser) {
     const auto files = fileArguments(parser);
-    if (files.size() != 1)
-        throw UsageError("takes exactly one score");
-    const ScoreOptions options = readScoreOptions(parser);
-    const std::string device = toBytes(parser.value("device"));
-    Session session(files.front(), options);
-    session.refuseEmptySegment();
-
-    const bool throughSynth = device == DeviceChooser::kMapperName || device == MidiDevices::kSynthName;
-    LiveSound sound(throughSynth ? chosenSoundFont(options) : options.soundFont);
-    if (throughSynth)
-        waitForSynth(sound);
-    openDevice(sound.devices, device);
-    warnOfSilence(files.front(), session);
-    catchInterrupts();
-    InterruptibleLoop loop(sound.devices, session.state);
-    Player player(session.played(), sound.devices, loop);
-    player.setLoop(parser.isSet("loop"));
-    std::printf("Playing %s (%.1f s)\n", files.front().c_str(), session.seconds());
-    std::fflush(stdout);
-    {
-        ProgressView progress(session, files.front().filename().string());
-        const auto shown = player.show(progress);
-        session.perform(player);
-    }
-    ringOut(sound, loop);
-    return 0;
+    if (files.empty())
+        throw UsageError("takes at least one score, MIDI or sound file");
+    return Programme(parser).play(files);
 }
 
 void addPlayOptions(QCommandLineParser& parser) {
     addScoreOptions(parser);
     parser.addOptions({
-        {"device", "Plays to this device, as \"devices\" names it.", "name", DeviceChooser::kMapperName},
-        {"loop", "Plays over and over, until Ctrl-C."},
+        {"device", "Plays scores to this device, as \"devices\" names it.", "name",
+         DeviceChooser::kMapperName},
+        {"loop", "Plays a score over and over, until Ctrl-C."},
     });
 }
 
@@ -158,7 +243,9 @@ int listDevices(const QCommandLineParser& parser) {
 
 } // namespace
 
-const Command kPlay{"play", " IN.sng", "Plays a score; Ctrl-C stops it.", addPlayOptions, run};
+const Command kPlay{"play", " FILE...",
+                    "Plays scores, MIDI and sound files, one after the other; Ctrl-C stops it.",
+                    addPlayOptions, run};
 const Command kDevices{"devices", "", "Lists where scores can be played to.", [](QCommandLineParser&) {},
                        listDevices};
 

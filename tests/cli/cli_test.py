@@ -571,6 +571,56 @@ class CliTest(unittest.TestCase):
         _, errors = playing.communicate(timeout=5)
         self.assertEqual((playing.returncode, errors), (0, ""))
 
+    def wav(self, name, seconds=0.4, rate=44100):
+        with wave.open(self.path(name), "wb") as file:
+            file.setnchannels(2)
+            file.setsampwidth(2)
+            file.setframerate(rate)
+            frames = (int(9000 * math.sin(2 * math.pi * 440 * i / rate)) for i in range(int(seconds * rate)))
+            file.writeframes(b"".join(struct.pack("<hh", value, value) for value in frames))
+        return self.path(name)
+
+    def test_files_of_all_kinds_are_played_one_after_the_other(self):
+        self.assertEqual(run("convert", self.tune(length=1, tempo=300), self.path("tune.mid")).returncode, 0)
+        files = [self.wav("one.wav"), self.wav("two.WAV", 0.3, 22050), self.path("tune.mid"), self.path("tune.sng"),
+                 self.wav("three.wav")]
+        began = time.monotonic()
+        done = run("play", *files, "--soundfont", SMALL_SOUNDFONT)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertGreater(time.monotonic() - began, 0.4 + 0.3 + 0.4 + 2 * 6 * 13.8 / 300)
+        self.assertEqual([line.split(" (")[0] for line in done.stdout.splitlines()], ["Playing " + file for file in files])
+        self.assertIn("two.WAV (0.3 s)", done.stdout)
+
+    def test_what_cannot_be_played_is_told_and_passed_over(self):
+        junk = [self.save("junk.wav", "no sound"), self.save("junk.mp3", "no sound"), self.save("junk.mid", "no music"),
+                self.path("absent.wav"), self.path("absent.mid"), self.path("absent.sng")]
+        one, two = self.wav("one.wav", 0.1), self.wav("two.wav", 0.1)
+        done = run("play", one, *junk, two, "--soundfont", SMALL_SOUNDFONT)
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(done.stdout.splitlines(), [f"Playing {one} (0.1 s)", f"Playing {two} (0.1 s)"])
+        told = done.stderr.splitlines()
+        self.assertEqual(len(told), len(junk))
+        for line, file in zip(told, junk):
+            self.assertTrue(line.startswith("velmora-cli: "), line)
+            self.assertIn(file, line)
+        done = run("play", *junk[:2])
+        self.assertEqual((done.returncode, done.stdout), (1, ""))
+
+    def test_ctrl_c_ends_music_at_once(self):
+        self.assertEqual(run("convert", self.tune(tempo=20), self.path("tune.mid")).returncode, 0)
+        for sent in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            for file in (self.wav("long.wav", 20), self.path("tune.mid")):
+                playing = subprocess.Popen([CLI, "play", file, self.wav("next.wav"), "--soundfont", SMALL_SOUNDFONT],
+                                           stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+                self.assertEqual(playing.stdout.readline().split(" (")[0], "Playing " + file)
+                playing.send_signal(sent)
+                rest, errors = playing.communicate(timeout=3)
+                self.assertEqual((playing.returncode, rest, errors), (0, "", ""))
+
+    def test_sound_files_need_no_soundfont(self):
+        done = run("play", self.wav("one.wav", 0.1), "--soundfont", self.path("absent.sf2"))
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+
 
 if __name__ == "__main__":
     CLI = sys.argv.pop(1)

@@ -286,15 +286,16 @@ TEST_F(LiveMixPlayerTest, WhatIsNotThereInTimeIsSilenceAndComesLater) {
     expectCleanAudioThread();
 }
 
-TEST_F(LiveMixPlayerTest, BreakingOffEndsInSilenceWithoutAJump) {
+TEST(LiveMixPlayerPauseTest, BreakingOffEndsInSilenceWithoutAJump) {
     struct Loud : NumberedFrames {
         using NumberedFrames::NumberedFrames;
-        std::size_t read(std::span<float> interleaved, const std::stop_token& cancel) override {
-            const std::size_t got = NumberedFrames::read(interleaved, cancel);
+        std::size_t read(std::span<float> interleaved, const std::stop_token& /*cancel*/) override {
             std::ranges::fill(interleaved, 0.75F);
-            return got;
+            return interleaved.size() / 2;
         }
     };
+    HastyMix mix(
+        std::chrono::milliseconds(20)); // slow enough for the reading thread, so that nothing is late
     MixPlayer player(std::make_unique<Loud>(10'000'000), mix);
     ASSERT_TRUE(player.play(0, 10'000'000));
     ASSERT_TRUE(within(5, [&] { return player.position() > 10'000; }));
@@ -304,16 +305,16 @@ TEST_F(LiveMixPlayerTest, BreakingOffEndsInSilenceWithoutAJump) {
     ASSERT_TRUE(within(5, [&] { return mix.frames() > rendered + 4'000; }));
     EXPECT_EQ(player.position(), stood);
     const std::vector<float>& samples = mix.samples();
-    std::vector<float> fall;
+    float fall = 0;
     for (std::size_t i = 2; i < samples.size(); i += 2)
-        if (samples[i] < samples[i - 2])
-            fall.push_back(samples[i - 2] - samples[i]);
-    ASSERT_FALSE(fall.empty());
-    EXPECT_LT(*std::ranges::max_element(fall), 0.01F);
+        fall = std::max(fall, samples[i - 2] - samples[i]);
+    EXPECT_GT(fall, 0);
+    EXPECT_LT(fall, 0.01F);
     EXPECT_EQ(samples.back(), 0);
     EXPECT_EQ(std::ranges::count(samples, 0.75F), 2 * stood) << "each frame as it is, and none lost";
     EXPECT_TRUE(mix.isSilent());
-    expectCleanAudioThread();
+    EXPECT_EQ(mix.memoryCalls, 0U);
+    EXPECT_EQ(mix.locks, 0U);
 }
 
 TEST_F(LiveMixPlayerTest, AnotherPlaceIsHeardFromItsFirstFrameOn) {

@@ -8,15 +8,15 @@
 #include "studio/SoundReader.h"
 #include "tests/studio/TestMixes.h"
 #include "tests/studio/TestSinks.h"
+#include "tests/studio/TestWaves.h"
 
 #include <gmock/gmock.h>
-
-#include <random>
 
 using namespace velmora;
 using namespace velmora::testmixes;
 using namespace velmora::testsinks;
 using namespace velmora::testsound;
+using namespace velmora::testwaves;
 using namespace std::string_literals;
 using testing::HasSubstr;
 
@@ -24,43 +24,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kOrgan = 16;
-
-std::string little(std::size_t value, int bytes) {
-    std::string text;
-    for (int shift = 0; shift < 8 * bytes; shift += 8)
-        text += static_cast<char>(value >> shift);
-    return text;
-}
-
-/// A file as a recorder writes it.
-std::string wavOf(const std::vector<std::int16_t>& values, int rate = 44'100, int channels = 2) {
-    const auto c = static_cast<std::size_t>(channels);
-    const auto r = static_cast<std::size_t>(rate);
-    std::string data;
-    for (const std::int16_t value : values)
-        data += little(static_cast<std::uint16_t>(value), 2);
-    return "RIFF" + little(36 + data.size(), 4) + "WAVEfmt " + little(16, 4) + little(1, 2) + little(c, 2) +
-           little(r, 4) + little(r * c * 2, 4) + little(c * 2, 2) + little(16, 2) + "data" +
-           little(data.size(), 4) + data;
-}
-
-/// Every value that the limiter lets through.
-std::vector<std::int16_t> noise(std::size_t frames, unsigned seed, std::size_t channels = 2) {
-    std::minstd_rand random(seed);
-    std::vector<std::int16_t> values(frames * channels);
-    for (std::int16_t& value : values)
-        value = static_cast<std::int16_t>(static_cast<int>(random() % 65'535) - 32'767);
-    values[0] = 32'767;
-    values[1] = -32'767;
-    return values;
-}
-
-std::vector<float> exact(const std::vector<std::int16_t>& values) {
-    std::vector<float> samples;
-    for (const std::int16_t value : values)
-        samples.push_back(static_cast<float>(value) / 32768);
-    return samples;
-}
 
 std::vector<float> part(const std::vector<float>& samples, std::size_t from, std::size_t to) {
     return {samples.begin() + static_cast<std::ptrdiff_t>(2 * from),

@@ -60,7 +60,10 @@ private:
 /// What the thread does that it must not do is counted.
 class HastyMix : public Mix {
 public:
-    HastyMix() : thread_([this] { run(); }) {}
+    /// @param pause after some 3,000 frames
+    explicit HastyMix(std::chrono::microseconds pause = std::chrono::microseconds(500))
+        : pause_(pause)
+        , thread_([this] { run(); }) {}
     ~HastyMix() override { end(); }
     HastyMix(const HastyMix&) = delete;
     HastyMix& operator=(const HastyMix&) = delete;
@@ -115,10 +118,11 @@ private:
             }
             samples_.insert(samples_.end(), block.begin(), block.begin() + std::ptrdiff_t{2} * frames);
             if (i % 8 == 0)
-                std::this_thread::sleep_for(std::chrono::microseconds(500));
+                std::this_thread::sleep_for(pause_);
         }
     }
 
+    const std::chrono::microseconds pause_;
     AudioMixer mixer_;
     std::vector<float> samples_;
     std::atomic<bool> isEnding_{false};
