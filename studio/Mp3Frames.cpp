@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <string_view>
 
@@ -148,10 +149,39 @@ std::optional<Mp3Frame> Mp3Frames::search(std::uint64_t from) {
     return std::nullopt;
 }
 
+/// The length of a tag that stands between files that were put one behind the other; 0 if none is there.
+std::uint64_t Mp3Frames::tagAt(std::uint64_t at) {
+    const Bytes there = bytes_.at(at, kId3v1Bytes);
+    if (there.size() == kId3v1Bytes && standsAt(there, 0, "TAG"))
+        return kId3v1Bytes;
+    return id3v2Length(bytes_, at);
+}
+
+void Mp3Frames::goOnBehindDamage() {
+    constexpr std::uint64_t kLongestDamage = std::uint64_t{16} * 1024; // what is longer may be anything
+    const auto found = search(at_ + 1);
+    if (!found) {
+        at_ = end_;
+        return;
+    }
+    const std::uint64_t gap = found->at - at_;
+    const int count =
+        gap > kLongestDamage
+            ? 0
+            : static_cast<int>(std::lround(static_cast<double>(gap) / found->header.meanBytes()));
+    lost_ = Lost{at_, *found, count};
+    at_ = found->at;
+}
+
 std::optional<Mp3Frame> Mp3Frames::next() {
     if (!first_)
         return std::nullopt;
     while (at_ + kHeaderBytes <= end_) {
+        if (lost_ && lost_->told < lost_->count) {
+            const double before = lost_->told++ * lost_->next.header.meanBytes();
+            return Mp3Frame{lost_->from + static_cast<std::uint64_t>(before), lost_->next.header, true};
+        }
+        lost_.reset();
         const auto header = mp3FrameHeader(bytes_.at(at_, kHeaderBytes));
         if (header && couldFollow(*header)) {
             if (at_ + static_cast<std::uint64_t>(header->bytes) > end_)
@@ -160,12 +190,10 @@ std::optional<Mp3Frame> Mp3Frames::next() {
             at_ += static_cast<std::uint64_t>(header->bytes);
             return frame;
         }
-        if (const std::uint64_t tag = id3v2Length(bytes_, at_)) {
-            at_ += tag; // files that were put one behind the other
-            continue;
-        }
-        const auto found = search(at_ + 1);
-        at_ = found ? found->at : end_;
+        if (const std::uint64_t tag = tagAt(at_))
+            at_ += tag;
+        else
+            goOnBehindDamage();
     }
     at_ = end_;
     return std::nullopt;

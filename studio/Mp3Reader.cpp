@@ -41,6 +41,7 @@ Mp3Reader::~Mp3Reader() = default;
 void Mp3Reader::survey() {
     std::optional<Mp3InfoFrame> info;
     std::int64_t bitrates = 0;
+    std::int64_t heard = 0;
     int fewestBytes = std::numeric_limits<int>::max();
     for (bool isFirst = true; const auto frame = frames_.next(); isFirst = false) {
         if (isFirst) {
@@ -50,6 +51,9 @@ void Mp3Reader::survey() {
                 continue;
         }
         note(count_++, frame->at);
+        if (frame->isLost)
+            continue;
+        ++heard;
         bitrates += frame->header.bitrate;
         // A frame's sound may begin in those before it; two are heard together, and a third keeps the second.
         constexpr int kHead = 6; // with a checksum
@@ -57,9 +61,9 @@ void Mp3Reader::survey() {
     }
     constexpr int kFarthestBegin = 511;
     lead_ = kFarthestBegin / std::max(fewestBytes, 1) + 3;
-    if (count_ > 0)
+    if (heard > 0)
         info_.bitrate =
-            static_cast<int>(std::lround(static_cast<double>(bitrates) / static_cast<double>(count_)));
+            static_cast<int>(std::lround(static_cast<double>(bitrates) / static_cast<double>(heard)));
     info_.frames = count_ * first_.samples;
     if (info)
         cutTo(*info);
@@ -104,7 +108,10 @@ bool Mp3Reader::decodeNext() {
     if (!frame)
         return false;
     decodedFrom_ = nextDecoded_++ * first_.samples;
-    decoder_->decode(frames_.bytesOf(*frame), decoded_);
+    if (frame->isLost)
+        std::ranges::fill(decoded_, 0.0F);
+    else
+        decoder_->decode(frames_.bytesOf(*frame), decoded_);
     return true;
 }
 

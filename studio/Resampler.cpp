@@ -35,7 +35,7 @@ constexpr double kFarthest = 256;
 
 struct Resampler::Parts {
     struct Deleter {
-        void operator()(soxr* resampler) const { library().soxr_delete(resampler); }
+        void operator()(soxr* made) const { library().soxr_delete(made); }
     };
 
     Parts(int fromRate, int toRate, int channelCount)
