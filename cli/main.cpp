@@ -17,8 +17,8 @@ using namespace velmora::cli;
 
 enum ExitStatus { kOk = 0, kCouldNot = 1, kUsage = 2 };
 
-constexpr std::array kCommands{&kInfo,  &kConvert, &kEdit,    &kEncode, &kPlay,
-                               &kTrace, &kPerform, &kDevices, &kKeys};
+constexpr std::array kCommands{&kInfo, &kConvert, &kEdit,    &kEncode,  &kPlay,
+                               &kBurn, &kTrace,   &kPerform, &kDevices, &kKeys};
 
 void printOverview(std::FILE* out) {
     std::fputs("velmora-cli: what Velmora does with scores, without a window.\n\nUsage:\n", out);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "studio/TrackSectors.h"
 
+#include "studio/DiscSound.h"
 #include "studio/StereoReader.h"
 #include "studio/WavFile.h"
 
@@ -8,12 +9,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cerrno>
 #include <cstring>
-#include <optional>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace velmora {
@@ -56,59 +56,6 @@ public:
 private:
     int fd_;
 };
-
-std::uint32_t wordAt(std::span<const std::byte> bytes, std::size_t at) {
-    std::uint32_t word = 0;
-    std::memcpy(&word, bytes.data() + at, sizeof word);
-    return word;
-}
-
-std::string_view nameAt(std::span<const std::byte> bytes, std::size_t at) {
-    return {reinterpret_cast<const char*>(bytes.data()) + at, 4};
-}
-
-/// Where the samples of a little-endian WAV file begin.
-std::optional<std::int64_t> soundBegins(const Descriptor& file) {
-    std::array<std::byte, 12> head{};
-    if (file.readAt(0, head) < head.size() || nameAt(head, 8) != "WAVE" ||
-        (nameAt(head, 0) != "RIFF" && nameAt(head, 0) != "RF64"))
-        return std::nullopt;
-    constexpr int kMostChunks = 1000;
-    std::int64_t at = 12;
-    for (int chunk = 0; chunk < kMostChunks; ++chunk) {
-        std::array<std::byte, 8> chunkHead{};
-        if (file.readAt(at, chunkHead) < chunkHead.size())
-            break;
-        if (nameAt(chunkHead, 0) == "data")
-            return at + 8;
-        const std::int64_t length = wordAt(chunkHead, 4);
-        at += 8 + length + length % 2;
-    }
-    return std::nullopt;
-}
-
-/// Whether the bytes from @p begin on are what the reader gives, at both ends: then nothing needs to be
-/// turned into floats and back.
-bool areTheSamples(const Descriptor& file, std::int64_t begin, SoundReader& reader) {
-    constexpr std::int64_t kProbe = 256; // frames
-    const std::int64_t frames = reader.info().frames;
-    for (const std::int64_t from : {std::int64_t{0}, std::max<std::int64_t>(0, frames - kProbe)}) {
-        const auto count = static_cast<std::size_t>(std::min(kProbe, frames));
-        std::vector<float> heard(count * 2);
-        std::vector<std::int16_t> rounded(heard.size());
-        std::vector<std::int16_t> stored(heard.size());
-        reader.seek(from);
-        if (reader.read(heard) != count ||
-            file.readAt(begin + from * kFrameBytes, std::as_writable_bytes(std::span(stored))) !=
-                stored.size() * sizeof(std::int16_t))
-            return false;
-        toSixteenBits(heard, rounded.data());
-        if (rounded != stored)
-            return false;
-    }
-    reader.seek(0);
-    return true;
-}
 } // namespace
 
 /// Where the bytes of the sound come from.
@@ -156,17 +103,13 @@ std::string TrackSectors::open() {
         return cantBeRead(track_.file, "it has changed since it was listed");
     left_ = track_.sectors * kSectorBytes;
     soundLeft_ = (info.frames * kCdRate + info.rate / 2) / info.rate * kFrameBytes;
-    if (info.kind == SoundKind::Wav && info.rate == kCdRate && info.channels == 2 && info.bits == 16 &&
-        !info.isFloat) {
+    if (const auto plain = discSound(track_.file);
+        plain && plain->bytes == static_cast<std::uint64_t>(soundLeft_)) {
         auto file = std::make_unique<Descriptor>(track_.file);
-        const auto begin = file->isOpen() ? soundBegins(*file) : std::nullopt;
-        if (begin && areTheSamples(*file, *begin, *opened.reader)) {
-            source_ = std::make_unique<PlainSource>(std::move(file), *begin);
-            return {};
-        }
-        opened = openSound(track_.file); // the probe has moved it
-        if (!opened.reader)
-            return opened.error;
+        if (!file->isOpen())
+            return cantBeRead(track_.file, std::generic_category().message(errno));
+        source_ = std::make_unique<PlainSource>(std::move(file), static_cast<std::int64_t>(plain->offset));
+        return {};
     }
     source_ = std::make_unique<ConvertedSource>(std::move(opened.reader));
     return {};
