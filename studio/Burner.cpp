@@ -370,7 +370,7 @@ constexpr std::array kFailedCommands{
     FailedCommand{"command 52h", BurnCode::NoAddress},         // read track information
     FailedCommand{"command 35h", BurnCode::Cache},             // synchronize cache
     FailedCommand{"synchronize drive cache", BurnCode::Cache},
-    FailedCommand{"command 2Ah", BurnCode::WriteError},        // write
+    FailedCommand{"command 2Ah", BurnCode::WriteError}, // write
     FailedCommand{"SCSI error on write", BurnCode::WriteError},
     FailedCommand{"Failed to transfer command", BurnCode::WriteError},
 };
