@@ -32,14 +32,21 @@ namespace velmora::burner {
 namespace {
 struct BurnLibrary : LateLibrary {
     BurnLibrary() : LateLibrary(kBurnLibrary) {
-        if (!complete())
-            return;
+        if (complete())
+            start();
+    }
+    void start() {
         ready = burn_initialize() != 0;
         // What happens is asked for and told in words of ours; nothing goes to the terminal, nothing aborts.
         std::string queue = "SORRY";
         std::string print = "NEVER";
         std::string nobody;
         burn_msgs_set_severities(queue.data(), print.data(), nobody.data());
+    }
+    /// Else it would look at no drive any more, once one has vanished.
+    void restart() {
+        burn_finish();
+        start();
     }
     VELMORA_LATE_CALL(burn_cdtext_from_session);
     VELMORA_LATE_CALL(burn_disc_add_session);
@@ -69,6 +76,7 @@ struct BurnLibrary : LateLibrary {
     VELMORA_LATE_CALL(burn_drive_scan_and_grab);
     VELMORA_LATE_CALL(burn_drive_set_speed);
     VELMORA_LATE_CALL(burn_drive_wrote_well);
+    VELMORA_LATE_CALL(burn_finish);
     VELMORA_LATE_CALL(burn_initialize);
     VELMORA_LATE_CALL(burn_msgs_obtain);
     VELMORA_LATE_CALL(burn_msgs_set_severities);
@@ -96,8 +104,8 @@ struct BurnLibrary : LateLibrary {
     bool ready = false;
 };
 
-const BurnLibrary& library() {
-    static const BurnLibrary only;
+BurnLibrary& library() {
+    static BurnLibrary only;
     return only;
 }
 
@@ -112,6 +120,7 @@ std::mutex& oneAtATime() {
 }
 
 constexpr auto kLook = std::chrono::milliseconds(20); ///< between two looks at what a drive does
+constexpr int kMostLooks = 3000;                      ///< a minute
 
 /// What the library had to complain of since the last call.
 std::vector<std::string> complaints() {
@@ -358,6 +367,11 @@ public:
 private:
     int fd_ = -1;
 };
+/// What the library says when a drive is gone. Then the drive counts as idle and as given back while a thread
+/// of the library still tries to talk to it.
+constexpr std::string_view kVanished = "Failed to transfer command";
+constexpr auto kLastWords = std::chrono::seconds(4);
+
 /// Where a command of the drive stands in a complaint, and what came of the disc then.
 struct FailedCommand {
     std::string_view words;
@@ -372,7 +386,7 @@ constexpr std::array kFailedCommands{
     FailedCommand{"synchronize drive cache", BurnCode::Cache},
     FailedCommand{"command 2Ah", BurnCode::WriteError}, // write
     FailedCommand{"SCSI error on write", BurnCode::WriteError},
-    FailedCommand{"Failed to transfer command", BurnCode::WriteError},
+    FailedCommand{kVanished, BurnCode::WriteError},
 };
 
 struct Failure {
@@ -410,6 +424,7 @@ public:
     void end() {
         goTo(tracks_.list().size() - 1);
         show(1);
+        closing(BurnCode::ClosingSession);
     }
     /// What it was closing when it was last seen, or WriteError: nothing.
     [[nodiscard]] BurnCode atWork() const { return atWork_; }
@@ -519,8 +534,7 @@ std::optional<BurnOutcome> refusal(const CdDrive& drive, const Disc& disc, std::
 BurnOutcome write(const CdDrive& drive, const Grabbed& grabbed, const CdTracks& tracks, const Spool& spool,
                   BurnEvents& events, const std::stop_token& cancel) {
     Layout layout(tracks, spool.descriptor());
-    const bool hasText = takesText(grabbed.drive());
-    if (hasText)
+    if (takesText(grabbed.drive()))
         layout.addText(tracks);
     struct FreeOptions {
         void operator()(burn_write_opts* one) const { library().burn_write_opts_free(one); }
@@ -553,9 +567,11 @@ BurnOutcome write(const CdDrive& drive, const Grabbed& grabbed, const CdTracks& 
         std::this_thread::sleep_for(kLook);
     }
     if (library().burn_drive_wrote_well(grabbed.drive()) == 0) {
+        Failure failure = failureOf(complaints(), watch.atWork());
+        if (failure.detail.find(kVanished) != std::string::npos)
+            std::this_thread::sleep_for(kLastWords);
         if (cancelled)
             return {BurnCode::WriteError, "The disc in " + drive.name + " is not complete.", true};
-        Failure failure = failureOf(complaints(), watch.atWork());
         return {failure.code, drive.name + ": " + failure.detail};
     }
     watch.end();
@@ -729,6 +745,8 @@ BurnOutcome burn(const CdDrive& drive, const CdTracks& tracks, int speed, BurnEv
         outcome = write(drive, grabbed, tracks, spool, events, cancel);
         complaints();
     }
+    if (outcome.detail.find(kVanished) != std::string::npos)
+        library().restart();
     if (outcome.code == BurnCode::Finished)
         outcome = compare(drive, tracks, spool, events, cancel);
     if (outcome.code == BurnCode::Finished)

@@ -83,20 +83,23 @@ class cAudio {
 public:
     /// @param loop served while a call lasts; null to serve nothing
     explicit cAudio(MessageLoop* loop = nullptr) : loop_(loop) {}
+    virtual ~cAudio() = default;
+    cAudio(const cAudio&) = delete;
+    cAudio& operator=(const cAudio&) = delete;
 
     /// The burners of this machine, which may take seconds to ask, and the image as the last one.
-    [[nodiscard]] std::vector<CdDrive> drives();
+    [[nodiscard]] virtual std::vector<CdDrive> drives();
     /// What lies in it; an image takes kLongestDisc.
-    [[nodiscard]] Disc disc(const CdDrive& drive);
+    [[nodiscard]] virtual Disc disc(const CdDrive& drive);
     /// Makes a rewritable disc blank. Blank, or why not, naming the drive. Once begun it can't be cancelled.
-    [[nodiscard]] std::string blank(const CdDrive& drive, BurnEvents& events);
+    [[nodiscard]] virtual std::string blank(const CdDrive& drive, BurnEvents& events);
     /// The speed of what is burnt from now on.
     /// @param row of `speedTexts`; false if the drive refuses it
-    [[nodiscard]] bool setSpeed(const CdDrive& drive, std::size_t row);
+    [[nodiscard]] virtual bool setSpeed(const CdDrive& drive, std::size_t row);
     /// Writes the tracks, then reads every sector back and compares. Too many sectors for the disc, or a disc
     /// that isn't blank, are found before anything is written.
     /// @param image the CUE file, for the image drive
-    [[nodiscard]] BurnOutcome burn(const CdDrive& drive, const CdTracks& tracks,
+    [[nodiscard]] virtual BurnOutcome burn(const CdDrive& drive, const CdTracks& tracks,
                                    const std::filesystem::path& image, BurnEvents& events,
                                    const std::stop_token& cancel = {});
 

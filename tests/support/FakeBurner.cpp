@@ -126,6 +126,8 @@ public:
         return !gone_;
     }
 
+    [[nodiscard]] bool isGone() const { return gone_; }
+
 private:
     [[nodiscard]] std::string medium() const { return setup_.text("medium", "cdr"); }
     [[nodiscard]] bool isLoaded() const { return medium() != "none"; }
@@ -587,7 +589,7 @@ int openDevice() {
                                                                 O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (fd < 0)
         return fd;
-    if (descriptors().empty()) {
+    if (descriptors().empty() || drive()->isGone()) {
         delete drive();
         drive() = new Drive;
     }
