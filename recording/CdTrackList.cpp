@@ -152,8 +152,4 @@ void CdTrackList::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
     }
 }
 
-void CdTrackList::paintEvent(QPaintEvent* event) {
-    QTreeWidget::paintEvent(event);
-}
-
 } // namespace velmora

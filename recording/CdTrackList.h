@@ -26,7 +26,6 @@ public:
 protected:
     void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                  const QModelIndex& index) const override;
-    void paintEvent(QPaintEvent* event) override;
 
 private:
     class Header;
