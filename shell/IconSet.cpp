@@ -176,7 +176,7 @@ constexpr auto kIcons = std::to_array<Icon>({
      {{{Line, "M1.75 4h12.5M1.75 7h6M1.75 10h5"},
        {AccentLine, "M7.75 13.5l.6-2.4 4.6-4.6 1.8 1.8-4.6 4.6z"}}}},
 });
-static_assert(kIcons.size() == 62);
+static_assert(kIcons.size() == 64);
 static_assert(std::ranges::is_sorted(kIcons, {}, &Icon::name));
 
 QByteArray paintOf(Part part, const IconColours& colours) {
