@@ -4,6 +4,7 @@
 #include "base/ProgramFolders.h"
 #include "parts/Desk.h"
 #include "parts/FrmInst.h"
+#include "recording/CDWriter.h"
 #include "setup/frmsetup.h"
 #include "shell/HelpLibrary.h"
 #include "shell/HelpWindow.h"
@@ -60,7 +61,7 @@ constexpr std::array kRows{
     rowOf<frmsynth>(Windows::Name::frmsynth),
     Row{Windows::Name::Record},
     Row{Windows::Name::frmLog},
-    Row{Windows::Name::CDWriter},
+    rowOf<CDWriter>(Windows::Name::CDWriter),
     Row{Windows::Name::MDIScore},
     Row{Windows::Name::fPrint},
     Row{Windows::Name::Wiz},

@@ -29,6 +29,7 @@ struct Command {
 };
 
 extern const Command kInfo;
+extern const Command kBurn;
 extern const Command kConvert;
 extern const Command kEdit;
 extern const Command kPlay;

@@ -25,6 +25,7 @@ constexpr std::array kCommands{
     &kPlay,
     &kRecord,
     &kEncode,
+    &kBurn,
     &kMedia,
     &kTrace,
     &kPerform,

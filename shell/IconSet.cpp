@@ -30,6 +30,7 @@ struct Icon {
 /// On a grid of 16 by 16, lines on quarter points. Sorted by name.
 constexpr auto kIcons = std::to_array<Icon>({
     {"accidental", {{{Line, "M5.75 2.25v11.5M10.25 1.5v11.5M3.25 6.25l9.5-1.5M3.25 11l9.5-1.5"}}}},
+    {"add", {{{Line, "M8 2.75v10.5M2.75 8h10.5"}}}},
     {"back", {{{Line, "M13.25 8h-10.5M7 3.5l-4.5 4.5 4.5 4.5"}}}},
     {"ballline",
      {{{Line, "M2 4.25h12M2 11.75h12"},
@@ -129,6 +130,7 @@ constexpr auto kIcons = std::to_array<Icon>({
        {AccentLine, "M4.25 9.25h7.5v5h-7.5z"}}}},
     {"record", {{{RecordSolid, "M8 8m-5 0a5 5 0 1 0 10 0a5 5 0 1 0 -10 0z"}}}},
     {"redo", {{{Line, "M13.25 6.25h-7a3.75 3.75 0 0 0 0 7.5h3.5M10 2.75l3.5 3.5-3.5 3.5"}}}},
+    {"remove", {{{Line, "M2.75 8h10.5"}}}},
     {"reset", {{{Line, "M3.25 6a5.25 5.25 0 1 1-.4 3.5M3 2.5v3.75h3.75"}}}},
     {"rewind", {{{Line, "M3 3v10"}, {Solid, "M13 3l-7.5 5 7.5 5z"}}}},
     {"rewrite",
@@ -174,7 +176,7 @@ constexpr auto kIcons = std::to_array<Icon>({
      {{{Line, "M1.75 4h12.5M1.75 7h6M1.75 10h5"},
        {AccentLine, "M7.75 13.5l.6-2.4 4.6-4.6 1.8 1.8-4.6 4.6z"}}}},
 });
-static_assert(kIcons.size() == 62);
+static_assert(kIcons.size() == 64);
 static_assert(std::ranges::is_sorted(kIcons, {}, &Icon::name));
 
 QByteArray paintOf(Part part, const IconColours& colours) {

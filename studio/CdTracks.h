@@ -6,10 +6,12 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace velmora {
 
+inline constexpr int kCdRate = 44100; ///< frames a second, of 16-bit stereo
 inline constexpr int kSectorsPerSecond = 75;
 inline constexpr int kSectorBytes = 2352;
 inline constexpr int kSectorFrames = 588;           ///< of 44,100 a second
@@ -18,6 +20,9 @@ inline constexpr std::size_t kMostTracks = 99;
 inline constexpr std::int64_t kDiscOf80Minutes =
     (79 * 60 + 57) * kSectorsPerSecond + 74; ///< the last sector that fits
 inline constexpr std::int64_t kLongestDisc = (99 * 60 + 59) * kSectorsPerSecond + 74;
+
+inline constexpr std::string_view kTooManyTracks = "Only 99 tracks allowed!";
+inline constexpr std::string_view kNotSupported = " is not supported."; ///< behind a file's name
 
 /// A track of an audio CD.
 struct CdTrack {
@@ -30,7 +35,7 @@ struct CdTrack {
 /// The tracks of an audio CD, in order.
 class CdTracks {
 public:
-    /// Blank, or why the file is no track: "Only 99 tracks allowed!", or its name and " is not supported."
+    /// Blank, or why the file is no track: kTooManyTracks, or its name and kNotSupported.
     [[nodiscard]] std::string add(const std::filesystem::path& file);
     void remove(std::size_t track);
     /// False at the ends.

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "studio/BurnEvents.h"
 #include "studio/CdTracks.h"
 
+#include <array>
+#include <cstdint>
 #include <filesystem>
-#include <memory>
-#include <optional>
-#include <span>
 #include <stop_token>
 #include <string>
 #include <string_view>
@@ -14,8 +14,10 @@
 
 namespace velmora {
 
+class MessageLoop;
+
 /// What came of burning.
-enum class BurnCode {
+enum class BurnCode : std::uint8_t {
     ParametersRefused = 0,
     WriteError = 1,
     NoFile = 2,
@@ -27,70 +29,83 @@ enum class BurnCode {
     NoAddress = 9,
     Finished = 10
 };
-/// The text that tells it.
-[[nodiscard]] std::string_view burnText(BurnCode code);
-
-/// What burning tells of, on the thread that called `cAudio::burn`; each may serve events.
-class BurnEvents {
-public:
-    virtual ~BurnEvents() = default;
-    virtual void StartCaching(std::size_t /*track*/) {}
-    virtual void CacheProgress(double /*trackShare*/, double /*totalShare*/) {}
-    virtual void StartWriting(std::size_t /*track*/) {}
-    /// Shares from 0 to 1 that never fall within a track, or the whole.
-    virtual void WriteProgress(double /*trackShare*/, double /*totalShare*/) {}
-    virtual void ClosingTrack(std::size_t /*track*/) {}
-    virtual void ClosingSession() {}
-    virtual void Comparing(double /*share*/) {} ///< every sector is read back
-    virtual void Finished() {}
+/// The texts that tell it.
+inline constexpr std::array kBurnTexts{
+    std::pair{BurnCode::ParametersRefused, std::string_view("Could not send write parameters page.")},
+    std::pair{BurnCode::WriteError, std::string_view("Write error (Buffer Underrun?")}, // without its bracket
+    std::pair{BurnCode::NoFile, std::string_view("Could not access a file.")},
+    std::pair{BurnCode::ClosingTrack, std::string_view("Error closing track.")},
+    std::pair{BurnCode::ClosingSession, std::string_view("Error closing session.")},
+    std::pair{BurnCode::Cache, std::string_view("Synchronizing cache failed.")},
+    std::pair{BurnCode::InvalidMedium, std::string_view("Invalid medium.")},
+    std::pair{BurnCode::NotEmpty, std::string_view("Disk isn't empty!")},
+    std::pair{BurnCode::NoAddress, std::string_view("Could not get next writable address.")},
+    std::pair{BurnCode::Finished, std::string_view("Finished.")},
 };
+[[nodiscard]] std::string_view burnText(BurnCode code);
 
 /// A drive that may be written to, as the list of drives shows it.
 struct CdDrive {
-    std::string name;                ///< shown, and what `--device` takes
-    std::string address;             ///< for the library; blank for the image
-    bool isImage = false;            ///< a CUE and a BIN file
-    std::vector<std::string> speeds; ///< "Max." first, then "N KB/s (Fx)"
+    std::string name;        ///< shown, and what `--device` takes
+    std::string address;     ///< for the library; blank for the image
+    bool isImage = false;    ///< a CUE and a BIN file
+    std::vector<int> speeds; ///< that it can write at, KB/s, the fastest first
+
+    /// "Max." first, then "N KB/s (Fx)".
+    [[nodiscard]] std::vector<std::string> speedTexts() const;
+};
+inline constexpr std::string_view kImageDrive = "Disc image (CUE and BIN file)";
+
+enum class DiscState : std::uint8_t {
+    Blank,
+    Rewritable, ///< written, and can be made blank
+    Full,
+    Absent,
+    Unsuitable,
+    NoDrive ///< it doesn't answer any more
 };
 
-enum class DiscState { Blank, Rewritable, Full, Absent, Unsuitable };
+struct Disc {
+    DiscState state = DiscState::Absent;
+    std::int64_t sectors = 0; ///< that it takes; 0 if nobody knows
+};
 
 struct BurnOutcome {
     BurnCode code = BurnCode::WriteError;
-    std::string detail; ///< more words, naming drive or file; blank if there are none
+    std::string detail = {}; ///< more words, naming drive or file; blank if there are none
     bool cancelled = false;
 };
 
-/// Writes audio CDs: the drives there are, what stands in them, and burning. Libraries and files behind it
-/// are chosen by the drive. Thread-safe: no.
+/// Writes audio CDs: the drives there are, what lies in them, and burning, by a library that is loaded when
+/// it is first asked; and a drive that is always there, the image. What lasts runs on a thread of its own
+/// while the caller's serves its loop, and events come on the caller's. One call at a time. Thread-safe: no.
 class cAudio {
 public:
-    cAudio();
-    ~cAudio();
+    /// @param loop served while a call lasts; null to serve nothing
+    explicit cAudio(MessageLoop* loop = nullptr) : loop_(loop) {}
+    virtual ~cAudio() = default;
     cAudio(const cAudio&) = delete;
     cAudio& operator=(const cAudio&) = delete;
 
     /// The burners of this machine, which may take seconds to ask, and the image as the last one.
-    [[nodiscard]] std::vector<CdDrive> drives();
-    /// The disc in it, and how many sectors it takes; an image takes kLongestDisc.
-    struct Disc {
-        DiscState state = DiscState::Absent;
-        std::int64_t sectors = 0;
-    };
-    [[nodiscard]] Disc disc(const CdDrive& drive);
-    /// Makes a rewritable disc blank. Blank, or why not.
-    [[nodiscard]] std::string blank(const CdDrive& drive, BurnEvents& events, const std::stop_token& cancel);
-    /// @param index into the drive's speeds; false if the drive refuses it
-    bool setSpeed(const CdDrive& drive, std::size_t index);
-    /// Writes the tracks, then reads every sector back and compares.
+    [[nodiscard]] virtual std::vector<CdDrive> drives();
+    /// What lies in it; an image takes kLongestDisc.
+    [[nodiscard]] virtual Disc disc(const CdDrive& drive);
+    /// Makes a rewritable disc blank. Blank, or why not, naming the drive. Once begun it can't be cancelled.
+    [[nodiscard]] virtual std::string blank(const CdDrive& drive, BurnEvents& events);
+    /// The speed of what is burnt from now on.
+    /// @param row of `speedTexts`; false if the drive refuses it
+    [[nodiscard]] virtual bool setSpeed(const CdDrive& drive, std::size_t row);
+    /// Writes the tracks, then reads every sector back and compares. Too many sectors for the disc, or a disc
+    /// that isn't blank, are found before anything is written.
     /// @param image the CUE file, for the image drive
-    [[nodiscard]] BurnOutcome burn(const CdDrive& drive, const CdTracks& tracks,
+    [[nodiscard]] virtual BurnOutcome burn(const CdDrive& drive, const CdTracks& tracks,
                                    const std::filesystem::path& image, BurnEvents& events,
                                    const std::stop_token& cancel = {});
 
 private:
-    struct Parts;
-    std::unique_ptr<Parts> parts_;
+    MessageLoop* loop_;
+    int speed_ = 0; ///< KB/s; 0 for what the drive can at most
 };
 
 } // namespace velmora

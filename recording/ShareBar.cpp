@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "recording/ShareBar.h"
+
+#include "shell/Appearance.h"
+#include "shell/SkinPainter.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace velmora {
+
+namespace {
+constexpr int kWhole = 1000; ///< steps of the bar
+} // namespace
+
+ShareBar::ShareBar(const Appearance& look, QWidget* parent) : QProgressBar(parent), look_(look) {
+    setRange(0, kWhole);
+    setTextVisible(false);
+}
+
+void ShareBar::setShare(double share) {
+    setValue(static_cast<int>(std::clamp(share, 0.0, 1.0) * kWhole));
+}
+
+int ShareBar::percent() const {
+    return value() * 100 / kWhole;
+}
+
+void ShareBar::paintEvent(QPaintEvent* /*event*/) {
+    const Skin& skin = look_.skin();
+    const double radius = groupRadius(skin);
+    QPainter painter(this);
+    fillRounded(painter, rect(), radius, toQColor(skin.groove));
+    const double filled = width() * static_cast<double>(value()) / kWhole;
+    if (filled < 1)
+        return;
+    painter.setClipRect(QRectF(0, 0, filled, height()));
+    fillRounded(painter, rect(), radius, toQColor(skin.accent));
+}
+
+} // namespace velmora
