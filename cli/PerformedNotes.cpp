@@ -18,7 +18,7 @@ SessionPlayer::End PerformedNotes::playNotes(bool /*showPosition*/,
                                              const std::function<void(double)>& progress) {
     if (!player_ || !player_->play(0, std::numeric_limits<std::int64_t>::max()))
         return End::Over;
-    while (player_->mode() == MediaMode::Playing) {
+    while (player_->isSounding()) {
         loop_.serveUntil(loop_.now() + kStepSeconds);
         const auto length = static_cast<double>(std::max<std::int64_t>(player_->length(), 1));
         progress(std::min(1.0, static_cast<double>(player_->position()) / length));

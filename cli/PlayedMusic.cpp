@@ -73,7 +73,7 @@ void playToTheEnd(MusicPlayer& player, AudioOutput& output, const std::vector<Pi
     player.play(0, player.length());
     {
         Announcer announcer(pieces);
-        while (player.mode() == MediaMode::Playing && !interrupted()) {
+        while (player.isSounding() && !interrupted()) {
             announcer.show(player.position());
             loop.serveUntil(loop.now() + kLookSeconds);
         }

@@ -17,7 +17,7 @@ public:
 
     /// Frames a second in which `length` and `seek` count; what is read has the mix's. It never changes.
     [[nodiscard]] virtual int rate() const = 0;
-    /// Frames; as long as they aren't known, as many as there are at least.
+    /// Frames to the end of its range; a performance rings out after that.
     [[nodiscard]] virtual std::int64_t length() const = 0;
     /// The next `read` begins at that frame, 0 to `length`.
     virtual void seek(std::int64_t frame) = 0;

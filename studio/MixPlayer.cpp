@@ -51,9 +51,15 @@ std::int64_t MixPlayer::position() const {
     return std::min(framesAtRate(frame, kAudioRate, rate_), length());
 }
 
+/// What rings out after the end is no playing any more.
 MediaMode MixPlayer::mode() const {
-    const bool isOver = mode_ == MediaMode::Playing && isThrough_.load(std::memory_order_acquire);
+    const bool isOver =
+        mode_ == MediaMode::Playing && (isThrough_.load(std::memory_order_acquire) || position() >= length());
     return isOver ? MediaMode::Stopped : mode_;
+}
+
+bool MixPlayer::isSounding() const {
+    return mode_ == MediaMode::Playing && !isThrough_.load(std::memory_order_acquire);
 }
 
 std::string MixPlayer::problem() const {

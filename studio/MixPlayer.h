@@ -36,6 +36,7 @@ public:
     [[nodiscard]] std::int64_t length() const override { return length_.load(std::memory_order_acquire); }
     [[nodiscard]] std::int64_t position() const override;
     [[nodiscard]] MediaMode mode() const override;
+    [[nodiscard]] bool isSounding() const override;
     bool play(std::int64_t from, std::int64_t to) override;
     bool pause() override;
     bool resume() override;

@@ -30,7 +30,7 @@ public:
     [[nodiscard]] static OpenedMusic openRow(const std::vector<std::filesystem::path>& files, Mix& mix);
     /// What a score or a MIDI file sends, in order of time: with a synthesizer of its own, placed on the same
     /// frames in each playing, so that the mix has what `renderOffline` writes of it. After the last message
-    /// it rings out as that does; `length` holds it, too, as soon as it is known.
+    /// it rings out as that does.
     [[nodiscard]] static OpenedMusic perform(std::vector<TimedMessage> messages, Mix& mix,
                                              const std::filesystem::path& soundFont);
 
@@ -41,6 +41,8 @@ public:
     /// Of the next frame that the mix gets; at the end of its range the end of it.
     [[nodiscard]] virtual std::int64_t position() const = 0;
     [[nodiscard]] virtual MediaMode mode() const = 0;
+    /// Whether anything of it comes into the mix: while it plays, and while MIDI rings out after its end.
+    [[nodiscard]] virtual bool isSounding() const = 0;
 
     /// Plays a range of frames; at its end the player is stopped. False for a range that is empty or begins
     /// beyond the end; @p to beyond the end is the end.

@@ -142,7 +142,7 @@ void MusicSession::PlayMP3() {
 void MusicSession::followPlay(const Turn& turn) {
     while (const MusicPlayer* const playing = player()) {
         showProgress(*playing);
-        if (playing->mode() != MediaMode::Playing && playing->mode() != MediaMode::Paused)
+        if (playing->mode() == MediaMode::Stopped && !playing->isSounding())
             return closeAtEnd(playing->problem());
         const double moment = loop_.now() + kStepSeconds;
         loop_.serveUntil(moment);

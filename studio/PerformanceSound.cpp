@@ -53,13 +53,6 @@ PerformanceSound::PerformanceSound(SynthEngine& engine, std::span<const TimedMes
     chase();
 }
 
-std::int64_t PerformanceSound::leastFrames(std::span<const TimedMessage> messages, int rate) {
-    std::int64_t last = 0;
-    for (const TimedMessage& message : messages)
-        last = std::max(last, gridFrameOf(message.seconds, rate));
-    return last + static_cast<std::int64_t>(kQuietSeconds * rate);
-}
-
 /// Everything but notes, in its order, since controllers build on each other; of the instruments only those
 /// that are chosen at last, which have to be read from the disk.
 void PerformanceSound::chase() {

@@ -35,9 +35,6 @@ public:
     /// Where the next stretch begins; at the end, how many frames there are.
     [[nodiscard]] std::int64_t frame() const { return given_; }
 
-    /// How many frames there are at least.
-    [[nodiscard]] static std::int64_t leastFrames(std::span<const TimedMessage> messages, int rate);
-
 private:
     [[nodiscard]] std::int64_t gridFrame(double seconds) const;
     void chase();

@@ -2,6 +2,7 @@
 #include "studio/PerformedFrames.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace velmora {
@@ -11,7 +12,7 @@ PerformedFrames::PerformedFrames(std::vector<TimedMessage> messages, std::unique
     : messages_(std::move(messages))
     , engine_(std::move(engine))
     , options_(std::move(options))
-    , length_(PerformanceSound::leastFrames(messages_, options_.sampleRate)) {
+    , length_(messages_.empty() ? 0 : std::llround(messages_.back().seconds * options_.sampleRate)) {
     sound_.emplace(*engine_, messages_, options_.sampleRate);
 }
 
@@ -34,10 +35,8 @@ std::size_t PerformedFrames::read(std::span<float> interleaved, const std::stop_
             rest_ = sound_->next(cancel);
             if (cancel.stop_requested())
                 break;
-            if (rest_.empty()) {
-                length_ = sound_->frame();
+            if (rest_.empty())
                 break;
-            }
         }
         const auto piece = rest_.first(std::min(rest_.size(), interleaved.size() - done));
         std::ranges::copy(piece, interleaved.begin() + static_cast<std::ptrdiff_t>(done));

@@ -296,13 +296,13 @@ void RecordingSession::Recordcontrol2() {
     const MediaAnswer answer = media_.send("capability capture can save");
     say(answer.value == "true" ? "File Can be saved" : "File Cannot be saved");
     if (!state_.InputPath.empty()) {
-        const std::string saved = modMultimedia::saveCapture(media_, state_.InputPath.string());
-        if (saved == modMultimedia::kSuccess) {
+        const MediaAnswer saved = media_.send("save capture " + state_.InputPath.string());
+        if (saved.succeeded()) {
             say("File was saved as " + state_.InputPath.string());
             state_.Text6 = state_.InputPath.string();
         } else {
             if (failure_.empty())
-                failure_ = saved;
+                failure_ = saved.error;
             say("File was NOT saved");
         }
     }
@@ -399,7 +399,8 @@ void RecordingSession::Command20_Click() {
     endEncoding();
 }
 
-/// Where the MP3 file goes; blank if the user doesn't say. No old file is touched before the new one is whole.
+/// Where the MP3 file goes; blank if the user doesn't say. No old file is touched before the new one is
+/// whole.
 fs::path RecordingSession::askTarget(const fs::path& wav) {
     fs::path mp3 = fs::path(wav).replace_extension(".mp3");
     while (isThere(mp3) && screen_ &&

@@ -23,7 +23,6 @@ std::vector<float> sounded(const std::vector<TimedMessage>& messages, std::int64
         EXPECT_EQ(sound.frame(), from + static_cast<std::int64_t>(samples.size() / 2));
     }
     EXPECT_TRUE(sound.next().empty()) << "the end is the end";
-    EXPECT_GE(sound.frame(), PerformanceSound::leastFrames(messages, kRate));
     return samples;
 }
 
