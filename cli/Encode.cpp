@@ -6,7 +6,7 @@
 #include "cli/ProgressBar.h"
 #include "cli/ScoreOptions.h"
 #include "cli/Words.h"
-#include "studio/Encoder.h"
+#include "studio/OtherFormats.h"
 
 #include <QCommandLineParser>
 
@@ -60,7 +60,7 @@ int run(const QCommandLineParser& parser) {
     EncodeOutcome outcome;
     {
         ProgressBar bar(job.mp3.filename().string());
-        outcome = encode(
+        outcome = encodeByName(
             job,
             [&](double share) {
                 bar.show(share);
@@ -71,7 +71,7 @@ int run(const QCommandLineParser& parser) {
     }
     if (outcome.end == EncodeOutcome::End::Cancelled)
         throw Failure("Writing \"" + job.mp3.string() + "\" was cancelled; what was there before still is.");
-    if (outcome.end == EncodeOutcome::End::Done && outcome.bitrate != job.settings.bitrate)
+    if (outcome.bitrate != 0 && outcome.bitrate != job.settings.bitrate)
         std::fprintf(stderr, "velmora-cli: \"%s\" has %d kbit/s instead of %d, the most at %d Hz\n",
                      job.mp3.c_str(), outcome.bitrate, job.settings.bitrate, outcome.rate);
     if (!outcome.error.empty())

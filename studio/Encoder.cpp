@@ -58,8 +58,9 @@ std::unique_ptr<SampleSink> makeMp3Sink(fs::path mp3, EncodeSettings settings, i
     return std::make_unique<FittingSink>(std::move(file), fit, std::move(mp3));
 }
 
-EncodeOutcome encode(const EncodeJob& job, const std::function<void(double)>& progress,
-                     const std::stop_token& cancel) {
+EncodeOutcome encodeThrough(const EncodeJob& job,
+                            const std::function<std::unique_ptr<SampleSink>(const SoundInfo&)>& makeSink,
+                            const std::function<void(double)>& progress, const std::stop_token& cancel) {
     std::error_code error;
     if (fs::equivalent(job.wav, job.mp3, error))
         return failed("\"" + job.mp3.string() +
@@ -67,18 +68,28 @@ EncodeOutcome encode(const EncodeJob& job, const std::function<void(double)>& pr
     const OpenedSound opened = openSound(job.wav);
     if (!opened.reader)
         return failed(opened.error);
-    const SoundInfo& info = opened.reader->info();
-    const auto sink = makeMp3Sink(job.mp3, job.settings, info.rate, info.channels);
+    const auto sink = makeSink(opened.reader->info());
     if (std::string problem = sink->open(); !problem.empty())
         return failed(std::move(problem));
     PourOutcome poured = pour(*opened.reader, job.wav, *sink, progress, cancel);
     EncodeOutcome outcome{.end = poured.end, .error = std::move(poured.error)};
-    if (outcome.end != End::Done)
-        return outcome;
-    outcome.rate = encodedFormat(job.settings, info.rate, info.channels).rate;
-    outcome.bitrate = bitrateAt(outcome.rate, job.settings.bitrate);
-    if (job.deleteWav)
+    if (outcome.end == End::Done && job.deleteWav)
         outcome.error = deleteEncoded(job.wav, job.mp3);
+    return outcome;
+}
+
+EncodeOutcome encode(const EncodeJob& job, const std::function<void(double)>& progress,
+                     const std::stop_token& cancel) {
+    int rate = 0;
+    const auto makeSink = [&](const SoundInfo& info) {
+        rate = encodedFormat(job.settings, info.rate, info.channels).rate;
+        return makeMp3Sink(job.mp3, job.settings, info.rate, info.channels);
+    };
+    EncodeOutcome outcome = encodeThrough(job, makeSink, progress, cancel);
+    if (outcome.end == End::Done) {
+        outcome.rate = rate;
+        outcome.bitrate = bitrateAt(rate, job.settings.bitrate);
+    }
     return outcome;
 }
 

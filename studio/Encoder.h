@@ -49,6 +49,13 @@ struct EncodeOutcome {
 [[nodiscard]] EncodeOutcome encode(const EncodeJob& job, const std::function<void(double)>& progress = {},
                                    const std::stop_token& cancel = {});
 
+struct SoundInfo;
+/// The same into any sink, which `makeSink` gives for what the WAV file holds.
+[[nodiscard]] EncodeOutcome
+encodeThrough(const EncodeJob& job,
+              const std::function<std::unique_ptr<SampleSink>(const SoundInfo&)>& makeSink,
+              const std::function<void(double)>& progress, const std::stop_token& cancel);
+
 /// Rate and mode of the file that a sound of that rate and number of channels becomes.
 [[nodiscard]] EncoderFormat encodedFormat(const EncodeSettings& settings, int rate, int channels);
 

@@ -55,75 +55,45 @@ std::string Mp3File::open() {
     if (std::string error = file_.open(); !error.empty())
         return error;
     writer_.OpenFile(file_.descriptor(), path_);
-    return start(id3Bytes({options_.title, options_.artist, std::move(cover.bytes)}));
-}
-
-std::string Mp3File::start(const std::string& tag) {
+    const std::string tag = id3Bytes({options_.title, options_.artist, std::move(cover.bytes)});
+    tagSize_ = tag.size();
+    if (!keep({reinterpret_cast<const unsigned char*>(tag.data()), tag.size()}))
+        return file_.failure(writer_.lastResult());
     EncoderRecord record = recordOf(options_);
     record.hasInfoFrame = file_.canBeRewound();
-    std::uint32_t outputSize = 0;
-    if (const int code = beInitStream(record, samples_, outputSize, stream_); code != kBeSuccessful)
-        return file_.failure("Lame: " + std::string(beErrorText(code)));
-    encoded_.resize(outputSize);
-    waiting_.reserve(samples_);
-    tagSize_ = tag.size();
-    return writer_.WriteBytes(tag.data(), tag.size()) == clsFileIo::kDone
-               ? ""
-               : file_.failure(writer_.lastResult());
+    stream_.emplace(record, [this](std::span<const unsigned char> bytes) { return keep(bytes); });
+    return told(stream_->open());
 }
 
 std::string Mp3File::write(std::span<const float> interleaved) {
-    while (!interleaved.empty()) {
-        if (waiting_.empty() && interleaved.size() >= samples_) {
-            if (std::string error = encode(interleaved.first(samples_)); !error.empty())
-                return error;
-            interleaved = interleaved.subspan(samples_);
-            continue;
-        }
-        const auto taken = interleaved.first(std::min(interleaved.size(), samples_ - waiting_.size()));
-        waiting_.insert(waiting_.end(), taken.begin(), taken.end());
-        interleaved = interleaved.subspan(taken.size());
-        if (waiting_.size() < samples_)
-            break;
-        if (std::string error = encode(waiting_); !error.empty())
-            return error;
-        waiting_.clear();
-    }
-    return {};
+    return told(stream_->write(interleaved));
 }
 
-std::string Mp3File::encode(std::span<const float> block) {
-    std::uint32_t written = 0;
-    const int code = beEncodeChunk(stream_, block, encoded_, written);
-    return keep(code, written);
+std::string Mp3File::finish() {
+    if (std::string error = told(stream_->finish()); !error.empty())
+        return error;
+    if (std::string error = file_.overwrite(tagSize_, std::as_bytes(std::span(stream_->info())));
+        !error.empty())
+        return error;
+    writer_.CloseFile();
+    return file_.commit();
 }
 
-std::string Mp3File::keep(int code, std::uint32_t written) {
-    if (code != kBeSuccessful)
-        return file_.failure("Lame: " + std::string(beErrorText(code)));
-    if (written > 0 && writer_.WriteBytes(encoded_.data(), written) != clsFileIo::kDone)
+std::string Mp3File::told(int code) {
+    if (stream_->isRefused())
         return file_.failure(writer_.lastResult());
-    unflushed_ += written;
+    return code == kBeSuccessful ? std::string() : file_.failure("Lame: " + std::string(beErrorText(code)));
+}
+
+bool Mp3File::keep(std::span<const unsigned char> bytes) {
+    if (writer_.WriteBytes(bytes.data(), bytes.size()) != clsFileIo::kDone)
+        return false;
+    unflushed_ += bytes.size();
     if (unflushed_ >= kFlushBytes) {
         file_.beginFlushing();
         unflushed_ = 0;
     }
-    return {};
-}
-
-std::string Mp3File::finish() {
-    if (std::string error = encode(waiting_); !error.empty())
-        return error;
-    std::uint32_t written = 0;
-    const int code = beDeinitStream(stream_, encoded_, written);
-    if (std::string error = keep(code, written); !error.empty())
-        return error;
-    const std::size_t size = infoFrame(stream_, encoded_);
-    const auto info = std::as_bytes(std::span(encoded_).first(size));
-    if (std::string error = file_.overwrite(tagSize_, info); !error.empty())
-        return error;
-    writer_.CloseFile();
-    return file_.commit();
+    return true;
 }
 
 } // namespace velmora

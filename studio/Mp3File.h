@@ -3,13 +3,14 @@
 
 #include "base/PendingFile.h"
 #include "studio/EncoderTables.h"
+#include "studio/Mp3Stream.h"
 #include "studio/SampleSink.h"
 #include "studio/clsFileIo.h"
-#include "studio/modLAME.h"
 
 #include <filesystem>
+#include <optional>
+#include <span>
 #include <string>
-#include <vector>
 
 namespace velmora {
 
@@ -37,18 +38,14 @@ public:
     [[nodiscard]] std::string finish() override;
 
 private:
-    [[nodiscard]] std::string start(const std::string& tag);
-    [[nodiscard]] std::string encode(std::span<const float> block);
-    [[nodiscard]] std::string keep(int code, std::uint32_t written);
+    [[nodiscard]] std::string told(int code);
+    bool keep(std::span<const unsigned char> bytes);
 
     std::filesystem::path path_;
     PendingFile file_;
     clsFileIo writer_;
     Mp3Options options_;
-    LameStream stream_;
-    std::uint32_t samples_ = 0;  ///< values of a block
-    std::vector<float> waiting_; ///< less than a block
-    std::vector<unsigned char> encoded_;
+    std::optional<Mp3Stream> stream_;
     std::size_t tagSize_ = 0;   ///< bytes in front of the first frame
     std::size_t unflushed_ = 0; ///< bytes that no one has sent to the disk yet
 };

@@ -3,56 +3,22 @@
 
 #include "../sound/TestSound.h"
 #include "tests/studio/Mp3Walk.h"
+#include "tests/studio/TestMusic.h"
 #include "tests/studio/TestSinks.h"
 
 #include <gmock/gmock.h>
-#include <sndfile.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <csignal>
 #include <random>
 #include <thread>
 
 using namespace velmora;
+using namespace velmora::testmusic;
 using namespace velmora::testsinks;
 using testing::HasSubstr;
 using End = EncodeOutcome::End;
 
 namespace {
-/// Notes and noise, other on each side; in 16 bits.
-std::vector<float> music(int rate, int channels, int frames) {
-    std::mt19937 random(7);
-    std::uniform_real_distribution<double> noise(-0.02, 0.02);
-    std::vector<float> samples;
-    for (int i = 0; i < frames; ++i) {
-        for (int side = 0; side < channels; ++side) {
-            const double phase = 2 * std::numbers::pi * (side == 0 ? 440.0 : 554.4) * i / rate;
-            samples.push_back(
-                static_cast<float>(std::lround((0.4 * std::sin(phase) + noise(random)) * 32768)) / 32768.0F);
-        }
-    }
-    return samples;
-}
-
-void writeWav(const std::filesystem::path& path, std::span<const float> samples, int rate, int channels) {
-    SF_INFO info{};
-    info.samplerate = rate;
-    info.channels = channels;
-    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
-    SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
-    ASSERT_NE(file, nullptr);
-    sf_write_float(file, samples.data(), static_cast<sf_count_t>(samples.size()));
-    sf_close(file);
-}
-
-struct Decoded {
-    std::vector<float> samples;
-    int rate = 0;
-    int channels = 0;
-    std::int64_t frames = 0;
-};
-
 struct EncoderTest : testing::Test {
     QTemporaryDir temporary;
     std::filesystem::path folder = temporary.path().toStdString();
@@ -64,34 +30,13 @@ struct EncoderTest : testing::Test {
         const std::string out = (folder / "decoded").string();
         const Witness witness = ask("mpg123 -q -w '" + out + "' '" + file.string() + "'");
         EXPECT_EQ(witness.exitCode, 0) << witness.output;
-        SF_INFO info{};
-        SNDFILE* sound = sf_open(out.c_str(), SFM_READ, &info);
-        Decoded result;
-        if (!sound)
-            return result;
-        result.samples.resize(static_cast<std::size_t>(info.frames * info.channels));
-        sf_readf_float(sound, result.samples.data(), info.frames);
-        sf_close(sound);
+        Decoded result = readSound(out);
         std::filesystem::remove(out);
-        result.rate = info.samplerate;
-        result.channels = info.channels;
-        result.frames = info.frames;
         return result;
     }
 
     EncodeOutcome made(EncodeSettings settings = {}) { return encode({wav, mp3, std::move(settings)}); }
 };
-
-/// In decibels, how far the difference lies below the sound.
-double belowSound(std::span<const float> sound, std::span<const float> other) {
-    double wanted = 0;
-    double difference = 0;
-    for (std::size_t i = 0; i < std::min(sound.size(), other.size()); ++i) {
-        wanted += double{sound[i]} * sound[i];
-        difference += (double{sound[i]} - other[i]) * (double{sound[i]} - other[i]);
-    }
-    return 10 * std::log10(wanted / difference);
-}
 
 /// One side of interleaved stereo.
 std::vector<float> side(std::span<const float> samples, std::size_t which) {
@@ -101,21 +46,6 @@ std::vector<float> side(std::span<const float> samples, std::size_t which) {
     return one;
 }
 
-/// Files can't grow beyond some bytes while this lives, as on a disk that is full.
-struct FullDisk {
-    explicit FullDisk(rlim_t size) {
-        getrlimit(RLIMIT_FSIZE, &old);
-        handler = std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit small{size, old.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~FullDisk() {
-        setrlimit(RLIMIT_FSIZE, &old);
-        std::signal(SIGXFSZ, handler);
-    }
-    rlimit old{};
-    void (*handler)(int) = SIG_DFL;
-};
 } // namespace
 
 TEST_F(EncoderTest, TheFileHasRateAndChannelsOfTheTake) {
