@@ -40,6 +40,13 @@ public:
     }
     void Finished() override { add("finished"); }
 
+    /// Another burning begins.
+    void begin() {
+        told.clear();
+        last.clear();
+        track_ = 0;
+    }
+
     std::vector<std::string> told;
     std::map<std::string, double> last; ///< of the shares of the whole
     std::function<void(double)> onWriting;
@@ -91,6 +98,7 @@ protected:
         return tracksOf({writeWav(at("Für Elise.wav"), first), writeWav(at("two.wav"), second)});
     }
     BurnOutcome burn(const std::stop_token& cancel = {}) {
+        events_.begin();
         return audio_.burn(drive(), twoTracks(), {}, events_, cancel);
     }
     [[nodiscard]] bool wrote() const { return std::filesystem::exists(at("disc")); }
@@ -162,9 +170,9 @@ TEST_F(BurnerTest, TwoTracksAreWrittenByteForByteAndReadBack) {
     EXPECT_EQ(outcome.code, BurnCode::Finished) << outcome.detail;
     EXPECT_EQ(readFile(at("disc")), sectors_);
     EXPECT_EQ(readFile(at("toc")), "0\n401\nout 701\n");
-    EXPECT_THAT(events_.told, testing::ElementsAre("cache 0", "caching", "cache 1", "caching", "write 0",
-                                                   "writing", "write 1", "writing", "close session",
-                                                   "comparing", "finished"));
+    EXPECT_THAT(events_.told,
+                testing::ElementsAre("cache 0", "caching", "cache 1", "caching", "write 0", "writing",
+                                     "write 1", "writing", "close session", "comparing", "finished"));
     for (const char* what : {"caching", "writing", "comparing"})
         EXPECT_EQ(events_.last[what], 1) << what;
     std::int64_t readBack = 0;
@@ -324,6 +332,7 @@ TEST_F(BurnerTest, ComparingIsCancelled) {
     cancel = {};
     cancel.request_stop();
     const auto before = commands("2a");
+    events_.begin();
     EXPECT_EQ(audio_.blank(drive(), events_), "");
     EXPECT_TRUE(burn(cancel.get_token()).cancelled);
     EXPECT_EQ(commands("2a"), before); // cancelled before it began

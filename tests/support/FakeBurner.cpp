@@ -440,6 +440,7 @@ private:
     /// Where the tracks of a disc that is written at once begin.
     Sense cueSheet(std::span<const std::uint8_t> out) {
         planned_.clear();
+        stored_ = 0;
         for (std::size_t at = 0; at + 8 <= out.size(); at += 8) {
             const int track = out[at + 1];
             const int index = out[at + 2];
