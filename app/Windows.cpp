@@ -108,6 +108,10 @@ void ProgramWindows::open(Name name, Focus focus) {
         rowAt(name).open(made(name), focus);
 }
 
+void ProgramWindows::openScore(const std::filesystem::path& file) {
+    composing().openScore(file);
+}
+
 void ProgramWindows::help(const QString& page) {
     if (!help_) {
         const auto folder = helpFolder();
