@@ -5,6 +5,8 @@
 #include "parts/Desk.h"
 #include "parts/FrmInst.h"
 #include "recording/CDWriter.h"
+#include "recording/Record.h"
+#include "recording/frmLog.h"
 #include "setup/frmsetup.h"
 #include "shell/HelpLibrary.h"
 #include "shell/HelpWindow.h"
@@ -59,8 +61,8 @@ constexpr std::array kRows{
     rowOf<form1>(Windows::Name::form1), // first: the others stand over it
     rowOf<frmsetup>(Windows::Name::frmsetup),
     rowOf<frmsynth>(Windows::Name::frmsynth),
-    Row{Windows::Name::Record},
-    Row{Windows::Name::frmLog},
+    rowOf<Record>(Windows::Name::Record),
+    rowOf<frmLog>(Windows::Name::frmLog),
     rowOf<CDWriter>(Windows::Name::CDWriter),
     Row{Windows::Name::MDIScore},
     Row{Windows::Name::fPrint},
@@ -106,6 +108,10 @@ form1& ProgramWindows::composing() {
 void ProgramWindows::open(Name name, Focus focus) {
     if (has(name))
         rowAt(name).open(made(name), focus);
+}
+
+void ProgramWindows::openScore(const std::filesystem::path& file) {
+    composing().openScore(file);
 }
 
 void ProgramWindows::help(const QString& page) {

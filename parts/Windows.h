@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 
 class QWidget;
@@ -38,6 +39,8 @@ public:
     [[nodiscard]] virtual bool has(Name name) const = 0;
     /// Brings the window up, made at the first call.
     virtual void open(Name name, Focus focus = Focus::Take) = 0;
+    /// Opens a score in the composing window, which asks first where another would be lost.
+    virtual void openScore(const std::filesystem::path& file) = 0;
     /// Shows a page of the help.
     virtual void help(const QString& page) = 0;
     /// Opens the instrument picker over a window; @p picked runs when the choice is kept.

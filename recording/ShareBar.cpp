@@ -20,7 +20,11 @@ ShareBar::ShareBar(const Appearance& look, QWidget* parent) : QProgressBar(paren
 }
 
 void ShareBar::setShare(double share) {
-    setValue(static_cast<int>(std::clamp(share, 0.0, 1.0) * kWhole));
+    const int steps = static_cast<int>(std::clamp(share, 0.0, 1.0) * kWhole);
+    if (steps == value())
+        return;
+    setValue(steps); // which repaints by what its own painting would have kept
+    update();
 }
 
 int ShareBar::percent() const {

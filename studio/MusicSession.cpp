@@ -125,10 +125,24 @@ void MusicSession::PlayMP3() {
         return ResumeMP3();
     if (!isOpen() && !files_.empty() && !openRow(std::vector(files_)))
         return;
+    start(0, 0);
+}
+
+void MusicSession::PlayPart(double from, double to) {
+    const std::int32_t length = modMultimedia::lengthInFrames(media_, kMusic);
+    const auto frameAt = [length](double share) {
+        return static_cast<std::int32_t>(std::lround(std::clamp(share, 0.0, 1.0) * length));
+    };
+    if (length > 0)
+        start(frameAt(from), frameAt(to));
+}
+
+/// @param to at or below 0 is the end
+void MusicSession::start(std::int32_t from, std::int32_t to) {
     state_.Status.clear();
     state_.share = 0;
     const Turn turn(plays_);
-    if (modMultimedia::play(media_, kMusic, 0, 0) != kSuccess) {
+    if (modMultimedia::play(media_, kMusic, from, to) != kSuccess) {
         say("Error: Can't play this file. Try another file.");
         return;
     }

@@ -40,6 +40,8 @@ public:
     /// "Play from File": from its beginning to its end. What is paused goes on, what plays isn't disturbed,
     /// and what was played to its end and closed is opened again.
     void PlayMP3();
+    /// Plays a part of what is open, in shares of its length, whatever it does now.
+    void PlayPart(double from, double to);
     /// What is paused already goes on.
     void PauseMP3();
     void ResumeMP3();
@@ -59,6 +61,7 @@ public:
 
 private:
     bool openFiles(std::vector<std::filesystem::path> files, const std::string& words);
+    void start(std::int32_t from, std::int32_t to);
     void followPlay(const Turn& turn);
     void closeAtEnd(const std::string& problem);
     void showProgress(const MusicPlayer& player);

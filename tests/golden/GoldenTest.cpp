@@ -23,7 +23,7 @@ std::vector<Case> cases(std::initializer_list<int> skins) {
             list.push_back({skin, scale});
     return list;
 }
-std::string nameOf(const testing::TestParamInfo<Case>& info) {
+std::string caseName(const testing::TestParamInfo<Case>& info) {
     return "Skin" + std::to_string(info.param.skin) + "Scale" + std::to_string(info.param.scale);
 }
 
@@ -41,7 +41,7 @@ void settle(QWidget& window) {
 } // namespace
 
 class InEverySkin : public testing::TestWithParam<Case> {};
-INSTANTIATE_TEST_SUITE_P(Golden, InEverySkin, testing::ValuesIn(cases({1, 2, 3, 4, 5, 6, 7, 8})), nameOf);
+INSTANTIATE_TEST_SUITE_P(Golden, InEverySkin, testing::ValuesIn(cases({1, 2, 3, 4, 5, 6, 7, 8})), caseName);
 
 TEST_P(InEverySkin, TheStartWindowLooksAsKept) {
     GoldenProgram program(GetParam().skin);
@@ -59,7 +59,7 @@ TEST_P(InEverySkin, TheEmptyComposingWindowLooksAsKept) {
 }
 
 class InSomeSkins : public testing::TestWithParam<Case> {};
-INSTANTIATE_TEST_SUITE_P(Golden, InSomeSkins, testing::ValuesIn(cases({1, 6, 7})), nameOf);
+INSTANTIATE_TEST_SUITE_P(Golden, InSomeSkins, testing::ValuesIn(cases({1, 6, 7})), caseName);
 
 TEST_P(InSomeSkins, TheSheetOfPartsLooksAsKept) {
     GoldenProgram program(GetParam().skin);

@@ -84,6 +84,7 @@ constexpr auto kItems = std::to_array<ItemRow>({
     {"mnuRecordpopup2", "RecordStop", kOne, "Stop Recording"},
     {"mnuRecordpopup2", "mnuEncode", kOne, "Encode MP3"},
     {"mnuRecordpopup2", "mnuBurnCD", kOne, "Burn CD"},
+    {"mnuRecordpopup3", "mnuRecordHelp", kOne, "Help"},
     {"mnusngwriPopup1", "mnuNewscoreSW", kOne, "New Score"},
     {"mnusngwriPopup1", "mnuOpenscoreSW", kOne, "Open Score"},
     {"mnusngwriPopup1", "mnuSavescoreASSW", kOne, "Save Score As"},

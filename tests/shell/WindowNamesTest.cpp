@@ -3,6 +3,8 @@
 #include "WindowFixture.h"
 #include "golden/GoldenWindows.h"
 #include "parts/FrmInst.h"
+#include "recording/Record.h"
+#include "recording/frmLog.h"
 #include "setup/frmsetup.h"
 #include "shell/HelpWindow.h"
 #include "shell/openerF.h"
@@ -76,6 +78,20 @@ TEST(WindowNamesTest, EveryControlOfTheSetupToolbarSaysWhatItIs) {
         window.Lmnu_Click(panel);
         expectWords(window);
     }
+}
+
+TEST(WindowNamesTest, EveryControlOfTheRecordingStudioSaysWhatItIs) {
+    GoldenProgram program(1);
+    Record window(program.desk(), nullptr);
+    window.show();
+    expectWords(window);
+    expectNames(window);
+    window.showTake(true);
+    expectWords(window);
+    frmLog log(program.desk(), nullptr);
+    log.show();
+    expectWords(log);
+    expectNames(log);
 }
 
 TEST(WindowNamesTest, EveryControlOfTheSmallWindowsSaysWhatItIs) {

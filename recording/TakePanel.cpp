@@ -1,0 +1,279 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "recording/TakePanel.h"
+
+#include "base/Dialogs.h"
+#include "base/ProgramFolders.h"
+#include "base/QtText.h"
+#include "base/Text.h"
+#include "parts/Desk.h"
+#include "recording/Waveform.h"
+#include "shell/CommandButton.h"
+#include "shell/ExToolTip.h"
+#include "shell/SkinPainter.h"
+#include "studio/Studio.h"
+#include "studio/TrimTake.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+
+#include <cmath>
+#include <utility>
+
+namespace velmora {
+
+namespace {
+namespace fs = std::filesystem;
+
+constexpr int kPadding = 12;
+constexpr int kPictureTop = 34;
+constexpr int kRow = 24;
+constexpr int kRowStep = 32;
+constexpr int kLabel = 32;
+constexpr int kFollowMilliseconds = 60;
+constexpr double kFadeSeconds = 1;
+
+/// A name beside the file that no file has yet: "take cut.wav", "take cut 2.wav".
+fs::path freeName(const fs::path& file, const std::string& word) {
+    std::error_code ignored;
+    fs::path name;
+    int number = 1;
+    do {
+        name = file.parent_path() / file.stem();
+        name += ' ' + word + (number > 1 ? ' ' + std::to_string(number) : std::string());
+        name += file.extension();
+        ++number;
+    } while (fs::exists(name, ignored));
+    return name;
+}
+
+bool isWav(const fs::path& file) {
+    return toLower(file.extension().string()) == ".wav";
+}
+} // namespace
+
+TakePanel::TakePanel(const StudioParts& parts, QWidget* parent)
+    : QGroupBox("The Take", parent)
+    , parts_(parts)
+    , studio_(parts.desk.studio)
+    , waveform_(new Waveform(parts.look, this))
+    , playPart_(addButton("playPart", "Play Part", {"Play Part", "Plays what is between the marks", "play"}))
+    , cut_(addButton("cut", "Cut to Part",
+                     {"Cut to Part", "Makes a file of what is between the marks; the old one stays", "cut"}))
+    , fade_(new QCheckBox("Fade", this))
+    , words_(new QLabel(this))
+    , title_(addField("title", "Title", "Stands in the files that are made of it, for music players",
+                      studio_.state.title))
+    , artist_(addField("artist", "Artist", "Stands in the files that are made of it, for music players",
+                       studio_.state.artist))
+    , cover_(addButton("cover", "Cover",
+                       {"Cover", "A picture that stands in the MP3 file. Another press takes it away", ""}))
+    , back_(addButton("back", "Back", {"Back", "Shows the messages again", "back"})) {
+    setObjectName("takePanel");
+    fade_->setObjectName("fade");
+    parts.desk.tips.SetToolTip(*fade_, {"Fade", "The part begins and ends softly, in a second each", ""});
+    parts.desk.tips.SetToolTip(
+        *waveform_, {"Picture of the take",
+                     "Press to play from there. Drag the marks at the ends to part something off", ""});
+    words_->setObjectName("takeWords");
+    words_->setText("No recording yet");
+    words_->setFont(textFont(10));
+    words_->setForegroundRole(QPalette::PlaceholderText);
+    cover_->setCheckable(true);
+    waveform_->onPlay = [this](double share) { playFrom(share); };
+    connect(playPart_, &QAbstractButton::clicked, this, [this] { playPart(); });
+    connect(cut_, &QAbstractButton::clicked, this, [this] { cut(); });
+    connect(cover_, &QAbstractButton::clicked, this, [this] { chooseCover(); });
+    connect(back_, &QAbstractButton::clicked, this, [this] {
+        if (onBack)
+            onBack();
+    });
+}
+
+TakePanel::~TakePanel() = default;
+
+CommandButton* TakePanel::addButton(const char* name, const char* words, const Tip& tip) {
+    auto* button = new CommandButton(parts_.look, ButtonForm::Text, this);
+    button->setObjectName(name);
+    button->setFace("", words);
+    parts_.desk.tips.SetToolTip(*button, tip);
+    return button;
+}
+
+QLineEdit* TakePanel::addField(const char* name, const char* words, const char* tip, std::string& value) {
+    auto* label = new QLabel(words, this);
+    label->setObjectName(QLatin1String(name) + "Label");
+    label->setFont(textFont(10));
+    label->setForegroundRole(QPalette::PlaceholderText);
+    auto* field = new QLineEdit(this);
+    field->setObjectName(name);
+    field->setAccessibleName(words);
+    label->setBuddy(field);
+    parts_.desk.tips.SetToolTip(*field, {words, tip, ""});
+    connect(field, &QLineEdit::textEdited, this,
+            [&value](const QString& text) { value = text.toStdString(); });
+    return field;
+}
+
+void TakePanel::resizeEvent(QResizeEvent* event) {
+    QGroupBox::resizeEvent(event);
+    const int inner = width() - 2 * kPadding;
+    const int lower = height() - kPadding - kRow;
+    const int upper = lower - kRowStep;
+    back_->setGeometry(width() - kPadding - 64, 2, 64, 22);
+    waveform_->setGeometry(kPadding, kPictureTop, inner, upper - 8 - kPictureTop);
+    int x = kPadding;
+    const auto place = [&x](QWidget& part, int y, int width) {
+        part.setGeometry(x, y, width, kRow);
+        x += width + 8;
+    };
+    place(*playPart_, upper, 84);
+    place(*cut_, upper, 92);
+    place(*fade_, upper, fade_->sizeHint().width());
+    words_->setGeometry(x + 8, upper, width() - kPadding - x - 8, kRow);
+    x = kPadding;
+    const int field = (inner - 2 * (kLabel + 8) - 2 * 8 - 72) / 2;
+    for (QLineEdit* one : {title_, artist_}) {
+        if (auto* label = findChild<QLabel*>(one->objectName() + "Label"))
+            place(*label, lower, kLabel);
+        place(*one, lower, field);
+    }
+    place(*cover_, lower, 72);
+}
+
+void TakePanel::showEvent(QShowEvent* event) {
+    QGroupBox::showEvent(event);
+    follows_.start(kFollowMilliseconds, this);
+    refresh();
+}
+
+void TakePanel::hideEvent(QHideEvent* event) {
+    follows_.stop();
+    QGroupBox::hideEvent(event);
+}
+
+fs::path TakePanel::file() const {
+    return trimmed(studio_.state.Text6);
+}
+
+void TakePanel::refresh() {
+    if (!isVisible())
+        return;
+    showFile();
+    const SessionState& state = studio_.state;
+    const bool there = picture_ && picture_->problem().empty() && picture_->frames() > 0;
+    const bool free = !state.isLocked && !state.isRecording && !work_.isRunning();
+    waveform_->setEnabled(there);
+    playPart_->setEnabled(there && free);
+    cut_->setEnabled(there && free && isWav(shown_));
+    fade_->setEnabled(there && free);
+    for (const auto& [field, text] : {std::pair(title_, &state.title), std::pair(artist_, &state.artist)})
+        if (const QString shown = toQString(*text); field->text() != shown)
+            field->setText(shown);
+    cover_->setChecked(!state.cover.empty());
+    const MusicSession& music = studio_.music;
+    const bool plays = music.isOpen() && music.file() == shown_ && (music.isPlaying() || music.isPaused());
+    waveform_->setPosition(plays ? state.share : -1);
+}
+
+/// Its picture, made anew where it is another file than is shown, or the same in another state.
+void TakePanel::showFile() {
+    const fs::path wanted = file();
+    std::error_code error;
+    const auto time = fs::last_write_time(wanted, error);
+    if (wanted == shown_ && (error || time == shownTime_))
+        return;
+    shown_ = wanted;
+    shownTime_ = time;
+    waveform_->resetMarks();
+    waveform_->setColumns({});
+    picture_ = error ? nullptr : std::make_unique<TakePicture>(wanted);
+    showPicture();
+}
+
+void TakePanel::showPicture() {
+    isWhole_ = !picture_ || picture_->isDone(); // asked first: more may come meanwhile
+    if (!picture_) {
+        words_->setText("No recording yet");
+        return;
+    }
+    waveform_->setColumns(picture_->columns());
+    const double seconds =
+        picture_->rate() > 0 ? static_cast<double>(picture_->frames()) / picture_->rate() : 0;
+    const QString problem = toQString(picture_->problem());
+    words_->setText(
+        problem.isEmpty()
+            ? QStringLiteral("%1, %2 seconds").arg(fileName(shown_.string())).arg(seconds, 0, 'f', 1)
+            : problem);
+    words_->setAccessibleName(words_->text());
+}
+
+void TakePanel::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != follows_.timerId())
+        return QGroupBox::timerEvent(event);
+    if (!isWhole_)
+        showPicture();
+    refresh();
+}
+
+// What it plays and makes.
+
+void TakePanel::playFrom(double share) {
+    play(share, 1);
+}
+
+void TakePanel::playPart() {
+    play(waveform_->begin(), waveform_->end());
+}
+
+void TakePanel::play(double from, double to) {
+    if (studio_.state.isLocked || studio_.state.isRecording)
+        return;
+    MusicSession& music = studio_.music;
+    if ((!music.isOpen() || music.file() != shown_) && !music.OpenMP3(shown_))
+        return;
+    music.PlayPart(from, to);
+}
+
+void TakePanel::cut() {
+    if (!picture_ || !isWav(shown_))
+        return;
+    const auto frameAt = [this](double share) {
+        return static_cast<std::int64_t>(std::llround(share * static_cast<double>(picture_->frames())));
+    };
+    TrimJob job{.from = shown_,
+                .to = freeName(shown_, "cut"),
+                .begin = frameAt(waveform_->begin()),
+                .end = frameAt(waveform_->end())};
+    if (fade_->isChecked()) {
+        const auto longest = (job.end - job.begin) / 2;
+        job.fadeIn = job.fadeOut =
+            std::min<std::int64_t>(std::llround(kFadeSeconds * picture_->rate()), longest);
+    }
+    const auto trim = [job](const TakeWork::Progress& progress, const std::stop_token& cancel) {
+        const TrimOutcome outcome = trimTake(job, progress, cancel);
+        return outcome.end == TrimOutcome::End::Done        ? std::string()
+               : outcome.end == TrimOutcome::End::Cancelled ? std::string("Cancelled")
+                                                            : outcome.error;
+    };
+    work_.start(trim, [this, to = job.to](const std::string& words) {
+        if (words.empty())
+            studio_.state.Text6 = to.string();
+        onWords(words.empty() ? "File was saved as " + to.string() : words);
+        refresh();
+    });
+    refresh();
+}
+
+void TakePanel::chooseCover() {
+    fs::path& cover = studio_.state.cover;
+    cover = cover.empty()
+                ? fs::path(parts_.desk.dialogs
+                               .OpenDialog("Cover", "Pictures (*.jpg;*.jpeg;*.png)|*.jpg;*.jpeg;*.png",
+                                           parts_.desk.folders.songs().string())
+                               .path)
+                : fs::path();
+    refresh();
+}
+
+} // namespace velmora
