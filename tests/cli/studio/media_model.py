@@ -32,7 +32,7 @@ class Player:
     @property
     def tolerance(self):
         """In the unit of the answers."""
-        return self.units_of(CLOSE * self.source.rate + self.source.slack) + 1
+        return self.units_of(CLOSE * self.source.rate) + 1
 
     @property
     def left(self):
