@@ -369,7 +369,7 @@ class LogTest(RecordCase):
             self.assertEqual(commands[:3], ["open new type waveaudio alias capture", setting, "record capture"])
             self.assertEqual(commands[-1].strip(), "close capture")
             order = [commands.index("stop capture"), commands.index("capability capture can save"),
-                     next(n for n, c in enumerate(commands) if c.startswith("save capture ")),
+                     next(n for n, c in enumerate(commands) if c.lower().startswith("save capture ")),
                      commands.index("delete capture"), len(commands) - 1]
             self.assertEqual(order, sorted(order))
             self.assertIn("t.wav", commands[order[2]])
@@ -387,7 +387,7 @@ class LogTest(RecordCase):
         lines = self.session("n.wav", "t.wav")
 
         def at(text):
-            return next(n for n, line in enumerate(lines) if line.startswith(text))
+            return next(n for n, line in enumerate(lines) if line.lower().startswith(text.lower()))
 
         order = ["> open new type waveaudio", "> set capture", "> record capture", "> stop capture", "Recording Stopped!",
                  "> capability capture",
