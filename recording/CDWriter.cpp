@@ -7,9 +7,8 @@
 #include "base/QtText.h"
 #include "parts/Desk.h"
 #include "recording/CdTrackList.h"
+#include "recording/SessionButton.h"
 #include "recording/ShareBar.h"
-#include "shell/CommandButton.h"
-#include "shell/ControlPainter.h"
 #include "shell/ExToolTip.h"
 #include "shell/MessageBox.h"
 #include "shell/ReadOut.h"
@@ -65,42 +64,25 @@ constexpr int kStatusTop = 392;
 constexpr int kStatusHeight = 32;
 constexpr int kCaption = 10; ///< pixels of small words
 
-QString percent(const ShareBar& bar) {
-    return QStringLiteral("%1 %").arg(bar.percent());
-}
-} // namespace
-
-/// A button of the panel: an icon before its words.
-class CDWriter::PanelButton : public CommandButton {
+/// A line across the window, over its foot.
+class Rule : public QWidget {
 public:
-    PanelButton(const Appearance& look, const char* icon, const QString& words, QWidget* parent)
-        : CommandButton(look, ButtonForm::Text, parent)
-        , look_(look)
-        , icon_(icon) {
-        setFace(icon, words);
-    }
+    Rule(const Appearance& look, QWidget* parent) : QWidget(parent), look_(look) {}
 
 protected:
     void paintEvent(QPaintEvent* /*event*/) override {
-        constexpr int kIcon = 16;
-        constexpr int kIconLeft = 6;
-        constexpr int kWordsLeft = 28;
         QPainter painter(this);
-        const ControlState state{.enabled = isEnabled(), .hot = underMouse(), .pressed = isDown()};
-        paintFace(painter, look_, rect(), ButtonPlace::Panel, state);
-        if (isDown())
-            painter.translate(1, 1);
-        paintIcon(painter, {kIconLeft, (height() - kIcon) / 2.0}, icon_,
-                  iconColoursOn(look_, ButtonPlace::Panel, state), kIcon);
-        painter.setPen(inkOn(look_.skin(), state));
-        painter.setFont(textFont());
-        painter.drawText(rect().adjusted(kWordsLeft, 0, -4, 0), Qt::AlignLeft | Qt::AlignVCenter, text());
+        horizontalLine(painter, 0, 0, width(), toQColor(look_.skin().line));
     }
 
 private:
     const Appearance& look_;
-    const char* icon_;
 };
+
+QString percent(const ShareBar& bar) {
+    return QStringLiteral("%1 %").arg(bar.percent());
+}
+} // namespace
 
 CDWriter::CDWriter(Desk& desk, QWidget* composing, std::unique_ptr<cAudio> audio)
     : SkinnedWindow(desk.skins, {.minimize = true, .help = true})
@@ -126,9 +108,9 @@ CDWriter::~CDWriter() {
     cancel_.request_stop();
 }
 
-CDWriter::PanelButton* CDWriter::addButton(const char* name, const char* icon, const char* words,
-                                           const QRect& place) {
-    auto* button = new PanelButton(look(), icon, words, Ibak5());
+SessionButton* CDWriter::addButton(const char* name, const char* icon, const char* words,
+                                   const QRect& place) {
+    auto* button = new SessionButton(look(), icon, words, Ibak5());
     button->setObjectName(name);
     button->setGeometry(place);
     return button;
@@ -209,9 +191,7 @@ void CDWriter::addProgress() {
     sbar_->setObjectName("sbar");
     sbar_->setTextFormat(Qt::PlainText);
     sbar_->setGeometry(14, kStatusTop, kSize.width() - 28, kStatusHeight);
-    auto* rule = new QFrame(Ibak5());
-    rule->setFrameShape(QFrame::HLine);
-    rule->setGeometry(0, kStatusTop - 1, kSize.width(), 2);
+    (new Rule(look(), Ibak5()))->setGeometry(0, kStatusTop - 1, kSize.width(), 1);
     QWidget* last = lstTracks_;
     for (QWidget* next : std::initializer_list<QWidget*>{cmdAddFile_, cmdRemFile_, cmdMoveUp_, cmdMoveDown_,
                                                          cboDrv_, cboSpeed_, cmdBurn_})
@@ -566,7 +546,7 @@ bool CDWriter::eventFilter(QObject* watched, QEvent* event) {
     if (watched == lstTracks_ && event->type() == QEvent::KeyPress) {
         const auto* key = static_cast<QKeyEvent*>(event);
         const bool ctrl = key->modifiers() == Qt::ControlModifier;
-        PanelButton* button = nullptr;
+        SessionButton* button = nullptr;
         if (key->key() == Qt::Key_Delete)
             button = cmdRemFile_;
         else if (ctrl && key->key() == Qt::Key_Up)

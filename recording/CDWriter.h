@@ -22,6 +22,7 @@ namespace velmora {
 
 class CdTrackList;
 class ReadOut;
+class SessionButton;
 class ShareBar;
 struct Desk;
 
@@ -73,7 +74,6 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    class PanelButton;
     enum class Work : std::uint8_t { None, Looking, Burning };
 
     void StartCaching(std::size_t track) override;
@@ -86,8 +86,8 @@ private:
     void Blanking(double share) override;
     void Finished() override;
 
-    [[nodiscard]] PanelButton* addButton(const char* name, const char* icon, const char* words,
-                                         const QRect& place);
+    [[nodiscard]] SessionButton* addButton(const char* name, const char* icon, const char* words,
+                                           const QRect& place);
     void addCaption(const char* words, int x, int y);
     void addControls();
     void addProgress();
@@ -121,10 +121,10 @@ private:
     std::stop_source cancel_;
 
     CdTrackList* lstTracks_ = nullptr;
-    PanelButton* cmdAddFile_ = nullptr;
-    PanelButton* cmdRemFile_ = nullptr;
-    PanelButton* cmdMoveUp_ = nullptr;
-    PanelButton* cmdMoveDown_ = nullptr;
+    SessionButton* cmdAddFile_ = nullptr;
+    SessionButton* cmdRemFile_ = nullptr;
+    SessionButton* cmdMoveUp_ = nullptr;
+    SessionButton* cmdMoveDown_ = nullptr;
     ReadOut* lblTotal_ = nullptr;
     QComboBox* cboDrv_ = nullptr;
     QComboBox* cboSpeed_ = nullptr;
@@ -134,7 +134,7 @@ private:
     ShareBar* prgTotal_ = nullptr;
     QLabel* lblTrackShare_ = nullptr;
     QLabel* lblTotalShare_ = nullptr;
-    PanelButton* cmdBurn_ = nullptr;
+    SessionButton* cmdBurn_ = nullptr;
     QLabel* sbar_ = nullptr;
 };
 

@@ -28,7 +28,6 @@ constexpr int kInset = 12;
 constexpr int kNumberInset = 11;
 constexpr int kRow = 20;
 constexpr int kHeader = 24;
-constexpr int kEdge = 1;
 
 int insetOf(int column) {
     return column == NumberColumn ? kNumberInset : kInset;
@@ -98,8 +97,7 @@ CdTrackList::CdTrackList(const Appearance& look, QWidget* parent) : QTreeWidget(
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
-    setFrameShape(QFrame::NoFrame);
-    setViewportMargins(kEdge, kHeader + kEdge, kEdge, kEdge);
+    setFrameShape(QFrame::StyledPanel);
     setAllColumnsShowFocus(true);
     setAccessibleName("Tracks");
 }

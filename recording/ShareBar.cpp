@@ -11,7 +11,8 @@
 namespace velmora {
 
 namespace {
-constexpr int kWhole = 1000; ///< steps of the bar
+constexpr int kWhole = 1000;  ///< steps of the bar
+constexpr double kPale = 0.4; ///< of the part that is still to come
 } // namespace
 
 ShareBar::ShareBar(const Appearance& look, QWidget* parent) : QProgressBar(parent), look_(look) {
@@ -35,7 +36,7 @@ void ShareBar::paintEvent(QPaintEvent* /*event*/) {
     const Skin& skin = look_.skin();
     const double radius = groupRadius(skin);
     QPainter painter(this);
-    fillRounded(painter, rect(), radius, toQColor(skin.groove));
+    fillRounded(painter, rect(), radius, toQColor(mix(skin.groove, skin.readOut, kPale)));
     const double filled = width() * static_cast<double>(value()) / kWhole;
     if (filled < 1)
         return;

@@ -50,6 +50,7 @@ constexpr auto kIcons = std::to_array<Icon>({
        {Line, "M8 4.5a3.5 3.5 0 0 1 3.5 3.5M8 11.5a3.5 3.5 0 0 1-3.5-3.5"},
        {AccentSolid, "M8 8m-1.1 0a1.1 1.1 0 1 0 2.2 0a1.1 1.1 0 1 0 -2.2 0z"}}}},
     {"done", {{{AccentLine, "M2.5 8.5l3.5 3.75 7.5-8.5"}}}},
+    {"down", {{{Line, "M8 2.75v10.5M3.5 9l4.5 4.5 4.5-4.5"}}}},
     {"drive", {{{Line, "M1.75 5.25h12.5v6h-12.5z"}, {AccentLine, "M10.5 8.25h1.25"}, {Line, "M4 8.25h3"}}}},
     {"duplicate",
      {{{Solid, "M1.5 9.5h3.25v4h-3.25z"},
@@ -176,7 +177,7 @@ constexpr auto kIcons = std::to_array<Icon>({
      {{{Line, "M1.75 4h12.5M1.75 7h6M1.75 10h5"},
        {AccentLine, "M7.75 13.5l.6-2.4 4.6-4.6 1.8 1.8-4.6 4.6z"}}}},
 });
-static_assert(kIcons.size() == 64);
+static_assert(kIcons.size() == 65);
 static_assert(std::ranges::is_sorted(kIcons, {}, &Icon::name));
 
 QByteArray paintOf(Part part, const IconColours& colours) {
