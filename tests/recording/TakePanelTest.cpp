@@ -15,9 +15,9 @@ namespace fs = std::filesystem;
 class TakePanelTest : public RecordFixture {
 protected:
     void take() {
+        opened();
         state().Check2 = false; // no MP3
         state().source = RecordingSource::Keyboard;
-        opened();
         click("CmdrecordSNG");
         mix().advance(44100);
         click("CmdStopRecording");
