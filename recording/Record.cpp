@@ -6,6 +6,7 @@
 #include "base/ProgramFolders.h"
 #include "base/QtText.h"
 #include "base/Settings.h"
+#include "base/Text.h"
 #include "composition/Player.h"
 #include "composition/Workspace.h"
 #include "parts/CommandBinding.h"
@@ -29,10 +30,16 @@
 #include "studio/Studio.h"
 #include "studio/modMultimedia.h"
 
+#include <QAbstractScrollArea>
 #include <QAction>
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QGuiApplication>
+#include <QLineEdit>
+#include <QMimeData>
 #include <QScreen>
+#include <QTimer>
+#include <QUrl>
 
 #include <utility>
 
@@ -78,6 +85,11 @@ Record::Record(Desk& desk, QWidget* composing)
     loadChoices(studio_.state, desk_.settings);
     bindCommands();
     attachTips(desk_.tips);
+    setAcceptDrops(true);
+    for (auto* const field : findChildren<QLineEdit*>())
+        field->setAcceptDrops(false); // it would take a file for a text
+    for (auto* const field : findChildren<QAbstractScrollArea*>())
+        field->viewport()->setAcceptDrops(false);
     setHelp([this] { desk_.windows.help("recording-studio"); });
     resize(kLeast);
     openAtStoredPlace();
@@ -265,6 +277,31 @@ std::filesystem::path Record::askSave(const std::string& title, const std::strin
 
 void Record::showKeyboard() {
     desk_.windows.open(Windows::Name::frmsynth);
+}
+
+void Record::dragEnterEvent(QDragEnterEvent* event) {
+    if (!studio_.session.isBusy() && event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+}
+
+void Record::dropEvent(QDropEvent* event) {
+    std::vector<std::filesystem::path> files;
+    for (const QUrl& url : event->mimeData()->urls())
+        if (url.isLocalFile())
+            files.emplace_back(bytesOfText(url.toLocalFile()));
+    if (files.empty() || studio_.session.isBusy())
+        return;
+    event->acceptProposedAction();
+    // The other program waits until the drop has been answered, and playing lasts.
+    QTimer::singleShot(0, this, [this, files] { playDropped(files); });
+}
+
+void Record::playDropped(const std::vector<std::filesystem::path>& files) {
+    activateWindow();
+    if (toLower(files.front().extension().string()) == ".sng")
+        openScore(files.front());
+    else if (studio_.music.openRow(files))
+        studio_.music.PlayMP3();
 }
 
 void Record::openScore(const std::filesystem::path& file) {

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velmora {
 
@@ -83,8 +84,13 @@ protected:
     void timerEvent(QTimerEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    /// Sound files are played one after the other, with nothing between them; a MIDI file plays, a score is
+    /// opened.
+    void dropEvent(QDropEvent* event) override;
 
 private:
+    void playDropped(const std::vector<std::filesystem::path>& files);
     void bindCommands();
     void bindButton(QAbstractButton& button, std::string_view item, const char* key, void (*press)(Record&));
     void openAtStoredPlace();

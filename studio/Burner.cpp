@@ -120,7 +120,6 @@ std::mutex& oneAtATime() {
 }
 
 constexpr auto kLook = std::chrono::milliseconds(20); ///< between two looks at what a drive does
-constexpr int kMostLooks = 3000;                      ///< a minute
 
 /// What the library had to complain of since the last call.
 std::vector<std::string> complaints() {

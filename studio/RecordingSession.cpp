@@ -366,10 +366,10 @@ EncodeSettings RecordingSession::encodeSettings() const {
 
 void RecordingSession::Command20_Click() {
     if (state_.isEncoding) {
-        cancel_.request_stop();
+        CancelEncoding_.request_stop();
         return;
     }
-    cancel_ = {};
+    CancelEncoding_ = {};
     const fs::path wav = trimmed(state_.Text6);
     if (wav.empty())
         return endEncoding();
@@ -388,15 +388,16 @@ void RecordingSession::Command20_Click() {
     state_.Label8 = "Encoding";
     state_.isEncoding = state_.isLocked = true;
     say("Encoding in progress");
-    const bool isReady = encoded_ && takes_.contains(wav);
-    const fs::path mp3 = isReady ? state_.OutPutPath : askTarget(wav);
-    if (!mp3.empty()) {
-        if (!isReady || !Recordcontrol3())
-            RunEncoder(wav, mp3);
-        else
-            encodingIsDone(wav, mp3);
-    }
+    EncodeToMp3(wav);
     endEncoding();
+}
+
+/// What was encoded beside the recording has its place already; anything else is asked for its target.
+void RecordingSession::EncodeToMp3(const fs::path& wav) {
+    if (encoded_ && takes_.contains(wav) && Recordcontrol3())
+        return encodingIsDone(wav, state_.OutPutPath);
+    if (const fs::path mp3 = askTarget(wav); !mp3.empty())
+        RunEncoder(wav, mp3);
 }
 
 /// Where the MP3 file goes; blank if the user doesn't say. No old file is touched before the new one is
@@ -434,7 +435,7 @@ void RecordingSession::RunEncoder(const fs::path& wav, const fs::path& mp3) {
         return;
     }
     const EncodeJob job{.wav = wav, .mp3 = mp3, .settings = encodeSettings()};
-    const std::stop_token cancel = cancel_.get_token();
+    const std::stop_token cancel = CancelEncoding_.get_token();
     EncodeOutcome outcome;
     if (!media_.mix().isLive()) {
         outcome = encode(
@@ -523,7 +524,7 @@ bool RecordingSession::isBusy() const {
 }
 
 void RecordingSession::endAll() {
-    cancel_.request_stop();
+    CancelEncoding_.request_stop();
     if (music_.isPlaying())
         music_.StopMP3();
     if (!state_.isRecording)

@@ -90,6 +90,7 @@ private:
     [[nodiscard]] bool nameTake();
     [[nodiscard]] EncodeSettings encodeSettings() const;
     [[nodiscard]] std::filesystem::path askTarget(const std::filesystem::path& wav);
+    void EncodeToMp3(const std::filesystem::path& wav);
     void RunEncoder(const std::filesystem::path& wav, const std::filesystem::path& mp3);
     void encodingIsDone(const std::filesystem::path& wav, const std::filesystem::path& mp3);
     void showShare(double share);
@@ -113,7 +114,7 @@ private:
 
     std::set<std::filesystem::path> takes_; ///< made since the program started: these alone may be deleted
     std::unique_ptr<SampleSink> encoded_;   ///< the take's MP3 file, whole but for its end
-    std::stop_source cancel_;               ///< of the encoding that goes on
+    std::stop_source CancelEncoding_;       ///< of the encoding that goes on
     std::string failure_;
     double startedAt_ = 0;
     bool toldSilence_ = false;
