@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace velmora {
 
@@ -42,6 +43,29 @@ int LevelBars::travel() const {
     return static_cast<int>((height() - 2 * kInset - kLamp - kGap) * devicePixelRatioF());
 }
 
+/// Of a side, what lies between two heights over its foot.
+QRect LevelBars::rows(int side, int one, int other) const {
+    const qreal pixel = 1 / devicePixelRatioF();
+    const QRectF all = column(side);
+    const qreal foot = all.bottom();
+    const auto [low, high] = std::minmax(one, other);
+    return QRectF(all.left(), foot - high * pixel, all.width(), (high - low) * pixel).toAlignedRect();
+}
+
+void LevelBars::updateChanged(int side, const Side& before, const Side& now) {
+    const QRect all = column(side);
+    if (now.clipped != before.clipped)
+        update(all.left(), all.top(), all.width(), kLamp);
+    if (now.bar != before.bar)
+        update(rows(side, now.bar, before.bar));
+    if (now.held == before.held)
+        return;
+    const int line = static_cast<int>(std::ceil(devicePixelRatioF()));
+    for (const int held : {before.held, now.held})
+        if (held > 0)
+            update(rows(side, held - line, held));
+}
+
 void LevelBars::showLevels(const Levels& levels) {
     for (std::size_t side = 0; side < sides_.size(); ++side) {
         const auto pixels = [this](float value) {
@@ -52,8 +76,7 @@ void LevelBars::showLevels(const Levels& levels) {
             continue;
         if (now.clipped != sides_[side].clipped)
             setAccessibleDescription(now.clipped ? "Too loud: the recording is clipped" : "");
-        sides_[side] = now;
-        update(column(static_cast<int>(side)));
+        updateChanged(static_cast<int>(side), std::exchange(sides_[side], now), now);
     }
 }
 

@@ -12,7 +12,8 @@ namespace velmora {
 struct Appearance;
 
 /// How loud a recording is, left and right: a bar in decibels, a line where the highest was, and over it a
-/// lamp that is lit from the first clipped sample on. It paints itself anew only where a pixel differs.
+/// lamp that is lit from the first clipped sample on. It paints itself anew only in the
+/// rows where a pixel differs.
 class LevelBars : public QWidget {
 public:
     LevelBars(const Appearance& look, QWidget* parent);
@@ -35,7 +36,9 @@ private:
         bool operator==(const Side&) const = default;
     };
     [[nodiscard]] QRect column(int side) const;
+    [[nodiscard]] QRect rows(int side, int one, int other) const;
     [[nodiscard]] int travel() const;
+    void updateChanged(int side, const Side& before, const Side& now);
 
     const Appearance& look_;
     std::array<Side, 2> sides_;

@@ -43,7 +43,8 @@ PlayerStrip::PlayerStrip(const StudioParts& parts, const CommandBank& buttons, S
     , lblKhz(addLabel("lblKhz", "Kilohertz", 10, false))
     , lblmode(addLabel("lblmode", "Mode", 10, false))
     , lblbitrate(addLabel("lblbitrate", "Kilobits a second", 10, false))
-    , warning_(addLabel("warning", "Warning", 10, true)) {
+    , warning_(addLabel("warning", "Warning", 10, true))
+    , loudness_(addLabel("loudness", "Loudness of the take", 10, false)) {
     setObjectName("playerStrip");
     for (int i = 0; i < buttons.size(); ++i) {
         buttons[i].setParent(this);
@@ -60,6 +61,7 @@ PlayerStrip::PlayerStrip(const StudioParts& parts, const CommandBank& buttons, S
     const Tip header{"MP3 file", "Its sample rate in kilohertz, stereo or mono, and kilobits a second", ""};
     for (QLabel* label : {lblKhz, lblmode, lblbitrate})
         tips.SetToolTip(*label, header);
+    tips.SetToolTip(*loudness_, loudnessTip());
 }
 
 QLabel* PlayerStrip::addLabel(const char* name, const char* words, int pixels, bool bold) {
@@ -86,7 +88,8 @@ void PlayerStrip::resizeEvent(QResizeEvent* event) {
     const int bar = right - kStatusWidth - left;
     L2->setGeometry(left, kBarTop, bar, kBar);
     Status->setGeometry(right - kStatusWidth, kBarTop - 6, kStatusWidth, 20);
-    warning_->setGeometry(left, kFootTop, right - left, kFootHeight);
+    for (QLabel* label : {warning_, loudness_})
+        label->setGeometry(left, kFootTop, right - left, kFootHeight);
     int x = left;
     for (QLabel* label : {lblKhz, lblmode, lblbitrate}) {
         label->setGeometry(x, kFootTop, 60, kFootHeight);
@@ -115,13 +118,25 @@ void PlayerStrip::refresh(const QString& file) {
     showText(*lblKhz, with(state_.lblKhz, " kHz"));
     showText(*lblmode, state_.lblmode);
     showText(*lblbitrate, with(state_.lblbitrate, " kbps"));
+    showFoot();
 }
 
 void PlayerStrip::warn(const QString& words) {
     if (warning_->text() != words)
         warning_->setText(words);
+    showFoot();
+}
+
+void PlayerStrip::showLoudness(const std::string& words) {
+    showText(*loudness_, words);
+    showFoot();
+}
+
+void PlayerStrip::showFoot() {
+    const bool warns = !warning_->text().isEmpty();
     for (QLabel* label : {lblKhz, lblmode, lblbitrate})
-        label->setVisible(words.isEmpty());
+        label->setVisible(!warns);
+    loudness_->setVisible(!warns && lblKhz->text().isEmpty());
 }
 
 /// Only what records is red.
@@ -136,7 +151,7 @@ void PlayerStrip::colour() {
     };
     for (QLabel* label : {lblTime, Status})
         ink(*label, skin.fieldText);
-    for (QLabel* label : {file_, lblKhz, lblmode, lblbitrate})
+    for (QLabel* label : {file_, lblKhz, lblmode, lblbitrate, loudness_})
         ink(*label, skin.dim);
     ink(*Label8, state_.isRecording ? recordRed(skin) : skin.dim);
     ink(*warning_, recordRed(skin));

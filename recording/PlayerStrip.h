@@ -21,6 +21,8 @@ public:
     void refresh(const QString& file);
     /// In record red under the bar; blank for none. The words of the MP3 header give way to it.
     void warn(const QString& words);
+    /// In the same place, where neither stands.
+    void showLoudness(const std::string& words);
 
     static constexpr int kHeight = 48;
 
@@ -32,6 +34,7 @@ private:
     [[nodiscard]] QLabel* addLabel(const char* name, const char* words, int pixels, bool bold);
     [[nodiscard]] QRect readOut() const;
     void colour();
+    void showFoot();
 
     const Appearance& look_;
     SessionState& state_;
@@ -44,6 +47,7 @@ private:
     QLabel* lblmode;
     QLabel* lblbitrate;
     QLabel* warning_;
+    QLabel* loudness_;
 };
 
 } // namespace velmora

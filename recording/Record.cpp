@@ -96,6 +96,11 @@ Record::Record(Desk& desk, QWidget* composing)
     if (composing && desk_.settings.GetSetting("Settings", settings::record_left.key, "").empty())
         move(firstPlace(composing->geometry(), composing->screen()->availableGeometry(), size(), size())
                  .corner);
+    // Told from within: what follows may measure another file.
+    loudness_.onKnown = [this] {
+        QMetaObject::invokeMethod(
+            this, [this] { sessionChanged(); }, Qt::QueuedConnection);
+    };
     studio_.session.show(this);
     studio_.music.show(this);
     sessionChanged();
@@ -185,7 +190,7 @@ void Record::Command1_Click() {
 
 void Record::showTake(bool shown) {
     if (shown && !take_) {
-        take_ = new TakePanel(parts_, Ibak5());
+        take_ = new TakePanel(parts_, loudness_, Ibak5());
         take_->onBack = [this] { showTake(false); };
         take_->onWords = [this](const std::string& words) { say(studio_.state, this, words); };
         take_->setGeometry(after_->geometry() | messages_->geometry());
@@ -216,6 +221,7 @@ void Record::sessionChanged() {
     messages_->refresh();
     if (take_)
         take_->refresh();
+    followLoudness();
     showCommands();
     if (state.isRecording == meter_.isActive())
         return;
@@ -227,6 +233,19 @@ void Record::sessionChanged() {
         meter_.stop();
         strip_->warn({});
     }
+}
+
+/// When a take is whole, and encoded if it is to be, it is told how loud it has become.
+void Record::followLoudness() {
+    const SessionState& state = studio_.state;
+    const std::filesystem::path file = trimmed(state.Text6);
+    if (state.isRecording)
+        loudness_.forget();
+    if (state.isRecording || state.isEncoding)
+        isMeasured_ = false;
+    else if (!state.isLocked && !std::exchange(isMeasured_, true))
+        loudness_.follow(file);
+    strip_->showLoudness(state.isRecording ? std::string() : loudness_.words(file));
 }
 
 /// What is disabled can be reached by no menu and no key either.
@@ -340,7 +359,6 @@ void Record::followTake() {
 // Its coming and going.
 
 void Record::open(Windows::Focus focus) {
-    sessionChanged();
     setAttribute(Qt::WA_ShowWithoutActivating, focus == Windows::Focus::Leave);
     if (isMinimized())
         showNormal();

@@ -4,6 +4,7 @@
 #include "parts/CommandBank.h"
 #include "parts/Windows.h"
 #include "recording/StudioParts.h"
+#include "recording/TakeLoudness.h"
 #include "shell/SkinnedWindow.h"
 #include "studio/SessionScreen.h"
 
@@ -37,6 +38,7 @@ struct CommandWays;
 /// | `player`(0 to 4)                     | "Open", "Play", "Pause", "Stop", "Save" | `MusicSession`                    |
 /// | `lblTime`, `Label8`, `Status`, `L2`  | the read-out: time, state, progress   |                                     |
 /// | `lblKhz`, `lblmode`, `lblbitrate`    | what the header of an MP3 file says   |                                     |
+/// | `loudness`                           | in their place, peak and loudness of a take |                               |
 /// | `Optsourcesng`, `Optsourcemid`, `Optsourcekeyboard` | "Recording Source"     | `SessionState::source`              |
 /// | `capture`                            | what of all that sounds is taken      | `SessionState::capture`             |
 /// | `levels`, `warning`                  | how loud the take is; that it is silent |                                   |
@@ -98,6 +100,7 @@ private:
     void endWork();
     void showCommands();
     void followTake();
+    void followLoudness();
     [[nodiscard]] bool recordsNotes() const;
     [[nodiscard]] QString shownFile() const;
 
@@ -112,7 +115,9 @@ private:
     AfterPanel* after_;
     MessagePanel* messages_;
     TakePanel* take_ = nullptr; ///< made when it is first shown
-    QBasicTimer meter_;         ///< runs while it records
+    TakeLoudness loudness_;
+    bool isMeasured_ = true; ///< the last take, or what it was encoded to
+    QBasicTimer meter_;      ///< runs while it records
     QElapsedTimer updated_;
 };
 

@@ -31,6 +31,13 @@ QComboBox* addList(QWidget& parent, Desk& desk, const ListRow& row) {
     return list;
 }
 
+Tip loudnessTip() {
+    return {"Loudness",
+            "Its highest sample, where 0 dB is full scale, and how loud it is heard. "
+            "What others publish has about -14 LUFS",
+            ""};
+}
+
 QString fileName(const std::string& path) {
     return textOfBytes(std::filesystem::path(path).filename().string());
 }

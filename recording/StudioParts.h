@@ -14,6 +14,7 @@ namespace velmora {
 
 struct Appearance;
 struct Desk;
+struct Tip;
 
 /// What the panels of the Recording Studio are made with.
 struct StudioParts {
@@ -30,6 +31,9 @@ struct ListRow {
     QRect place;       ///< of the list
 };
 [[nodiscard]] QComboBox* addList(QWidget& parent, Desk& desk, const ListRow& row);
+
+/// What the words of `TakeLoudness` mean.
+[[nodiscard]] Tip loudnessTip();
 
 /// A name without its folder.
 [[nodiscard]] QString fileName(const std::string& path);

@@ -6,10 +6,13 @@
 #include "base/QtText.h"
 #include "base/Text.h"
 #include "parts/Desk.h"
+#include "recording/TakeLoudness.h"
 #include "recording/Waveform.h"
 #include "shell/CommandButton.h"
 #include "shell/ExToolTip.h"
 #include "shell/SkinPainter.h"
+#include "studio/Normalise.h"
+#include "studio/OtherFormats.h"
 #include "studio/Studio.h"
 #include "studio/TrimTake.h"
 
@@ -17,6 +20,7 @@
 #include <QLabel>
 #include <QLineEdit>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -31,7 +35,14 @@ constexpr int kRow = 24;
 constexpr int kRowStep = 32;
 constexpr int kLabel = 32;
 constexpr int kFollowMilliseconds = 60;
+constexpr int kWordsLeft = 84; ///< beside the panel's title
+constexpr int kLouderWidth = 160;
+constexpr int kCoverWidth = 60;
+constexpr int kSaveAsWidth = 184;
 constexpr double kFadeSeconds = 1;
+constexpr const char* kCut = "Cut to Part";
+constexpr const char* kLouder = "Make it as loud as others";
+constexpr const char* kSaveAs = "Save As FLAC, Ogg or Opus...";
 
 /// A name beside the file that no file has yet: "take cut.wav", "take cut 2.wav".
 fs::path freeName(const fs::path& file, const std::string& word) {
@@ -50,24 +61,42 @@ fs::path freeName(const fs::path& file, const std::string& word) {
 bool isWav(const fs::path& file) {
     return toLower(file.extension().string()) == ".wav";
 }
+
+/// Why there is no file; blank if there is one.
+template<class Outcome>
+std::string wordsOf(const Outcome& outcome) {
+    using End = decltype(outcome.end);
+    return outcome.end == End::Done        ? std::string()
+           : outcome.end == End::Cancelled ? "Cancelled"
+                                           : outcome.error;
+}
 } // namespace
 
-TakePanel::TakePanel(const StudioParts& parts, QWidget* parent)
+TakePanel::TakePanel(const StudioParts& parts, TakeLoudness& loudness, QWidget* parent)
     : QGroupBox("The Take", parent)
     , parts_(parts)
     , studio_(parts.desk.studio)
+    , loudness_(loudness)
     , waveform_(new Waveform(parts.look, this))
     , playPart_(addButton("playPart", "Play Part", {"Play Part", "Plays what is between the marks", "play"}))
-    , cut_(addButton("cut", "Cut to Part",
+    , cut_(addButton("cut", kCut,
                      {"Cut to Part", "Makes a file of what is between the marks; the old one stays", "cut"}))
     , fade_(new QCheckBox("Fade", this))
+    , louder_(addButton(
+          "louder", kLouder,
+          {kLouder, "Makes a WAV file of -14 LUFS, limited where that would be too loud; the old one stays",
+           ""}))
     , words_(new QLabel(this))
+    , loudnessWords_(new QLabel(this))
     , title_(addField("title", "Title", "Stands in the files that are made of it, for music players",
                       studio_.state.title))
     , artist_(addField("artist", "Artist", "Stands in the files that are made of it, for music players",
                        studio_.state.artist))
     , cover_(addButton("cover", "Cover",
                        {"Cover", "A picture that stands in the MP3 file. Another press takes it away", ""}))
+    , saveAs_(addButton("saveAs", kSaveAs,
+                        {"Save As FLAC, Ogg or Opus",
+                         "Makes such a file of the take, with its title and artist; the take stays", ""}))
     , back_(addButton("back", "Back", {"Back", "Shows the messages again", "back"})) {
     setObjectName("takePanel");
     fade_->setObjectName("fade");
@@ -79,10 +108,18 @@ TakePanel::TakePanel(const StudioParts& parts, QWidget* parent)
     words_->setText("No recording yet");
     words_->setFont(textFont(10));
     words_->setForegroundRole(QPalette::PlaceholderText);
+    loudnessWords_->setObjectName("takeLoudness");
+    loudnessWords_->setTextFormat(Qt::PlainText);
+    loudnessWords_->setFont(textFont(10));
+    loudnessWords_->setForegroundRole(QPalette::PlaceholderText);
+    loudnessWords_->setAccessibleDescription("Loudness of the take");
+    parts.desk.tips.SetToolTip(*loudnessWords_, loudnessTip());
     cover_->setCheckable(true);
     waveform_->onPlay = [this](double share) { playFrom(share); };
     connect(playPart_, &QAbstractButton::clicked, this, [this] { playPart(); });
-    connect(cut_, &QAbstractButton::clicked, this, [this] { cut(); });
+    addMaker(*cut_, &TakePanel::cut);
+    addMaker(*louder_, &TakePanel::makeLouder);
+    addMaker(*saveAs_, &TakePanel::saveAs);
     connect(cover_, &QAbstractButton::clicked, this, [this] { chooseCover(); });
     connect(back_, &QAbstractButton::clicked, this, [this] {
         if (onBack)
@@ -98,6 +135,16 @@ CommandButton* TakePanel::addButton(const char* name, const char* words, const T
     button->setFace("", words);
     parts_.desk.tips.SetToolTip(*button, tip);
     return button;
+}
+
+/// A button that makes a file; pressed while it does, it cancels that.
+void TakePanel::addMaker(CommandButton& button, void (TakePanel::*press)()) {
+    connect(&button, &QAbstractButton::clicked, this, [this, press] {
+        if (work_.isRunning())
+            work_.cancel();
+        else
+            (this->*press)();
+    });
 }
 
 QLineEdit* TakePanel::addField(const char* name, const char* words, const char* tip, std::string& value) {
@@ -130,15 +177,18 @@ void TakePanel::resizeEvent(QResizeEvent* event) {
     place(*playPart_, upper, 84);
     place(*cut_, upper, 92);
     place(*fade_, upper, fade_->sizeHint().width());
-    words_->setGeometry(x + 8, upper, width() - kPadding - x - 8, kRow);
+    place(*louder_, upper, kLouderWidth);
+    loudnessWords_->setGeometry(x + 4, upper, width() - kPadding - x - 4, kRow);
+    words_->setGeometry(kWordsLeft, 2, back_->x() - 8 - kWordsLeft, 22);
     x = kPadding;
-    const int field = (inner - 2 * (kLabel + 8) - 2 * 8 - 72) / 2;
+    const int field = (inner - 2 * (kLabel + 8) - 2 * 8 - kCoverWidth - 8 - kSaveAsWidth) / 2;
     for (QLineEdit* one : {title_, artist_}) {
         if (auto* label = findChild<QLabel*>(one->objectName() + "Label"))
             place(*label, lower, kLabel);
         place(*one, lower, field);
     }
-    place(*cover_, lower, 72);
+    place(*cover_, lower, kCoverWidth);
+    place(*saveAs_, lower, kSaveAsWidth);
 }
 
 void TakePanel::showEvent(QShowEvent* event) {
@@ -165,7 +215,9 @@ void TakePanel::refresh() {
     const bool free = !state.isLocked && !state.isRecording && !work_.isRunning();
     waveform_->setEnabled(there);
     playPart_->setEnabled(there && free);
-    cut_->setEnabled(there && free && isWav(shown_));
+    refreshMaker(*cut_, kCut, there && free && isWav(shown_));
+    refreshMaker(*louder_, kLouder, there && free && isWav(shown_));
+    refreshMaker(*saveAs_, kSaveAs, there && free);
     fade_->setEnabled(there && free);
     for (const auto& [field, text] : {std::pair(title_, &state.title), std::pair(artist_, &state.artist)})
         if (const QString shown = toQString(*text); field->text() != shown)
@@ -174,6 +226,22 @@ void TakePanel::refresh() {
     const MusicSession& music = studio_.music;
     const bool plays = music.isOpen() && music.file() == shown_ && (music.isPlaying() || music.isPaused());
     waveform_->setPosition(plays ? state.share : -1);
+    if (there && isWhole_ && !state.isRecording)
+        loudness_.follow(shown_);
+    showLoudness();
+}
+
+void TakePanel::refreshMaker(CommandButton& button, const char* words, bool enabled) {
+    const bool works = work_.isRunning() && maker_ == &button;
+    if (const QString face = works ? "Cancel" : words; button.text() != face)
+        button.setFace("", face);
+    button.setEnabled(works || enabled);
+}
+
+void TakePanel::showLoudness() {
+    showText(*loudnessWords_, work_.isRunning() ? std::to_string(std::lround(100 * work_.share())) + " % done"
+                              : isWhole_        ? loudness_.words(shown_)
+                                                : std::string());
 }
 
 /// Its picture, made anew where it is another file than is shown, or the same in another state.
@@ -250,15 +318,57 @@ void TakePanel::cut() {
         job.fadeIn = job.fadeOut =
             std::min<std::int64_t>(std::llround(kFadeSeconds * picture_->rate()), longest);
     }
-    const auto trim = [job](const TakeWork::Progress& progress, const std::stop_token& cancel) {
-        const TrimOutcome outcome = trimTake(job, progress, cancel);
-        return outcome.end == TrimOutcome::End::Done        ? std::string()
-               : outcome.end == TrimOutcome::End::Cancelled ? std::string("Cancelled")
-                                                            : outcome.error;
-    };
-    work_.start(trim, [this, to = job.to](const std::string& words) {
-        if (words.empty())
-            studio_.state.Text6 = to.string();
+    make(
+        *cut_, job.to,
+        [job](const TakeWork::Progress& progress, const std::stop_token& cancel) {
+            return wordsOf(trimTake(job, progress, cancel));
+        },
+        Then::Show);
+}
+
+void TakePanel::makeLouder() {
+    if (!picture_ || !isWav(shown_))
+        return;
+    const fs::path to = freeName(shown_, "loud");
+    make(
+        *louder_, to,
+        [from = shown_, to](const TakeWork::Progress& progress, const std::stop_token& cancel) {
+            return wordsOf(normalise(from, to, kUsualLoudness, progress, cancel));
+        },
+        Then::Show);
+}
+
+void TakePanel::saveAs() {
+    if (!picture_)
+        return;
+    std::string types;
+    for (const OtherFormat& format : kOtherFormats)
+        types.append(types.empty() ? "" : "|").append(format.filter);
+    const fs::path proposed = parts_.desk.folders.songs() / fs::path(shown_).replace_extension(".flac");
+    const ChosenFile chosen =
+        parts_.desk.dialogs.SaveDialog("Save As FLAC, Ogg or Opus", types, proposed.string());
+    if (chosen.path.empty())
+        return;
+    const auto type =
+        static_cast<std::size_t>(std::clamp(chosen.filterIndex, 1, static_cast<int>(kOtherFormats.size())));
+    const EncodeJob job{.wav = shown_,
+                        .mp3 = withExtension(chosen.path, kOtherFormats[type - 1].extension),
+                        .settings = {.title = studio_.state.title, .artist = studio_.state.artist}};
+    make(
+        *saveAs_, job.mp3,
+        [job](const TakeWork::Progress& progress, const std::stop_token& cancel) {
+            return wordsOf(encodeByName(job, progress, cancel));
+        },
+        Then::Keep);
+}
+
+/// @param then whether the new file takes the place of the one that is shown
+void TakePanel::make(CommandButton& button, const fs::path& to, TakeWork::Job job, Then then) {
+    maker_ = &button;
+    work_.start(std::move(job), [this, to, then, from = shown_](const std::string& words) {
+        SessionState& state = studio_.state;
+        if (words.empty() && then == Then::Show && !state.isRecording && file() == from)
+            state.Text6 = to.string();
         onWords(words.empty() ? "File was saved as " + to.string() : words);
         refresh();
     });

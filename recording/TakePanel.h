@@ -19,6 +19,7 @@ namespace velmora {
 
 class CommandButton;
 class Studio;
+class TakeLoudness;
 class Waveform;
 struct Tip;
 
@@ -30,11 +31,17 @@ struct Tip;
 /// | `waveform`         | the picture                     | plays from where it is pressed                |
 /// | `playPart`         | "Play Part"                     | plays what is between the marks               |
 /// | `cut`, `fade`      | "Cut to Part", "Fade"           | makes a file of that part; `cut`              |
+/// | `louder`           | "Make it as loud as others"     | makes a file of -14 LUFS; `makeLouder`        |
+/// | `saveAs`           | "Save As FLAC, Ogg or Opus..."  | asks for its name and makes it; `saveAs`      |
+/// | `takeLoudness`     | peak and loudness, or how much is done |                                        |
 /// | `title`, `artist`, `cover` | "Title", "Artist", "Cover" | the fields of the same names of the session |
 /// | `back`             | "Back"                          | shows the messages again                      |
+///
+/// The button that makes a file reads "Cancel" meanwhile.
 class TakePanel : public QGroupBox {
 public:
-    TakePanel(const StudioParts& parts, QWidget* parent);
+    /// @param loudness of the file that is shown; it outlives the panel
+    TakePanel(const StudioParts& parts, TakeLoudness& loudness, QWidget* parent);
     ~TakePanel() override;
 
     std::function<void()> onBack;
@@ -50,6 +57,10 @@ public:
     void playPart();
     /// Makes a file of what is between the marks, beside the old one.
     void cut();
+    /// Makes a file that is as loud as what others publish, beside the old one.
+    void makeLouder();
+    /// Asks for a name, and makes a file of that type.
+    void saveAs();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -59,9 +70,14 @@ protected:
 
 private:
     [[nodiscard]] CommandButton* addButton(const char* name, const char* words, const Tip& tip);
+    void addMaker(CommandButton& button, void (TakePanel::*press)());
     [[nodiscard]] QLineEdit* addField(const char* name, const char* words, const char* tip,
                                       std::string& value);
     void chooseCover();
+    enum class Then { Show, Keep };
+    void make(CommandButton& button, const std::filesystem::path& to, TakeWork::Job job, Then then);
+    void refreshMaker(CommandButton& button, const char* words, bool enabled);
+    void showLoudness();
     void showFile();
     void showPicture();
     void play(double from, double to);
@@ -69,20 +85,25 @@ private:
 
     StudioParts parts_;
     Studio& studio_;
+    TakeLoudness& loudness_;
     Waveform* waveform_;
     CommandButton* playPart_;
     CommandButton* cut_;
     QCheckBox* fade_;
+    CommandButton* louder_;
     QLabel* words_;
+    QLabel* loudnessWords_;
     QLineEdit* title_;
     QLineEdit* artist_;
     CommandButton* cover_;
+    CommandButton* saveAs_;
     CommandButton* back_;
     std::filesystem::path shown_;
     std::filesystem::file_time_type shownTime_;
     std::unique_ptr<TakePicture> picture_;
     bool isWhole_ = true; ///< all of it is shown
     QBasicTimer follows_;
+    CommandButton* maker_ = nullptr; ///< whose file is being made
     TakeWork work_;
 };
 

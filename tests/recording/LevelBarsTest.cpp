@@ -17,10 +17,12 @@ constexpr QSize kSize(18, 80);
 struct Counted : LevelBars {
     using LevelBars::LevelBars;
     int paints = 0;
+    QRegion painted;
 
 protected:
     void paintEvent(QPaintEvent* event) override {
         ++paints;
+        painted = event->region();
         LevelBars::paintEvent(event);
     }
 };
@@ -91,4 +93,36 @@ TEST_F(LevelBarsTest, WhatLooksTheSameIsNotPaintedAgain) {
     EXPECT_EQ(settle(), 0);
     bars.showLevels({.peak = {0.8F, 0.5F}});
     EXPECT_EQ(settle(), 1);
+}
+
+TEST_F(LevelBarsTest, OnlyTheRowsThatChangedArePaintedAgain) {
+    bars.showLevels({.peak = {0.5F, 0.5F}, .held = {0.9F, 0.9F}});
+    settle();
+    const QImage before = bars.grab().toImage();
+    settle();
+    bars.showLevels({.peak = {0.4F, 0.5F}, .held = {0.9F, 0.9F}});
+    EXPECT_EQ(settle(), 1);
+    const QRegion painted = bars.painted;
+    EXPECT_LT(painted.boundingRect().height(), 10);
+    EXPECT_LT(painted.boundingRect().right(), kRight);
+    const QImage after = bars.grab().toImage();
+    int differ = 0;
+    for (int y = 0; y < kSize.height(); ++y)
+        for (int x = 0; x < kSize.width(); ++x)
+            if (before.pixel(x, y) != after.pixel(x, y)) {
+                ++differ;
+                EXPECT_TRUE(painted.contains(QPoint(x, y))) << x << ", " << y;
+            }
+    EXPECT_GT(differ, 0);
+}
+
+TEST_F(LevelBarsTest, WhereAHeldLineWasIsPaintedAgain) {
+    bars.showLevels({.peak = {0.1F, 0}, .held = {1, 0}});
+    settle();
+    bars.showLevels({.peak = {0.1F, 0}, .held = {0.5F, 0}, .clipped = {true, false}});
+    EXPECT_EQ(settle(), 1);
+    EXPECT_TRUE(bars.painted.contains(QPoint(kLeft, 10))) << "where the line was";
+    EXPECT_TRUE(bars.painted.contains(QPoint(kLeft, 17))) << "where it is";
+    EXPECT_TRUE(bars.painted.contains(QPoint(kLeft, kLamp))) << "the lamp";
+    EXPECT_FALSE(bars.painted.contains(QPoint(kLeft, kFoot)));
 }

@@ -3,6 +3,11 @@
 
 #include "RecordFixture.h"
 #include "recording/Waveform.h"
+#include "studio/Loudness.h"
+#include "tests/studio/TestWaves.h"
+
+#include <fstream>
+#include <sstream>
 
 using namespace velmora;
 using testing::ElementsAre;
@@ -28,6 +33,22 @@ protected:
     void showTake() {
         click("showTake");
         ASSERT_TRUE(QTest::qWaitFor([this] { return isEnabled("playPart"); }));
+    }
+    /// In its place, some seconds of a quiet hiss.
+    void takeHiss(std::size_t seconds = 3) {
+        take();
+        auto values = testwaves::noise(seconds * 44100, 5);
+        for (std::int16_t& value : values)
+            value = static_cast<std::int16_t>(value / 20);
+        std::ofstream(file_, std::ios::binary) << testwaves::wavOf(values);
+    }
+    [[nodiscard]] fs::path beside(const char* ending) const {
+        return file_.parent_path() / (file_.stem().string() + ending);
+    }
+    static std::string bytesOf(const fs::path& file) {
+        std::ostringstream bytes;
+        bytes << std::ifstream(file, std::ios::binary).rdbuf();
+        return bytes.str();
     }
     Waveform& wave() { return control<Waveform>("waveform"); }
     bool isShown(const char* name) { return control(name).isVisible(); }
@@ -61,14 +82,15 @@ TEST_F(TakePanelTest, AnotherTakeBringsTheMessagesBack) {
 TEST_F(TakePanelTest, ItTellsTheFileAndItsLength) {
     take();
     showTake();
-    EXPECT_EQ(text("takeWords"), file().filename().string() + ", 1.0 seconds");
+    const std::string words = file().filename().string() + ", 1.0 seconds";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return text("takeWords") == words; })) << text("takeWords");
 }
 
 TEST_F(TakePanelTest, WithoutATakeThereIsNothingToPress) {
     opened();
     click("showTake");
     EXPECT_EQ(text("takeWords"), "No recording yet");
-    for (const char* name : {"waveform", "playPart", "cut", "fade"})
+    for (const char* name : {"waveform", "playPart", "cut", "fade", "louder", "saveAs"})
         EXPECT_FALSE(isEnabled(name)) << name;
 }
 
@@ -107,4 +129,109 @@ TEST_F(TakePanelTest, TheTagsAreTheSessions) {
     click("cover");
     EXPECT_EQ(state().cover, "");
     EXPECT_FALSE(control<QAbstractButton>("cover").isChecked());
+}
+
+TEST_F(TakePanelTest, ItTellsPeakAndLoudnessOfTheFileShown) {
+    takeHiss();
+    showTake();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !text("takeLoudness").empty(); }));
+    const Loudness measured = measureLoudness(file()).loudness;
+    EXPECT_EQ(text("takeLoudness"), QStringLiteral("Peak %1 dB, loudness %2 LUFS")
+                                        .arg(measured.peak, 0, 'f', 1)
+                                        .arg(measured.integrated, 0, 'f', 1)
+                                        .toStdString());
+    EXPECT_NEAR(measured.peak, -26, 0.1);
+}
+
+TEST_F(TakePanelTest, ATakeIsToldHowLoudItIs) {
+    take();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return text("loudness") == "Silent"; })) << text("loudness");
+    EXPECT_TRUE(isShown("loudness"));
+    click("CmdrecordSNG");
+    EXPECT_EQ(text("loudness"), "") << "of the last one";
+}
+
+TEST_F(TakePanelTest, AQuietTakeIsMadeAsLoudAsOthersInAFileOfItsOwn) {
+    takeHiss();
+    showTake();
+    const std::string before = bytesOf(file());
+    click("louder");
+    const fs::path loud = beside(" loud.wav");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return state().Text6 == loud.string(); })) << state().Erbox;
+    EXPECT_NEAR(measureLoudness(loud).loudness.integrated, -14, 0.2);
+    EXPECT_EQ(bytesOf(file()), before);
+    EXPECT_THAT(state().Erbox, HasSubstr("File was saved as " + loud.string()));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return text("takeLoudness").ends_with("loudness -14.0 LUFS"); }))
+        << text("takeLoudness");
+}
+
+TEST_F(TakePanelTest, TheButtonThatMakesAFileCancelsIt) {
+    takeHiss(60);
+    showTake();
+    click("louder");
+    EXPECT_EQ(control<QAbstractButton>("louder").text(), "Cancel");
+    EXPECT_FALSE(isEnabled("cut"));
+    EXPECT_FALSE(isEnabled("saveAs"));
+    EXPECT_THAT(text("takeLoudness"), testing::EndsWith(" % done"));
+    click("louder");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return isEnabled("cut"); }));
+    EXPECT_THAT(state().Erbox, HasSubstr("Cancelled"));
+    EXPECT_EQ(control<QAbstractButton>("louder").text(), "Make it as loud as others");
+    EXPECT_EQ(state().Text6, file().string());
+    EXPECT_FALSE(fs::exists(beside(" loud.wav")));
+}
+
+TEST_F(TakePanelTest, SilenceCannotBeMadeLouder) {
+    take();
+    showTake();
+    click("louder");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return isEnabled("louder") && isEnabled("cut"); }));
+    EXPECT_THAT(state().Erbox, HasSubstr("is silent"));
+    EXPECT_EQ(state().Text6, file().string());
+}
+
+TEST_F(TakePanelTest, ATakeIsSavedInOtherFormatsWithItsTags) {
+    takeHiss();
+    showTake();
+    state().title = "Morning Walk";
+    state().artist = "Ada";
+    constexpr std::array kBegins{"fLaC", "OggS", "OggS"};
+    constexpr std::array kEndings{".flac", ".ogg", ".opus"};
+    for (std::size_t i = 0; i < kBegins.size(); ++i) {
+        const fs::path wanted = beside(kEndings[i]);
+        dialogs.answers.push_back({(wanted.parent_path() / wanted.stem()).string(), static_cast<int>(i) + 1});
+        click("saveAs");
+        ASSERT_TRUE(QTest::qWaitFor([this] { return isEnabled("cut"); }));
+        ASSERT_TRUE(fs::exists(wanted)) << state().Erbox;
+        const std::string bytes = bytesOf(wanted);
+        EXPECT_THAT(bytes, testing::StartsWith(kBegins[i]));
+        EXPECT_THAT(bytes, HasSubstr("Morning Walk"));
+        EXPECT_THAT(bytes, HasSubstr("Ada"));
+        EXPECT_THAT(state().Erbox, HasSubstr("File was saved as " + wanted.string()));
+    }
+    EXPECT_EQ(state().Text6, file().string()) << "which stays what is worked on";
+    EXPECT_EQ(dialogs.asked.front().filters,
+              "FLAC (*.flac)|*.flac|Ogg Vorbis (*.ogg)|*.ogg|Opus (*.opus)|*.opus");
+    EXPECT_EQ(dialogs.asked.front().start, beside(".flac").string());
+}
+
+TEST_F(TakePanelTest, WithoutANameNothingIsSaved) {
+    takeHiss();
+    showTake();
+    const std::string before = state().Erbox;
+    click("saveAs");
+    EXPECT_EQ(control<QAbstractButton>("saveAs").text(), "Save As FLAC, Ogg or Opus...");
+    EXPECT_EQ(state().Erbox, before);
+}
+
+TEST_F(TakePanelTest, NoWordIsCutAtTheLeastSize) {
+    takeHiss();
+    showTake();
+    for (const auto* button : control("takePanel").findChildren<QAbstractButton*>()) {
+        const int words = QFontMetrics(button->font()).horizontalAdvance(button->text());
+        EXPECT_LE(words, button->width()) << button->objectName().toStdString();
+    }
+    const auto& loudness = control<QLabel>("takeLoudness");
+    EXPECT_LE(loudness.fontMetrics().horizontalAdvance("Peak -26.0 dB, loudness -28.0 LUFS"),
+              loudness.width());
 }
