@@ -29,6 +29,7 @@ MESSAGES = (458, 361)
 # Places in the CD writer.
 ADD, BURN = (568, 73), (568, 382)
 SECTOR = 2352  # bytes
+KEPT_AFTER = 1  # seconds at most, until what sounds is in its file
 
 
 def samples_of(path, rate=44100):
@@ -39,23 +40,11 @@ def samples_of(path, rate=44100):
     return array.array("h", done.stdout)
 
 
-def decibels(samples):
-    return 10 * math.log10(max(sum(value * value for value in samples), 1) / max(len(samples), 1) / 32768 ** 2)
-
-
-def onset(samples):
-    return next(at for at, value in enumerate(samples) if abs(value) > 2 * SILENT)
-
-
-def difference(one, other, count):
-    """What is left of the one when the other is taken away where both agree best, from their onsets on."""
-    first, second = onset(one), onset(other)
-
-    def rest(shift, count, step):
-        begin = max(0, -(first + shift))
-        return [one[first + shift + at] - other[second + at] for at in range(begin, count, step)]
-    best = min(range(-min(first, 40), 41), key=lambda shift: decibels(rest(shift, 8000, 3)))
-    return decibels(rest(best, count, 1))
+def loudness(samples, note):
+    """Decibels of full scale in the middle of a note."""
+    middle, around = int((note.onset + note.end) / 2 * RATE), RATE // 20
+    part = samples[middle - around:middle + around]
+    return 10 * math.log10(sum(value * value for value in part) / len(part) / 32768 ** 2)
 
 
 class Hand:
@@ -162,6 +151,8 @@ class Studio(KeyboardJourney):
         program.save_as(score)
         program.title_becomes("Velmora - tune.sng")
 
+        with self.server.record() as monitor:
+            monitor.silence(1)  # the notes were heard as they were drawn
         subprocess.run(["pactl", "set-sink-mute", "out", "1"], env=self.server.environment, check=True)
         with self.server.record() as monitor:
             studio.press(START)
@@ -175,11 +166,17 @@ class Studio(KeyboardJourney):
         reference = self.user.path("home", "reference.wav")
         subprocess.run([programs.cli, "convert", score, reference], check=True, capture_output=True,
                        env=self.user.environment(self.screen))
-        recorded, expected = samples_of(mp3), samples_of(reference)
-        print(len(recorded) / 44100, len(expected) / 44100, onset(recorded), onset(expected), decibels(recorded), decibels(expected))
-        count = min(len(recorded) - onset(recorded), len(expected) - onset(expected)) - 100
-        print(difference(recorded, expected, count), count / 44100)
+        self.assertSameSound(mp3, reference)
         program.close()
+
+    def assertSameSound(self, path, reference):
+        recorded, expected = samples_of(path, RATE), samples_of(reference, RATE)
+        self.assertLess(abs(len(recorded) - len(expected)), 0.4 * RATE)
+        heard, wanted = notes(recorded), notes(expected)
+        self.assertEqual(self.pitches(heard), self.pitches(wanted))
+        self.assertSameTimes(heard, wanted, 0.025)
+        for one, other in zip(heard, wanted):
+            self.assertLess(abs(loudness(recorded, one) - loudness(expected, other)), 1, "decibels")
 
     def test_the_keyboard_is_recorded_and_its_file_played(self):
         program, studio = self.open_studio(autoencode=0)
@@ -203,7 +200,6 @@ class Studio(KeyboardJourney):
         for pitch in pitches:
             words += ["synth", "1", "sine", str(440 * 2 ** ((pitch - 69) / 12)), "fade", "0.01", "1", "0.05", ":"]
         subprocess.run(["sox", "-n", "-r", "44100", "-c", "2", "-b", "16", tones, *words[:-1]], check=True)
-        subprocess.run(["sox", "-n", "-r", "44100", "-c", "2", "-b", "16", tones, *words[:-1]], check=True)
         program, studio = self.open_studio()
         studio.open_file(tones)
         with self.server.record() as heard:
@@ -220,27 +216,39 @@ class Studio(KeyboardJourney):
             time.sleep(1.2)
             studio.press(PLAYER["Stop"])
             heard.silence(0.5)
-        found = self.pitches(notes(heard.samples))
-        print(notes(heard.samples))
         studio.says("Music Stopped")
         studio.press(PLAYER["Stop"])
         studio.says("Music File was previously stopped.")
+        tones = notes(heard.samples)
+        (torn,) = [at for at, (one, other) in enumerate(zip(tones, tones[1:])) if one.pitch == other.pitch]
+        self.assertGreater(tones[torn + 1].onset - tones[torn].end, 0.3, "the pause")
+        self.assertEqual(self.pitches(tones[:torn] + tones[torn + 1:]), pitches[:len(tones) - 1])
+        self.assertGreater(len(tones), torn + 2, tones)
+        seconds = [tone.end - tone.onset for tone in tones]
+        for second in [*seconds[:torn], seconds[torn] + seconds[torn + 1], *seconds[torn + 2:-1]]:
+            self.assertLess(abs(second - 1), 0.15, "all of a tone is heard, and once")
         program.close()
 
     def test_what_sounded_before_a_kill_stands_in_the_wav_file(self):
         program, studio = self.open_studio()
         keys = self.record_keyboard(program, studio)
-        begin = time.monotonic()
         keys.play(SCALE[:4], 0.3, 0.1)
-        time.sleep(1.1)  # so long anything may take to the disk
-        program.process.send_signal(signal.SIGKILL)
-        program.process.wait()
-        seconds = time.monotonic() - begin
+        held = SCALE[4]
+        begin = time.monotonic()
+        self.screen.do("keydown", held)
+        try:
+            time.sleep(2.2)
+            seconds = time.monotonic() - begin
+            program.process.send_signal(signal.SIGKILL)
+            program.process.wait()
+        finally:
+            self.screen.do("keyup", held)
         path = self.take()
-        told = subprocess.run(["soxi", "-D", path], capture_output=True, text=True, check=True)
-        print(seconds, told.stdout)
-        self.assertGreater(float(told.stdout), seconds - 1.2)
-        self.assertHolds(path, SCALE_PITCHES[:4])
+        told = subprocess.run(["soxi", path], capture_output=True, text=True, check=True)
+        self.assertEqual(told.stderr, "")
+        heard = notes(samples_of(path, RATE))
+        self.assertEqual(self.pitches(heard), SCALE_PITCHES[:5])
+        self.assertGreater(heard[-1].end - heard[-1].onset, seconds - KEPT_AFTER - 0.2)
 
     def test_a_disc_image_is_written_that_other_programs_read_back(self):
         paths = [self.user.path("home", name) for name in ("first.wav", "second one.wav")]
@@ -262,6 +270,10 @@ class Studio(KeyboardJourney):
         self.assertTrue(os.path.exists(cue))
         subprocess.run(["bchunk", "-w", "disc.bin", "disc.cue", "track"], cwd=self.user.path("home"), check=True,
                        capture_output=True)
+        listed = subprocess.run(["cd-info", "--no-header", "--no-cddb", "--no-device-info", "-c", cue], check=True,
+                                capture_output=True, text=True).stdout
+        self.assertRegex(listed, r"\n +1: 00:02:00 .* audio")
+        self.assertRegex(listed, r"\n +2: 00:07:00 .* audio")
         first = 0
         for number, path in enumerate(paths, 1):
             sound = subprocess.run(["sox", path, "-t", "raw", "-"], capture_output=True, check=True).stdout
