@@ -100,8 +100,8 @@ public:
     /// that isn't blank, are found before anything is written.
     /// @param image the CUE file, for the image drive
     [[nodiscard]] virtual BurnOutcome burn(const CdDrive& drive, const CdTracks& tracks,
-                                   const std::filesystem::path& image, BurnEvents& events,
-                                   const std::stop_token& cancel = {});
+                                           const std::filesystem::path& image, BurnEvents& events,
+                                           const std::stop_token& cancel = {});
 
 private:
     MessageLoop* loop_;
