@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <random>
 #include <system_error>
 #include <utility>
 
@@ -23,6 +24,13 @@ mode_t permissionsFor(const std::filesystem::path& path) {
     umask(mask);
     return 0666U & ~mask;
 }
+const std::string kHidden = ".velmora-";
+
+/// By which a file without a name can be given one.
+std::string linkOf(int descriptor) {
+    return "/proc/self/fd/" + std::to_string(descriptor);
+}
+
 /// What a path leads to, also where nothing is there yet: a link stays one, and what it leads to is made or
 /// replaced.
 std::filesystem::path targetOf(std::filesystem::path path, std::error_code& error) {
@@ -59,14 +67,45 @@ std::string PendingFile::open() {
         return failure(errno); // a rename would pass over the protection
     if (isThere && !std::filesystem::is_regular_file(target_, error)) {
         descriptor_ = ::open(target_.c_str(), O_WRONLY | O_CLOEXEC);
-    } else {
-        beside_ = (target_.parent_path() / ".velmora-XXXXXX").string();
-        descriptor_ = mkostemp(beside_.data(), O_CLOEXEC);
+        isDirect_ = true;
+        return descriptor_ >= 0 ? std::string() : failure(errno);
     }
-    if (descriptor_ >= 0)
-        return {};
-    beside_.clear();
-    return failure(errno);
+    return openNameless() || openBeside() ? std::string() : failure(errno);
+}
+
+bool PendingFile::openNameless() {
+    const std::filesystem::path folder = target_.has_parent_path() ? target_.parent_path() : ".";
+    descriptor_ = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    if (descriptor_ < 0)
+        return false;
+    if (access(linkOf(descriptor_).c_str(), F_OK) == 0)
+        return true;
+    close(std::exchange(descriptor_, -1)); // it could not be given a name later
+    return false;
+}
+
+bool PendingFile::openBeside() {
+    beside_ = (target_.parent_path() / (kHidden + "XXXXXX")).string();
+    descriptor_ = mkostemp(beside_.data(), O_CLOEXEC);
+    if (descriptor_ < 0)
+        beside_.clear();
+    return descriptor_ >= 0;
+}
+
+/// A name that no other file has, since no link replaces one.
+bool PendingFile::giveName() {
+    constexpr int kMostTries = 100;
+    std::random_device random;
+    for (int tries = 0; tries < kMostTries; ++tries) {
+        std::string name = (target_.parent_path() / (kHidden + std::to_string(random()))).string();
+        if (linkat(AT_FDCWD, linkOf(descriptor_).c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0) {
+            beside_ = std::move(name);
+            return true;
+        }
+        if (errno != EEXIST)
+            break;
+    }
+    return false;
 }
 
 std::string PendingFile::write(std::span<const std::byte> bytes) {
@@ -82,22 +121,21 @@ std::string PendingFile::write(std::span<const std::byte> bytes) {
 }
 
 void PendingFile::beginFlushing() {
-    if (!beside_.empty())
+    if (!isDirect_)
         sync_file_range(descriptor_, 0, 0, SYNC_FILE_RANGE_WRITE); // from the beginning to the end
 }
 
 std::string PendingFile::overwrite(std::size_t offset, std::span<const std::byte> bytes) {
-    if (beside_.empty())
+    if (isDirect_)
         return {};
     const ssize_t count = pwrite(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(offset));
     return count == static_cast<ssize_t>(bytes.size()) ? std::string() : failure(count < 0 ? errno : ENOSPC);
 }
 
 std::string PendingFile::commit() {
-    if (!beside_.empty()) {
-        if (fchmod(descriptor_, permissionsFor(target_)) != 0 || fdatasync(descriptor_) != 0)
-            return failure(errno);
-    }
+    if (!isDirect_ && (fchmod(descriptor_, permissionsFor(target_)) != 0 || fdatasync(descriptor_) != 0 ||
+                       (beside_.empty() && !giveName())))
+        return failure(errno);
     if (close(std::exchange(descriptor_, -1)) != 0)
         return failure(errno);
     if (!beside_.empty() && std::rename(beside_.c_str(), target_.c_str()) != 0)

@@ -28,11 +28,12 @@ public:
     void beginFlushing();
     /// Replaces bytes that were written before; nothing happens where there is no going back.
     [[nodiscard]] std::string overwrite(std::size_t offset, std::span<const std::byte> bytes);
-    /// Flushes and moves the file into its place.
+    /// Flushes and moves the file into its place. Until then it has no name where the file system can do
+    /// that, so that a program that is killed leaves nothing.
     [[nodiscard]] std::string commit();
 
     /// Whether `overwrite` can do anything; after `open`.
-    [[nodiscard]] bool canBeRewound() const { return !beside_.empty(); }
+    [[nodiscard]] bool canBeRewound() const { return !isDirect_; }
     /// For libraries that write by themselves; -1 before `open`. Stays this object's.
     [[nodiscard]] int descriptor() const { return descriptor_; }
     /// The sentence for a failure: "Writing <file> failed: <reason>."
@@ -41,9 +42,13 @@ public:
     [[nodiscard]] std::string failure(int code) const;
 
 private:
+    [[nodiscard]] bool openNameless();
+    [[nodiscard]] bool openBeside();
+    [[nodiscard]] bool giveName();
     std::filesystem::path path_;   ///< as the user named it
     std::filesystem::path target_; ///< what it leads to
-    std::string beside_;           ///< name while it is written; blank if it is written directly
+    bool isDirect_ = false;        ///< written where it is: no regular file
+    std::string beside_;           ///< its name while it is written, where it has one
     int descriptor_ = -1;
 };
 

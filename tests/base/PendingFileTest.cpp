@@ -3,9 +3,11 @@
 
 #include "tests/studio/TestSinks.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <optional>
@@ -53,6 +55,18 @@ TEST_F(PendingFileTest, TheFileIsThereOnceItIsCommittedAndNotBefore) {
     EXPECT_FALSE(std::filesystem::exists(path));
     EXPECT_EQ(file.commit(), "");
     EXPECT_EQ(bytesOf(path), "first, second");
+    EXPECT_EQ(filesIn(folder), 1U);
+}
+
+TEST_F(PendingFileTest, WhereTheFileSystemCanDoThatNothingShowsBeforeTheEnd) {
+    const int nameless = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    const std::size_t shown = nameless >= 0 ? 0 : 1;
+    close(nameless);
+    PendingFile file(path);
+    EXPECT_EQ(file.open(), "");
+    EXPECT_EQ(file.write(bytes("sound")), "");
+    EXPECT_EQ(filesIn(folder), shown);
+    EXPECT_EQ(file.commit(), "");
     EXPECT_EQ(filesIn(folder), 1U);
 }
 
