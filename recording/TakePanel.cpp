@@ -179,7 +179,7 @@ void TakePanel::resizeEvent(QResizeEvent* event) {
     place(*fade_, upper, fade_->sizeHint().width());
     place(*louder_, upper, kLouderWidth);
     loudnessWords_->setGeometry(x + 4, upper, width() - kPadding - x - 4, kRow);
-    words_->setGeometry(kWordsLeft, 2, back_->x() - 8 - kWordsLeft, 22);
+    words_->setGeometry(kWordsLeft, 4, back_->x() - 8 - kWordsLeft, 22);
     x = kPadding;
     const int field = (inner - 2 * (kLabel + 8) - 2 * 8 - kCoverWidth - 8 - kSaveAsWidth) / 2;
     for (QLineEdit* one : {title_, artist_}) {

@@ -4,6 +4,8 @@
 #include "shell/FileDialog.h"
 #include "shell/ModalDialog.h"
 
+#include <QApplication>
+
 namespace velmora {
 
 namespace {
@@ -16,12 +18,18 @@ FileRequest requestOf(QFileDialog::AcceptMode mode, std::string_view title, std:
     request.start = startPlace(start, request.filters);
     return request;
 }
+
+/// The window that asks: over another one, a dialog would leave that before it.
+QWidget* askingWindow(QWidget* otherwise) {
+    QWidget* const active = QApplication::activeWindow();
+    return active && active->windowType() == Qt::Window ? active : otherwise;
+}
 } // namespace
 
 ChosenFile QtFileDialogs::choose(FileRequest request) {
     if (!whyNoDialogs().empty())
         return {};
-    const QPointer window = new FileWindow(desk_, parent_, std::move(request));
+    const QPointer window = new FileWindow(desk_, askingWindow(parent_), std::move(request));
     const ModalEnd end = window->run();
     if (end == ModalEnd::Destroyed)
         return {};

@@ -11,7 +11,8 @@ namespace velmora {
 
 struct FileRequest;
 
-/// The plain file dialogs over a window, in its frame and skin.
+/// The plain file dialogs, in the frame and skin of the windows: over the one that is active, else over a
+/// given one.
 ///
 /// A start may be a folder or the path of a file, which is then proposed; a folder that is gone stands for
 /// its nearest parent. Before `SaveDialog` returns, the user has agreed to the loss of the file that the

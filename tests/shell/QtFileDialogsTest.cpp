@@ -428,6 +428,21 @@ TEST_F(QtFileDialogsTest, TheDialogStandsInTheProgramsFrameOverItsParent) {
     EXPECT_EQ(dialogs_.OpenDialog("Open Score File", kOpenTypes, folder()).path, "");
 }
 
+TEST_F(QtFileDialogsTest, TheDialogStandsOverTheWindowThatAsks) {
+    QWidget parent;
+    parent.show();
+    dialogs_.setParent(&parent);
+    QWidget asking;
+    asking.show();
+    asking.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&asking));
+    driver_.in<QFileDialog>([&](QFileDialog& dialog) {
+        EXPECT_EQ(dialog.window()->parentWidget(), &asking);
+        dialog.reject();
+    });
+    EXPECT_EQ(dialogs_.OpenDialog("Open", "", "").path, "");
+}
+
 TEST_F(QtFileDialogsTest, TheNextDialogIsAsLargeAsTheLastOne) {
     driver_.in<QFileDialog>([](QFileDialog& dialog) {
         dialog.window()->resize(640, 420);
