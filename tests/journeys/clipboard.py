@@ -47,8 +47,8 @@ class Clipboard:
         kind, count, left = _Id(), _Id(), _Id()
         form = ctypes.c_int()
         data = ctypes.c_void_p()
-        _x.XGetWindowProperty(self._display, self._window, self._atom("PASTED"), ctypes.c_long(0), ctypes.c_long(1 << 20),
-                              1, _Id(0), ctypes.byref(kind), ctypes.byref(form), ctypes.byref(count),
+        _x.XGetWindowProperty(self._display, self._window, self._atom("PASTED"), ctypes.c_long(0),
+                              ctypes.c_long(1 << 20), 1, _Id(0), ctypes.byref(kind), ctypes.byref(form), ctypes.byref(count),
                               ctypes.byref(left), ctypes.byref(data))
         if not data.value:
             return ""

@@ -28,6 +28,7 @@ BURN_CD = (233, 368)
 MESSAGES = (458, 361)
 # Places in the CD writer.
 ADD, BURN = (568, 73), (568, 382)
+TRACKS = ((270, 88), (270, 108))  # where their rows have no words; the latest is chosen
 SECTOR = 2352  # bytes
 KEPT_AFTER = 1  # seconds at most, until what sounds is in its file
 
@@ -252,17 +253,22 @@ class Studio(KeyboardJourney):
 
     def test_a_disc_image_is_written_that_other_programs_read_back(self):
         paths = [self.user.path("home", name) for name in ("first.wav", "second one.wav")]
-        for path, seconds in zip(paths, (5, 4.321)):
+        for path, seconds, sound in zip(paths, (5, 4.321), ("pinknoise", "brownnoise")):
             subprocess.run(["sox", "-R", "-n", "-r", "44100", "-c", "2", "-b", "16", path, "synth", str(seconds),
-                            "pinknoise", "gain", "-6"], check=True)
+                            sound, "gain", "-6"], check=True)
         program, studio = self.open_studio()
         studio.press(BURN_CD)
         self.question_of_writer(program, "alt+y")
         writer = self.screen.window(CD_WRITER)
-        for path in paths:
+        left, top, _, _ = self.screen.geometry(writer)
+        for path, (x, y) in zip(paths, TRACKS):
+            self.activate(program, writer)
+            empty = self.screen.pixel(left + x, top + y)
             self.press_writer(program, writer, ADD)
             program.save_as(path, "^Add a track")
             self.screen.gone("^Add a track")
+            self.activate(program, writer)
+            wait_for(lambda: self.screen.pixel(left + x, top + y) != empty, "the track in the list")
         self.press_writer(program, writer, BURN)
         cue = self.user.path("home", "disc.cue")
         program.save_as(cue, "^Write a disc image")
@@ -297,9 +303,12 @@ class Studio(KeyboardJourney):
         self.screen.key(key)
         wait_for(lambda: box not in self.screen.windows(CD_WRITER), "the question's end")
 
+    def activate(self, program, window):
+        self.screen.do("windowactivate", window)
+        program.focus(window)
+
     def press_writer(self, program, writer, place):
-        self.screen.do("windowactivate", writer)
-        program.focus(writer)
+        self.activate(program, writer)
         left, top, _, _ = self.screen.geometry(writer)
         self.screen.click(left + place[0], top + place[1])
 
