@@ -6,6 +6,7 @@
 #include "shell/PixelGrid.h"
 #include "shell/SkinPainter.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 
 #include <algorithm>

@@ -103,7 +103,7 @@ Record::Record(Desk& desk, QWidget* composing)
     };
     studio_.session.show(this);
     studio_.music.show(this);
-    sessionChanged();
+    Record::sessionChanged();
     source_->start().setFocus();
 }
 

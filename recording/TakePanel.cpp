@@ -19,6 +19,7 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QTimerEvent>
 
 #include <algorithm>
 #include <cmath>

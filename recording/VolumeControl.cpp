@@ -44,6 +44,7 @@ std::vector<Mixer> mixersFor(std::string_view desktop) {
     std::vector<Row> rows(kRows.begin(), kRows.end());
     std::ranges::stable_sort(rows, {}, rank);
     std::vector<Mixer> mixers;
+    mixers.reserve(rows.size());
     for (const Row& row : rows)
         mixers.push_back({row.program, *row.word ? QStringList{row.word} : QStringList{}});
     return mixers;
