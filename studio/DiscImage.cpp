@@ -22,8 +22,8 @@ namespace velmora {
 namespace {
 using End = SectorOutcome::End;
 
-constexpr std::size_t kPage = 4096;        ///< what a disk may want its blocks aligned to
-constexpr std::size_t kBlock = 512 * 1024; ///< bytes, whole pages and whole frames
+constexpr std::size_t kPage = 4096;                     ///< what a disk may want its blocks aligned to
+constexpr std::size_t kBlock = std::size_t{512} * 1024; ///< bytes, whole pages and whole frames
 
 /// A block that begins on a page.
 class Block {

@@ -36,13 +36,13 @@ private:
     };
     static constexpr std::size_t kGaps = 64;
 
-    std::vector<float> values_;
     SpscRing<Gap, kGaps> gaps_;
+    alignas(64) std::atomic<std::uint64_t> begin_{0};
+    alignas(64) std::atomic<std::uint64_t> end_{0};
+    std::vector<float> values_;
     std::uint64_t gap_ = 0;    ///< values lost since the last that was taken; of the pushing thread
     std::uint64_t silent_ = 0; ///< values of the first gap that are out already; of the popping thread
     std::atomic<std::int64_t> lost_{0};
-    alignas(64) std::atomic<std::uint64_t> begin_{0};
-    alignas(64) std::atomic<std::uint64_t> end_{0};
 };
 
 } // namespace velmora

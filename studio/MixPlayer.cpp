@@ -229,9 +229,8 @@ void MixPlayer::render(const AudioBlock& block) noexcept {
     const std::int64_t inside = static_cast<std::int64_t>(ring_.size());
     const std::int64_t left = limit_ - ring_.taken();
     ring(block, std::min({std::int64_t{block.frames}, inside, left}));
-    if (left <= block.frames && inside >= left)
-        isThrough_.store(true, std::memory_order_release);
-    else if (isWhole && inside <= block.frames)
+    const bool isAtEnd = left <= block.frames && inside >= left;
+    if (isAtEnd || (isWhole && inside <= block.frames))
         isThrough_.store(true, std::memory_order_release);
 }
 

@@ -33,7 +33,7 @@ Mp3Reader::Mp3Reader(std::unique_ptr<ByteSource> bytes) : bytes_(std::move(bytes
     decoder_ = std::make_unique<Mp3Decoder>(first_.rate, first_.channels);
     problem_ = decoder_->problem();
     if (problem_.empty())
-        seek(0);
+        Mp3Reader::seek(0);
 }
 
 Mp3Reader::~Mp3Reader() = default;

@@ -63,10 +63,10 @@ private:
             to[i] += from[i];
     }
 
-    std::vector<float> samples_ = std::vector<float>(2 * kFrames);
     // Both only grow, and their difference is what is inside; apart, as each has its own writer.
     alignas(64) std::atomic<std::int64_t> begin_{0};
     alignas(64) std::atomic<std::int64_t> end_{0};
+    std::vector<float> samples_ = std::vector<float>(2 * kFrames);
 };
 
 } // namespace velmora

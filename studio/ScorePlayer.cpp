@@ -66,7 +66,7 @@ void ScorePlayer::stopRecording() {
 
 std::string ScorePlayer::soundWithin() {
     const int device = devices_.midiDevice();
-    const std::string name = device == MidiPort::kMapper ? std::string() : port_.deviceName(device);
+    std::string name = device == MidiPort::kMapper ? std::string() : port_.deviceName(device);
     if (name.empty() || name == MidiDevices::kSynthName)
         return {};
     switched_ = true;

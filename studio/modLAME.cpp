@@ -10,6 +10,7 @@
 #include <array>
 #include <cstdarg>
 #include <mutex>
+#include <vector>
 
 namespace velmora {
 
