@@ -9,6 +9,7 @@
 #include "base/Text.h"
 #include "composition/Player.h"
 #include "composition/Workspace.h"
+#include "parts/BringUp.h"
 #include "parts/CommandBinding.h"
 #include "parts/Desk.h"
 #include "recording/AfterPanel.h"
@@ -359,14 +360,7 @@ void Record::followTake() {
 // Its coming and going.
 
 void Record::open(Windows::Focus focus) {
-    setAttribute(Qt::WA_ShowWithoutActivating, focus == Windows::Focus::Leave);
-    if (isMinimized())
-        showNormal();
-    else
-        show();
-    raise();
-    if (focus == Windows::Focus::Take)
-        activateWindow();
+    bringUp(*this, focus);
 }
 
 /// At the stored place on whichever screen that is.

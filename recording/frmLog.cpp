@@ -2,6 +2,7 @@
 #include "recording/frmLog.h"
 
 #include "base/QtText.h"
+#include "parts/BringUp.h"
 #include "parts/Desk.h"
 #include "recording/MessagePanel.h"
 #include "shell/CommandButton.h"
@@ -57,14 +58,7 @@ frmLog::frmLog(Desk& desk, QWidget* composing)
 }
 
 void frmLog::open(Windows::Focus focus) {
-    setAttribute(Qt::WA_ShowWithoutActivating, focus == Windows::Focus::Leave);
-    if (isMinimized())
-        showNormal();
-    else
-        show();
-    raise();
-    if (focus == Windows::Focus::Take)
-        activateWindow();
+    bringUp(*this, focus);
 }
 
 void frmLog::refresh() {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "studio/ByteSource.h"
 
+#include "base/ReadAt.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -29,17 +31,7 @@ public:
     FileBytes& operator=(const FileBytes&) = delete;
 
     std::size_t read(std::uint64_t offset, std::span<std::uint8_t> to) override {
-        std::size_t done = 0;
-        while (done < to.size()) {
-            const ssize_t count =
-                pread(descriptor_, to.data() + done, to.size() - done, static_cast<off_t>(offset + done));
-            if (count < 0 && errno == EINTR)
-                continue;
-            if (count <= 0)
-                break;
-            done += static_cast<std::size_t>(count);
-        }
-        return done;
+        return readAt(descriptor_, offset, std::as_writable_bytes(to));
     }
 
 private:

@@ -3,6 +3,7 @@
 
 #include "base/Files.h"
 #include "base/PendingFile.h"
+#include "base/ReadAt.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -44,20 +45,6 @@ std::size_t writeAt(int descriptor, std::uint64_t offset, std::span<const std::b
             continue;
         if (count == 0)
             errno = ENOSPC;
-        if (count <= 0)
-            break;
-        done += static_cast<std::size_t>(count);
-    }
-    return done;
-}
-
-std::size_t readAt(int descriptor, std::uint64_t offset, std::span<std::byte> bytes) {
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t count =
-            pread(descriptor, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
-        if (count < 0 && errno == EINTR)
-            continue;
         if (count <= 0)
             break;
         done += static_cast<std::size_t>(count);

@@ -9,6 +9,7 @@
 #include "composition/Workspace.h"
 #include "keyboard/PlayedLog.h"
 #include "keyboard/TakeScore.h"
+#include "parts/BringUp.h"
 #include "parts/Desk.h"
 #include "parts/SetupTab.h"
 #include "shell/CommandButton.h"
@@ -427,14 +428,7 @@ void frmsynth::layOut() {
 void frmsynth::open(Windows::Focus focus) {
     if (!loaded_)
         load();
-    setAttribute(Qt::WA_ShowWithoutActivating, focus == Windows::Focus::Leave);
-    if (isMinimized())
-        showNormal();
-    else
-        show();
-    raise();
-    if (focus == Windows::Focus::Take)
-        activateWindow();
+    bringUp(*this, focus);
 }
 
 void frmsynth::load() {
