@@ -127,7 +127,7 @@ private:
         jack().jack_set_process_callback(
             handle(),
             [](jack_nframes_t frames, void* self) {
-                static_cast<JackClient*>(self)->process(frames);
+                uncancelled([frames, self] { static_cast<JackClient*>(self)->process(frames); });
                 return 0;
             },
             this);

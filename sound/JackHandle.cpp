@@ -71,10 +71,11 @@ std::unique_ptr<JackHandle> JackHandle::open(const char* name) {
     library().jack_on_shutdown(
         client,
         [](void* self) {
-            auto* const lost = static_cast<JackHandle*>(self);
-            lost->lost_ = true;
-            if (lost->tellLost_)
-                lost->tellLost_();
+            uncancelled([lost = static_cast<JackHandle*>(self)] {
+                lost->lost_ = true;
+                if (lost->tellLost_)
+                    lost->tellLost_();
+            });
         },
         handle.get());
     return handle;

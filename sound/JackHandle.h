@@ -3,11 +3,24 @@
 
 #include <jack/types.h>
 
+#include <pthread.h>
+
 #include <atomic>
 #include <functional>
 #include <memory>
 
 namespace velmora {
+
+/// What a call of the library does, whole. Where a client is closed the library cancels its threads, and they
+/// may be cancelled at any instruction: in a function that must not throw, that is the end of the program.
+template<typename Call>
+void uncancelled(Call call) {
+    int before = 0;
+    ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &before);
+    call();
+    // A thread that was cancelled meanwhile ends here, so no destructor may do this.
+    ::pthread_setcancelstate(before, nullptr);
+}
 
 /// A client of a running JACK server.
 ///

@@ -111,13 +111,13 @@ private:
             handle_->get(),
             [](jack_port_id_t, int, void* self) {
                 // The library may not be asked for more from here.
-                static_cast<JackInputClient*>(self)->queue_.wakeBackend();
+                uncancelled([self] { static_cast<JackInputClient*>(self)->queue_.wakeBackend(); });
             },
             this);
         jack().jack_set_process_callback(
             handle_->get(),
             [](jack_nframes_t frames, void* self) {
-                static_cast<JackInputClient*>(self)->process(frames);
+                uncancelled([frames, self] { static_cast<JackInputClient*>(self)->process(frames); });
                 return 0;
             },
             this);
