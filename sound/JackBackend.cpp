@@ -74,16 +74,19 @@ public:
     JackClient& operator=(const JackClient&) = delete;
 
     [[nodiscard]] bool serverLost() const noexcept { return handle_->serverLost(); }
-    [[nodiscard]] jack_client_t* handle() const { return handle_->get(); }
     [[nodiscard]] std::size_t queued() const noexcept { return queue_.size(); }
 
     /// @param connection the number that `connect` gave
     bool send(std::uint32_t word, unsigned connection) noexcept {
-        return !serverLost() && queue_.push({jack().jack_frame_time(handle()), connection, word});
+        const auto use = handle_->use();
+        return use && queue_.push({jack().jack_frame_time(handle()), connection, word});
     }
 
     /// Connects the port to a destination and gives the connection's number; none if that has gone.
     std::optional<unsigned> connect(const std::string& destination) {
+        const auto use = handle_->use();
+        if (!use)
+            return std::nullopt;
         const int result = jack().jack_connect(handle(), jack().jack_port_name(port_), destination.c_str());
         if (result != 0 && result != EEXIST)
             return std::nullopt;
@@ -95,17 +98,36 @@ public:
     void disconnect(const std::string& destination) {
         drain();
         ++connection_;
-        if (!serverLost())
+        if (const auto use = handle_->use())
             jack().jack_disconnect(handle(), jack().jack_port_name(port_), destination.c_str());
     }
 
+    /// The inputs of other programs, in JACK's order.
+    [[nodiscard]] std::vector<std::string> destinations() const {
+        std::vector<std::string> names;
+        const auto use = handle_->use();
+        if (!use)
+            return names;
+        const char** ports =
+            jack().jack_get_ports(handle(), nullptr, JACK_DEFAULT_MIDI_TYPE, JackPortIsInput);
+        if (ports == nullptr)
+            return names;
+        for (const char** port = ports; *port != nullptr; ++port)
+            if (!isOurPort(*port))
+                names.emplace_back(*port);
+        jack().jack_free(ports);
+        return names;
+    }
+
 private:
+    [[nodiscard]] jack_client_t* handle() const { return handle_->get(); }
+
     /// Waits until all that was sent has left our port, but never for long.
     void drain() const {
-        if (serverLost())
-            return;
-        const double period = static_cast<double>(jack().jack_get_buffer_size(handle())) /
-                              jack().jack_get_sample_rate(handle());
+        double period = 0;
+        if (const auto use = handle_->use())
+            period = static_cast<double>(jack().jack_get_buffer_size(handle())) /
+                     jack().jack_get_sample_rate(handle());
         const double deadline = steadySeconds() + kDrainSeconds + 4 * period;
         // What leaves in one period is read by the receiver in that or the next.
         unsigned long enough = periods_ + 2;
@@ -123,6 +145,9 @@ private:
     };
 
     bool activate() {
+        const auto use = handle_->use();
+        if (!use)
+            return false;
         port_ = jack().jack_port_register(handle(), "Output", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0);
         jack().jack_set_process_callback(
             handle(),
@@ -198,18 +223,7 @@ private:
 class JackBackend : public MidiBackend {
 public:
     std::vector<std::string> destinations() override {
-        std::vector<std::string> names;
-        if (!connected())
-            return names;
-        const char** ports =
-            jack().jack_get_ports(client_->handle(), nullptr, JACK_DEFAULT_MIDI_TYPE, JackPortIsInput);
-        if (ports == nullptr)
-            return names;
-        for (const char** port = ports; *port != nullptr; ++port)
-            if (!isOurPort(*port))
-                names.emplace_back(*port);
-        jack().jack_free(ports);
-        return names;
+        return connected() ? client_->destinations() : std::vector<std::string>();
     }
 
     std::unique_ptr<MidiOutlet> open(const std::string& destination) override {

@@ -7,9 +7,7 @@
 #include <jack/jack.h>
 
 #include <algorithm>
-#include <chrono>
 #include <mutex>
-#include <thread>
 #include <vector>
 
 namespace velmora {
@@ -48,10 +46,11 @@ void JackHandle::closeLost(Clients& all) {
         return;
     for (JackHandle* one : all.open)
         one->lost_ = true;
-    // A call that began before is over by then; none waits for a server that is dead.
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    for (JackHandle* one : all.open)
+    for (JackHandle* one : all.open) {
+        // A call that began before ends first; none waits for a server that is dead.
+        const std::lock_guard lock(one->use_);
         library().jack_client_close(one->client_);
+    }
     all.open.clear();
 }
 

@@ -8,6 +8,8 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <shared_mutex>
 
 namespace velmora {
 
@@ -35,7 +37,14 @@ public:
     JackHandle(const JackHandle&) = delete;
     JackHandle& operator=(const JackHandle&) = delete;
 
-    /// Not to be used any more once the server is lost: soon after, it is closed.
+    /// Keeps the client open while it is held, and is false once the server is lost. Every call of the
+    /// library outside of the library's own threads needs it; it is not held twice by a thread.
+    [[nodiscard]] std::shared_lock<std::shared_mutex> use() const {
+        std::shared_lock lock(use_);
+        if (lost_)
+            lock.unlock();
+        return lock;
+    }
     [[nodiscard]] jack_client_t* get() const { return client_; }
     /// Thread-safe: yes. Realtime-safe: yes.
     [[nodiscard]] bool serverLost() const noexcept { return lost_; }
@@ -52,6 +61,7 @@ private:
     explicit JackHandle(jack_client_t* client) : client_(client) {}
 
     jack_client_t* client_;
+    mutable std::shared_mutex use_; ///< held alone by who closes the client of another
     std::atomic<bool> lost_{false};
     std::function<void()> tellLost_;
 };

@@ -73,7 +73,6 @@ public:
 
     JackInputClient(std::unique_ptr<JackHandle> handle, MidiInputQueue& queue)
         : queue_(queue)
-        , rate_(jack().jack_get_sample_rate(handle->get()))
         , handle_(std::move(handle)) {}
     ~JackInputClient() { queue_.removeAll(); }
     JackInputClient(const JackInputClient&) = delete;
@@ -84,6 +83,9 @@ public:
     /// Connects the sources that have come and lets go of those that have gone. False if one could not be
     /// connected.
     bool look() {
+        const auto use = handle_->use();
+        if (!use)
+            return true;
         const std::vector<std::string> now = wantedPorts();
         for (Slot& slot : slots_)
             if (slot.source != 0 && std::ranges::find(now, slot.name) == now.end()) {
@@ -107,6 +109,10 @@ private:
 
     bool activate() {
         handle_->onLost([this] { queue_.wakeBackend(); });
+        const auto use = handle_->use();
+        if (!use)
+            return false;
+        rate_ = jack().jack_get_sample_rate(handle_->get());
         jack().jack_set_port_registration_callback(
             handle_->get(),
             [](jack_port_id_t, int, void* self) {
@@ -202,7 +208,7 @@ private:
     static constexpr double kMostAge = 0.5; ///< more means that the server's clock has jumped
 
     MidiInputQueue& queue_;
-    double rate_;
+    double rate_ = 1; ///< frames a second
     std::array<Slot, kMostSources> slots_;
     std::unique_ptr<JackHandle> handle_; ///< goes first, and with it the calls of `process`
 };
