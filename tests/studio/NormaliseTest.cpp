@@ -4,6 +4,7 @@
 #include "sound/Limiter.h"
 #include "tests/studio/TestMusic.h"
 #include "tests/studio/TestSinks.h"
+#include "tests/support/FullDisk.h"
 
 #include <gmock/gmock.h>
 
