@@ -18,8 +18,8 @@ struct BurnFailure {
     std::string detail;
 };
 
-/// What came of the disc, by what the library complained of.
-/// @param atWork what the drive was closing, or WriteError
-[[nodiscard]] BurnFailure failureOf(const std::vector<std::string>& complaints, BurnCode atWork);
+/// What came of the disc, by what the library complained of. Of a drive that refuses a page of write
+/// parameters, or can't tell an address, it doesn't: that drive is written to all the same.
+[[nodiscard]] BurnFailure failureOf(const std::vector<std::string>& complaints);
 
 } // namespace velmora::burner

@@ -22,7 +22,6 @@ struct BurnLibrary : LateLibrary {
     void restart();
     VELMORA_LATE_CALL(burn_cdtext_from_session);
     VELMORA_LATE_CALL(burn_disc_add_session);
-    VELMORA_LATE_CALL(burn_disc_available_space);
     VELMORA_LATE_CALL(burn_disc_create);
     VELMORA_LATE_CALL(burn_disc_erasable);
     VELMORA_LATE_CALL(burn_disc_erase);
@@ -32,7 +31,6 @@ struct BurnLibrary : LateLibrary {
     VELMORA_LATE_CALL(burn_disc_get_status);
     VELMORA_LATE_CALL(burn_disc_read_atip);
     VELMORA_LATE_CALL(burn_disc_write);
-    VELMORA_LATE_CALL(burn_drive_add_whitelist);
     VELMORA_LATE_CALL(burn_drive_cancel);
     VELMORA_LATE_CALL(burn_drive_clear_whitelist);
     VELMORA_LATE_CALL(burn_drive_d_get_adr);
@@ -66,12 +64,12 @@ struct BurnLibrary : LateLibrary {
     VELMORA_LATE_CALL(burn_track_get_entry);
     VELMORA_LATE_CALL(burn_track_set_cdtext);
     VELMORA_LATE_CALL(burn_track_set_source);
-    VELMORA_LATE_CALL(burn_write_opts_auto_write_type);
     VELMORA_LATE_CALL(burn_write_opts_free);
     VELMORA_LATE_CALL(burn_write_opts_new);
     VELMORA_LATE_CALL(burn_write_opts_set_multi);
     VELMORA_LATE_CALL(burn_write_opts_set_perform_opc);
     VELMORA_LATE_CALL(burn_write_opts_set_underrun_proof);
+    VELMORA_LATE_CALL(burn_write_opts_set_write_type);
 
     bool ready = false;
 };

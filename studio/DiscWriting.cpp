@@ -48,8 +48,9 @@ BurnOutcome write(const CdDrive& drive, const GrabbedDrive& grabbed, const CdTra
     library().burn_write_opts_set_multi(options.get(), 0);
     library().burn_write_opts_set_underrun_proof(options.get(), 1);
     std::array<char, BURN_REASONS_LEN> reasons{};
-    if (library().burn_write_opts_auto_write_type(options.get(), layout.disc(), reasons.data(), 0) ==
-            BURN_WRITE_NONE ||
+    // All tracks at once, with nothing between them: no track is closed by itself, nor asked where it may
+    // begin.
+    if (library().burn_write_opts_set_write_type(options.get(), BURN_WRITE_SAO, BURN_BLOCK_SAO) == 0 ||
         library().burn_precheck_write(options.get(), layout.disc(), reasons.data(), 0) <= 0)
         return {BurnCode::ParametersRefused, drive.name + " can't write it: " + reasons.data()};
     complaints();
@@ -61,14 +62,14 @@ BurnOutcome write(const CdDrive& drive, const GrabbedDrive& grabbed, const CdTra
         const burn_drive_status status = library().burn_drive_get_status(grabbed.drive(), &progress);
         if (status == BURN_DRIVE_IDLE)
             break;
-        if (status != BURN_DRIVE_SPAWNING)
-            watch.look(status, progress);
+        if (status == BURN_DRIVE_WRITING)
+            watch.look(progress);
         if (cancel.stop_requested() && !std::exchange(cancelled, true))
             library().burn_drive_cancel(grabbed.drive());
         std::this_thread::sleep_for(kLook);
     }
     if (library().burn_drive_wrote_well(grabbed.drive()) == 0) {
-        BurnFailure failure = failureOf(complaints(), watch.atWork());
+        BurnFailure failure = failureOf(complaints());
         if (failure.detail.find(kVanished) != std::string::npos)
             std::this_thread::sleep_for(kLastWords);
         if (cancelled)

@@ -2,23 +2,28 @@
 #include "studio/WriteWatch.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace velmora::burner {
 
-void WriteWatch::look(burn_drive_status status, const burn_progress& at) {
-    if (status == BURN_DRIVE_WRITING)
-        showWriting(at);
-    else if (status == BURN_DRIVE_CLOSING_TRACK)
-        closing(BurnCode::ClosingTrack);
-    else if (status == BURN_DRIVE_CLOSING_SESSION || status == BURN_DRIVE_WRITING_LEADOUT)
-        closing(BurnCode::ClosingSession);
+void WriteWatch::look(const burn_progress& at) {
+    const auto track = static_cast<std::size_t>(std::max(at.track, 0));
+    if (isClosing_ || track >= tracks_.list().size() || (begun_ && track < track_))
+        return;
+    goTo(track);
+    if (at.sectors <= 0) // near the end the library counts from 0 again
+        return;
+    show(std::clamp(static_cast<double>(at.sector) / at.sectors, 0.0, 1.0));
+    // It has all of it: from now on it writes what lies behind the last track, which takes a while.
+    if (at.sector >= at.sectors && track + 1 == tracks_.list().size())
+        closeSession();
 }
 
 void WriteWatch::end() {
+    if (isClosing_)
+        return;
     goTo(tracks_.list().size() - 1);
     show(1);
-    closing(BurnCode::ClosingSession);
+    closeSession();
 }
 
 void WriteWatch::goTo(std::size_t track) {
@@ -30,20 +35,10 @@ void WriteWatch::goTo(std::size_t track) {
         begun_ = true;
         track_ = next;
         shown_ = 0;
-        atWork_ = BurnCode::WriteError;
         events_.StartWriting(next);
         if (next < track)
             show(1);
     }
-}
-
-void WriteWatch::showWriting(const burn_progress& at) {
-    const auto track = static_cast<std::size_t>(std::max(at.track, 0));
-    if (track >= tracks_.list().size() || (begun_ && track < track_))
-        return;
-    goTo(track);
-    if (at.sectors > 0) // near the end the library counts from 0 again
-        show(std::clamp(static_cast<double>(at.sector) / at.sectors, 0.0, 1.0));
 }
 
 void WriteWatch::show(double share) {
@@ -55,13 +50,9 @@ void WriteWatch::show(double share) {
     events_.WriteProgress(shown_, total_);
 }
 
-void WriteWatch::closing(BurnCode what) {
-    if (std::exchange(atWork_, what) == what)
-        return;
-    if (what == BurnCode::ClosingTrack)
-        events_.ClosingTrack();
-    else
-        events_.ClosingSession();
+void WriteWatch::closeSession() {
+    isClosing_ = true;
+    events_.ClosingSession();
 }
 
 } // namespace velmora::burner

@@ -8,23 +8,20 @@
 
 namespace velmora::burner {
 
-/// Tells of a drive that writes, until it has done so.
+/// Tells of a drive that writes all tracks at once, until it has done so.
 class WriteWatch {
 public:
     WriteWatch(const CdTracks& tracks, BurnEvents& events) : tracks_(tracks), events_(events) {}
 
-    void look(burn_drive_status status, const burn_progress& at);
-    /// All is written.
+    void look(const burn_progress& at);
+    /// All is written, and the session closed.
     void end();
-    /// What it was closing when it was last seen, or WriteError: nothing.
-    [[nodiscard]] BurnCode atWork() const { return atWork_; }
 
 private:
     /// @param track no earlier one than before; those between were too quick to be seen
     void goTo(std::size_t track);
-    void showWriting(const burn_progress& at);
     void show(double share);
-    void closing(BurnCode what);
+    void closeSession();
 
     const CdTracks& tracks_;
     BurnEvents& events_;
@@ -32,7 +29,7 @@ private:
     std::size_t track_ = 0;
     double shown_ = 0;
     double total_ = 0;
-    BurnCode atWork_ = BurnCode::WriteError;
+    bool isClosing_ = false;
 };
 
 } // namespace velmora::burner
