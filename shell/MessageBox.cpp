@@ -80,13 +80,15 @@ public:
         words->setWordWrap(true);
         const int one = words->fontMetrics().size(0, words->text()).width() + 4;
         words->setFixedWidth(std::min(one, kTextWidth));
-        const int height = std::max(words->heightForWidth(words->width()), kSign);
+        const int whole = std::max(words->heightForWidth(words->width()), kSign);
+        const int height = std::min(whole, heightForWords());
+        QWidget* shown = height < whole ? scrolled(*words, whole) : words;
         const int buttons = static_cast<int>(choices.size()) * (kButtonWidth + kGap) - kGap;
-        const int inner = std::max(kSign + 12 + words->width(), buttons);
+        const int inner = std::max(kSign + 12 + shown->width(), buttons);
         setFixedSize(inner + 2 * kMargin,
                      kTitleHeight + kMargin + height + kMargin + kButtonHeight + kMargin);
         (new Sign(look(), sign, Ibak5()))->move(kMargin, kMargin);
-        words->setGeometry(kMargin + kSign + 12, kMargin, words->width(), height);
+        shown->setGeometry(kMargin + kSign + 12, kMargin, shown->width(), height);
         words->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
         addButtons(this->height() - kTitleHeight - kMargin - kButtonHeight, text);
     }
@@ -139,10 +141,31 @@ protected:
                     return;
                 }
         }
-        SkinnedWindow::keyPressEvent(event);
+        if (pane_ && (event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown))
+            QCoreApplication::sendEvent(pane_->verticalScrollBar(), event);
+        else
+            SkinnedWindow::keyPressEvent(event);
     }
 
 private:
+    /// What the screen has for the words, with some of it left around the window.
+    [[nodiscard]] int heightForWords() const {
+        return screen()->availableGeometry().height() - kTitleHeight - kButtonHeight - 5 * kMargin;
+    }
+    /// The words on a pane that scrolls them.
+    QWidget* scrolled(QLabel& words, int height) {
+        words.resize(words.width(), height);
+        pane_ = new QScrollArea(Ibak5());
+        pane_->setObjectName("pane");
+        pane_->setAccessibleName("Message");
+        pane_->setFrameShape(QFrame::NoFrame);
+        pane_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        pane_->setWidget(&words);
+        for (QWidget* ground : {static_cast<QWidget*>(&words), pane_->viewport()})
+            ground->setAutoFillBackground(false); // the panel's pattern shows
+        pane_->resize(words.width() + pane_->verticalScrollBar()->sizeHint().width() + kGap, 0);
+        return pane_;
+    }
     void place() {
         if (const QWidget* owner = parentWidget())
             move(owner->frameGeometry().center() - rect().center());
@@ -173,6 +196,7 @@ private:
     }
 
     std::span<const Choice> choices_;
+    QScrollArea* pane_ = nullptr; ///< if there are more words than the screen has room for
     std::function<void(std::optional<std::size_t>)> onEnd_;
     std::optional<std::size_t> answer_;
 };

@@ -7,6 +7,8 @@
 #include "shell/CommandButton.h"
 
 #include <QFocusFrame>
+#include <QScrollArea>
+#include <QScrollBar>
 
 using namespace velmora;
 
@@ -79,6 +81,26 @@ TEST_F(MessageBoxTest, ANameThatIsLongerThanALineIsShownWhole) {
         pressIn(box, "ok");
     });
     tells(text);
+}
+
+TEST_F(MessageBoxTest, WhatIsHigherThanTheScreenIsScrolled) {
+    hand.in<QWidget>([](QWidget& box) {
+        EXPECT_LE(box.height(), box.screen()->availableGeometry().height());
+        EXPECT_TRUE(box.screen()->availableGeometry().contains(box.geometry()));
+        const auto& pane = part<QScrollArea>(box, "pane");
+        const auto& words = part<QLabel>(box, "words");
+        EXPECT_GE(words.height(), words.heightForWidth(words.width()));
+        EXPECT_LE(words.width(), pane.viewport()->width()) << "nothing is under the bar";
+        const QScrollBar& bar = *pane.verticalScrollBar();
+        ASSERT_GT(bar.maximum(), 0);
+        QTest::keyClick(&box, Qt::Key_PageDown);
+        EXPECT_GT(bar.value(), 0);
+        const auto& ok = part<QWidget>(box, "ok");
+        EXPECT_TRUE(ok.hasFocus()) << "what Enter presses";
+        EXPECT_TRUE(ok.parentWidget()->rect().contains(ok.geometry()));
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
+    tells(QString("notes.txt\n is not supported.\n").repeated(60));
 }
 
 TEST_F(MessageBoxTest, YesAndNoAreAnswersByMouseAndByLetter) {
