@@ -172,7 +172,7 @@ void CDWriter::addProgress() {
         const int y = 40 + row * kRowStep;
         auto* label = new QLabel(words, frmPrg_);
         label->setGeometry(kMargin, y - 2, kBarLeft - kMargin, 18);
-        bar = new ShareBar(look(), frmPrg_);
+        bar = new ShareBar(look(), ShareBar::Ground::Panel, frmPrg_);
         bar->setObjectName(name);
         bar->setAccessibleName(words);
         bar->setGeometry(kBarLeft, y + 1, kListWidth - 136, kBarHeight);
