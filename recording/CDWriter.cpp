@@ -391,6 +391,7 @@ void CDWriter::cmdBurn_Click() {
         return;
     work_ = Work::Burning;
     cancel_ = {};
+    const bool hadFocus = cmdBurn_->hasFocus(); // which a disabled button loses
     showCommands();
     showShares(0, 0);
     burn();
@@ -398,6 +399,8 @@ void CDWriter::cmdBurn_Click() {
     lstTracks_->setAtWork(std::nullopt);
     lblTrack_->setText("Track");
     showCommands();
+    if (hadFocus)
+        cmdBurn_->setFocus();
     if (std::exchange(closes_, false))
         close();
 }

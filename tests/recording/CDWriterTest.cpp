@@ -432,6 +432,18 @@ TEST_F(CDWriterTest, TabGoesThroughItInTheOrderOfReading) {
     }
 }
 
+TEST_F(CDWriterTest, TheFocusIsOnBurnAgainAfterADisc) {
+    open();
+    addThree();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
+    auto& burn = control<QWidget>("cmdBurn");
+    burn.setFocus();
+    audio_->during = [&](BurnEvents&) { EXPECT_FALSE(burn.hasFocus()); };
+    answer({"ok"});
+    window_->cmdBurn_Click();
+    EXPECT_EQ(window_->focusWidget(), &burn);
+}
+
 TEST_F(CDWriterTest, BarsAndTheChosenRowStandOutInEverySkin) {
     constexpr double kStandsOut = 1.2;
     open();
