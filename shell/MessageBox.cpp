@@ -8,6 +8,7 @@
 
 #include <QtWidgets>
 
+#include <algorithm>
 #include <optional>
 #include <span>
 #include <utility>
@@ -21,6 +22,9 @@ constexpr int kTextWidth = 400; ///< at most; longer texts wrap
 constexpr int kButtonHeight = 32;
 constexpr int kButtonWidth = 88;
 constexpr int kGap = 8;
+constexpr int kAroundTitle = 72; ///< picture, close button and edges beside it
+constexpr int kWidestTitle = 400;
+constexpr const char* kProgram = "Velmora";
 
 struct Choice {
     const char* name;
@@ -36,6 +40,11 @@ QString withinLines(const QString& text, const QFont& font) {
         if (QFontMetrics(font).horizontalAdvance(word) > kLine)
             word = tipLines(word, font, kLine).join(u'\n');
     return words.join(u' ');
+}
+
+/// Of a window that shows its title whole.
+int widthOfTitle(const QString& title) {
+    return std::min(QFontMetrics(titleFont()).horizontalAdvance(title), kWidestTitle) + kAroundTitle;
 }
 
 /// A disc in the accent with a letter: what kind of message it is.
@@ -67,11 +76,12 @@ private:
 /// A message in the chosen skin, over its window until it is answered.
 class MessageWindow : public SkinnedWindow {
 public:
-    MessageWindow(frmskins& skins, QWidget* parent, const QString& text, QChar sign,
+    MessageWindow(frmskins& skins, QWidget* parent, const QString& title, const QString& text, QChar sign,
                   std::span<const Choice> choices)
         : SkinnedWindow(skins, {}, parent, Qt::Dialog)
         , choices_(choices) {
         setObjectName("message");
+        setWindowTitle(title);
         setWindowModality(Qt::ApplicationModal);
         auto* words = new QLabel(Ibak5());
         words->setObjectName("words");
@@ -84,7 +94,7 @@ public:
         const int height = std::min(whole, heightForWords());
         QWidget* shown = height < whole ? scrolled(*words, whole) : words;
         const int buttons = static_cast<int>(choices.size()) * (kButtonWidth + kGap) - kGap;
-        const int inner = std::max(kSign + 12 + shown->width(), buttons);
+        const int inner = std::max({kSign + 12 + shown->width(), buttons, widthOfTitle(title) - 2 * kMargin});
         setFixedSize(inner + 2 * kMargin,
                      kTitleHeight + kMargin + height + kMargin + kButtonHeight + kMargin);
         (new Sign(look(), sign, Ibak5()))->move(kMargin, kMargin);
@@ -208,8 +218,7 @@ constexpr Choice kSave[]{
 
 std::optional<std::size_t> answerOf(frmskins& skins, QWidget* parent, const QString& title,
                                     const QString& text, QChar sign, std::span<const Choice> choices) {
-    MessageWindow box(skins, parent, text, sign, choices);
-    box.setWindowTitle(title);
+    MessageWindow box(skins, parent, title, text, sign, choices);
     return box.run();
 }
 
@@ -234,7 +243,7 @@ Answer askYesNo(frmskins& skins, QWidget* parent, const QString& text, const QSt
 }
 
 SaveAnswer askSave(frmskins& skins, QWidget* parent, const QString& text) {
-    switch (answerOf(skins, parent, QStringLiteral("Velmora"), text, QLatin1Char('?'), kSave).value_or(2)) {
+    switch (answerOf(skins, parent, kProgram, text, QLatin1Char('?'), kSave).value_or(2)) {
     case 0:
         return SaveAnswer::Save;
     case 1:
@@ -245,15 +254,13 @@ SaveAnswer askSave(frmskins& skins, QWidget* parent, const QString& text) {
 }
 
 void showMessage(frmskins& skins, QWidget* parent, const QString& text) {
-    auto* box = new MessageWindow(skins, parent, text, QLatin1Char('i'), kConfirm);
-    box->setWindowTitle(QStringLiteral("Velmora"));
+    auto* box = new MessageWindow(skins, parent, kProgram, text, QLatin1Char('i'), kConfirm);
     box->open({});
 }
 
 void ask(frmskins& skins, QWidget* parent, const QString& text, Answer enter,
          std::function<void(Answer)> answered) {
-    auto* box = new MessageWindow(skins, parent, text, QLatin1Char('?'), kYesNo);
-    box->setWindowTitle(QStringLiteral("Velmora"));
+    auto* box = new MessageWindow(skins, parent, kProgram, text, QLatin1Char('?'), kYesNo);
     box->prefer(enter == Answer::Yes ? 0 : 1);
     box->open(
         [answered = std::move(answered)](std::optional<std::size_t> choice) { answered(yesOrNo(choice)); });

@@ -5,6 +5,7 @@
 #include "MessageHand.h"
 #include "WindowFixture.h"
 #include "shell/CommandButton.h"
+#include "shell/SkinPainter.h"
 
 #include <QFocusFrame>
 #include <QScrollArea>
@@ -38,6 +39,18 @@ TEST_F(MessageBoxTest, AMessageMayHaveATitleOfItsOwnAndEscConfirmsIt) {
         QTest::keyClick(&box, Qt::Key_Escape);
     });
     tell(*skins, nullptr, "Unable to detect any midi output devices.\nTerminating...", "Velmora - Error");
+}
+
+TEST_F(MessageBoxTest, AShortMessageIsAsWideAsItsTitle) {
+    for (int skin = 1; skin <= kSkinCount; ++skin) {
+        skins->Skintype_Click(skin);
+        hand.in<QWidget>([](QWidget& box) {
+            EXPECT_GE(part<QWidget>(box, "lblTitle").width(),
+                      QFontMetrics(titleFont()).horizontalAdvance(box.windowTitle()));
+            pressIn(box, "ok");
+        });
+        tell(*skins, nullptr, "Finished.", "Audio CD Writer");
+    }
 }
 
 TEST_F(MessageBoxTest, AScreenReaderSaysTheMessageWithItsButtons) {
