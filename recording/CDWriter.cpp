@@ -396,8 +396,7 @@ void CDWriter::cmdBurn_Click() {
     showShares(0, 0);
     burn();
     work_ = Work::None;
-    lstTracks_->setAtWork(std::nullopt);
-    lblTrack_->setText("Track");
+    endTracks();
     showCommands();
     if (hadFocus)
         cmdBurn_->setFocus();
@@ -468,6 +467,14 @@ void CDWriter::beginTrack(std::size_t track, const QString& state) {
     showState(state);
 }
 
+/// What follows is about all of them.
+void CDWriter::endTracks() {
+    lstTracks_->setAtWork(std::nullopt);
+    lblTrack_->setText("Track");
+    if (prgTrack_->accessibleName() != lblTrack_->text())
+        prgTrack_->setAccessibleName(lblTrack_->text());
+}
+
 void CDWriter::StartCaching(std::size_t track) {
     beginTrack(track, "Caching track...");
 }
@@ -493,7 +500,7 @@ void CDWriter::ClosingSession() {
 }
 
 void CDWriter::Comparing(double share) {
-    lstTracks_->setAtWork(std::nullopt);
+    endTracks();
     showState("Comparing...");
     showShares(share, share);
 }
@@ -503,7 +510,7 @@ void CDWriter::Blanking(double share) {
 }
 
 void CDWriter::Finished() {
-    lstTracks_->setAtWork(std::nullopt);
+    endTracks();
     showState("Finished.");
     showShares(1, 1);
 }

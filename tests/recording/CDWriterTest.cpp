@@ -290,11 +290,14 @@ TEST_F(CDWriterTest, BurningDisablesAllAndShowsWhatGoesOn) {
         events.StartWriting(1), keep();
         events.WriteProgress(0.4, 0.33);
         EXPECT_EQ(control<QLabel>("lblTrack").text(), "Track 2");
+        EXPECT_EQ(control<ShareBar>("prgTrack").accessibleName(), "Track 2");
         EXPECT_EQ(control<ShareBar>("prgTrack").percent(), 40);
         EXPECT_EQ(control<ShareBar>("prgTotal").percent(), 33);
         events.ClosingTrack(), keep();
         events.ClosingSession(), keep();
         events.Comparing(0.5), keep();
+        EXPECT_EQ(control<QLabel>("lblTrack").text(), "Track") << "it compares all of them";
+        EXPECT_EQ(control<ShareBar>("prgTrack").accessibleName(), "Track");
         events.Finished(), keep();
         EXPECT_EQ(control<ShareBar>("prgTotal").percent(), 100);
     };
