@@ -103,10 +103,16 @@ TakePanel::TakePanel(const StudioParts& parts, TakeLoudness& loudness, QWidget* 
     fade_->setObjectName("fade");
     parts.desk.tips.SetToolTip(*fade_, {"Fade", "The part begins and ends softly, in a second each", ""});
     parts.desk.tips.SetToolTip(
-        *waveform_, {"Picture of the take",
-                     "Press to play from there. Drag the marks at the ends to part something off", ""});
+        *waveform_,
+        {"Picture of the take",
+         "Press to play from there. Drag the marks at the ends to part something off. Keys: the arrows, "
+         "with Shift for the right mark, and Enter",
+         ""});
     words_->setObjectName("takeWords");
-    words_->setText("No recording yet");
+    words_->setTextFormat(Qt::PlainText);
+    parts.desk.tips.SetToolTip(
+        *words_,
+        {"File", "Its name and its length, and from where to where the part between the marks lies", ""});
     words_->setFont(textFont(10));
     words_->setForegroundRole(QPalette::PlaceholderText);
     loudnessWords_->setObjectName("takeLoudness");
@@ -117,6 +123,7 @@ TakePanel::TakePanel(const StudioParts& parts, TakeLoudness& loudness, QWidget* 
     parts.desk.tips.SetToolTip(*loudnessWords_, loudnessTip());
     cover_->setCheckable(true);
     waveform_->onPlay = [this](double share) { playFrom(share); };
+    waveform_->onMarks = [this] { showWords(); };
     connect(playPart_, &QAbstractButton::clicked, this, [this] { playPart(); });
     addMaker(*cut_, &TakePanel::cut);
     addMaker(*louder_, &TakePanel::makeLouder);
@@ -181,6 +188,7 @@ void TakePanel::resizeEvent(QResizeEvent* event) {
     place(*louder_, upper, kLouderWidth);
     loudnessWords_->setGeometry(x + 4, upper, width() - kPadding - x - 4, kRow);
     words_->setGeometry(kWordsLeft, 4, back_->x() - 8 - kWordsLeft, 22);
+    showWords();
     x = kPadding;
     const int field = (inner - 2 * (kLabel + 8) - 2 * 8 - kCoverWidth - 8 - kSaveAsWidth) / 2;
     for (QLineEdit* one : {title_, artist_}) {
@@ -262,19 +270,35 @@ void TakePanel::showFile() {
 
 void TakePanel::showPicture() {
     isWhole_ = !picture_ || picture_->isDone(); // asked first: more may come meanwhile
-    if (!picture_) {
-        words_->setText("No recording yet");
-        return;
+    if (picture_)
+        waveform_->setColumns(picture_->columns());
+    showWords();
+}
+
+/// The name gives way where there is no room for all of it. Who reads by ear hears of the marks as they move.
+void TakePanel::showWords() {
+    QString name = "No recording yet";
+    QString rest;
+    QString part;
+    if (picture_ && !picture_->problem().empty()) {
+        name = toQString(picture_->problem());
+    } else if (picture_) {
+        const double seconds =
+            picture_->rate() > 0 ? static_cast<double>(picture_->frames()) / picture_->rate() : 0;
+        name = fileName(shown_.string());
+        rest = QStringLiteral(", %1 seconds").arg(seconds, 0, 'f', 1);
+        if (waveform_->begin() > 0 || waveform_->end() < 1)
+            part = QStringLiteral(", part %1 to %2")
+                       .arg(seconds * waveform_->begin(), 0, 'f', 1)
+                       .arg(seconds * waveform_->end(), 0, 'f', 1);
+        rest += part;
     }
-    waveform_->setColumns(picture_->columns());
-    const double seconds =
-        picture_->rate() > 0 ? static_cast<double>(picture_->frames()) / picture_->rate() : 0;
-    const QString problem = toQString(picture_->problem());
+    const QFontMetrics metrics = words_->fontMetrics();
     words_->setText(
-        problem.isEmpty()
-            ? QStringLiteral("%1, %2 seconds").arg(fileName(shown_.string())).arg(seconds, 0, 'f', 1)
-            : problem);
-    words_->setAccessibleName(words_->text());
+        metrics.elidedText(name, Qt::ElideMiddle, words_->width() - metrics.horizontalAdvance(rest)) + rest);
+    words_->setAccessibleName(name + rest);
+    if (const QString heard = "Picture of the take" + part; waveform_->accessibleName() != heard)
+        waveform_->setAccessibleName(heard);
 }
 
 void TakePanel::timerEvent(QTimerEvent* event) {

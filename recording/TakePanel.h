@@ -80,6 +80,7 @@ private:
     void showLoudness();
     void showFile();
     void showPicture();
+    void showWords();
     void play(double from, double to);
     [[nodiscard]] std::filesystem::path file() const;
 

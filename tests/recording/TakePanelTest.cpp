@@ -86,6 +86,56 @@ TEST_F(TakePanelTest, ItTellsTheFileAndItsLength) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return text("takeWords") == words; })) << text("takeWords");
 }
 
+TEST_F(TakePanelTest, ItTellsWhereThePartLies) {
+    take();
+    showTake();
+    const std::string words = file().filename().string() + ", 1.0 seconds";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return text("takeWords") == words; })) << text("takeWords");
+    EXPECT_EQ(wave().accessibleName(), "Picture of the take");
+    wave().setFocus();
+    wave().setMarks(0, 0.5);
+    for (int i = 0; i < 20; ++i)
+        QTest::keyClick(&wave(), Qt::Key_Right);
+    EXPECT_EQ(text("takeWords"), words + ", part 0.2 to 0.5");
+    EXPECT_EQ(wave().accessibleName(), "Picture of the take, part 0.2 to 0.5");
+    click("cut");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return text("takeWords").ends_with("cut.wav, 0.3 seconds"); }))
+        << text("takeWords");
+    EXPECT_EQ(wave().accessibleName(), "Picture of the take") << "of another file";
+}
+
+TEST_F(TakePanelTest, ALongNameGivesWayToItsLength) {
+    take();
+    const fs::path longer = file().parent_path() / (std::string(150, 'w') + " <b>.wav");
+    fs::copy_file(file(), longer);
+    state().Text6 = longer.string();
+    showTake();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return text("takeWords").ends_with(", 1.0 seconds"); }))
+        << text("takeWords");
+    const auto& words = control<QLabel>("takeWords");
+    EXPECT_LE(words.fontMetrics().horizontalAdvance(words.text()), words.width());
+    EXPECT_EQ(words.textFormat(), Qt::PlainText);
+    EXPECT_THAT(words.accessibleName().toStdString(), HasSubstr(longer.filename().string()));
+}
+
+TEST_F(TakePanelTest, ItsControlsAreNamedAndToldAboutInTheOrderOfReading) {
+    take();
+    showTake();
+    wave().setFocus();
+    std::vector<std::string> order;
+    do {
+        QWidget& part = *QApplication::focusWidget();
+        order.push_back(part.objectName().toStdString());
+        EXPECT_FALSE(QAccessible::queryAccessibleInterface(&part)->text(QAccessible::Name).isEmpty())
+            << order.back();
+        ASSERT_NE(tips.toolTip(part), nullptr) << order.back();
+        QTest::keyClick(&part, Qt::Key_Tab);
+    } while (control("takePanel").isAncestorOf(QApplication::focusWidget()) && order.size() < 20 &&
+             !wave().hasFocus());
+    EXPECT_THAT(order, ElementsAre("waveform", "playPart", "cut", "fade", "louder", "title", "artist",
+                                   "cover", "saveAs", "back"));
+}
+
 TEST_F(TakePanelTest, WithoutATakeThereIsNothingToPress) {
     opened();
     click("showTake");
