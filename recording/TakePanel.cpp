@@ -59,10 +59,6 @@ fs::path freeName(const fs::path& file, const std::string& word) {
     return name;
 }
 
-bool isWav(const fs::path& file) {
-    return toLower(file.extension().string()) == ".wav";
-}
-
 /// Why there is no file; blank if there is one.
 template<class Outcome>
 std::string wordsOf(const Outcome& outcome) {
@@ -81,12 +77,16 @@ TakePanel::TakePanel(const StudioParts& parts, TakeLoudness& loudness, QWidget* 
     , waveform_(new Waveform(parts.look, this))
     , playPart_(addButton("playPart", "Play Part", {"Play Part", "Plays what is between the marks", "play"}))
     , cut_(addButton("cut", kCut,
-                     {"Cut to Part", "Makes a file of what is between the marks; the old one stays", "cut"}))
+                     {"Cut to Part",
+                      "Makes a file of what is between the marks; the old one stays. "
+                      "An MP3 file is encoded again for that, a WAV file isn't",
+                      "cut"}))
     , fade_(new QCheckBox("Fade", this))
-    , louder_(addButton(
-          "louder", kLouder,
-          {kLouder, "Makes a WAV file of -14 LUFS, limited where that would be too loud; the old one stays",
-           ""}))
+    , louder_(addButton("louder", kLouder,
+                        {kLouder,
+                         "Makes a file of -14 LUFS, limited where that would be too loud; the old one stays. "
+                         "An MP3 file is encoded again for that",
+                         ""}))
     , words_(new QLabel(this))
     , loudnessWords_(new QLabel(this))
     , title_(addField("title", "Title", "Stands in the files that are made of it, for music players",
@@ -224,8 +224,8 @@ void TakePanel::refresh() {
     const bool free = !state.isLocked && !state.isRecording && !work_.isRunning();
     waveform_->setEnabled(there);
     playPart_->setEnabled(there && free);
-    refreshMaker(*cut_, kCut, there && free && isWav(shown_));
-    refreshMaker(*louder_, kLouder, there && free && isWav(shown_));
+    refreshMaker(*cut_, kCut, there && free);
+    refreshMaker(*louder_, kLouder, there && free);
     refreshMaker(*saveAs_, kSaveAs, there && free);
     fade_->setEnabled(there && free);
     for (const auto& [field, text] : {std::pair(title_, &state.title), std::pair(artist_, &state.artist)})
@@ -329,7 +329,7 @@ void TakePanel::play(double from, double to) {
 }
 
 void TakePanel::cut() {
-    if (!picture_ || !isWav(shown_))
+    if (!picture_)
         return;
     const auto frameAt = [this](double share) {
         return static_cast<std::int64_t>(std::llround(share * static_cast<double>(picture_->frames())));
@@ -337,7 +337,8 @@ void TakePanel::cut() {
     TrimJob job{.from = shown_,
                 .to = freeName(shown_, "cut"),
                 .begin = frameAt(waveform_->begin()),
-                .end = frameAt(waveform_->end())};
+                .end = frameAt(waveform_->end()),
+                .mp3 = encodeSettings()};
     if (fade_->isChecked()) {
         const auto longest = (job.end - job.begin) / 2;
         job.fadeIn = job.fadeOut =
@@ -346,19 +347,22 @@ void TakePanel::cut() {
     make(
         *cut_, job.to,
         [job](const TakeWork::Progress& progress, const std::stop_token& cancel) {
-            return wordsOf(trimTake(job, progress, cancel));
+            const TrimOutcome outcome = trimTake(job, progress, cancel);
+            return Made{wordsOf(outcome), outcome.note};
         },
         Then::Show);
 }
 
 void TakePanel::makeLouder() {
-    if (!picture_ || !isWav(shown_))
+    if (!picture_)
         return;
     const fs::path to = freeName(shown_, "loud");
     make(
         *louder_, to,
-        [from = shown_, to](const TakeWork::Progress& progress, const std::stop_token& cancel) {
-            return wordsOf(normalise(from, to, kUsualLoudness, progress, cancel));
+        [from = shown_, to, mp3 = encodeSettings()](const TakeWork::Progress& progress,
+                                                    const std::stop_token& cancel) {
+            const NormaliseOutcome outcome = normalise(from, to, kUsualLoudness, progress, cancel, mp3);
+            return Made{wordsOf(outcome), outcome.note};
         },
         Then::Show);
 }
@@ -382,21 +386,40 @@ void TakePanel::saveAs() {
     make(
         *saveAs_, job.mp3,
         [job](const TakeWork::Progress& progress, const std::stop_token& cancel) {
-            return wordsOf(encodeByName(job, progress, cancel));
+            return Made{wordsOf(encodeByName(job, progress, cancel))};
         },
         Then::Keep);
 }
 
+/// As the panel and the formats are set, for what is made of an MP3 file.
+EncodeSettings TakePanel::encodeSettings() const {
+    const SessionState& state = studio_.state;
+    return {.bitrate = kMp3Bitrates[std::min(state.Combo4, kMp3Bitrates.size() - 1)],
+            .quality = std::min(state.Combo3, kEncoderQualities.size() - 1),
+            .title = state.title,
+            .artist = state.artist,
+            .cover = state.cover};
+}
+
 /// @param then whether the new file takes the place of the one that is shown
-void TakePanel::make(CommandButton& button, const fs::path& to, TakeWork::Job job, Then then) {
+void TakePanel::make(CommandButton& button, const fs::path& to, Making job, Then then) {
     maker_ = &button;
-    work_.start(std::move(job), [this, to, then, from = shown_](const std::string& words) {
-        SessionState& state = studio_.state;
-        if (words.empty() && then == Then::Show && !state.isRecording && file() == from)
-            state.Text6 = to.string();
-        onWords(words.empty() ? "File was saved as " + to.string() : words);
-        refresh();
-    });
+    const auto note = std::make_shared<std::string>();
+    work_.start(
+        [job = std::move(job), note](const TakeWork::Progress& progress, const std::stop_token& cancel) {
+            Made made = job(progress, cancel);
+            *note = std::move(made.note);
+            return made.error;
+        },
+        [this, to, then, note, from = shown_](const std::string& words) {
+            SessionState& state = studio_.state;
+            if (words.empty() && then == Then::Show && !state.isRecording && file() == from)
+                state.Text6 = to.string();
+            onWords(words.empty() ? "File was saved as " + to.string() : words);
+            if (words.empty() && !note->empty())
+                onWords(*note);
+            refresh();
+        });
     refresh();
 }
 

@@ -26,6 +26,8 @@ START, STOP = (222, 172), (222, 216)
 FROM_KEYBOARD = (31, 220)
 BURN_CD = (233, 368)
 MESSAGES = (458, 361)
+CUT, LOUDER, BACK = (162, 364), (355, 364), (590, 269)
+BEGIN_MARK, BEHIND_SILENCE, MIDDLE_LINE = (30, 305), (70, 305), (45, 317)
 # Places in the CD writer.
 ADD, BURN = (568, 73), (568, 382)
 TRACKS = ((270, 88), (270, 108))  # where their rows have no words; the latest is chosen
@@ -192,6 +194,44 @@ class Studio(KeyboardJourney):
         studio.open_file(path)
         self.assertEqual(self.pitches(notes(self.hear(lambda: (studio.press(PLAYER["Play"]), time.sleep(1.5))))),
                          SCALE_PITCHES[:5])
+        program.close()
+
+    def test_a_take_that_became_mp3_is_cut_and_made_louder(self):
+        program, studio = self.open_studio()
+        keys = self.record_keyboard(program, studio)
+        keys.play(SCALE[:5], 0.3, 0.1, before=0.2)
+        wav = self.take()
+        studio.press(STOP)
+        studio.says("Finished Encoding " + wav)
+        take = wav.removesuffix("wav") + "mp3"
+        self.assertEqual(self.songs(""), [take])
+
+        def make(button, word):
+            made = take.removesuffix(".mp3") + word + ".mp3"
+            studio.press(button)
+            wait_for(lambda: os.path.exists(made), made)
+            return made
+        studio.focus()
+        self.screen.key("ctrl+t")
+        mark, aim = studio.at(BEGIN_MARK), studio.at(BEHIND_SILENCE)
+        line = studio.at(MIDDLE_LINE)
+        wait_for(lambda: self.screen.pixel(*line)[2] > self.screen.pixel(*line)[0] + 60, "the picture")
+        background = self.screen.pixel(*aim)
+        self.screen.drag(mark, (aim[0] - mark[0], 0), lambda: self.screen.pixel(*aim) != background)
+        cut = make(CUT, " cut")
+        whole, part = samples_of(take, RATE), samples_of(cut, RATE)
+        self.assertLess(len(part), 0.97 * len(whole))
+        self.assertHolds(cut, SCALE_PITCHES[:5])
+        loud = make(LOUDER, " cut loud")
+        self.assertHolds(loud, SCALE_PITCHES[:5])
+        self.assertEqual(len(samples_of(loud, RATE)), len(part))
+        for one, other in zip(notes(samples_of(loud, RATE)), notes(part)):
+            self.assertGreater(loudness(samples_of(loud, RATE), one), loudness(part, other) + 3, "decibels")
+        self.assertEqual(samples_of(take, RATE), whole, "the old file stays")
+        studio.press(BACK)
+        self.assertEqual(studio.messages()[-4:], [
+            f"File was saved as {cut}", "MP3 can't be changed as it is: it was encoded again, at 224 kbit/s",
+            f"File was saved as {loud}", "MP3 can't be changed as it is: it was encoded again, at 224 kbit/s"])
         program.close()
 
     def test_a_file_is_played_paused_and_stopped_twice(self):

@@ -100,6 +100,18 @@ TEST_F(OtherFormatsTest, TitleAndArtistAreInEachFormat) {
     }
 }
 
+TEST_F(OtherFormatsTest, WithoutATitleThatOfTheSoundStays) {
+    const std::filesystem::path mp3 = folder / "a.mp3";
+    writeWav(wav, music(44100, 2, 44'100), 44100, 2);
+    ASSERT_EQ(encode({.wav = wav, .mp3 = mp3, .settings = {.title = "Morning", .artist = "Bob"}}).error, "");
+    for (const OtherFormat& format : kOtherFormats) {
+        const std::filesystem::path file = folder / ("b" + std::string(format.extension));
+        ASSERT_EQ(encodeByName({.wav = mp3, .mp3 = file, .settings = {.artist = "Ada"}}).error, "");
+        EXPECT_EQ(readSound(file).title, "Morning");
+        EXPECT_EQ(readSound(file).artist, "Ada");
+    }
+}
+
 TEST_F(OtherFormatsTest, AnyOtherNameIsAnMp3File) {
     writeWav(wav, music(44100, 2, 44'100), 44100, 2);
     ASSERT_EQ(encodeByName({.wav = wav, .mp3 = folder / "a.mp3"}).error, "");
