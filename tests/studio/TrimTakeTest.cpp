@@ -8,6 +8,7 @@
 #include "tests/studio/SoundBytes.h"
 #include "tests/studio/TestMusic.h"
 #include "tests/studio/TestSinks.h"
+#include "tests/support/FullDisk.h"
 
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
@@ -280,7 +281,7 @@ TEST_F(TrimMp3Test, WhateverEndsItEarlyLeavesTheOldFilesAndNothingElse) {
         EXPECT_EQ(outcome.end, End::Cancelled) << until;
     }
     {
-        const testmusic::FullDisk disk(20'000);
+        const FullDisk disk(20'000);
         EXPECT_EQ(trimTake({from, to, 0, 2'000'000}).error,
                   "Writing \"" + to.string() + "\" failed: File too large.");
         EXPECT_EQ(trimTake({from, from, 0, 2'000'000}).end, End::Failed);
