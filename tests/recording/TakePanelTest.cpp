@@ -9,6 +9,7 @@
 #include "tests/studio/SoundBytes.h"
 #include "tests/studio/TestMusic.h"
 #include "tests/studio/TestWaves.h"
+#include "tests/support/FullDisk.h"
 
 #include <fstream>
 #include <sstream>
@@ -296,7 +297,7 @@ TEST_F(TakePanelTest, WhatFailsOrIsCancelledLeavesTheMp3FileAndNothingBeside) {
         ASSERT_TRUE(QTest::qWaitFor([this] { return isEnabled("saveAs"); }, 15'000));
         EXPECT_THAT(state().Erbox, testing::EndsWith("Cancelled\n"));
         {
-            const testmusic::FullDisk disk(100'000);
+            const FullDisk disk(100'000);
             click(name);
             ASSERT_TRUE(QTest::qWaitFor([this] { return isEnabled("saveAs"); }, 15'000));
         }
