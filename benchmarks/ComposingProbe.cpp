@@ -13,6 +13,7 @@
 //            microseconds by which steps begin later than start + n steps at the median and at the 99th of a
 //            hundred, and how much slower than written it plays, in percent
 // clang-format on
+#include "Probe.h"
 #include "Share.h"
 #include "base/QtMessageLoop.h"
 #include "base/Settings.h"
@@ -30,6 +31,7 @@
 #include <string_view>
 
 using namespace velmora;
+using namespace velmora::probe;
 
 namespace {
 /// When each wait of playing ends.
@@ -73,12 +75,6 @@ struct Stage : BasicTestDesk<TimingLoop> {
         window.show();
         settle(0.3);
     }
-    static void settle(double seconds) {
-        const double end = steadySeconds() + seconds;
-        do {
-            QApplication::processEvents();
-        } while (steadySeconds() < end);
-    }
     QWidget& box() { return *window.findChild<QWidget*>("MusicBox"); }
     void mouse(QEvent::Type type, QPoint at, Qt::MouseButtons held) {
         const bool moves = type == QEvent::MouseMove;
@@ -97,12 +93,6 @@ struct Stage : BasicTestDesk<TimingLoop> {
 
     form1 window;
 };
-
-void report(double first, double second, double third) {
-    std::printf("%.4f %.4f %.4f\n", first, second, third);
-    std::fflush(stdout);
-    std::_Exit(0);
-}
 
 void press() {
     Stage stage(1000);
@@ -142,7 +132,7 @@ void hand() {
         const QPoint at = stage.box().mapToGlobal(QPoint(60 + stroke % 50 * 12, 100 + stroke % 30 * 8));
         std::fprintf(mouse, "mousemove %d %d\n", at.x(), at.y());
         std::fflush(mouse);
-        Stage::settle(0.02);
+        settle(0.02);
         stage.port.sent.clear();
         const double before = steadySeconds();
         std::fputs("mousedown 1\n", mouse);
@@ -153,9 +143,9 @@ void hand() {
             toPort.push_back(1e6 * (stage.noteOn() - before));
         std::fputs("mouseup 1\n", mouse);
         std::fflush(mouse);
-        Stage::settle(0.02);
+        settle(0.02);
     }
-    report(shareOf(toPort, 0.5), shareOf(toPort, 0.99), shareOf(toPort, 1));
+    report(toPort);
 }
 
 void open(int positions) {
@@ -169,7 +159,7 @@ void open(int positions) {
     std::vector<double> cleared;
     std::vector<double> undone;
     const auto time = [&stage](std::vector<double>& taken, const auto& command) {
-        Stage::settle(0.3);
+        settle(0.3);
         const double before = steadySeconds();
         command();
         QApplication::processEvents();

@@ -11,6 +11,7 @@
 //   open     milliseconds from the first command to the painted window, at the median of several; and of a
 //            plain window with as many children; their ratio
 // clang-format on
+#include "Probe.h"
 #include "Share.h"
 #include "base/QtMessageLoop.h"
 #include "base/SteadyClock.h"
@@ -23,33 +24,14 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
-#include <ctime>
-#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
 
 using namespace velmora;
+using namespace velmora::probe;
 
 namespace {
-
-void report(double first, double second, double third) {
-    std::printf("%.4f %.4f %.4f\n", first, second, third);
-    std::fflush(stdout);
-    std::_Exit(0);
-}
-
-void report(std::vector<double>& values) {
-    report(shareOf(values, 0.5), shareOf(values, 0.99), shareOf(values, 1));
-}
-
-void settle(double seconds) {
-    const double end = steadySeconds() + seconds;
-    do {
-        QApplication::processEvents();
-    } while (steadySeconds() < end);
-}
 
 /// The keyboard with fakes but for the clock.
 struct Stage : BasicTestDesk<QtMessageLoop> {
@@ -134,22 +116,12 @@ void sample() {
     report(late);
 }
 
-double processSeconds() {
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
-
 void idle() {
     Stage stage;
     stage.window.keyboard().chkRunning_Click(true);
     stage.window.arm();
     settle(1);
-    constexpr double kSeconds = 10;
-    const double before = processSeconds();
-    for (const double end = steadySeconds() + kSeconds; steadySeconds() < end;)
-        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    report(100 * (processSeconds() - before) / kSeconds, 0, 0);
+    report(percentOfCore(), 0, 0);
 }
 
 void paint() {
@@ -169,49 +141,6 @@ void paint() {
     report(shareOf(spent[0], 0.5), shareOf(spent[1], 0.5), shareOf(all, 0.99));
 }
 
-double milliseconds(const std::function<void()>& command) {
-    const double before = steadySeconds();
-    command();
-    QApplication::processEvents();
-    QGuiApplication::sync();
-    return 1e3 * (steadySeconds() - before);
-}
-
-void open() {
-    BasicTestDesk<QtMessageLoop> desk;
-    {
-        frmsynth first(desk.desk(), nullptr); // fonts, icons and styles are there from now on
-        first.open();
-        settle(0.3);
-    }
-    std::vector<double> ours;
-    std::vector<double> plain;
-    for (int round = 0; round < 15; ++round) {
-        std::unique_ptr<frmsynth> window;
-        ours.push_back(milliseconds([&] {
-            window = std::make_unique<frmsynth>(desk.desk(), nullptr);
-            window->open();
-        }));
-        const auto children = window->findChildren<QWidget*>().size();
-        const QSize size = window->size();
-        settle(0.1);
-        window.reset();
-        settle(0.1);
-        std::unique_ptr<QWidget> bare;
-        plain.push_back(milliseconds([&] {
-            bare = std::make_unique<QWidget>();
-            bare->resize(size);
-            for (qsizetype i = 0; i < children; ++i)
-                (new QPushButton("Words", bare.get()))
-                    ->setGeometry(static_cast<int>(i * 37 % size.width()),
-                                  static_cast<int>(i * 53 % size.height()), 60, 24);
-            bare->show();
-        }));
-        settle(0.1);
-    }
-    report(shareOf(ours, 0.5), shareOf(plain, 0.5), shareOf(ours, 0.5) / shareOf(plain, 0.5));
-}
-
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -226,6 +155,6 @@ int main(int argc, char* argv[]) {
     else if (what == "paint")
         paint();
     else if (what == "open")
-        open();
+        reportOpening<frmsynth>();
     return 2;
 }

@@ -20,8 +20,6 @@ namespace velmora {
 namespace {
 /// A position lasts so many seconds, divided by `Tempo`.
 constexpr double kPositionTempo = 13.8;
-/// Positions that stay free behind the last note of a Score that has grown.
-constexpr int kEndMargin = 10;
 constexpr int kUsualTicks = 6; ///< of a position: a sixteenth
 
 /// Ticks of a position of the Score as it stands; nothing if they are no whole ones, or more than a quarter.
@@ -50,41 +48,6 @@ std::int16_t tempoOf(double secondsPerPosition) {
     return static_cast<std::int16_t>(std::clamp(std::lround(kPositionTempo / secondsPerPosition), 1L, 1380L));
 }
 
-/// Shares notes among the melody channels.
-class Channels {
-public:
-    /// @param main takes what it can, and is written over
-    Channels(const Score& score, int main) : score_(score), main_(main) { ends_.fill(-1); }
-
-    /// The channel that takes positions @p first to @p last; none if all are full there. Notes come in the
-    /// order of their heads.
-    std::optional<int> take(int first, int last) {
-        for (int i = 0; i < kMelodyChannels; ++i) {
-            const int channel = (main_ + i) % kMelodyChannels;
-            int& end = ends_[static_cast<std::size_t>(channel)];
-            if (end >= first || (channel != main_ && !isFree(channel, first, last)))
-                continue;
-            end = last;
-            return channel;
-        }
-        return std::nullopt;
-    }
-
-private:
-    [[nodiscard]] bool isFree(int channel, int first, int last) const {
-        if (score_.ChannelMuted[channel])
-            return false;
-        for (int position = first; position <= last; ++position)
-            if (score_.NoteCell.valueOr(channel, position, kEmptyCell) >= 0)
-                return false;
-        return true;
-    }
-
-    const Score& score_;
-    int main_;
-    std::array<int, kMelodyChannels> ends_{};
-};
-
 /// A key that is let go of a little after the next was struck is no chord.
 void trimOverlaps(std::vector<KeptNote>& notes, int step) {
     for (std::size_t i = 0; i < notes.size(); ++i) {
@@ -94,11 +57,6 @@ void trimOverlaps(std::vector<KeptNote>& notes, int step) {
         if (next != notes.end() && notes[i].last >= next->first && notes[i].last < next->first + step)
             notes[i].last = next->first - 1;
     }
-}
-
-/// The topmost first of those that begin together: it goes to the channel that was chosen.
-bool comesBefore(const KeptNote& one, const KeptNote& other) {
-    return one.first != other.first ? one.first < other.first : one.note > other.note;
 }
 
 int headsBetween(const Score& score, int channel, int first, int end) {
@@ -115,19 +73,6 @@ void clear(Score& score, int channel, int first, int end) {
     for (int position = first; position < end; ++position)
         if (cellClass(score.NoteCell.valueOr(channel, position, kEmptyCell)) == CellClass::Head)
             eraseNote(score, channel, position);
-}
-
-void write(Score& score, const KeptNote& note) {
-    writeNote(score, {note.channel, RowToNote(note.note), note.first, note.last});
-    for (int position = note.first; position <= note.last; ++position) {
-        score.NoteInstrument.set(note.channel, position, note.program);
-        score.Volume.set(note.channel, position + 1, note.velocity);
-        score.Polyphonics.set(note.channel + 1, position, 0);
-    }
-    score.ChannelInUse[note.channel] = true;
-    score.ChannelShown[note.channel] = true;
-    score.TopChannel = std::max(score.TopChannel, note.channel);
-    score.TopMelodyHint = std::max(score.TopMelodyHint, note.channel);
 }
 
 /// Who keeps a phrase wants to see it. How many rows are seen only the window knows: half of those that are
@@ -209,10 +154,13 @@ KeepPlan planKeep(const Workspace& workspace, const Phrase& phrase, const KeepCh
     const int last = workspace.manners.growsToFile ? kMostNotes - kEndMargin - 1 : score.NumNotes - 1;
     plan.pastEnd = static_cast<int>(
         std::erase_if(plan.notes, [last](const KeptNote& note) { return note.last > last; }));
-    Channels channels(score, choice.channel);
+    SharedChannels channels(score, choice.channel);
     plan.withoutRoom = static_cast<int>(std::erase_if(plan.notes, [&channels](KeptNote& note) {
-        const auto channel = channels.take(note.first, note.last);
-        note.channel = channel.value_or(0);
+        const auto channel = channels.roomFor(note.first, note.last);
+        if (channel) {
+            note.channel = *channel;
+            channels.endsAt(*channel, note.last);
+        }
         return !channel;
     }));
     plan.replaced = headsBetween(score, choice.channel, plan.mark, plan.end());
@@ -252,7 +200,7 @@ void keepPlan(Workspace& workspace, const KeepPlan& plan) {
     }
     clear(score, plan.choice.channel, plan.mark, plan.end());
     for (const KeptNote& note : plan.notes)
-        write(score, note);
+        writeKept(score, note);
     score.FindEndOfSong();
     if (!workspace.play.Playing && bringIntoView(workspace.view, plan.notes.front(), score.NumNotes))
         edit.add(Change::Looks);
@@ -306,7 +254,7 @@ std::string saveNotesAsPlayed(const std::filesystem::path& path, std::span<const
     for (const KeptNote& note : voiced(std::move(kept))) {
         if (score.lastFilledPosition(note.channel, score.NumNotes) < 0)
             score.ChannelInstrument[note.channel] = note.program;
-        write(score, note);
+        writeKept(score, note);
     }
     score.FindEndOfSong();
     SetupState setup;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "keyboard/KeptNotes.h"
 #include "keyboard/NoteGrid.h"
 #include "keyboard/Quantiser.h"
 
@@ -25,17 +26,6 @@ struct KeepChoice {
     NoteGrid grid = NoteGrid::Sixteenth;
     NoteLengths lengths = NoteLengths::Legato;
     int channel = 0; ///< of melody
-};
-
-/// A note as it would stand in the Score.
-struct KeptNote {
-    int channel = 0;
-    int first = 0; ///< position of its head
-    int last = 0;
-    std::uint8_t note = 60;
-    std::uint8_t velocity = 100;
-    std::uint8_t program = 0;
-    bool operator==(const KeptNote&) const = default;
 };
 
 /// A phrase as it would stand in the Score.

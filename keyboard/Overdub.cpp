@@ -9,6 +9,7 @@
 #include "composition/Workspace.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -18,8 +19,6 @@ namespace velmora {
 namespace {
 /// Notes of a pass that there is memory for at once.
 constexpr std::size_t kRoom = 6000;
-/// Positions that stay free behind the last note of a Score that has grown.
-constexpr int kEndMargin = 10;
 
 std::uint8_t byte(int value) {
     return static_cast<std::uint8_t>(std::clamp(value, 0, 127));
@@ -88,7 +87,7 @@ double Overdub::halfStep() const {
 void Overdub::endPass(std::optional<double> nextStep) {
     if (steps_.empty())
         return;
-    std::vector<WrittenNote> notes = notesOfPass(nextStep);
+    std::vector<KeptNote> notes = notesOfPass(nextStep);
     steps_.clear();
     shareChannels(notes);
     if (notes.empty())
@@ -96,12 +95,12 @@ void Overdub::endPass(std::optional<double> nextStep) {
     Edit edit(workspace_, Change::Cells | Change::Effects | Change::Channels);
     workspace_.history.name(kStep);
     workspace_.keepForUndo(kStep);
-    for (const WrittenNote& note : notes)
+    for (const KeptNote& note : notes)
         if (makeRoom(note.last))
             write(note);
     workspace_.score.FindEndOfSong();
     // A single note in position 0 leaves its channel unused.
-    for (const WrittenNote& note : notes)
+    for (const KeptNote& note : notes)
         workspace_.score.ChannelInUse[note.channel] = workspace_.score.ChannelShown[note.channel] = true;
 }
 
@@ -117,67 +116,44 @@ int Overdub::positionAt(double moment) const {
            static_cast<int>(std::lround((moment - before.moment) / workspace_.play.StepSeconds));
 }
 
-std::vector<Overdub::WrittenNote> Overdub::notesOfPass(std::optional<double> nextStep) const {
-    std::vector<WrittenNote> notes;
+std::vector<KeptNote> Overdub::notesOfPass(std::optional<double> nextStep) const {
+    std::vector<KeptNote> notes;
     for (const PlayedNote& played : book_.notes(clock_.now())) {
         if (played.onset < began_ || (nextStep && played.onset >= *nextStep - halfStep()))
             continue;
         const int first = positionAt(played.onset);
         const int end = positionAt(std::min(played.end, nextStep.value_or(played.end)));
-        notes.push_back({0, first, std::max(first, end - 1), played});
+        notes.push_back({0, first, std::max(first, end - 1), played.note, played.velocity, played.program});
     }
-    // The topmost first of those that begin together: it goes to the channel that was chosen.
-    std::ranges::stable_sort(notes, [](const WrittenNote& one, const WrittenNote& other) {
-        return one.first != other.first ? one.first < other.first : one.played.note > other.played.note;
-    });
+    std::ranges::stable_sort(notes, comesBefore);
     return notes;
 }
 
 /// Gives each note its channel. A key that is let go of a little after the next was struck is no chord, and
 /// where no channel is free a note ends when the next begins.
-void Overdub::shareChannels(std::vector<WrittenNote>& notes) const {
+void Overdub::shareChannels(std::vector<KeptNote>& notes) const {
     const int active = workspace_.score.ActiveChannel;
     const int main = active < kMelodyChannels ? active : 0;
-    std::vector<int> ends(kMelodyChannels, -1);
-    std::vector<WrittenNote*> last(kMelodyChannels, nullptr);
-    std::erase_if(notes, [](const WrittenNote& note) { return note.first < 0; });
-    for (WrittenNote& note : notes) {
-        for (std::size_t channel = 0; channel < ends.size(); ++channel) {
-            WrittenNote* const older = last[channel];
+    SharedChannels channels(workspace_.score, main);
+    std::array<KeptNote*, kMelodyChannels> latest{};
+    std::erase_if(notes, [](const KeptNote& note) { return note.first < 0; });
+    for (KeptNote& note : notes) {
+        for (KeptNote* const older : latest)
             if (older && older->last == note.first && older->first < note.first)
-                ends[channel] = older->last = note.first - 1;
-        }
-        note.channel = main;
-        note.channel = channelFor(note, ends).value_or(main);
-        const auto channel = static_cast<std::size_t>(note.channel);
-        if (WrittenNote* const older = last[channel]; older && older->last >= note.first) {
+                channels.endsAt(older->channel, --older->last);
+        note.channel = channels.roomFor(note.first, note.last).value_or(main);
+        KeptNote*& older = latest[static_cast<std::size_t>(note.channel)];
+        if (older && older->last >= note.first) {
             if (older->first == note.first) {
                 note.last = note.first - 1; // nothing of it finds room
                 continue;
             }
             older->last = note.first - 1;
         }
-        ends[channel] = note.last;
-        last[channel] = &note;
+        channels.endsAt(note.channel, note.last);
+        older = &note;
     }
-    std::erase_if(notes, [](const WrittenNote& note) { return note.last < note.first; });
-}
-
-/// The chosen one, or else the next where neither the pass nor the Score has anything.
-std::optional<int> Overdub::channelFor(const WrittenNote& note, const std::vector<int>& ends) const {
-    const Score& score = workspace_.score;
-    for (int i = 0; i < kMelodyChannels; ++i) {
-        const int channel = (note.channel + i) % kMelodyChannels;
-        bool isFree = ends[static_cast<std::size_t>(channel)] < note.first;
-        if (i > 0) {
-            isFree = isFree && !score.ChannelMuted[channel];
-            for (int position = note.first; isFree && position <= note.last; ++position)
-                isFree = cellClass(score.NoteCell.valueOr(channel, position, kEmptyCell)) == CellClass::Empty;
-        }
-        if (isFree)
-            return channel;
-    }
-    return std::nullopt;
+    std::erase_if(notes, [](const KeptNote& note) { return note.last < note.first; });
 }
 
 /// Whether a note that ends there fits into the Score, which grows where it may.
@@ -187,21 +163,14 @@ bool Overdub::makeRoom(int last) {
     return workspace_.manners.growsToFile && setScoreLength(workspace_, std::int64_t{last} + kEndMargin);
 }
 
-void Overdub::write(const WrittenNote& note) {
+void Overdub::write(const KeptNote& note) {
     Score& score = workspace_.score;
     const int channel = note.channel;
     splitAfter(score, channel, note.last);
     for (int position = note.first; position <= note.last; ++position)
         if (cellClass(score.NoteCell.valueOr(channel, position, kEmptyCell)) != CellClass::Empty)
             resetEffects(score, channel, position);
-    writeNote(score, {channel, RowToNote(note.played.note), note.first, note.last}); // rows mirror notes
-    for (int position = note.first; position <= note.last; ++position) {
-        score.NoteInstrument.set(channel, position, note.played.program);
-        score.Polyphonics.set(channel + 1, position, 0);
-    }
-    giveVolume(score, channel, note.played.velocity, {note.first, note.last});
-    score.TopChannel = std::max(score.TopChannel, channel);
-    score.TopMelodyHint = std::max(score.TopMelodyHint, channel);
+    writeKept(score, note);
 }
 
 } // namespace velmora

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/Guests.h"
+#include "keyboard/KeptNotes.h"
 #include "keyboard/PlayedNoteBook.h"
 #include "keyboard/PlayedNotes.h"
 #include "score/PlaybackView.h"
@@ -47,13 +48,6 @@ private:
         double moment = 0;
         int position = 0;
     };
-    /// A note as it would stand in the Score.
-    struct WrittenNote {
-        int channel = 0;
-        int first = 0;
-        int last = 0;
-        PlayedNote played;
-    };
 
     void positionSounds(int position, double moment) override;
     void EnableControls() override { endPass(); }
@@ -62,12 +56,11 @@ private:
               int program = 0);
     void endPass(std::optional<double> nextStep = std::nullopt);
     [[nodiscard]] int positionAt(double moment) const;
-    [[nodiscard]] std::vector<WrittenNote> notesOfPass(std::optional<double> nextStep) const;
+    [[nodiscard]] std::vector<KeptNote> notesOfPass(std::optional<double> nextStep) const;
     [[nodiscard]] double halfStep() const;
-    [[nodiscard]] std::optional<int> channelFor(const WrittenNote& note, const std::vector<int>& ends) const;
-    void shareChannels(std::vector<WrittenNote>& notes) const;
+    void shareChannels(std::vector<KeptNote>& notes) const;
     [[nodiscard]] bool makeRoom(int last);
-    void write(const WrittenNote& note);
+    void write(const KeptNote& note);
 
     Workspace& workspace_;
     const MessageLoop& clock_;

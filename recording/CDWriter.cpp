@@ -172,7 +172,7 @@ void CDWriter::addProgress() {
         const int y = 40 + row * kRowStep;
         auto* label = new QLabel(words, frmPrg_);
         label->setGeometry(kMargin, y - 2, kBarLeft - kMargin, 18);
-        bar = new ShareBar(look(), frmPrg_);
+        bar = new ShareBar(look(), ShareBar::Ground::Panel, frmPrg_);
         bar->setObjectName(name);
         bar->setAccessibleName(words);
         bar->setGeometry(kBarLeft, y + 1, kListWidth - 136, kBarHeight);
@@ -391,13 +391,15 @@ void CDWriter::cmdBurn_Click() {
         return;
     work_ = Work::Burning;
     cancel_ = {};
+    const bool hadFocus = cmdBurn_->hasFocus(); // which a disabled button loses
     showCommands();
     showShares(0, 0);
     burn();
     work_ = Work::None;
-    lstTracks_->setAtWork(std::nullopt);
-    lblTrack_->setText("Track");
+    endTracks();
     showCommands();
+    if (hadFocus)
+        cmdBurn_->setFocus();
     if (std::exchange(closes_, false))
         close();
 }
@@ -465,6 +467,14 @@ void CDWriter::beginTrack(std::size_t track, const QString& state) {
     showState(state);
 }
 
+/// What follows is about all of them.
+void CDWriter::endTracks() {
+    lstTracks_->setAtWork(std::nullopt);
+    lblTrack_->setText("Track");
+    if (prgTrack_->accessibleName() != lblTrack_->text())
+        prgTrack_->setAccessibleName(lblTrack_->text());
+}
+
 void CDWriter::StartCaching(std::size_t track) {
     beginTrack(track, "Caching track...");
 }
@@ -490,7 +500,7 @@ void CDWriter::ClosingSession() {
 }
 
 void CDWriter::Comparing(double share) {
-    lstTracks_->setAtWork(std::nullopt);
+    endTracks();
     showState("Comparing...");
     showShares(share, share);
 }
@@ -500,7 +510,7 @@ void CDWriter::Blanking(double share) {
 }
 
 void CDWriter::Finished() {
-    lstTracks_->setAtWork(std::nullopt);
+    endTracks();
     showState("Finished.");
     showShares(1, 1);
 }

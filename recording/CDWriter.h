@@ -101,6 +101,7 @@ private:
     void showRest();
     void showShares(double track, double total);
     void beginTrack(std::size_t track, const QString& state);
+    void endTracks();
     void add(const std::vector<std::filesystem::path>& files);
     void burn();
     [[nodiscard]] bool fits(const CdDrive& drive, const Disc& disc);

@@ -28,6 +28,7 @@ constexpr int kInset = 12;
 constexpr int kNumberInset = 11;
 constexpr int kRow = 20;
 constexpr int kHeader = 24;
+constexpr double kTellsApart = 1.25; ///< contrast of the chosen row and the others
 
 int insetOf(int column) {
     return column == NumberColumn ? kNumberInset : kInset;
@@ -135,8 +136,12 @@ void CdTrackList::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
     const Skin& skin = look_.skin();
     const QRect row(0, option.rect.top(), viewport()->width(), option.rect.height());
     const bool chosen = currentItem() && indexFromItem(currentItem()).row() == index.row();
-    if (chosen)
-        fillRounded(*painter, row.adjusted(1, 0, -1, 0), fieldRadius(skin), downwards(skin.checked, row));
+    if (chosen) {
+        const QRect bar = row.adjusted(1, 0, -1, 0);
+        fillRounded(*painter, bar, fieldRadius(skin), downwards(skin.checked, row));
+        if (contrast(skin.checked.from, skin.field) < kTellsApart)
+            strokeRounded(*painter, bar, fieldRadius(skin), toQColor(skin.fieldEdge));
+    }
     painter->setPen(toQColor(chosen ? skin.text : skin.fieldText));
     const bool bold = atWork_ == static_cast<std::size_t>(index.row());
     for (int column = 0; column < columnCount(); ++column) {

@@ -38,7 +38,7 @@ PlayerStrip::PlayerStrip(const StudioParts& parts, const CommandBank& buttons, S
     , lblTime(addLabel("lblTime", "Time", 22, true))
     , file_(addLabel("fileName", "What plays or is recorded", 10, false))
     , Label8(addLabel("Label8", "State", 10, true))
-    , L2(new ShareBar(parts.look, this))
+    , L2(new ShareBar(parts.look, ShareBar::Ground::ReadOut, this))
     , Status(addLabel("Status", "Progress", 12, true))
     , lblKhz(addLabel("lblKhz", "Kilohertz", 10, false))
     , lblmode(addLabel("lblmode", "Mode", 10, false))

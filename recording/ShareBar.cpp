@@ -15,7 +15,10 @@ constexpr int kWhole = 1000;  ///< steps of the bar
 constexpr double kPale = 0.4; ///< of the part that is still to come
 } // namespace
 
-ShareBar::ShareBar(const Appearance& look, QWidget* parent) : QProgressBar(parent), look_(look) {
+ShareBar::ShareBar(const Appearance& look, Ground ground, QWidget* parent)
+    : QProgressBar(parent)
+    , look_(look)
+    , ground_(ground) {
     setRange(0, kWhole);
     setTextVisible(false);
 }
@@ -36,7 +39,10 @@ void ShareBar::paintEvent(QPaintEvent* /*event*/) {
     const Skin& skin = look_.skin();
     const double radius = groupRadius(skin);
     QPainter painter(this);
-    fillRounded(painter, rect(), radius, toQColor(mix(skin.groove, skin.readOut, kPale)));
+    // The paler one is a dark skin's panel itself.
+    const bool pale = ground_ == Ground::ReadOut || !isDark(skin);
+    const Rgb groove = pale ? mix(skin.groove, skin.readOut, kPale) : skin.groove;
+    fillRounded(painter, rect(), radius, toQColor(groove));
     const double filled = width() * static_cast<double>(value()) / kWhole;
     if (filled < 1)
         return;

@@ -3,6 +3,8 @@
 
 #include <QProgressBar>
 
+#include <cstdint>
+
 namespace velmora {
 
 struct Appearance;
@@ -10,8 +12,11 @@ struct Appearance;
 /// How much of something is done: a thin bar.
 class ShareBar : public QProgressBar {
 public:
+    /// What it lies on.
+    enum class Ground : std::uint8_t { ReadOut, Panel };
+
     /// @param look is read at each painting and must outlive the bar
-    ShareBar(const Appearance& look, QWidget* parent);
+    ShareBar(const Appearance& look, Ground ground, QWidget* parent);
 
     void setShare(double share); ///< 0 to 1
     [[nodiscard]] int percent() const;
@@ -21,6 +26,7 @@ protected:
 
 private:
     const Appearance& look_;
+    Ground ground_;
 };
 
 } // namespace velmora

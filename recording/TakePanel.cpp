@@ -59,10 +59,6 @@ fs::path freeName(const fs::path& file, const std::string& word) {
     return name;
 }
 
-bool isWav(const fs::path& file) {
-    return toLower(file.extension().string()) == ".wav";
-}
-
 /// Why there is no file; blank if there is one.
 template<class Outcome>
 std::string wordsOf(const Outcome& outcome) {
@@ -81,12 +77,16 @@ TakePanel::TakePanel(const StudioParts& parts, TakeLoudness& loudness, QWidget* 
     , waveform_(new Waveform(parts.look, this))
     , playPart_(addButton("playPart", "Play Part", {"Play Part", "Plays what is between the marks", "play"}))
     , cut_(addButton("cut", kCut,
-                     {"Cut to Part", "Makes a file of what is between the marks; the old one stays", "cut"}))
+                     {"Cut to Part",
+                      "Makes a file of what is between the marks; the old one stays. "
+                      "An MP3 file is encoded again for that, a WAV file isn't",
+                      "cut"}))
     , fade_(new QCheckBox("Fade", this))
-    , louder_(addButton(
-          "louder", kLouder,
-          {kLouder, "Makes a WAV file of -14 LUFS, limited where that would be too loud; the old one stays",
-           ""}))
+    , louder_(addButton("louder", kLouder,
+                        {kLouder,
+                         "Makes a file of -14 LUFS, limited where that would be too loud; the old one stays. "
+                         "An MP3 file is encoded again for that",
+                         ""}))
     , words_(new QLabel(this))
     , loudnessWords_(new QLabel(this))
     , title_(addField("title", "Title", "Stands in the files that are made of it, for music players",
@@ -103,10 +103,16 @@ TakePanel::TakePanel(const StudioParts& parts, TakeLoudness& loudness, QWidget* 
     fade_->setObjectName("fade");
     parts.desk.tips.SetToolTip(*fade_, {"Fade", "The part begins and ends softly, in a second each", ""});
     parts.desk.tips.SetToolTip(
-        *waveform_, {"Picture of the take",
-                     "Press to play from there. Drag the marks at the ends to part something off", ""});
+        *waveform_,
+        {"Picture of the take",
+         "Press to play from there. Drag the marks at the ends to part something off. Keys: the arrows, "
+         "with Shift for the right mark, and Enter",
+         ""});
     words_->setObjectName("takeWords");
-    words_->setText("No recording yet");
+    words_->setTextFormat(Qt::PlainText);
+    parts.desk.tips.SetToolTip(
+        *words_,
+        {"File", "Its name and its length, and from where to where the part between the marks lies", ""});
     words_->setFont(textFont(10));
     words_->setForegroundRole(QPalette::PlaceholderText);
     loudnessWords_->setObjectName("takeLoudness");
@@ -117,6 +123,7 @@ TakePanel::TakePanel(const StudioParts& parts, TakeLoudness& loudness, QWidget* 
     parts.desk.tips.SetToolTip(*loudnessWords_, loudnessTip());
     cover_->setCheckable(true);
     waveform_->onPlay = [this](double share) { playFrom(share); };
+    waveform_->onMarks = [this] { showWords(); };
     connect(playPart_, &QAbstractButton::clicked, this, [this] { playPart(); });
     addMaker(*cut_, &TakePanel::cut);
     addMaker(*louder_, &TakePanel::makeLouder);
@@ -181,6 +188,7 @@ void TakePanel::resizeEvent(QResizeEvent* event) {
     place(*louder_, upper, kLouderWidth);
     loudnessWords_->setGeometry(x + 4, upper, width() - kPadding - x - 4, kRow);
     words_->setGeometry(kWordsLeft, 4, back_->x() - 8 - kWordsLeft, 22);
+    showWords();
     x = kPadding;
     const int field = (inner - 2 * (kLabel + 8) - 2 * 8 - kCoverWidth - 8 - kSaveAsWidth) / 2;
     for (QLineEdit* one : {title_, artist_}) {
@@ -216,8 +224,8 @@ void TakePanel::refresh() {
     const bool free = !state.isLocked && !state.isRecording && !work_.isRunning();
     waveform_->setEnabled(there);
     playPart_->setEnabled(there && free);
-    refreshMaker(*cut_, kCut, there && free && isWav(shown_));
-    refreshMaker(*louder_, kLouder, there && free && isWav(shown_));
+    refreshMaker(*cut_, kCut, there && free);
+    refreshMaker(*louder_, kLouder, there && free);
     refreshMaker(*saveAs_, kSaveAs, there && free);
     fade_->setEnabled(there && free);
     for (const auto& [field, text] : {std::pair(title_, &state.title), std::pair(artist_, &state.artist)})
@@ -262,19 +270,35 @@ void TakePanel::showFile() {
 
 void TakePanel::showPicture() {
     isWhole_ = !picture_ || picture_->isDone(); // asked first: more may come meanwhile
-    if (!picture_) {
-        words_->setText("No recording yet");
-        return;
+    if (picture_)
+        waveform_->setColumns(picture_->columns());
+    showWords();
+}
+
+/// The name gives way where there is no room for all of it. Who reads by ear hears of the marks as they move.
+void TakePanel::showWords() {
+    QString name = "No recording yet";
+    QString rest;
+    QString part;
+    if (picture_ && !picture_->problem().empty()) {
+        name = toQString(picture_->problem());
+    } else if (picture_) {
+        const double seconds =
+            picture_->rate() > 0 ? static_cast<double>(picture_->frames()) / picture_->rate() : 0;
+        name = fileName(shown_.string());
+        rest = QStringLiteral(", %1 seconds").arg(seconds, 0, 'f', 1);
+        if (waveform_->begin() > 0 || waveform_->end() < 1)
+            part = QStringLiteral(", part %1 to %2")
+                       .arg(seconds * waveform_->begin(), 0, 'f', 1)
+                       .arg(seconds * waveform_->end(), 0, 'f', 1);
+        rest += part;
     }
-    waveform_->setColumns(picture_->columns());
-    const double seconds =
-        picture_->rate() > 0 ? static_cast<double>(picture_->frames()) / picture_->rate() : 0;
-    const QString problem = toQString(picture_->problem());
+    const QFontMetrics metrics = words_->fontMetrics();
     words_->setText(
-        problem.isEmpty()
-            ? QStringLiteral("%1, %2 seconds").arg(fileName(shown_.string())).arg(seconds, 0, 'f', 1)
-            : problem);
-    words_->setAccessibleName(words_->text());
+        metrics.elidedText(name, Qt::ElideMiddle, words_->width() - metrics.horizontalAdvance(rest)) + rest);
+    words_->setAccessibleName(name + rest);
+    if (const QString heard = "Picture of the take" + part; waveform_->accessibleName() != heard)
+        waveform_->setAccessibleName(heard);
 }
 
 void TakePanel::timerEvent(QTimerEvent* event) {
@@ -305,7 +329,7 @@ void TakePanel::play(double from, double to) {
 }
 
 void TakePanel::cut() {
-    if (!picture_ || !isWav(shown_))
+    if (!picture_)
         return;
     const auto frameAt = [this](double share) {
         return static_cast<std::int64_t>(std::llround(share * static_cast<double>(picture_->frames())));
@@ -313,7 +337,8 @@ void TakePanel::cut() {
     TrimJob job{.from = shown_,
                 .to = freeName(shown_, "cut"),
                 .begin = frameAt(waveform_->begin()),
-                .end = frameAt(waveform_->end())};
+                .end = frameAt(waveform_->end()),
+                .mp3 = encodeSettings()};
     if (fade_->isChecked()) {
         const auto longest = (job.end - job.begin) / 2;
         job.fadeIn = job.fadeOut =
@@ -322,19 +347,22 @@ void TakePanel::cut() {
     make(
         *cut_, job.to,
         [job](const TakeWork::Progress& progress, const std::stop_token& cancel) {
-            return wordsOf(trimTake(job, progress, cancel));
+            const TrimOutcome outcome = trimTake(job, progress, cancel);
+            return Made{wordsOf(outcome), outcome.note};
         },
         Then::Show);
 }
 
 void TakePanel::makeLouder() {
-    if (!picture_ || !isWav(shown_))
+    if (!picture_)
         return;
     const fs::path to = freeName(shown_, "loud");
     make(
         *louder_, to,
-        [from = shown_, to](const TakeWork::Progress& progress, const std::stop_token& cancel) {
-            return wordsOf(normalise(from, to, kUsualLoudness, progress, cancel));
+        [from = shown_, to, mp3 = encodeSettings()](const TakeWork::Progress& progress,
+                                                    const std::stop_token& cancel) {
+            const NormaliseOutcome outcome = normalise(from, to, kUsualLoudness, progress, cancel, mp3);
+            return Made{wordsOf(outcome), outcome.note};
         },
         Then::Show);
 }
@@ -358,21 +386,40 @@ void TakePanel::saveAs() {
     make(
         *saveAs_, job.mp3,
         [job](const TakeWork::Progress& progress, const std::stop_token& cancel) {
-            return wordsOf(encodeByName(job, progress, cancel));
+            return Made{wordsOf(encodeByName(job, progress, cancel))};
         },
         Then::Keep);
 }
 
+/// As the panel and the formats are set, for what is made of an MP3 file.
+EncodeSettings TakePanel::encodeSettings() const {
+    const SessionState& state = studio_.state;
+    return {.bitrate = kMp3Bitrates[std::min(state.Combo4, kMp3Bitrates.size() - 1)],
+            .quality = std::min(state.Combo3, kEncoderQualities.size() - 1),
+            .title = state.title,
+            .artist = state.artist,
+            .cover = state.cover};
+}
+
 /// @param then whether the new file takes the place of the one that is shown
-void TakePanel::make(CommandButton& button, const fs::path& to, TakeWork::Job job, Then then) {
+void TakePanel::make(CommandButton& button, const fs::path& to, Making job, Then then) {
     maker_ = &button;
-    work_.start(std::move(job), [this, to, then, from = shown_](const std::string& words) {
-        SessionState& state = studio_.state;
-        if (words.empty() && then == Then::Show && !state.isRecording && file() == from)
-            state.Text6 = to.string();
-        onWords(words.empty() ? "File was saved as " + to.string() : words);
-        refresh();
-    });
+    const auto note = std::make_shared<std::string>();
+    work_.start(
+        [job = std::move(job), note](const TakeWork::Progress& progress, const std::stop_token& cancel) {
+            Made made = job(progress, cancel);
+            *note = std::move(made.note);
+            return made.error;
+        },
+        [this, to, then, note, from = shown_](const std::string& words) {
+            SessionState& state = studio_.state;
+            if (words.empty() && then == Then::Show && !state.isRecording && file() == from)
+                state.Text6 = to.string();
+            onWords(words.empty() ? "File was saved as " + to.string() : words);
+            if (words.empty() && !note->empty())
+                onWords(*note);
+            refresh();
+        });
     refresh();
 }
 

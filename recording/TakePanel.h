@@ -21,6 +21,7 @@ class CommandButton;
 class Studio;
 class TakeLoudness;
 class Waveform;
+struct EncodeSettings;
 struct Tip;
 
 /// "The Take": its picture, from which a part can be heard and cut out, and what stands in the tags of the
@@ -30,12 +31,12 @@ struct Tip;
 /// |--------------------|---------------------------------|-----------------------------------------------|
 /// | `waveform`         | the picture                     | plays from where it is pressed                |
 /// | `playPart`         | "Play Part"                     | plays what is between the marks               |
-/// | `cut`, `fade`      | "Cut to Part", "Fade"           | makes a file of that part; `cut`              |
-/// | `louder`           | "Make it as loud as others"     | makes a file of -14 LUFS; `makeLouder`        |
-/// | `saveAs`           | "Save As FLAC, Ogg or Opus..."  | asks for its name and makes it; `saveAs`      |
-/// | `takeLoudness`     | peak and loudness, or how much is done |                                        |
-/// | `title`, `artist`, `cover` | "Title", "Artist", "Cover" | the fields of the same names of the session |
-/// | `back`             | "Back"                          | shows the messages again                      |
+/// | `cut`, `fade`      | "Cut to Part", "Fade"           | makes a file of that part, of the same kind;
+/// `cut` | | `louder`           | "Make it as loud as others"     | makes one of -14 LUFS; `makeLouder` | |
+/// `saveAs`           | "Save As FLAC, Ogg or Opus..."  | asks for its name and makes it; `saveAs`      | |
+/// `takeLoudness`     | peak and loudness, or how much is done |                                        | |
+/// `title`, `artist`, `cover` | "Title", "Artist", "Cover" | the fields of the same names of the session | |
+/// `back`             | "Back"                          | shows the messages again                      |
 ///
 /// The button that makes a file reads "Cancel" meanwhile.
 class TakePanel : public QGroupBox {
@@ -75,11 +76,19 @@ private:
                                       std::string& value);
     void chooseCover();
     enum class Then { Show, Keep };
-    void make(CommandButton& button, const std::filesystem::path& to, TakeWork::Job job, Then then);
+    /// What a job has come to.
+    struct Made {
+        std::string error = {}; ///< why there is no file; blank if there is one
+        std::string note = {};  ///< what is to be said of it, in a sentence
+    };
+    using Making = std::function<Made(const TakeWork::Progress& progress, const std::stop_token& cancel)>;
+    void make(CommandButton& button, const std::filesystem::path& to, Making job, Then then);
+    [[nodiscard]] EncodeSettings encodeSettings() const;
     void refreshMaker(CommandButton& button, const char* words, bool enabled);
     void showLoudness();
     void showFile();
     void showPicture();
+    void showWords();
     void play(double from, double to);
     [[nodiscard]] std::filesystem::path file() const;
 

@@ -131,7 +131,7 @@ constexpr auto kIcons = std::to_array<Icon>({
        {AccentLine, "M4.25 9.25h7.5v5h-7.5z"}}}},
     {"record", {{{RecordSolid, "M8 8m-5 0a5 5 0 1 0 10 0a5 5 0 1 0 -10 0z"}}}},
     {"redo", {{{Line, "M13.25 6.25h-7a3.75 3.75 0 0 0 0 7.5h3.5M10 2.75l3.5 3.5-3.5 3.5"}}}},
-    {"remove", {{{Solid, "M4 7h8v2h-8z"}}}},
+    {"remove", {{{Solid, "M3 7h10v2h-10z"}}}},
     {"reset", {{{Line, "M3.25 6a5.25 5.25 0 1 1-.4 3.5M3 2.5v3.75h3.75"}}}},
     {"rewind", {{{Line, "M3 3v10"}, {Solid, "M13 3l-7.5 5 7.5 5z"}}}},
     {"rewrite",

@@ -8,6 +8,7 @@
 
 #include <QtWidgets>
 
+#include <algorithm>
 #include <optional>
 #include <span>
 #include <utility>
@@ -21,6 +22,9 @@ constexpr int kTextWidth = 400; ///< at most; longer texts wrap
 constexpr int kButtonHeight = 32;
 constexpr int kButtonWidth = 88;
 constexpr int kGap = 8;
+constexpr int kAroundTitle = 72; ///< picture, close button and edges beside it
+constexpr int kWidestTitle = 400;
+constexpr const char* kProgram = "Velmora";
 
 struct Choice {
     const char* name;
@@ -36,6 +40,11 @@ QString withinLines(const QString& text, const QFont& font) {
         if (QFontMetrics(font).horizontalAdvance(word) > kLine)
             word = tipLines(word, font, kLine).join(u'\n');
     return words.join(u' ');
+}
+
+/// Of a window that shows its title whole.
+int widthOfTitle(const QString& title) {
+    return std::min(QFontMetrics(titleFont()).horizontalAdvance(title), kWidestTitle) + kAroundTitle;
 }
 
 /// A disc in the accent with a letter: what kind of message it is.
@@ -67,11 +76,12 @@ private:
 /// A message in the chosen skin, over its window until it is answered.
 class MessageWindow : public SkinnedWindow {
 public:
-    MessageWindow(frmskins& skins, QWidget* parent, const QString& text, QChar sign,
+    MessageWindow(frmskins& skins, QWidget* parent, const QString& title, const QString& text, QChar sign,
                   std::span<const Choice> choices)
         : SkinnedWindow(skins, {}, parent, Qt::Dialog)
         , choices_(choices) {
         setObjectName("message");
+        setWindowTitle(title);
         setWindowModality(Qt::ApplicationModal);
         auto* words = new QLabel(Ibak5());
         words->setObjectName("words");
@@ -80,13 +90,15 @@ public:
         words->setWordWrap(true);
         const int one = words->fontMetrics().size(0, words->text()).width() + 4;
         words->setFixedWidth(std::min(one, kTextWidth));
-        const int height = std::max(words->heightForWidth(words->width()), kSign);
+        const int whole = std::max(words->heightForWidth(words->width()), kSign);
+        const int height = std::min(whole, heightForWords());
+        QWidget* shown = height < whole ? scrolled(*words, whole) : words;
         const int buttons = static_cast<int>(choices.size()) * (kButtonWidth + kGap) - kGap;
-        const int inner = std::max(kSign + 12 + words->width(), buttons);
+        const int inner = std::max({kSign + 12 + shown->width(), buttons, widthOfTitle(title) - 2 * kMargin});
         setFixedSize(inner + 2 * kMargin,
                      kTitleHeight + kMargin + height + kMargin + kButtonHeight + kMargin);
         (new Sign(look(), sign, Ibak5()))->move(kMargin, kMargin);
-        words->setGeometry(kMargin + kSign + 12, kMargin, words->width(), height);
+        shown->setGeometry(kMargin + kSign + 12, kMargin, shown->width(), height);
         words->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
         addButtons(this->height() - kTitleHeight - kMargin - kButtonHeight, text);
     }
@@ -139,10 +151,31 @@ protected:
                     return;
                 }
         }
-        SkinnedWindow::keyPressEvent(event);
+        if (pane_ && (event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown))
+            QCoreApplication::sendEvent(pane_->verticalScrollBar(), event);
+        else
+            SkinnedWindow::keyPressEvent(event);
     }
 
 private:
+    /// What the screen has for the words, with some of it left around the window.
+    [[nodiscard]] int heightForWords() const {
+        return screen()->availableGeometry().height() - kTitleHeight - kButtonHeight - 5 * kMargin;
+    }
+    /// The words on a pane that scrolls them.
+    QWidget* scrolled(QLabel& words, int height) {
+        words.resize(words.width(), height);
+        pane_ = new QScrollArea(Ibak5());
+        pane_->setObjectName("pane");
+        pane_->setAccessibleName("Message");
+        pane_->setFrameShape(QFrame::NoFrame);
+        pane_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        pane_->setWidget(&words);
+        for (QWidget* ground : {static_cast<QWidget*>(&words), pane_->viewport()})
+            ground->setAutoFillBackground(false); // the panel's pattern shows
+        pane_->resize(words.width() + pane_->verticalScrollBar()->sizeHint().width() + kGap, 0);
+        return pane_;
+    }
     void place() {
         if (const QWidget* owner = parentWidget())
             move(owner->frameGeometry().center() - rect().center());
@@ -173,6 +206,7 @@ private:
     }
 
     std::span<const Choice> choices_;
+    QScrollArea* pane_ = nullptr; ///< if there are more words than the screen has room for
     std::function<void(std::optional<std::size_t>)> onEnd_;
     std::optional<std::size_t> answer_;
 };
@@ -184,8 +218,7 @@ constexpr Choice kSave[]{
 
 std::optional<std::size_t> answerOf(frmskins& skins, QWidget* parent, const QString& title,
                                     const QString& text, QChar sign, std::span<const Choice> choices) {
-    MessageWindow box(skins, parent, text, sign, choices);
-    box.setWindowTitle(title);
+    MessageWindow box(skins, parent, title, text, sign, choices);
     return box.run();
 }
 
@@ -210,7 +243,7 @@ Answer askYesNo(frmskins& skins, QWidget* parent, const QString& text, const QSt
 }
 
 SaveAnswer askSave(frmskins& skins, QWidget* parent, const QString& text) {
-    switch (answerOf(skins, parent, QStringLiteral("Velmora"), text, QLatin1Char('?'), kSave).value_or(2)) {
+    switch (answerOf(skins, parent, kProgram, text, QLatin1Char('?'), kSave).value_or(2)) {
     case 0:
         return SaveAnswer::Save;
     case 1:
@@ -221,15 +254,13 @@ SaveAnswer askSave(frmskins& skins, QWidget* parent, const QString& text) {
 }
 
 void showMessage(frmskins& skins, QWidget* parent, const QString& text) {
-    auto* box = new MessageWindow(skins, parent, text, QLatin1Char('i'), kConfirm);
-    box->setWindowTitle(QStringLiteral("Velmora"));
+    auto* box = new MessageWindow(skins, parent, kProgram, text, QLatin1Char('i'), kConfirm);
     box->open({});
 }
 
 void ask(frmskins& skins, QWidget* parent, const QString& text, Answer enter,
          std::function<void(Answer)> answered) {
-    auto* box = new MessageWindow(skins, parent, text, QLatin1Char('?'), kYesNo);
-    box->setWindowTitle(QStringLiteral("Velmora"));
+    auto* box = new MessageWindow(skins, parent, kProgram, text, QLatin1Char('?'), kYesNo);
     box->prefer(enter == Answer::Yes ? 0 : 1);
     box->open(
         [answered = std::move(answered)](std::optional<std::size_t> choice) { answered(yesOrNo(choice)); });

@@ -14,7 +14,7 @@ public:
     virtual void CacheProgress(double /*trackShare*/, double /*totalShare*/) {}
     virtual void StartWriting(std::size_t /*track*/) {}
     virtual void WriteProgress(double /*trackShare*/, double /*totalShare*/) {}
-    virtual void ClosingTrack() {}
+    virtual void ClosingTrack() {} ///< by itself, which no drive does that writes all of them at once
     virtual void ClosingSession() {}
     virtual void Comparing(double /*share*/) {} ///< every sector is read back
     virtual void Finished() {}

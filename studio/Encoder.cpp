@@ -54,7 +54,9 @@ std::unique_ptr<SampleSink> makeMp3Sink(fs::path mp3, EncodeSettings settings, i
                                                           .preset = kEncoderQualities[quality].preset,
                                                           .title = std::move(settings.title),
                                                           .artist = std::move(settings.artist),
-                                                          .cover = std::move(settings.cover)});
+                                                          .cover = std::move(settings.cover),
+                                                          .front = std::move(settings.front),
+                                                          .behind = std::move(settings.behind)});
     return std::make_unique<FittingSink>(std::move(file), fit, std::move(mp3));
 }
 

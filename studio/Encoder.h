@@ -25,6 +25,8 @@ struct EncodeSettings {
     std::string title = {}; ///< for the tag; any Unicode text
     std::string artist = {};
     std::filesystem::path cover = {}; ///< a JPEG or PNG picture for the tag
+    std::string front = {};           ///< a whole tag, in place of one of these three
+    std::string behind = {};          ///< tags that follow the sound
 };
 
 struct EncodeJob {

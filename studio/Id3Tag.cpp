@@ -23,13 +23,7 @@ std::string sevenBits(std::uint32_t value) {
             static_cast<char>(value >> 7U & 0x7FU), static_cast<char>(value & 0x7FU)};
 }
 
-std::string frame(std::string_view name, std::string_view content) {
-    using namespace std::string_literals;
-    return std::string(name) + bigEndian(static_cast<std::uint32_t>(content.size())) + "\0\0"s +
-           std::string(content);
-}
-
-std::string textFrame(std::string_view name, const std::string& text) {
+std::string textFrame(std::string_view name, const std::string& text, int version) {
     if (text.empty())
         return {};
     std::string content = "\1\xFF\xFE"; // UTF-16, and the order of its bytes
@@ -37,7 +31,7 @@ std::string textFrame(std::string_view name, const std::string& text) {
         content += static_cast<char>(unit.unicode() & 0xFFU);
         content += static_cast<char>(unit.unicode() >> 8U);
     }
-    return frame(name, content);
+    return id3Frame(name, content, version);
 }
 
 /// The type by which a tag names the picture; blank for what is none of the two.
@@ -49,23 +43,49 @@ std::string_view typeOf(std::string_view picture) {
     return {};
 }
 
-std::string pictureFrame(std::string_view picture) {
+std::string pictureFrame(std::string_view picture, int version) {
     using namespace std::string_literals;
     if (picture.empty())
         return {};
     const std::string kFrontCover = "\3"s;
-    return frame("APIC",
-                 "\0"s + std::string(typeOf(picture)) + "\0"s + kFrontCover + "\0"s + std::string(picture));
+    const std::string_view type = typeOf(picture);
+    const std::string begin =
+        "\0"s + (version == 2 ? (type == "image/png" ? "PNG"s : "JPG"s) : std::string(type) + "\0"s);
+    return id3Frame(version == 2 ? "PIC" : "APIC", begin + kFrontCover + "\0"s + std::string(picture),
+                    version);
 }
 } // namespace
 
-std::string id3Bytes(const Id3Tag& tag) {
+std::string id3Frame(std::string_view name, std::string_view content, int version, unsigned flags) {
+    const auto size = static_cast<std::uint32_t>(content.size());
+    std::string frame(name);
+    if (version == 2) {
+        frame += bigEndian(size).substr(1);
+    } else {
+        frame += version == 3 ? bigEndian(size) : sevenBits(size);
+        frame += static_cast<char>(flags >> 8U & 0xFFU);
+        frame += static_cast<char>(flags & 0xFFU);
+    }
+    return frame += content;
+}
+
+std::string id3Frames(const Id3Tag& tag, int version) {
+    const bool isShort = version == 2;
+    return textFrame(isShort ? "TT2" : "TIT2", tag.title, version) +
+           textFrame(isShort ? "TP1" : "TPE1", tag.artist, version) + pictureFrame(tag.cover, version);
+}
+
+std::string id3Whole(std::string_view frames, int version) {
     using namespace std::string_literals;
-    const std::string frames =
-        textFrame("TIT2", tag.title) + textFrame("TPE1", tag.artist) + pictureFrame(tag.cover);
     if (frames.empty())
         return {};
-    return "ID3\3\0\0"s + sevenBits(static_cast<std::uint32_t>(frames.size())) + frames;
+    return "ID3"s + static_cast<char>(version) + "\0\0"s +
+           sevenBits(static_cast<std::uint32_t>(frames.size())) + std::string(frames);
+}
+
+std::string id3Bytes(const Id3Tag& tag) {
+    constexpr int kVersion = 3;
+    return id3Whole(id3Frames(tag, kVersion), kVersion);
 }
 
 CoverPicture readCover(const std::filesystem::path& file) {

@@ -36,6 +36,10 @@ EncoderRecord recordOf(const Mp3Options& options) {
     record.nPreset = options.preset;
     return record;
 }
+
+std::span<const unsigned char> bytesOf(const std::string& text) {
+    return {reinterpret_cast<const unsigned char*>(text.data()), text.size()};
+}
 } // namespace
 
 Mp3File::Mp3File(std::filesystem::path path, Mp3Options options)
@@ -49,15 +53,17 @@ std::string Mp3File::open() {
         return error;
     if (!lameProblem().empty())
         return file_.failure(lameProblem());
-    CoverPicture cover = readCover(options_.cover);
+    CoverPicture cover = options_.front.empty() ? readCover(options_.cover) : CoverPicture{};
     if (!cover.error.empty())
         return cover.error;
     if (std::string error = file_.open(); !error.empty())
         return error;
     writer_.OpenFile(file_.descriptor(), path_);
-    const std::string tag = id3Bytes({options_.title, options_.artist, std::move(cover.bytes)});
+    const std::string tag = !options_.front.empty()
+                                ? std::move(options_.front)
+                                : id3Bytes({options_.title, options_.artist, std::move(cover.bytes)});
     tagSize_ = tag.size();
-    if (!keep({reinterpret_cast<const unsigned char*>(tag.data()), tag.size()}))
+    if (!keep(bytesOf(tag)))
         return file_.failure(writer_.lastResult());
     EncoderRecord record = recordOf(options_);
     record.hasInfoFrame = file_.canBeRewound();
@@ -75,6 +81,8 @@ std::string Mp3File::finish() {
     if (std::string error = file_.overwrite(tagSize_, std::as_bytes(std::span(stream_->info())));
         !error.empty())
         return error;
+    if (!keep(bytesOf(options_.behind)))
+        return file_.failure(writer_.lastResult());
     writer_.CloseFile();
     return file_.commit();
 }

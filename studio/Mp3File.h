@@ -22,6 +22,8 @@ struct Mp3Options {
     std::string title = {};  ///< for the tag, UTF-8
     std::string artist = {};
     std::filesystem::path cover = {}; ///< a JPEG or PNG picture for the tag
+    std::string front = {};           ///< a whole tag, in place of one of these three
+    std::string behind = {};          ///< tags that follow the sound
 };
 
 /// Sound into an MP3 file of constant bitrate, which appears in its place when it is finished. Its first

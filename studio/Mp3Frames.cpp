@@ -100,27 +100,12 @@ std::uint64_t Mp3Frames::behindTags() {
     return at;
 }
 
-/// Those behind, the last first: they are no part of the sound.
+/// Those behind are no part of the sound.
 void Mp3Frames::readTagsBehind() {
-    constexpr std::size_t kFootBytes = 32; // of an APE tag; it has a head of that length, too, or none
-    if (end_ >= kId3v1Bytes) {
-        const Bytes tag = bytes_.at(end_ - kId3v1Bytes, kId3v1Bytes);
-        if (tag.size() == kId3v1Bytes && standsAt(tag, 0, "TAG")) {
-            readId3v1(tag, tags_);
-            end_ -= kId3v1Bytes;
-        }
-    }
-    if (end_ < kFootBytes)
-        return;
-    const Bytes foot = bytes_.at(end_ - kFootBytes, kFootBytes);
-    if (foot.size() < kFootBytes || !standsAt(foot, 0, "APETAGEX"))
-        return;
-    const std::uint64_t length = std::uint64_t{foot[12]} | std::uint64_t{foot[13]} << 8 |
-                                 std::uint64_t{foot[14]} << 16 | std::uint64_t{foot[15]} << 24;
-    const bool hasHead = (foot[23] & 0x80U) != 0;
-    const std::uint64_t whole = length + (hasHead ? kFootBytes : 0);
-    if (length >= kFootBytes && whole <= end_)
-        end_ -= whole;
+    const TagsBehind behind = tagsBehind(bytes_);
+    if (behind.hasId3v1)
+        readId3v1(bytes_.at(end_ - kId3v1Bytes, kId3v1Bytes), tags_);
+    end_ = behind.soundEnd;
 }
 
 /// The first place from there where a frame is followed by another one.

@@ -2,12 +2,15 @@
 #include "studio/Normalise.h"
 
 #include "sound/Limiter.h"
-#include "studio/OtherFormats.h"
-#include "studio/SampleSink.h"
-#include "studio/StereoReader.h"
+#include "studio/RemadeMp3.h"
+#include "studio/SoundReader.h"
+#include "studio/WavTwin.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -17,17 +20,84 @@ namespace fs = std::filesystem;
 using End = PourOutcome::End;
 
 namespace {
-constexpr std::size_t kBlockFrames = 8192;
-constexpr int kMostPasses = 4;             ///< of measuring what the limiter leaves
-constexpr double kNear = 0.1;              ///< LU from the target that nobody hears
-constexpr double kLeastYield = 0.2;        ///< LU for a dB into the limiter, where more is no use
-constexpr double kMostGain = 40;           ///< dB: more would be a recording of noise
-constexpr std::int64_t kHuge = 0xF0000000; ///< bytes from which on a WAV file needs longer lengths
+constexpr std::size_t kBlockValues = 16'384;
+constexpr int kMostPasses = 4;      ///< of measuring what the limiter leaves
+constexpr double kNear = 0.1;       ///< LU from the target that nobody hears
+constexpr double kLeastYield = 0.2; ///< LU for a dB into the limiter, where more is no use
+constexpr double kMostGain = 40;    ///< dB: more would be a recording of noise
 
 /// Why a pass ended early.
 struct Stopped {
     End end = End::Done;
     std::string error;
+};
+
+/// The limiter for any number of channels: its gain is that of the loudest one.
+class LinkedLimiter {
+public:
+    explicit LinkedLimiter(std::size_t channels)
+        : channels_(channels)
+        , held_(static_cast<std::size_t>(Limiter::kDelay) * channels)
+        , heldPeaks_(Limiter::kDelay) {}
+
+    /// Replaces whole frames by the limited ones of `Limiter::kDelay` frames ago.
+    void process(std::span<float> interleaved) {
+        const std::size_t frames = interleaved.size() / channels_;
+        limited_.resize(2 * frames);
+        for (std::size_t i = 0; i < frames; ++i) {
+            float peak = 0;
+            for (float& value : interleaved.subspan(i * channels_, channels_)) {
+                value = std::isfinite(value) ? value : 0;
+                peak = std::max(peak, std::abs(value));
+            }
+            limited_[2 * i] = limited_[2 * i + 1] = peak;
+        }
+        peaks_.resize(frames);
+        for (std::size_t i = 0; i < frames; ++i)
+            peaks_[i] = limited_[2 * i];
+        limiter_.process(limited_.data(), static_cast<int>(frames));
+        for (std::size_t i = 0; i < frames; ++i) {
+            float& delayed = heldPeaks_[place_];
+            const float gain = delayed > 0 ? limited_[2 * i] / delayed : 1;
+            delayed = peaks_[i];
+            float* held = held_.data() + place_ * channels_;
+            for (float& value : interleaved.subspan(i * channels_, channels_)) {
+                const float limited = std::clamp(*held * gain, -Limiter::kCeiling, Limiter::kCeiling);
+                *held++ = std::exchange(value, limited);
+            }
+            place_ = (place_ + 1) % heldPeaks_.size();
+        }
+    }
+
+private:
+    std::size_t channels_;
+    Limiter limiter_;
+    std::vector<float> held_;      ///< frames that are still to come out
+    std::vector<float> heldPeaks_; ///< of these
+    std::size_t place_ = 0;
+    std::vector<float> peaks_; ///< of the frames that come in
+    std::vector<float> limited_;
+};
+
+/// The loudness of what it is given, of the first two channels.
+class FrontMeter {
+public:
+    FrontMeter(int rate, int channels) : channels_(channels), meter_(rate, std::min(channels, 2)) {}
+    [[nodiscard]] const std::string& problem() const { return meter_.problem(); }
+    [[nodiscard]] Loudness result() const { return meter_.result(); }
+    void add(std::span<const float> interleaved) {
+        if (channels_ <= 2)
+            return meter_.add(interleaved);
+        front_.clear();
+        for (std::size_t at = 0; at < interleaved.size(); at += static_cast<std::size_t>(channels_))
+            front_.insert(front_.end(), {interleaved[at], interleaved[at + 1]});
+        meter_.add(front_);
+    }
+
+private:
+    int channels_;
+    LoudnessMeter meter_;
+    std::vector<float> front_;
 };
 
 class Normaliser {
@@ -38,58 +108,58 @@ public:
         , cancel_(cancel) {}
 
     /// Passes the whole sound, turned up and limited.
-    /// @param take what is done with a block of stereo
+    /// @param take what is done with a block of it
     /// @param from the share of all work that is done before, and @param to after
     Stopped pass(double gain, const std::function<std::string(std::span<const float>)>& take, double from,
                  double to) {
-        OpenedSound opened = openSound(in_);
+        const OpenedSound opened = openSound(in_);
         if (!opened.reader)
-            return {End::Failed, std::move(opened.error)};
-        const int rate = opened.reader->info().rate;
-        StereoReader sound(std::move(opened.reader), rate);
-        Limiter limiter;
+            return {End::Failed, opened.error};
+        const SoundInfo& info = opened.reader->info();
+        const auto channels = static_cast<std::size_t>(info.channels);
+        LinkedLimiter limiter(channels);
         const auto factor = static_cast<float>(std::pow(10, gain / 20));
-        const std::int64_t all = sound.frames();
-        std::vector<float> block(2 * kBlockFrames);
-        std::size_t early = Limiter::kDelay; // frames of silence that come out first
-        for (std::int64_t done = 0; done < all + Limiter::kDelay;) {
+        constexpr auto kDelay = static_cast<std::size_t>(Limiter::kDelay);
+        std::vector<float> block(channels * std::max(kDelay, kBlockValues / channels));
+        std::size_t early = kDelay; // frames of silence that come out first
+        for (std::int64_t done = 0; done < info.frames + Limiter::kDelay;) {
             if (cancel_.stop_requested())
                 return {End::Cancelled, {}};
-            const std::size_t read = sound.read(block);
+            const std::size_t read = opened.reader->read(block);
             // Behind the end, what the limiter still holds.
-            const std::size_t frames = read > 0 ? read : static_cast<std::size_t>(Limiter::kDelay);
+            const std::size_t frames = read > 0 ? read : kDelay;
             if (read == 0) {
-                if (done < all)
+                if (done < info.frames)
                     return {End::Failed,
                             "\"" + in_.string() + "\" can't be read to its end. Is it still being written?"};
-                std::fill_n(block.begin(), 2 * frames, 0.0F);
+                std::fill_n(block.begin(), channels * frames, 0.0F);
             }
-            const auto stereo = std::span(block).first(2 * frames);
-            for (float& value : stereo)
+            const auto sound = std::span(block).first(channels * frames);
+            for (float& value : sound)
                 value *= factor;
-            limiter.process(stereo.data(), static_cast<int>(frames));
+            limiter.process(sound);
             const std::size_t dropped = std::min(early, frames);
             early -= dropped;
-            if (std::string error = take(stereo.subspan(2 * dropped)); !error.empty())
+            if (std::string error = take(sound.subspan(channels * dropped)); !error.empty())
                 return {End::Failed, std::move(error)};
             done += static_cast<std::int64_t>(frames);
             if (progress_)
-                progress_(from +
-                          (to - from) * std::min(1.0, static_cast<double>(done) / static_cast<double>(all)));
+                progress_(from + (to - from) * std::min(1.0, static_cast<double>(done) /
+                                                                 static_cast<double>(info.frames)));
         }
         return {};
     }
 
     /// Measures what a gain leads to.
-    Stopped measure(double gain, int rate, Loudness& result, double from, double to) {
-        LoudnessMeter meter(rate, 2);
+    Stopped measure(double gain, const SoundInfo& info, Loudness& result, double from, double to) {
+        FrontMeter meter(info.rate, info.channels);
         if (!meter.problem().empty())
             return {End::Failed,
                     "The loudness of \"" + in_.string() + "\" can't be told: " + meter.problem() + "."};
         Stopped stopped = pass(
             gain,
-            [&](std::span<const float> stereo) {
-                meter.add(stereo);
+            [&](std::span<const float> sound) {
+                meter.add(sound);
                 return std::string();
             },
             from, to);
@@ -103,52 +173,58 @@ private:
     const std::stop_token& cancel_;
 };
 
-/// One channel of two that are alike, or both.
-class Written {
-public:
-    Written(SampleSink& sink, int channels) : sink_(sink), channels_(channels) {}
-    std::string operator()(std::span<const float> stereo) {
-        if (channels_ == 2)
-            return sink_.write(stereo);
-        one_.resize(stereo.size() / 2);
-        for (std::size_t i = 0; i < one_.size(); ++i)
-            one_[i] = stereo[2 * i];
-        return sink_.write(one_);
-    }
-
-private:
-    SampleSink& sink_;
-    int channels_;
-    std::vector<float> one_;
+/// Where the louder sound goes.
+struct Target {
+    std::unique_ptr<ByteSource> model = {}; ///< of a WAV file
+    std::unique_ptr<SampleSink> sink = {};
+    std::string error = {};
+    std::string note = {};
 };
+
+Target wavTarget(const fs::path& in, const fs::path& out, const SoundInfo& info) {
+    OpenedBytes opened = openBytes(in);
+    const auto failed = [&in](const std::string& why) {
+        return Target{.error = "Reading \"" + in.string() + "\" failed: " + why + "."};
+    };
+    if (!opened.bytes)
+        return failed(opened.error);
+    const WavHeader header = readWavHeader(*opened.bytes);
+    if (!header.problem.empty() || header.channels != info.channels)
+        return failed(header.problem.empty() ? "it is another file now" : header.problem);
+    auto twin = std::make_unique<WavTwin>(*opened.bytes, header, out, static_cast<std::uint64_t>(info.frames),
+                                          TwinSamples::Written);
+    const bool isRewritten = twin->format().encoding != header.encoding;
+    return {.model = std::move(opened.bytes),
+            .sink = std::move(twin),
+            .note = isRewritten ? "Logarithmic samples can't be turned up: those of the new file have 16 bits"
+                                : ""};
+}
+
+Target mp3Target(const fs::path& in, const fs::path& out, const SoundInfo& info,
+                 const EncodeSettings& settings) {
+    RemadeMp3 remade = remadeMp3(in, info, settings, RemadeSound::Louder);
+    if (!remade.error.empty())
+        return {.error = std::move(remade.error)};
+    return {.sink = makeMp3Sink(out, std::move(remade.settings), info.rate, info.channels),
+            .note = std::move(remade.note)};
+}
 
 NormaliseOutcome& ended(NormaliseOutcome& outcome, Stopped stopped) {
     outcome.end = stopped.end;
     outcome.error = std::move(stopped.error);
     return outcome;
 }
-
-SoundFileOptions optionsFor(const SoundInfo& info) {
-    return {.format = SoundFormat::Wav,
-            .bits = info.isFloat ? 32 : std::max(16, info.bits),
-            .isFloat = info.isFloat,
-            .isHuge = info.frames * info.channels * 4 > kHuge,
-            .title = info.title,
-            .artist = info.artist};
-}
 } // namespace
 
 NormaliseOutcome normalise(const fs::path& in, const fs::path& out, double target,
-                           const std::function<void(double)>& progress, const std::stop_token& cancel) {
+                           const std::function<void(double)>& progress, const std::stop_token& cancel,
+                           const EncodeSettings& mp3) {
     NormaliseOutcome outcome;
     const OpenedSound opened = openSound(in);
     if (!opened.reader)
         return ended(outcome, {End::Failed, opened.error});
     const SoundInfo info = opened.reader->info();
     const std::string name = "\"" + in.string() + "\"";
-    if (info.kind != SoundKind::Wav || info.channels > 2)
-        return ended(outcome,
-                     {End::Failed, name + " is no WAV file of one or two channels. Take one of these."});
     constexpr double kFirst = 0.3; // shares of the work, more or less
     constexpr double kMeasured = 0.6;
     MeasuredLoudness measured = measureLoudness(
@@ -172,7 +248,7 @@ NormaliseOutcome normalise(const fs::path& in, const fs::path& out, double targe
     for (int i = 0; i < kMostPasses && outcome.before.peak + outcome.gain > ceiling; ++i) {
         const double next = share + (kMeasured - kFirst) / kMostPasses;
         const double last = outcome.after.integrated;
-        Stopped stopped = normaliser.measure(outcome.gain, info.rate, outcome.after, share, next);
+        Stopped stopped = normaliser.measure(outcome.gain, info, outcome.after, share, next);
         if (stopped.end != End::Done)
             return ended(outcome, std::move(stopped));
         share = next;
@@ -184,21 +260,23 @@ NormaliseOutcome normalise(const fs::path& in, const fs::path& out, double targe
         turned = std::min(missing / yield, kMostGain - outcome.gain);
         outcome.gain += turned;
     }
-    const auto sink = makeSoundFileSink(out, optionsFor(info), info.rate, info.channels);
-    if (std::string error = sink->open(); !error.empty())
+    Target made = info.kind == SoundKind::Mp3 ? mp3Target(in, out, info, mp3) : wavTarget(in, out, info);
+    if (!made.error.empty())
+        return ended(outcome, {End::Failed, std::move(made.error)});
+    if (std::string error = made.sink->open(); !error.empty())
         return ended(outcome, {End::Failed, std::move(error)});
-    LoudnessMeter meter(info.rate, 2);
-    Written written(*sink, info.channels);
+    FrontMeter meter(info.rate, info.channels);
     Stopped stopped = normaliser.pass(
         outcome.gain,
-        [&](std::span<const float> stereo) {
-            meter.add(stereo);
-            return written(stereo);
+        [&](std::span<const float> sound) {
+            meter.add(sound);
+            return made.sink->write(sound);
         },
         share, 1);
     if (stopped.end == End::Done) {
-        stopped.error = sink->finish();
+        stopped.error = made.sink->finish();
         stopped.end = stopped.error.empty() ? End::Done : End::Failed;
+        outcome.note = std::move(made.note);
     }
     outcome.after = meter.result();
     return ended(outcome, std::move(stopped));

@@ -232,14 +232,17 @@ EncodeOutcome encodeByName(const EncodeJob& job, const std::function<void(double
     const auto format = otherFormat(job.mp3);
     if (!format)
         return encode(job, progress, cancel);
+    const auto told = [](const std::string& wanted, const std::string& own) {
+        return wanted.empty() ? own : wanted;
+    };
     return encodeThrough(
         job,
         [&](const SoundInfo& info) {
             return makeSoundFileSink(job.mp3,
                                      {.format = *format,
                                       .bits = info.bits > 16 ? 24 : 16,
-                                      .title = job.settings.title,
-                                      .artist = job.settings.artist},
+                                      .title = told(job.settings.title, info.title),
+                                      .artist = told(job.settings.artist, info.artist)},
                                      info.rate, info.channels);
         },
         progress, cancel);

@@ -46,7 +46,7 @@ struct SoundFileOptions {
                                                             SoundFileOptions options, int rate, int channels);
 
 /// As `encode`, in the format that the extension of `job.mp3` names: FLAC, Ogg Vorbis or Opus (title and
-/// artist count of the settings), else MP3.
+/// artist count of the settings, those of the sound where they are blank), else MP3.
 [[nodiscard]] EncodeOutcome encodeByName(const EncodeJob& job,
                                          const std::function<void(double)>& progress = {},
                                          const std::stop_token& cancel = {});

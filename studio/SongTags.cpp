@@ -294,6 +294,32 @@ void readId3v2(ByteWindow& bytes, std::uint64_t at, SongTags& tags) {
     Id3Frames(bytes, first, at + length, version, tags).read();
 }
 
+TagsBehind tagsBehind(ByteWindow& bytes) {
+    const auto begins = [](Bytes there, std::string_view name) {
+        return there.size() >= name.size() && std::equal(name.begin(), name.end(), there.begin());
+    };
+    TagsBehind tags{.soundEnd = bytes.size()};
+    if (tags.soundEnd >= kId3v1Bytes) {
+        const Bytes tag = bytes.at(tags.soundEnd - kId3v1Bytes, kId3v1Bytes);
+        tags.hasId3v1 = tag.size() == kId3v1Bytes && begins(tag, "TAG");
+        tags.soundEnd -= tags.hasId3v1 ? kId3v1Bytes : 0;
+    }
+    if (tags.soundEnd < kApeEndBytes)
+        return tags;
+    const Bytes foot = bytes.at(tags.soundEnd - kApeEndBytes, kApeEndBytes);
+    if (foot.size() < kApeEndBytes || !begins(foot, "APETAGEX"))
+        return tags;
+    const std::uint64_t length = std::uint64_t{foot[12]} | std::uint64_t{foot[13]} << 8 |
+                                 std::uint64_t{foot[14]} << 16 | std::uint64_t{foot[15]} << 24;
+    const bool hasHead = (foot[23] & 0x80U) != 0;
+    const std::uint64_t whole = length + (hasHead ? kApeEndBytes : 0);
+    if (length >= kApeEndBytes && whole <= tags.soundEnd) {
+        tags.soundEnd -= whole;
+        tags.apeLength = whole;
+    }
+    return tags;
+}
+
 void readId3v1(Bytes tag, SongTags& tags) {
     constexpr std::size_t kTitle = 3;
     constexpr std::size_t kArtist = 33;

@@ -97,13 +97,26 @@ private:
 
     void takeOther(std::string_view name, std::uint64_t start, std::uint64_t length) {
         if (name == "fmt ")
-            takeFormat(bytes_.at(start, static_cast<std::size_t>(std::min<std::uint64_t>(length, 40))));
+            takeFormat(start, length);
         else if (name == "ds64" && length >= 16)
             takeLongLengths(bytes_.at(start, 16));
         else if (name == "LIST" && length >= 4)
             takeList(start, start + length);
-        else if (name == "id3 " || name == "ID3 ")
+        else if (name == "id3 " || name == "ID3 ") {
             readId3v2(bytes_, start, header_.tags);
+            keep(name, start, length);
+        }
+    }
+
+    static WavStretch stretch(std::string_view name, std::uint64_t start, std::uint64_t length) {
+        WavStretch made{.at = start, .length = length};
+        std::ranges::copy(name, made.name);
+        return made;
+    }
+    void keep(std::string_view name, std::uint64_t start, std::uint64_t length) {
+        constexpr std::size_t kMost = 8;
+        if (header_.tellings.size() < kMost)
+            header_.tellings.push_back(stretch(name, start, length));
     }
 
     void takeLongLengths(Bytes chunk) {
@@ -114,11 +127,13 @@ private:
         longLength_ = std::min(number(chunk, 8, 8), kSensible);
     }
 
-    void takeFormat(Bytes chunk) {
+    void takeFormat(std::uint64_t start, std::uint64_t length) {
         constexpr std::size_t kPlainBytes = 16;
+        const Bytes chunk = bytes_.at(start, static_cast<std::size_t>(std::min<std::uint64_t>(length, 40)));
         if (hasFormat_ || chunk.size() < kPlainBytes)
             return;
         hasFormat_ = true;
+        header_.format = stretch("fmt ", start, length);
         std::uint64_t code = number(chunk, 0, 2);
         header_.channels = static_cast<int>(number(chunk, 2, 2));
         rate_ = number(chunk, 4, 4);
@@ -162,6 +177,7 @@ private:
         const Bytes kind = bytes_.at(at, 4);
         if (kind.size() < 4 || nameAt(kind, 0) != "INFO")
             return;
+        keep("LIST", at, end - at);
         at += 4;
         while (at + kChunkHead <= end) {
             const Bytes head = bytes_.at(at, kChunkHead);

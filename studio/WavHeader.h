@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace velmora {
 
@@ -14,6 +15,13 @@ enum class WavEncoding : std::uint8_t {
     Float,
     ALaw,
     MuLaw
+};
+
+/// What stands in a chunk.
+struct WavStretch {
+    std::uint64_t at = 0;
+    std::uint64_t length = 0;
+    char name[5] = {}; ///< of the chunk
 };
 
 /// Where the sound of a WAV file stands, and how.
@@ -27,6 +35,9 @@ struct WavHeader {
     std::uint64_t frames = 0;  ///< whole ones that are there, whatever the header claims
     SongTags tags = {};
     std::string problem = {}; ///< blank, or why no sound can be read, as the end of a sentence
+    WavStretch format = {};
+    /// What the file tells of itself as a whole: "LIST" of kind "INFO", "id3 ". Few, whatever there is.
+    std::vector<WavStretch> tellings = {};
 
     [[nodiscard]] int sampleBytes() const { return (bits + 7) / 8; }
     [[nodiscard]] std::uint64_t frameBytes() const {

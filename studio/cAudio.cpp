@@ -3,8 +3,10 @@
 
 #include "base/MessageLoop.h"
 #include "base/SteadyClock.h"
+#include "studio/Blanking.h"
 #include "studio/Burner.h"
 #include "studio/DiscImage.h"
+#include "studio/DriveList.h"
 
 #include <algorithm>
 #include <chrono>

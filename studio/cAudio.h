@@ -16,7 +16,8 @@ namespace velmora {
 
 class MessageLoop;
 
-/// What came of burning.
+/// What came of burning. Tracks are written at once, with nothing between them: no drive closes one by itself
+/// nor is told an address to go on from, so that two of these are there for the table alone.
 enum class BurnCode : std::uint8_t {
     ParametersRefused = 0,
     WriteError = 1,

@@ -10,7 +10,10 @@
 namespace velmora {
 
 namespace {
-constexpr int kLookMilliseconds = 1; ///< how long the press of a repeat may take to follow its release
+/// How long the press of a repeat may take to follow its release. On a busy machine the thread that reads
+/// what the window system tells may rest between the two for some turns of the scheduler; nobody hears a note
+/// end so much later.
+constexpr int kLookMilliseconds = 12;
 /// Of keys whose place is unknown; above the places that there are.
 constexpr int kByKey = 1 << 16;
 constexpr quint32 kLevel3 = 0x80; ///< of the window system's modifiers: the one that AltGr sets

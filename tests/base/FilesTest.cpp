@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "base/Files.h"
 
+#include "tests/support/FullDisk.h"
+
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <filesystem>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -79,14 +80,9 @@ TEST_F(FilesTest, AHugeFileThatIsNoTextTakesNoMemory) {
 
 TEST_F(FilesTest, AFullDiskCostsNotTheOldFileHoweverShortTheNewOne) {
     ASSERT_EQ(replaceFile(path, "old"), "");
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    const rlimit none{0, limit.rlim_max};
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &none);
-    const std::string reason = replaceFile(path, "new");
-    setrlimit(RLIMIT_FSIZE, &limit);
-    std::signal(SIGXFSZ, handler);
-    EXPECT_NE(reason, "");
+    {
+        const FullDisk disk(0);
+        EXPECT_NE(replaceFile(path, "new"), "");
+    }
     EXPECT_EQ(readWholeFile(path), "old");
 }

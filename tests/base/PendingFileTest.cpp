@@ -2,14 +2,13 @@
 #include "base/PendingFile.h"
 
 #include "tests/studio/TestSinks.h"
+#include "tests/support/FullDisk.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <optional>
 
 using namespace velmora;
@@ -30,21 +29,6 @@ struct PendingFileTest : testing::Test {
     }
 };
 
-/// Files can't grow beyond some bytes while this lives, as on a disk that is full.
-struct FullDisk {
-    explicit FullDisk(rlim_t size) {
-        getrlimit(RLIMIT_FSIZE, &old);
-        handler = std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit small{size, old.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~FullDisk() {
-        setrlimit(RLIMIT_FSIZE, &old);
-        std::signal(SIGXFSZ, handler);
-    }
-    rlimit old{};
-    void (*handler)(int) = SIG_DFL;
-};
 } // namespace
 
 TEST_F(PendingFileTest, TheFileIsThereOnceItIsCommittedAndNotBefore) {

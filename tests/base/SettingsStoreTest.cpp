@@ -2,12 +2,11 @@
 #include "base/SettingsStore.h"
 
 #include "base/Files.h"
+#include "tests/support/FullDisk.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <thread>
 
 using namespace velmora;
@@ -26,25 +25,6 @@ struct SettingsStoreTest : testing::Test {
     }
 };
 
-/// While it lives no file of this process can be written to: the disk is as good as full.
-class FullDisk {
-public:
-    FullDisk() {
-        getrlimit(RLIMIT_FSIZE, &old_);
-        const rlimit none{0, old_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &none);
-    }
-    ~FullDisk() {
-        setrlimit(RLIMIT_FSIZE, &old_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    rlimit old_{};
-    void (*handler_)(int) = std::signal(SIGXFSZ, SIG_IGN);
-};
 } // namespace
 
 TEST_F(SettingsStoreTest, AMissingKeyGivesTheFallback) {
@@ -146,7 +126,7 @@ TEST_F(SettingsStoreTest, AFailedSaveLeavesTheOldFileAndIsMadeGoodByTheNext) {
     const auto before = readWholeFile(path);
     const std::string longText(50000, 'x');
     {
-        const FullDisk full;
+        const FullDisk full(0);
         store.SaveSetting("Settings", "a", longText);
     }
     EXPECT_EQ(readWholeFile(path), before);
@@ -171,7 +151,7 @@ TEST_F(SettingsStoreTest, WhereNoFileCanBeTheValuesLastAsLongAsTheStore) {
 TEST_F(SettingsStoreTest, SavingTheValueThatIsThereWritesNothing) {
     SettingsFile store(path);
     store.SaveSetting("Settings", "a", "1");
-    const FullDisk full;
+    const FullDisk full(0);
     store.SaveSetting("Settings", "a", "1");
     EXPECT_EQ(readWholeFile(path), formatSettings({{{"Settings", "a"}, "1"}}));
 }

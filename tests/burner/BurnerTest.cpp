@@ -180,6 +180,33 @@ TEST_F(BurnerTest, TwoTracksAreWrittenByteForByteAndReadBack) {
     for (std::string line; std::getline(lines, line);)
         readBack += line.starts_with("be ") ? 1 : 0;
     EXPECT_GE(readBack, 701 / 32); // a drive hands over 64 KB at most
+    EXPECT_EQ(commands("5b"), 0) << "no track is closed by itself";
+}
+
+TEST_F(BurnerTest, WhatADriveIsOnlyAskedForDoesntStopIt) {
+    for (const char* flaw : {"fail_address yes", "fail_mode yes"}) {
+        setUp(std::string("medium cdr\n") + flaw + "\n");
+        for (const char* file : {"toc", "disc"})
+            std::filesystem::remove(at(file));
+        const BurnOutcome outcome = burn();
+        EXPECT_EQ(outcome.code, BurnCode::Finished) << flaw << ": " << outcome.detail;
+        EXPECT_EQ(readFile(at("disc")), sectors_);
+    }
+}
+
+TEST_F(BurnerTest, TheSessionIsToldOfWhileTheDriveCloses) {
+    setUp("medium cdr\nslow_sync 500\nfail_sync yes\n");
+    EXPECT_EQ(burn().code, BurnCode::Cache);
+    EXPECT_EQ(events_.told.back(), "close session");
+    EXPECT_EQ(events_.last["writing"], 1);
+}
+
+TEST_F(BurnerTest, ADiscWithoutItsTracksWasNotClosed) {
+    setUp("medium cdr\nlose_toc yes\n");
+    const BurnOutcome outcome = burn();
+    EXPECT_EQ(outcome.code, BurnCode::ClosingSession);
+    EXPECT_THAT(outcome.detail, testing::HasSubstr(kName));
+    EXPECT_THAT(events_.told, testing::Not(testing::Contains("finished")));
 }
 
 TEST_F(BurnerTest, TitlesStandInTheTextOfTheDisc) {

@@ -55,7 +55,9 @@ class Keyboard(KeyboardJourney):
         key = SCALE[0]
         self.screen.run("xset", "r", "rate", "100", "40")
         self.assertEqual(strikes(self.hear(lambda: keys.play([key] * 3, 0.2, 0.25))), 3, "three are told apart")
+        self.assertStruck(3)
         self.assertEqual(strikes(self.hear(lambda: keys.play([key], 0.8))), 1)
+        self.assertStruck(4)
 
         with self.server.record() as recording:
             recording.silence()
@@ -71,6 +73,11 @@ class Keyboard(KeyboardJourney):
             recording.silence()
         self.assertEqual(strikes(recording.samples), 2, "it plays again")
         self.end(program)
+        self.assertEqual(self.struck(), 6, "all that the program struck")
+
+    def assertStruck(self, count):
+        wait_for(lambda: self.struck() >= count, "the strikes in the journal")
+        self.assertEqual(self.struck(), count)
 
     def test_a_midi_keyboard_that_is_plugged_in_plays(self):
         self.play_midi(classic=0)

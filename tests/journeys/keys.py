@@ -18,6 +18,8 @@ TAKES, KEEP = (698, 184), (882, 144)
 METRONOME, TONE, FIRST_LAMP = (738, 126), (738, 150), (738, 176)
 KEY_OF_72 = (286, 345)  # two octaves up, under the label
 TWO_OCTAVES_UP = (881, 194)
+# The journal of what was played: the size of its records, and how one of a strike begins.
+PLAYED, RECORD_SIZE, MARK_OF_STRIKE = ("data", "played"), 16, b"\xA5\x00"
 # The key codes of the lowest row of letters, where the white keys from C to C are; by their places, which all
 # layouts share.
 SCALE = range(52, 60)
@@ -85,6 +87,15 @@ class KeyboardJourney(Journey):
             program.focus(program.question())
             self.screen.key("alt+n" if self.user.settings().get("Classic") == "1" else "alt+d")
         program.ends()
+
+    def struck(self):
+        """How many strikes the journal of what was played tells of."""
+        try:
+            with open(self.user.path(*PLAYED), "rb") as file:
+                journal = file.read()
+        except OSError:  # nothing was played yet
+            return 0
+        return sum(journal.startswith(MARK_OF_STRIKE, at) for at in range(0, len(journal), RECORD_SIZE))
 
     def hear(self, act):
         """What sounds while somebody acts, between two silences."""

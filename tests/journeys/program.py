@@ -129,7 +129,8 @@ class Program:
 
     def save_as(self, path, dialog=SAVE_DIALOG):
         """Types the name into the dialog that asks for it. Under load Qt's dialog may only go to the file's folder, and
-        Enter has to be pressed once more."""
+        Enter has to be pressed once more; and its list of names, which holds the mouse, may be seen longer than the
+        dialog: a click at that moment would be the list's."""
         self.focus(self.screen.window(dialog))
         self.screen.key("ctrl+a")
         self.screen.type(path)
@@ -139,6 +140,7 @@ class Program:
                      desktop.patience / 8)
         except desktop.NotInTime:
             self.screen.key("Return")
+        wait_for(lambda: not self.popups(), "the end of the list of names")
 
     def _composing_window(self):
         if not self.running():

@@ -5,6 +5,7 @@ import array
 import math
 import operator
 import os
+import re
 import subprocess
 import tempfile
 from typing import NamedTuple
@@ -97,6 +98,19 @@ class Heard(NamedTuple):
 WINDOW, HOP = 480, 80  # samples: 60 ms every 10 ms
 SHORTEST = 4  # hops, of what counts as a note
 GAP = 0.15  # seconds
+NOTHING = rb"(?:\0\0){32,}"  # 4 ms
+
+
+def stumbles(samples):
+    """Where a server under load faltered, from sample to sample: nothing at all amid a sound, which then goes on where it
+    stood."""
+    runs = [((run.start() + 1) // 2, run.end() // 2) for run in re.finditer(NOTHING, samples.tobytes())]
+    return [(begin, end) for begin, end in runs
+            if end - begin < GAP * RATE and max(map(abs, samples[max(0, begin - 40):begin]), default=0) > 4 * SILENT]
+
+
+def meets(gaps, begin, end):
+    return any(first < end and begin < last for first, last in gaps)
 
 
 def _waves(pitch):
@@ -108,14 +122,19 @@ def _waves(pitch):
 
 def notes(samples, lowest=55, highest=79):
     """The notes of a tune in one voice, by the semitone that is strongest: so of a sound with a strong first
-    partial, whose neighbours in the tune differ; a server that falters makes no two notes of one."""
+    partial, whose neighbours in the tune differ; a server that falters makes no two notes of one, nor a note of its
+    own."""
     waves = {pitch: _waves(pitch) for pitch in range(lowest, highest + 1)}
 
     def strength(window, pitch):
         return sum(sum(map(operator.mul, window, wave)) ** 2 for wave in waves[pitch])
 
+    gaps = stumbles(samples)
     pitches = []
     for at in range(0, len(samples) - WINDOW, HOP):
+        if pitches and meets(gaps, at, at + WINDOW):
+            pitches.append(pitches[-1])
+            continue
         window = samples[at:at + WINDOW]
         loud = max(map(abs, window[WINDOW // 4:-WINDOW // 4])) > 8 * SILENT
         pitches.append(max(waves, key=lambda pitch: strength(window, pitch)) if loud else None)
@@ -135,7 +154,9 @@ def notes(samples, lowest=55, highest=79):
 def strikes(samples):
     """How often a sound that fades by itself was struck: its level jumps up."""
     step = RATE // 50
-    levels = [max(map(abs, samples[at:at + step])) for at in range(0, len(samples) - step, step)]
+    gaps = stumbles(samples)
+    levels = [max(map(abs, samples[at:at + step])) for at in range(0, len(samples) - step, step)
+              if not meets(gaps, at, at + step)]
     struck, lowest, rises = 0, 0, False
     for level in levels:
         jumps = level > 1.6 * lowest + 4 * SILENT

@@ -17,20 +17,31 @@ from sound import RATE, SILENT, notes
 
 OPENER = (-134, 70)  # in the composing window
 RECORD = "Recording Studio$"
+SAVE_TAKE = "^Save As FLAC"
 CD_WRITER = "^Audio CD Writer$"
 SONGS = ("data", "Songs")
 CLOSER = (-20, 14)
 # Places in the Recording Studio, which opens as large as they have it.
-PLAYER = {"Open": (36, 80), "Play": (87, 80), "Pause": (139, 80), "Stop": (191, 80)}
+PLAYER = {"Open": (36, 80), "Play": (87, 80), "Pause": (139, 80), "Stop": (191, 80), "Save": (243, 80)}
 START, STOP = (222, 172), (222, 216)
-FROM_KEYBOARD = (31, 220)
+FROM_MIDI, FROM_KEYBOARD = (31, 192), (31, 220)
 BURN_CD = (233, 368)
+TAKE_SAVE, TAKE_BACK = (-116, -36), (-56, 268)  # in the take's own panel
 MESSAGES = (458, 361)
+CUT, LOUDER, BACK = (162, 364), (355, 364), (590, 269)
+BEGIN_MARK, BEHIND_SILENCE, MIDDLE_LINE = (30, 305), (70, 305), (45, 317)
 # Places in the CD writer.
 ADD, BURN = (568, 73), (568, 382)
 TRACKS = ((270, 88), (270, 108))  # where their rows have no words; the latest is chosen
 SECTOR = 2352  # bytes
 KEPT_AFTER = 1  # seconds at most, until what sounds is in its file
+# A tune for the program csvmidi: six notes of an ocarina in two seconds.
+TUNE = (60, 64, 62, 67, 65, 69)
+TUNE_LINES = "".join(["0, 0, Header, 0, 1, 480\n1, 0, Start_track\n1, 0, Program_c, 0, %d\n" % OCARINA] + [
+    "1, %d, Note_on_c, 0, %d, 100\n1, %d, Note_off_c, 0, %d, 0\n" % (320 * at, pitch, 320 * at + 240, pitch)
+    for at, pitch in enumerate(TUNE)] + ["1, 2000, End_track\n0, 0, End_of_file\n"])
+# The types of "Save As" in the take's own panel, in their order, and who decodes such a file.
+DECODERS = {".flac": "flac -s -d {} -o {}", ".ogg": "oggdec -Q {} -o {}", ".opus": "opusdec --quiet {} {}"}
 
 
 def samples_of(path, rate=44100):
@@ -194,6 +205,99 @@ class Studio(KeyboardJourney):
                          SCALE_PITCHES[:5])
         program.close()
 
+    def test_a_take_that_became_mp3_is_cut_and_made_louder(self):
+        program, studio = self.open_studio()
+        keys = self.record_keyboard(program, studio)
+        keys.play(SCALE[:5], 0.3, 0.1, before=0.2)
+        wav = self.take()
+        studio.press(STOP)
+        studio.says("Finished Encoding " + wav)
+        take = wav.removesuffix("wav") + "mp3"
+        self.assertEqual(self.songs(""), [take])
+
+        def make(button, word):
+            made = take.removesuffix(".mp3") + word + ".mp3"
+            studio.press(button)
+            wait_for(lambda: os.path.exists(made), made)
+            return made
+        studio.focus()
+        self.screen.key("ctrl+t")
+        mark, aim = studio.at(BEGIN_MARK), studio.at(BEHIND_SILENCE)
+        line = studio.at(MIDDLE_LINE)
+        wait_for(lambda: self.screen.pixel(*line)[2] > self.screen.pixel(*line)[0] + 60, "the picture")
+        background = self.screen.pixel(*aim)
+        self.screen.drag(mark, (aim[0] - mark[0], 0), lambda: self.screen.pixel(*aim) != background)
+        cut = make(CUT, " cut")
+        whole, part = samples_of(take, RATE), samples_of(cut, RATE)
+        self.assertLess(len(part), 0.97 * len(whole))
+        self.assertHolds(cut, SCALE_PITCHES[:5])
+        loud = make(LOUDER, " cut loud")
+        self.assertHolds(loud, SCALE_PITCHES[:5])
+        self.assertEqual(len(samples_of(loud, RATE)), len(part))
+        for one, other in zip(notes(samples_of(loud, RATE)), notes(part)):
+            self.assertGreater(loudness(samples_of(loud, RATE), one), loudness(part, other) + 3, "decibels")
+        self.assertEqual(samples_of(take, RATE), whole, "the old file stays")
+        studio.press(BACK)
+        self.assertEqual(studio.messages()[-4:], [
+            f"File was saved as {cut}", "MP3 can't be changed as it is: it was encoded again, at 224 kbit/s",
+            f"File was saved as {loud}", "MP3 can't be changed as it is: it was encoded again, at 224 kbit/s"])
+        program.close()
+
+    def test_a_midi_file_is_recorded_to_its_end_and_saved_as_each_type(self):
+        midi = self.user.path("home", "tune.mid")
+        subprocess.run(["csvmidi", "-", midi], input=TUNE_LINES, text=True, check=True)
+        program, studio = self.open_studio(Delete_WAV=0)
+        studio.press(FROM_MIDI)
+        studio.press(START)
+        program.save_as(midi, "^Open MIDI File")
+        wav = self.take()
+        mp3 = wav.removesuffix("wav") + "mp3"
+        studio.says("Finished Encoding " + wav)
+        self.assertWhole(wav)
+        for path in (wav, mp3):
+            self.assertHolds(path, list(TUNE))
+
+        for path in (midi, mp3, wav):
+            self.save_as_it_is(program, studio, path)
+        self.save_as_other_types(program, studio)
+        program.close()
+
+    def save_as_it_is(self, program, studio, path):
+        """Under a name without an extension, which the program adds."""
+        studio.press(PLAYER["Open"])
+        program.save_as(path, "^Open File")
+        self.screen.gone("^Open File")
+        saved = self.user.path("home", "saved")
+        studio.press(PLAYER["Save"])
+        program.save_as(saved, "^Save As$")
+        self.screen.gone("^Save As$")
+        saved += os.path.splitext(path)[1]
+        wait_for(lambda: os.path.exists(saved), "the saved file")
+        with open(path, "rb") as one, open(saved, "rb") as other:
+            self.assertTrue(one.read() == other.read(), saved)
+
+    def save_as_other_types(self, program, studio):
+        """By the button of the take's own panel, which is there for what the panel has read."""
+        def is_ready():
+            left, top = studio.at(TAKE_SAVE)
+            lines = self.screen.picture(left - 80, top - 6, 70, 12)
+            return any(max(line[at:at + 3]) < 100 for line in lines for at in range(0, len(line), 4))
+        for row, (extension, decoder) in enumerate(DECODERS.items()):
+            studio.focus()
+            self.screen.key("ctrl+t")
+            wait_for(is_ready, "the button's words in full")
+            studio.press(TAKE_SAVE)
+            program.focus(self.screen.window(SAVE_TAKE))
+            self.screen.key("Tab", *["Down"] * row, "shift+Tab")
+            saved = self.user.path("home", "saved" + extension)
+            program.save_as(saved, SAVE_TAKE)
+            self.screen.gone(SAVE_TAKE)
+            studio.press(TAKE_BACK)
+            studio.says("File was saved as " + saved)
+            decoded = saved + ".wav"
+            subprocess.run(decoder.format(saved, decoded).split(), check=True, capture_output=True)
+            self.assertHolds(decoded, list(TUNE))
+
     def test_a_file_is_played_paused_and_stopped_twice(self):
         tones = self.user.path("home", "tones.wav")
         pitches = [60, 64, 62, 67, 65, 69, 64, 72]
@@ -318,7 +422,9 @@ class Studio(KeyboardJourney):
         keys.play(SCALE[:2], 0.3, 0.1, before=0.2)
         path = self.take()
         studio.press(CLOSER)
-        self.question(program)
+        question = self.question(program)
+        self.screen.click(*studio.at(CLOSER))  # which the question doesn't let through
+        program.focus(question)
         self.screen.key("Escape")
         wait_for(lambda: not program.question(), "the question's end")
         self.assertTrue(self.screen.windows(RECORD))
@@ -331,4 +437,13 @@ class Studio(KeyboardJourney):
         self.assertEqual(self.take(), path)
         self.assertWhole(path)
         self.assertHolds(path, SCALE_PITCHES[:4])
+
+        self.activate(program, program.window)
+        studio = Hand(program)  # opened again, it has nothing to ask
+        studio.press(CLOSER)
+        self.screen.gone(RECORD)
+        self.activate(program, program.window)
+        Hand(program)
+        self.screen.key("ctrl+w")
+        self.screen.gone(RECORD)
         program.close()

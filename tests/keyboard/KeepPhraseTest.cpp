@@ -259,6 +259,19 @@ TEST_F(KeepPhraseTest, WhatWasKeptPlaysWhatWasPlayedAtItsTempo) {
     EXPECT_NEAR(strikes[3].second, 2 * kBeat, 0.03);
 }
 
+TEST_F(KeepPhraseTest, EachNoteOfAChordIsAsLoudAsItWasPlayed) {
+    Phrase phrase = phraseOf({{0, 1, 72}, {0, 1, 60}, {1, 2, 74}, {1, 2, 62}});
+    std::map<int, int> wanted;
+    for (std::size_t i = 0; i < phrase.notes.size(); ++i)
+        wanted[phrase.notes[i].note] = phrase.notes[i].velocity = static_cast<std::uint8_t>(40 + 20 * i);
+    keep(phrase);
+    std::map<int, int> heard;
+    for (const TimedMessage& message : perform(workspace()).messages)
+        if (shortmessage::status(message.word) == 0x90 && shortmessage::data2(message.word) > 0)
+            heard[shortmessage::data1(message.word)] = shortmessage::data2(message.word);
+    EXPECT_EQ(heard, wanted);
+}
+
 namespace {
 struct SaveNotesAsPlayedTest : WorkspaceFixture {
     std::filesystem::path path = std::filesystem::path(home.path().toStdString()) / "take.sng";

@@ -10,6 +10,7 @@
 #include <QtTest>
 #include <QtWidgets>
 
+#include <algorithm>
 #include <deque>
 
 namespace velmora {
@@ -289,11 +290,14 @@ TEST_F(CDWriterTest, BurningDisablesAllAndShowsWhatGoesOn) {
         events.StartWriting(1), keep();
         events.WriteProgress(0.4, 0.33);
         EXPECT_EQ(control<QLabel>("lblTrack").text(), "Track 2");
+        EXPECT_EQ(control<ShareBar>("prgTrack").accessibleName(), "Track 2");
         EXPECT_EQ(control<ShareBar>("prgTrack").percent(), 40);
         EXPECT_EQ(control<ShareBar>("prgTotal").percent(), 33);
         events.ClosingTrack(), keep();
         events.ClosingSession(), keep();
         events.Comparing(0.5), keep();
+        EXPECT_EQ(control<QLabel>("lblTrack").text(), "Track") << "it compares all of them";
+        EXPECT_EQ(control<ShareBar>("prgTrack").accessibleName(), "Track");
         events.Finished(), keep();
         EXPECT_EQ(control<ShareBar>("prgTotal").percent(), 100);
     };
@@ -407,6 +411,68 @@ TEST_F(CDWriterTest, EachControlHasItsNameAndItsTip) {
             QAccessible::queryAccessibleInterface(&control<QWidget>(name))->text(QAccessible::Name).isEmpty())
             << name;
         EXPECT_NE(control<QWidget>(name).focusPolicy(), Qt::NoFocus) << name;
+        ASSERT_NE(desk_.tips.toolTip(control<QWidget>(name)), nullptr) << name;
+        EXPECT_FALSE(desk_.tips.toolTip(control<QWidget>(name))->title.isEmpty()) << name;
+    }
+}
+
+TEST_F(CDWriterTest, TabGoesThroughItInTheOrderOfReading) {
+    open();
+    addThree();
+    choose(1);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
+    control<QWidget>("lstTracks").setFocus();
+    for (const bool back : {false, true}) {
+        std::vector<std::string> order;
+        for (std::size_t i = 0; i < kControls.size(); ++i) {
+            order.push_back(QApplication::focusWidget()->objectName().toStdString());
+            QTest::keyClick(QApplication::focusWidget(), back ? Qt::Key_Backtab : Qt::Key_Tab);
+        }
+        EXPECT_EQ(QApplication::focusWidget()->objectName(), "lstTracks") << "once around";
+        if (back)
+            std::reverse(order.begin() + 1, order.end());
+        EXPECT_THAT(order, testing::ElementsAreArray(kControls));
+    }
+}
+
+TEST_F(CDWriterTest, TheFocusIsOnBurnAgainAfterADisc) {
+    open();
+    addThree();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
+    auto& burn = control<QWidget>("cmdBurn");
+    burn.setFocus();
+    audio_->during = [&](BurnEvents&) { EXPECT_FALSE(burn.hasFocus()); };
+    answer({"ok"});
+    window_->cmdBurn_Click();
+    EXPECT_EQ(window_->focusWidget(), &burn);
+}
+
+TEST_F(CDWriterTest, BarsAndTheChosenRowStandOutInEverySkin) {
+    constexpr double kStandsOut = 1.2;
+    open();
+    addThree();
+    choose(1);
+    auto& list = control<CdTrackList>("lstTracks");
+    auto& group = control<QWidget>("frmPrg");
+    const QRect bar = control<QWidget>("prgTotal").geometry();
+    const QRect row = list.visualItemRect(list.topLevelItem(1));
+    const auto rgb = [](const QImage& picture, int x, int y) {
+        const QColor colour = picture.pixelColor(x, y);
+        return Rgb{static_cast<std::uint8_t>(colour.red()), static_cast<std::uint8_t>(colour.green()),
+                   static_cast<std::uint8_t>(colour.blue())};
+    };
+    for (int skin = 1; skin <= kSkinCount; ++skin) {
+        desk_.skins.Skintype_Click(skin);
+        const QImage progress = group.grab().toImage();
+        const int y = bar.center().y();
+        EXPECT_GT(contrast(rgb(progress, bar.right() - 8, y), rgb(progress, bar.right() + 4, y)), kStandsOut)
+            << "the bar in skin " << skin;
+        const QImage rows = list.viewport()->grab().toImage();
+        double most = 0;
+        for (const int inside : {row.top(), row.center().y()})
+            most = std::max(most, contrast(rgb(rows, row.center().x(), inside),
+                                           rgb(rows, row.center().x(), row.bottom() + row.height())));
+        EXPECT_GT(most, kStandsOut) << "the row in skin " << skin;
     }
 }
 

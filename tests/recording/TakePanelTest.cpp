@@ -3,8 +3,13 @@
 
 #include "RecordFixture.h"
 #include "recording/Waveform.h"
+#include "studio/Encoder.h"
 #include "studio/Loudness.h"
+#include "studio/SoundReader.h"
+#include "tests/studio/SoundBytes.h"
+#include "tests/studio/TestMusic.h"
 #include "tests/studio/TestWaves.h"
+#include "tests/support/FullDisk.h"
 
 #include <fstream>
 #include <sstream>
@@ -41,6 +46,22 @@ protected:
         for (std::int16_t& value : values)
             value = static_cast<std::int16_t>(value / 20);
         std::ofstream(file_, std::ios::binary) << testwaves::wavOf(values);
+    }
+    /// The same as MP3, and no WAV file, as a recording leaves it.
+    void takeMp3(std::size_t seconds = 3, const EncodeSettings& how = {}) {
+        takeHiss(seconds);
+        const fs::path wav = std::exchange(file_, fs::path(file_).replace_extension(".mp3"));
+        ASSERT_EQ(encode({.wav = wav, .mp3 = file_, .settings = how, .deleteWav = true}).error, "");
+        state().Text6 = file_.string();
+    }
+    /// What a file tells of itself.
+    static SoundInfo infoOf(const fs::path& file) {
+        const OpenedSound opened = openSound(file);
+        EXPECT_EQ(opened.error, "");
+        return opened.reader ? opened.reader->info() : SoundInfo{};
+    }
+    [[nodiscard]] std::ptrdiff_t filesBeside() const {
+        return std::distance(fs::directory_iterator(file_.parent_path()), {});
     }
     [[nodiscard]] fs::path beside(const char* ending) const {
         return file_.parent_path() / (file_.stem().string() + ending);
@@ -86,6 +107,56 @@ TEST_F(TakePanelTest, ItTellsTheFileAndItsLength) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return text("takeWords") == words; })) << text("takeWords");
 }
 
+TEST_F(TakePanelTest, ItTellsWhereThePartLies) {
+    take();
+    showTake();
+    const std::string words = file().filename().string() + ", 1.0 seconds";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return text("takeWords") == words; })) << text("takeWords");
+    EXPECT_EQ(wave().accessibleName(), "Picture of the take");
+    wave().setFocus();
+    wave().setMarks(0, 0.5);
+    for (int i = 0; i < 20; ++i)
+        QTest::keyClick(&wave(), Qt::Key_Right);
+    EXPECT_EQ(text("takeWords"), words + ", part 0.2 to 0.5");
+    EXPECT_EQ(wave().accessibleName(), "Picture of the take, part 0.2 to 0.5");
+    click("cut");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return text("takeWords").ends_with("cut.wav, 0.3 seconds"); }))
+        << text("takeWords");
+    EXPECT_EQ(wave().accessibleName(), "Picture of the take") << "of another file";
+}
+
+TEST_F(TakePanelTest, ALongNameGivesWayToItsLength) {
+    take();
+    const fs::path longer = file().parent_path() / (std::string(150, 'w') + " <b>.wav");
+    fs::copy_file(file(), longer);
+    state().Text6 = longer.string();
+    showTake();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return text("takeWords").ends_with(", 1.0 seconds"); }))
+        << text("takeWords");
+    const auto& words = control<QLabel>("takeWords");
+    EXPECT_LE(words.fontMetrics().horizontalAdvance(words.text()), words.width());
+    EXPECT_EQ(words.textFormat(), Qt::PlainText);
+    EXPECT_THAT(words.accessibleName().toStdString(), HasSubstr(longer.filename().string()));
+}
+
+TEST_F(TakePanelTest, ItsControlsAreNamedAndToldAboutInTheOrderOfReading) {
+    take();
+    showTake();
+    wave().setFocus();
+    std::vector<std::string> order;
+    do {
+        QWidget& part = *QApplication::focusWidget();
+        order.push_back(part.objectName().toStdString());
+        EXPECT_FALSE(QAccessible::queryAccessibleInterface(&part)->text(QAccessible::Name).isEmpty())
+            << order.back();
+        ASSERT_NE(tips.toolTip(part), nullptr) << order.back();
+        QTest::keyClick(&part, Qt::Key_Tab);
+    } while (control("takePanel").isAncestorOf(QApplication::focusWidget()) && order.size() < 20 &&
+             !wave().hasFocus());
+    EXPECT_THAT(order, ElementsAre("waveform", "playPart", "cut", "fade", "louder", "title", "artist",
+                                   "cover", "saveAs", "back"));
+}
+
 TEST_F(TakePanelTest, WithoutATakeThereIsNothingToPress) {
     opened();
     click("showTake");
@@ -106,6 +177,135 @@ TEST_F(TakePanelTest, APartIsCutOutBesideTheWhole) {
     EXPECT_THAT(state().Erbox, HasSubstr("File was saved as " + part.string()));
     EXPECT_TRUE(QTest::qWaitFor([this] { return text("takeWords").ends_with("cut.wav, 0.5 seconds"); }));
     EXPECT_EQ(wave().begin(), 0) << "of another file";
+}
+
+TEST_F(TakePanelTest, ARecordingThatBecameMp3IsCutAndMadeLouderAsItIs) {
+    opened();
+    state().source = RecordingSource::Keyboard;
+    click("CmdrecordSNG");
+    mix().advance(88200);
+    click("CmdStopRecording");
+    ASSERT_TRUE(state().Text6.ends_with(".mp3")) << state().Erbox;
+    const fs::path mp3 = state().Text6;
+    ASSERT_FALSE(fs::exists(fs::path(mp3).replace_extension(".wav"))) << "it was deleted";
+    showTake();
+    EXPECT_TRUE(isEnabled("cut"));
+    EXPECT_TRUE(isEnabled("louder"));
+    EXPECT_TRUE(isEnabled("fade"));
+    wave().setMarks(0.25, 0.75);
+    click("cut");
+    const fs::path part = mp3.parent_path() / (mp3.stem().string() + " cut.mp3");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return state().Text6 == part.string(); })) << state().Erbox;
+    EXPECT_EQ(infoOf(part).kind, SoundKind::Mp3);
+    EXPECT_EQ(infoOf(part).frames, infoOf(mp3).frames / 2);
+}
+
+TEST_F(TakePanelTest, AnMp3FileThatIsCutIsSaidToBeEncodedAgain) {
+    takeMp3(3, {.bitrate = 128, .title = "Morning Walk"});
+    showTake();
+    EXPECT_THAT(control("cut").accessibleDescription().toStdString(),
+                HasSubstr("An MP3 file is encoded again for that"));
+    EXPECT_THAT(control("louder").accessibleDescription().toStdString(),
+                HasSubstr("An MP3 file is encoded again for that"));
+    const std::string before = bytesOf(file());
+    state().artist = "Ada";
+    wave().setMarks(0, 0.5);
+    click("cut");
+    const fs::path part = beside(" cut.mp3");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return state().Text6 == part.string(); })) << state().Erbox;
+    EXPECT_THAT(state().Erbox,
+                HasSubstr("File was saved as " + part.string() +
+                          "\nMP3 can't be changed as it is: it was encoded again, at 128 kbit/s"));
+    const SoundInfo info = infoOf(part);
+    EXPECT_EQ(info.frames, 3 * 44100 / 2);
+    EXPECT_EQ(info.bitrate, 128);
+    EXPECT_EQ(info.title, "Morning Walk");
+    EXPECT_EQ(info.artist, "Ada");
+    EXPECT_EQ(bytesOf(file()), before);
+}
+
+TEST_F(TakePanelTest, AQuietMp3FileIsMadeAsLoudAsOthersInAFileOfItsOwn) {
+    takeMp3();
+    showTake();
+    const std::string before = bytesOf(file());
+    click("louder");
+    const fs::path loud = beside(" loud.mp3");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return state().Text6 == loud.string(); }, 15'000)) << state().Erbox;
+    EXPECT_NEAR(measureLoudness(loud).loudness.integrated, -14, 0.3);
+    EXPECT_THAT(state().Erbox, HasSubstr("encoded again, at 224 kbit/s"));
+    EXPECT_EQ(infoOf(loud).frames, 3 * 44100);
+    EXPECT_EQ(bytesOf(file()), before);
+}
+
+TEST_F(TakePanelTest, FloatsAndLogarithmicSamplesAreCutAsTheyAre) {
+    take();
+    std::string sound(80'000, '\0');
+    for (std::size_t i = 0; i < sound.size(); ++i)
+        sound[i] = static_cast<char>(i % 4 == 3 ? 0x3D : i * 7);
+    for (const soundbytes::WavFormat& format : {soundbytes::WavFormat{.code = 3, .bits = 32},
+                                                {.code = 6, .bits = 8},
+                                                {.code = 7, .bits = 8},
+                                                {.bits = 24}}) {
+        soundbytes::writeFile(file(), soundbytes::Wav().format(format).chunk("data", sound).bytes());
+        state().Text6 = file().string();
+        showState();
+        showTake();
+        const std::int64_t frames = infoOf(file()).frames;
+        ASSERT_TRUE(QTest::qWaitFor(
+            [&] { return isEnabled("cut") && text("takeWords").starts_with(file().filename().string()); }));
+        wave().setMarks(0.5, 1);
+        click("cut");
+        const fs::path part = beside(" cut.wav");
+        ASSERT_TRUE(QTest::qWaitFor([&] { return state().Text6 == part.string(); })) << state().Erbox;
+        EXPECT_EQ(infoOf(part).bits, format.bits);
+        EXPECT_EQ(infoOf(part).isFloat, format.code == 3);
+        EXPECT_EQ(infoOf(part).frames, frames - (frames + 1) / 2);
+        EXPECT_THAT(state().Erbox, testing::Not(HasSubstr("16 bits")));
+        const auto frame = static_cast<std::size_t>(format.bits / 8 * format.channels);
+        const auto begin = static_cast<std::size_t>((frames + 1) / 2) * frame;
+        EXPECT_THAT(bytesOf(part),
+                    HasSubstr(sound.substr(begin, static_cast<std::size_t>(frames) * frame - begin)));
+        fs::remove(part);
+        click("back");
+    }
+}
+
+TEST_F(TakePanelTest, AFadedFileOfLogarithmicSamplesIsSaidToHaveSixteenBits) {
+    take();
+    soundbytes::writeFile(file(), soundbytes::Wav()
+                                      .format({.code = 7, .channels = 1, .rate = 8000, .bits = 8})
+                                      .chunk("data", std::string(24'000, '\x90'))
+                                      .bytes());
+    showTake();
+    click("fade");
+    click("cut");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return state().Text6 == beside(" cut.wav").string(); }));
+    EXPECT_EQ(infoOf(beside(" cut.wav")).bits, 16);
+    EXPECT_THAT(state().Erbox, HasSubstr("those of the new file have 16 bits"));
+}
+
+TEST_F(TakePanelTest, WhatFailsOrIsCancelledLeavesTheMp3FileAndNothingBeside) {
+    takeMp3(60);
+    showTake();
+    const std::string before = bytesOf(file());
+    const auto files = filesBeside();
+    for (const char* name : {"cut", "louder"}) {
+        click(name);
+        EXPECT_EQ(control<QAbstractButton>(name).text(), "Cancel");
+        ASSERT_TRUE(QTest::qWaitFor([this] { return text("takeLoudness") != "0 % done"; }));
+        click(name);
+        ASSERT_TRUE(QTest::qWaitFor([this] { return isEnabled("saveAs"); }, 15'000));
+        EXPECT_THAT(state().Erbox, testing::EndsWith("Cancelled\n"));
+        {
+            const FullDisk disk(100'000);
+            click(name);
+            ASSERT_TRUE(QTest::qWaitFor([this] { return isEnabled("saveAs"); }, 15'000));
+        }
+        EXPECT_THAT(state().Erbox, testing::EndsWith(".mp3\" failed: File too large.\n"));
+        EXPECT_EQ(state().Text6, file().string());
+        EXPECT_EQ(bytesOf(file()), before);
+        EXPECT_EQ(filesBeside(), files);
+    }
 }
 
 TEST_F(TakePanelTest, PressingThePicturePlays) {

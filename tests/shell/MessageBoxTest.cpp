@@ -5,8 +5,11 @@
 #include "MessageHand.h"
 #include "WindowFixture.h"
 #include "shell/CommandButton.h"
+#include "shell/SkinPainter.h"
 
 #include <QFocusFrame>
+#include <QScrollArea>
+#include <QScrollBar>
 
 using namespace velmora;
 
@@ -36,6 +39,18 @@ TEST_F(MessageBoxTest, AMessageMayHaveATitleOfItsOwnAndEscConfirmsIt) {
         QTest::keyClick(&box, Qt::Key_Escape);
     });
     tell(*skins, nullptr, "Unable to detect any midi output devices.\nTerminating...", "Velmora - Error");
+}
+
+TEST_F(MessageBoxTest, AShortMessageIsAsWideAsItsTitle) {
+    for (int skin = 1; skin <= kSkinCount; ++skin) {
+        skins->Skintype_Click(skin);
+        hand.in<QWidget>([](QWidget& box) {
+            EXPECT_GE(part<QWidget>(box, "lblTitle").width(),
+                      QFontMetrics(titleFont()).horizontalAdvance(box.windowTitle()));
+            pressIn(box, "ok");
+        });
+        tell(*skins, nullptr, "Finished.", "Audio CD Writer");
+    }
 }
 
 TEST_F(MessageBoxTest, AScreenReaderSaysTheMessageWithItsButtons) {
@@ -79,6 +94,26 @@ TEST_F(MessageBoxTest, ANameThatIsLongerThanALineIsShownWhole) {
         pressIn(box, "ok");
     });
     tells(text);
+}
+
+TEST_F(MessageBoxTest, WhatIsHigherThanTheScreenIsScrolled) {
+    hand.in<QWidget>([](QWidget& box) {
+        EXPECT_LE(box.height(), box.screen()->availableGeometry().height());
+        EXPECT_TRUE(box.screen()->availableGeometry().contains(box.geometry()));
+        const auto& pane = part<QScrollArea>(box, "pane");
+        const auto& words = part<QLabel>(box, "words");
+        EXPECT_GE(words.height(), words.heightForWidth(words.width()));
+        EXPECT_LE(words.width(), pane.viewport()->width()) << "nothing is under the bar";
+        const QScrollBar& bar = *pane.verticalScrollBar();
+        ASSERT_GT(bar.maximum(), 0);
+        QTest::keyClick(&box, Qt::Key_PageDown);
+        EXPECT_GT(bar.value(), 0);
+        const auto& ok = part<QWidget>(box, "ok");
+        EXPECT_TRUE(ok.hasFocus()) << "what Enter presses";
+        EXPECT_TRUE(ok.parentWidget()->rect().contains(ok.geometry()));
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
+    tells(QString("notes.txt\n is not supported.\n").repeated(60));
 }
 
 TEST_F(MessageBoxTest, YesAndNoAreAnswersByMouseAndByLetter) {

@@ -2,14 +2,12 @@
 #include "studio/DiscImage.h"
 
 #include "tests/support/DiscFiles.h"
+#include "tests/support/FullDisk.h"
 
 #include <QTemporaryDir>
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <unistd.h>
-
-#include <csignal>
 
 namespace velmora {
 
@@ -153,17 +151,11 @@ TEST_F(DiscImageTest, AFileThatIsCutShortMeanwhileIsTold) {
 
 TEST_F(DiscImageTest, ADiskWithoutRoomIsToldBeforeAnythingIsRead) {
     const CdTracks tracks = twoTracks();
-    rlimit old{};
-    getrlimit(RLIMIT_FSIZE, &old);
-    auto* const handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit small = old;
-    small.rlim_cur = 100000;
-    setrlimit(RLIMIT_FSIZE, &small);
     bool began = false;
-    const auto outcome =
-        writeImage(tracks, at("out.cue"), [&began](std::size_t, double, double) { began = true; });
-    setrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, handler);
+    const auto outcome = [&] {
+        const FullDisk disk(100'000);
+        return writeImage(tracks, at("out.cue"), [&began](std::size_t, double, double) { began = true; });
+    }();
     EXPECT_EQ(outcome.end, End::Unwritable);
     EXPECT_THAT(outcome.error, testing::HasSubstr("out.bin"));
     EXPECT_FALSE(began);

@@ -5,6 +5,7 @@
 #include "tests/studio/Mp3Walk.h"
 #include "tests/studio/TestMusic.h"
 #include "tests/studio/TestSinks.h"
+#include "tests/support/FullDisk.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>

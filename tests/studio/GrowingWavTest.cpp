@@ -3,13 +3,12 @@
 
 #include "tests/studio/CaptureSounds.h"
 #include "tests/studio/TestSinks.h"
+#include "tests/support/FullDisk.h"
 
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
 
-#include <csignal>
 #include <sndfile.h>
-#include <sys/resource.h>
 
 using namespace velmora;
 using namespace velmora::testsounds;
@@ -43,22 +42,6 @@ struct GrowingWavTest : testing::Test {
     [[nodiscard]] std::vector<std::int16_t> noiseOf(std::size_t count) const {
         return {noise.begin(), noise.begin() + static_cast<std::ptrdiff_t>(2 * count)};
     }
-};
-
-/// A disk that is full beyond so many bytes of a file.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t bytes) {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit now{bytes, before_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &now);
-    }
-    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before_); }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    rlimit before_{};
 };
 
 struct LongWavTest : GrowingWavTest, testing::WithParamInterface<bool> {};
@@ -102,7 +85,7 @@ TEST_F(GrowingWavTest, WhatFittedOnAFullDiskStaysInWholeFrames) {
     GrowingWav wav(place, kCd);
     ASSERT_EQ(wav.open(), "");
     {
-        const FullDisk full(100'003);
+        const FullDisk full(100'003, FullDisk::Signal::LeftAlone);
         for (std::size_t i = 0; i < 24; ++i)
             ASSERT_EQ(wav.append(frames(1000 * i, 1000 * (i + 1))), "");
         EXPECT_THAT(wav.append(frames(24'000, 25'000)), HasSubstr(place.string()));
@@ -121,7 +104,7 @@ TEST_F(GrowingWavTest, WhereThereIsNoRoomToPadTheLastByteGoes) {
     GrowingWav wav(place, {44100, 8, 1});
     ASSERT_EQ(wav.open(), "");
     {
-        const FullDisk full(44 + 1001);
+        const FullDisk full(44 + 1001, FullDisk::Signal::LeftAlone);
         EXPECT_NE(wav.append(frames(0, 500).first(1001)), "");
     }
     EXPECT_EQ(wav.frames(), 1000);

@@ -4,6 +4,7 @@
 #include "studio/WavFile.h"
 #include "tests/studio/TestMusic.h"
 #include "tests/studio/TestSinks.h"
+#include "tests/support/FullDisk.h"
 
 #include <gmock/gmock.h>
 
@@ -96,6 +97,18 @@ TEST_F(OtherFormatsTest, TitleAndArtistAreInEachFormat) {
         const Decoded heard = readSound(file);
         EXPECT_EQ(heard.title, "月光") << format.extension;
         EXPECT_EQ(heard.artist, "Ø") << format.extension;
+    }
+}
+
+TEST_F(OtherFormatsTest, WithoutATitleThatOfTheSoundStays) {
+    const std::filesystem::path mp3 = folder / "a.mp3";
+    writeWav(wav, music(44100, 2, 44'100), 44100, 2);
+    ASSERT_EQ(encode({.wav = wav, .mp3 = mp3, .settings = {.title = "Morning", .artist = "Bob"}}).error, "");
+    for (const OtherFormat& format : kOtherFormats) {
+        const std::filesystem::path file = folder / ("b" + std::string(format.extension));
+        ASSERT_EQ(encodeByName({.wav = mp3, .mp3 = file, .settings = {.artist = "Ada"}}).error, "");
+        EXPECT_EQ(readSound(file).title, "Morning");
+        EXPECT_EQ(readSound(file).artist, "Ada");
     }
 }
 

@@ -6,10 +6,9 @@
 #include "studio/ExportThread.h"
 #include "tests/composition/WorkspaceFixture.h"
 #include "tests/studio/TestSinks.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/Waiting.h"
 
-#include <csignal>
-#include <sys/resource.h>
 #include <thread>
 
 using namespace velmora;
@@ -43,26 +42,6 @@ protected:
     fs::path folder = temporary.path().toStdString();
 };
 
-/// Files of this process can't grow beyond so many bytes while it lives.
-class SmallFiles {
-public:
-    explicit SmallFiles(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        rlimit small = before_;
-        small.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~SmallFiles() {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    SmallFiles(const SmallFiles&) = delete;
-    SmallFiles& operator=(const SmallFiles&) = delete;
-
-private:
-    void (*handler_)(int);
-    rlimit before_{};
-};
 } // namespace
 
 TEST_F(ScoreExportTest, BothFormatsOfSoundAreWrittenAndToldOf) {
@@ -118,7 +97,7 @@ TEST_F(ScoreExportTest, AFailureInTheMiddleLeavesTheOldFileAsItWas) {
         const SoundJob made = job(name);
         ExportOutcome outcome;
         {
-            const SmallFiles limit(20'000);
+            const FullDisk limit(20'000);
             outcome = exportSound(made);
         }
         EXPECT_EQ(outcome.end, End::Failed);
@@ -152,7 +131,7 @@ TEST_F(ScoreExportTest, AMidiFileIsWrittenAndTheScoreStaysAsItWas) {
 TEST_F(ScoreExportTest, AMidiFileThatCantBeWrittenLeavesTheOldOne) {
     putNotes(score(), 0, 60, 4);
     keep("tune.mid");
-    const SmallFiles limit(20);
+    const FullDisk limit(20);
     const ExportOutcome outcome = exportMidi(workspace(), folder / "tune.mid");
     EXPECT_EQ(outcome.end, End::Failed);
     EXPECT_THAT(outcome.error, HasSubstr("tune.mid"));

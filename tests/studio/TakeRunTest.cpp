@@ -4,12 +4,11 @@
 #include "studio/GrowingWav.h"
 #include "tests/sound/RealtimeWatch.h"
 #include "tests/studio/CaptureSounds.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/Waiting.h"
 
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
-
-#include <sys/resource.h>
 
 using namespace velmora;
 using namespace velmora::testsounds;
@@ -59,16 +58,14 @@ TEST_F(TakeRunTest, AFullDiskEndsItWithoutAWordTooManyAndKeepsWhatFitted) {
         GrowingWav wav(place, {});
         ASSERT_EQ(wav.open(), "");
         TakeRun run(wav, pace, grown);
-        rlimit before{};
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit full{50'000, before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &full);
-        for (int i = 0; i < 40; ++i)
+        {
+            const FullDisk full(50'000, FullDisk::Signal::LeftAlone);
+            for (int i = 0; i < 40; ++i)
+                run.hear(noise);
+            EXPECT_TRUE(within(2, [&] { return run.hasFailed(); }));
             run.hear(noise);
-        EXPECT_TRUE(within(2, [&] { return run.hasFailed(); }));
-        run.hear(noise);
-        run.end();
-        setrlimit(RLIMIT_FSIZE, &before);
+            run.end();
+        }
         EXPECT_THAT(run.problem(), HasSubstr(place.string()));
         EXPECT_EQ(wav.frames(), (50'000 - 44) / 4);
         const std::string bytes = bytesOf(place);

@@ -3,10 +3,8 @@
 
 #include <gtest/gtest.h>
 #include <sndfile.h>
-#include <sys/resource.h>
 
 #include <cmath>
-#include <csignal>
 #include <filesystem>
 #include <numbers>
 #include <random>
@@ -84,21 +82,5 @@ inline double belowSound(std::span<const float> sound, std::span<const float> ot
     }
     return 10 * std::log10(wanted / difference);
 }
-
-/// Files can't grow beyond some bytes while this lives, as on a disk that is full.
-struct FullDisk {
-    explicit FullDisk(rlim_t size) {
-        getrlimit(RLIMIT_FSIZE, &old);
-        handler = std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit small{size, old.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~FullDisk() {
-        setrlimit(RLIMIT_FSIZE, &old);
-        std::signal(SIGXFSZ, handler);
-    }
-    rlimit old{};
-    void (*handler)(int) = SIG_DFL;
-};
 
 } // namespace velmora::testmusic

@@ -176,7 +176,7 @@ private:
         case 0x1e: // prevent or allow removal
             return kFine;
         case 0x54: // calibrate power
-            return setup_.has("fail_opc") ? kHardware : kFine;
+            return kFine;
         case 0xbb: // set speed
         case 0xb6:
             return setup_.has("refuse_speed") ? kBadField : kFine;
@@ -212,7 +212,7 @@ private:
         case 0x35:
             return synchronize();
         case 0x5b:
-            return setup_.has("fail_close") ? kSessionFixation : close();
+            return kSessionFixation; // a disc that is written at once closes itself
         case 0xa1:
             return blank();
         case 0xbe:
@@ -437,6 +437,14 @@ private:
         return kFine;
     }
 
+    /// As many milliseconds as that word says.
+    void pause(const char* word) const {
+        if (const int slow = setup_.number(word); slow > 0) {
+            const timespec time{0, slow * 1000000L};
+            nanosleep(&time, nullptr);
+        }
+    }
+
     /// Where the tracks of a disc that is written at once begin.
     Sense cueSheet(std::span<const std::uint8_t> out) {
         planned_.clear();
@@ -458,10 +466,7 @@ private:
             return kWrongMode;
         const auto sector = static_cast<int>(get32(c, 2));
         const auto count = static_cast<int>(get16(c, 7));
-        if (const int slow = setup_.number("slow"); slow > 0) {
-            const timespec pause{0, slow * 1000000L};
-            nanosleep(&pause, nullptr);
-        }
+        pause("slow");
         const auto reaches = [&](const char* word) {
             const int at = setup_.number(word);
             return at >= 0 && sector + count > at;
@@ -499,6 +504,7 @@ private:
     }
 
     Sense synchronize() {
+        pause("slow_sync");
         if (setup_.has("fail_sync"))
             return kHardware;
         if (!planned_.empty() && stored_ >= planned_.back())
@@ -506,13 +512,8 @@ private:
         return kFine;
     }
 
-    Sense close() {
-        finish();
-        return kFine;
-    }
-
     void finish() {
-        if (planned_.empty() || isWritten())
+        if (planned_.empty() || isWritten() || setup_.has("lose_toc"))
             return;
         std::ofstream file(folder() + "/toc");
         for (std::size_t i = 0; i + 1 < planned_.size(); ++i)
