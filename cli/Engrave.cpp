@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "base/Text.h"
 #include "cli/Commands.h"
-#include "cli/EngravedText.h"
 #include "cli/FileSet.h"
 #include "cli/Interrupt.h"
 #include "cli/NotationOptions.h"
 #include "cli/ProgressBar.h"
 #include "cli/Words.h"
+#include "notation/EngravedText.h"
 #include "notation/Engraver.h"
 #include "notation/PageFiles.h"
 #include "notation/Sheets.h"
@@ -71,7 +71,7 @@ void writeOne(const fs::path& out, std::string_view bytes) {
 }
 
 void writeTxt(const EngravedScore& score, const Job& job) {
-    writeOne(job.out, engravedText(score));
+    writeOne(job.out, notation::engravedText(score));
 }
 
 notation::PagePlace placeOf(const EngravedScore& score, const PageOptions& options) {

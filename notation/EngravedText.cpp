@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-#include "cli/EngravedText.h"
+#include "notation/EngravedText.h"
 
 #include <array>
 #include <cmath>
@@ -7,35 +7,33 @@
 #include <string_view>
 #include <variant>
 
-namespace velmora::cli {
+namespace velmora::notation {
 
 namespace {
-
-using notation::Point;
 
 /// Writes the line of each shape.
 class ElementWriter {
 public:
     [[nodiscard]] std::string take() { return std::move(text_); }
 
-    void page(std::size_t number, const notation::EngravedScore& score) {
+    void page(std::size_t number, const EngravedScore& score) {
         begin("page");
         text_ += ' ' + std::to_string(number);
         numbers(score.width, score.height);
         end();
     }
-    void operator()(const notation::LineMark& line) {
+    void operator()(const LineMark& line) {
         begin("line");
         numbers(line.from.x, line.from.y, line.to.x, line.to.y, line.width);
         end();
     }
-    void operator()(const notation::ImageMark& image) {
+    void operator()(const ImageMark& image) {
         begin("image");
-        word(notation::kGlyphImageNames.at(static_cast<std::size_t>(image.image)));
+        word(kGlyphImageNames.at(static_cast<std::size_t>(image.image)));
         numbers(image.at.x, image.at.y);
         end();
     }
-    void operator()(const notation::EllipseMark& ellipse) {
+    void operator()(const EllipseMark& ellipse) {
         begin("ellipse");
         numbers(ellipse.centre.x, ellipse.centre.y, ellipse.radius);
         std::array<char, 32> aspect{};
@@ -44,22 +42,22 @@ public:
         word(ellipse.filled ? "filled" : "open");
         end();
     }
-    void operator()(const notation::TextMark& text) {
+    void operator()(const TextMark& text) {
         begin("text");
         numbers(text.at.x, text.at.y);
         word(text.text);
         end();
     }
-    void operator()(const notation::CurveMark& curve) {
+    void operator()(const CurveMark& curve) {
         begin("curve");
         for (const Point& point : curve.points)
             numbers(point.x, point.y);
         numbers(curve.width);
         end();
     }
-    void operator()(const notation::GlyphMark& glyph) {
+    void operator()(const GlyphMark& glyph) {
         begin("glyph");
-        word(notation::kMusicGlyphNames.at(static_cast<std::size_t>(glyph.glyph)));
+        word(kMusicGlyphNames.at(static_cast<std::size_t>(glyph.glyph)));
         numbers(glyph.at.x, glyph.at.y, glyph.size);
         end();
     }
@@ -78,14 +76,14 @@ private:
 
 } // namespace
 
-std::string engravedText(const notation::EngravedScore& score) {
+std::string engravedText(const EngravedScore& score) {
     ElementWriter writer;
     for (std::size_t i = 0; i < score.pages.size(); ++i) {
         writer.page(i + 1, score);
-        for (const notation::Mark& mark : score.pages[i].marks)
+        for (const Mark& mark : score.pages[i].marks)
             std::visit(writer, mark.shape);
     }
     return writer.take();
 }
 
-} // namespace velmora::cli
+} // namespace velmora::notation

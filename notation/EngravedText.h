@@ -5,10 +5,10 @@
 
 #include <string>
 
-namespace velmora::cli {
+namespace velmora::notation {
 
 /// What is drawn, a line an element, in the order of drawing; pixels as whole numbers, a half as the even
 /// one.
-[[nodiscard]] std::string engravedText(const notation::EngravedScore& score);
+[[nodiscard]] std::string engravedText(const EngravedScore& score);
 
-} // namespace velmora::cli
+} // namespace velmora::notation
