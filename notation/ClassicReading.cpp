@@ -190,10 +190,12 @@ WrittenScore readClassic(const Score& score, const SetupState& meter, const Scor
     written.key = std::max(setup.key, 0);
     if (M < 1)
         return written;
-    written.first = setup.start / M * M;
-    written.LastStep = ((setup.end < 0 ? score.SongEnd : setup.end) + M - 1) / M * M;
+    written.first = std::clamp(setup.start, 0, kMostNotes) / M * M;
+    const int end = setup.end < 0 ? score.SongEnd : std::min(setup.end, kMostNotes);
+    written.LastStep = (end + M - 1) / M * M;
     written.staves = stavesOf(setup.newScore ? AssignStaves(score, M) : setup.staves);
     std::vector<ChannelReader> readers;
+    readers.reserve(written.staves.size());
     for (int staff = 0; staff < static_cast<int>(written.staves.size()); ++staff)
         readers.emplace_back(score, setup, meter.ChBass, staff, written);
     for (int start = written.first; start < written.LastStep; start += M)
