@@ -41,7 +41,7 @@ std::vector<int> oddGroups(int count) {
 int ticksOf(const Value& value) {
     const int plain = kWholeTicks >> static_cast<int>(value.value);
     if (value.triplet)
-        return plain % 3 == 0 && plain > kFinestTicks ? plain / 3 * 2 : 0;
+        return plain / 3 * 2;
     const int parts = 1 << value.dots;
     return plain % (parts * kFinestTicks) == 0 ? plain / parts * (2 * parts - 1) : 0;
 }

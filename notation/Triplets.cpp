@@ -57,7 +57,7 @@ void splitInSpan(const TripletSpan& span, int begin, int end, Sounding sounding,
 
 struct Choice {
     std::size_t signs = 0;
-    std::vector<TripletSpan> spans;
+    std::vector<TripletSpan> spans{};
 
     void add(const Choice& other) {
         signs += other.signs;
