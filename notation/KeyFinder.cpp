@@ -19,8 +19,9 @@ constexpr std::size_t kPitchClasses = 12;
 using Profile = std::array<double, kPitchClasses>;
 constexpr Profile kMajor{5.0, 1.0, 3.5, 1.0, 4.5, 4.0, 1.4, 4.5, 1.2, 3.5, 1.4, 3.6};
 constexpr Profile kMinor{5.0, 1.0, 3.5, 4.5, 1.2, 4.0, 1.4, 4.5, 3.5, 1.6, 3.2, 3.0};
-constexpr double kLastBonus = 0.35; ///< of a tonic that the music ends on
-constexpr double kFirstBonus = 0.1; ///< of one that it begins on
+constexpr double kLastBonus = 0.05; ///< of a tonic that the music ends on
+/// What sounds long counts for less than its length: a tune may dwell on any degree.
+constexpr double kCompression = 0.7;
 
 std::size_t pitchClass(int note) {
     return static_cast<std::size_t>((note % 12 + 12) % 12);
@@ -50,29 +51,21 @@ double likeness(const std::array<double, kPitchClasses>& weights, const Profile&
 }
 
 double fit(const PitchWeights& pitches, const Profile& profile, std::size_t tonic) {
-    const int pitch = static_cast<int>(tonic);
-    return likeness(pitches.weights, profile, tonic) + (pitches.lowestOfLast == pitch ? kLastBonus : 0) +
-           (pitches.lowestOfFirst == pitch ? kFirstBonus : 0);
+    const bool endsOnIt = pitches.lowestOfLast == static_cast<int>(tonic);
+    return likeness(pitches.weights, profile, tonic) + (endsOnIt ? kLastBonus : 0);
 }
 } // namespace
 
 PitchWeights pitchWeights(const Score& score, int first, int last) {
     PitchWeights pitches;
     int lastEnd = -1;
-    int firstStart = last;
     int lowestOfLast = 0;
-    int lowestOfFirst = 0;
     const auto take = [&](const GridNote& of, int note) {
         pitches.weights[pitchClass(note)] += of.end - of.start;
         if (of.end > lastEnd || (of.end == lastEnd && note < lowestOfLast)) {
             lastEnd = of.end;
             lowestOfLast = note;
             pitches.lowestOfLast = static_cast<int>(pitchClass(note));
-        }
-        if (of.start < firstStart || (of.start == firstStart && note < lowestOfFirst)) {
-            firstStart = of.start;
-            lowestOfFirst = note;
-            pitches.lowestOfFirst = static_cast<int>(pitchClass(note));
         }
     };
     for (int channel = 0; channel < kMelodyChannels; ++channel) {
@@ -89,9 +82,11 @@ PitchWeights pitchWeights(const Score& score, int first, int last) {
     return pitches;
 }
 
-int findKey(const PitchWeights& pitches) {
-    const bool isSilent = std::ranges::all_of(pitches.weights, [](double weight) { return weight <= 0; });
-    if (isSilent)
+int findKey(const PitchWeights& sounding) {
+    PitchWeights pitches = sounding;
+    for (double& weight : pitches.weights)
+        weight = weight > 0 ? std::pow(weight, kCompression) : 0;
+    if (std::ranges::all_of(pitches.weights, [](double weight) { return weight == 0; }))
         return 0;
     int best = 0;
     double bestFit = -10;

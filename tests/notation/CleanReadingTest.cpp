@@ -188,8 +188,9 @@ TEST_F(CleanReadingTest, ASignatureThatIsNoneReadsAsFourQuarters) {
 }
 TEST_F(CleanReadingTest, RowsOutOfRangeAreWrittenOnTheLowestLine) {
     score.NoteCell.set(0, 0, 900);
-    score.FindEndOfSong();
+    setup.end = 16;
     const auto items = read().items;
+    ASSERT_THAT(items, SizeIs(2));
     EXPECT_EQ(items.front().pitches.front().row, 900);
     EXPECT_EQ(items.front().pitches.front().name, "C");
 }
@@ -241,12 +242,11 @@ TEST_F(CleanReadingTest, StemsPointToTheMiddleLine) {
     EXPECT_EQ(tune({69, 71, 72}).stems(), "udd");
 }
 TEST_F(CleanReadingTest, TheFarthestHeadOfAChordPointsTheStem) {
-    stroke(0, 65, 0, 4);
-    score.Polyphonics.set(1, 0, 1);
-    EXPECT_EQ(stems(), "u"); // F, a fifth below the middle; the upper F is as far above: see the next
-    stroke(0, 67, 0, 4);
-    score.Polyphonics.set(1, 0, 1);
-    EXPECT_EQ(stems(), "d");
+    stroke(0, 64, 0, 4).stroke(0, 65, 4, 4).stroke(0, 65, 8, 4);
+    score.Polyphonics.set(1, 0, 1); // E to E: the lower one is farther
+    score.Polyphonics.set(1, 4, 1); // F to F: the upper one
+    score.Polyphonics.set(1, 8, 3); // F to E: both are as far
+    EXPECT_EQ(stems(), "udd");
 }
 TEST_F(CleanReadingTest, ABeamedGroupPointsTheWayOfItsFarthest) {
     EXPECT_EQ(tune({60, 72, 72, 72}, 2).stems(), "uuuu");
