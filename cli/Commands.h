@@ -36,6 +36,8 @@ extern const Command kPlay;
 extern const Command kRecord;
 extern const Command kEncode;
 extern const Command kMedia;
+extern const Command kNotation;
+extern const Command kEngrave;
 extern const Command kTrace;
 extern const Command kPerform;
 extern const Command kDevices;

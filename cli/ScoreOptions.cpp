@@ -39,15 +39,6 @@ std::optional<int> channelOption(const QCommandLineParser& parser, const char* o
     return number(option, parser.value(option), kUsedChannels - 1, "a channel, 0 to 12");
 }
 
-std::vector<int> channelList(const QCommandLineParser& parser, const char* option) {
-    std::vector<int> channels;
-    for (const QString& list : parser.values(option))
-        for (const QString& one : list.split(','))
-            channels.push_back(
-                number(option, one, kUsedChannels - 1, "channels, 0 to 12, with commas between"));
-    return channels;
-}
-
 PerformedSegment segmentOf(const QString& text) {
     constexpr const char* kWanted = "two positions A:B, the first not past the second";
     const QStringList ends = text.split(':');
@@ -103,6 +94,15 @@ Manners readManners(const QCommandLineParser& parser) {
     return Manners::of(parser.isSet("classic"));
 }
 
+std::vector<int> readChannels(const QCommandLineParser& parser, const char* option) {
+    std::vector<int> channels;
+    for (const QString& list : parser.values(option))
+        for (const QString& one : list.split(','))
+            channels.push_back(
+                number(option, one, kUsedChannels - 1, "channels, 0 to 12, with commas between"));
+    return channels;
+}
+
 ScoreOptions readScoreOptions(const QCommandLineParser& parser) {
     ScoreOptions options;
     options.reader = readForm(parser);
@@ -111,8 +111,8 @@ ScoreOptions readScoreOptions(const QCommandLineParser& parser) {
     options.topMelodyHint = channelOption(parser, "top-melody-hint");
     if (parser.isSet("segment"))
         options.segment = segmentOf(parser.value("segment"));
-    options.mute = channelList(parser, "mute");
-    options.strum = channelList(parser, "strum");
+    options.mute = readChannels(parser, "mute");
+    options.strum = readChannels(parser, "strum");
     options.soundFont = toBytes(parser.value("soundfont"));
     return options;
 }

@@ -32,8 +32,10 @@ void addClassicOption(QCommandLineParser& parser);
 [[nodiscard]] Manners readManners(const QCommandLineParser& parser);
 /// `--form`, `--classic` and all options of performing.
 void addScoreOptions(QCommandLineParser& parser);
-/// Both throw UsageError for a value that is no such thing.
+/// These throw UsageError for a value that is no such thing.
 [[nodiscard]] std::optional<SngReader> readForm(const QCommandLineParser& parser);
+/// Channels with commas between, of an option that may be there several times.
+[[nodiscard]] std::vector<int> readChannels(const QCommandLineParser& parser, const char* option);
 [[nodiscard]] ScoreOptions readScoreOptions(const QCommandLineParser& parser);
 /// The positional arguments behind the command's name.
 [[nodiscard]] std::vector<std::filesystem::path> fileArguments(const QCommandLineParser& parser);

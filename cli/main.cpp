@@ -27,6 +27,8 @@ constexpr std::array kCommands{
     &kEncode,
     &kBurn,
     &kMedia,
+    &kNotation,
+    &kEngrave,
     &kTrace,
     &kPerform,
     &kDevices,

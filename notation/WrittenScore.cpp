@@ -6,8 +6,16 @@
 namespace velmora::notation {
 
 namespace {
-constexpr std::array<std::string_view, 8> kValueNames{
-    "whole", "half", "quarter", "eighth", "sixteenth", "thirtysecond", "sixtyfourth", "hundredtwentyeighth"};
+constexpr std::array<std::string_view, 10> kValueNames{"whole",
+                                                       "half",
+                                                       "quarter",
+                                                       "eighth",
+                                                       "sixteenth",
+                                                       "thirtysecond",
+                                                       "sixtyfourth",
+                                                       "hundredtwentyeighth",
+                                                       "twohundredfiftysixth",
+                                                       "fivehundredtwelfth"};
 } // namespace
 
 std::string textOf(const Value& value) {

@@ -17,7 +17,9 @@ enum class NoteValue : std::uint8_t {
     Sixteenth,
     ThirtySecond,
     SixtyFourth,
-    OneTwentyEighth
+    OneTwentyEighth,
+    TwoFiftySixth,
+    FiveHundredTwelfth ///< a step of the finest grid in 4/4
 };
 
 /// One sign of a note or rest: a value with its dots, or one of a triplet.
@@ -49,6 +51,7 @@ struct Pitch {
     bool courtesy = false; ///< the sign only reminds
     int place = 0;         ///< `cy` less `HeaderHeight`, after the bass shift; the head's middle is 5 below
     int row = 0;           ///< in the grid
+    int drumKey = -1;      ///< General MIDI key on a percussion staff, 35 to 81; -1 for none
 };
 
 /// What one bar holds of a note, or a run of rest.
