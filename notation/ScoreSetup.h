@@ -32,6 +32,12 @@ struct StaffChoice {
 
 enum class NoteSpacing : std::uint8_t { Proportional, Symmetrical };
 
+/// The channels' colours as the grid has them; a window gives those of its own.
+inline constexpr int kLastColour = 12;
+inline constexpr std::array<Colour, kLastColour + 1> kUsualColours{
+    0xFF0000, 0x0000FF, 0x00FF00, 0xFF00FF, 0x00FFFF, 0xFF8000, 0xFFFF80,
+    0xC0C0FF, 0xA891B3, 0xFFFFFF, 0xC04000, 0x5FA6BA, 0xC0C000};
+
 /// What the four panels of the Songwriter say, and the page. Pixels are those of `Pic1`.
 struct ScoreSetup {
     // Score Setup
@@ -61,8 +67,11 @@ struct ScoreSetup {
     bool titleEveryPage = false; ///< `Check6`
     std::string composer;        ///< the clean page alone, as what follows
     std::string tempoWords;
+    int tempo = 0; ///< quarters a minute, for the metronome mark; 0 for none
     std::vector<std::string>
         verses; ///< words that are laid under the first staff, syllables parted by hyphens
+
+    std::array<Colour, kLastColour + 1> channelColours = kUsualColours; ///< of heads, with `learnToRead`
 
     // The page
     double pageWidth = 794; ///< of `Pic1`: A4

@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "notation/CleanNotes.h"
+
+#include "notation/CleanChords.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace velmora::notation {
+
+namespace {
+
+constexpr double kLedgerOverhang = 0.32;
+constexpr double kLedgerWidth = 0.15;
+constexpr double kDotRadius = 0.2;
+constexpr double kSmall = 0.8;       ///< a reminding accidental beside a usual one
+constexpr double kLettersFrom = 7;   ///< staff spaces below this have no letters
+constexpr double kLetterHalf = 0.64; ///< half a lettered head's height
+constexpr double kLetterLine = 0.07; ///< its black line
+constexpr Colour kWhite = 0xFFFFFF;
+
+/// Draws the parts of one sign at its column.
+class SignPen {
+public:
+    SignPen(CleanInk& ink, const CleanMusic& music, const CleanSign& sign, double x)
+        : ink_(ink)
+        , music_(music)
+        , sign_(sign)
+        , x_(x)
+        , space_(ink.style().space) {}
+
+    void note() {
+        if (!sign_.heads.front().shared)
+            ledgers();
+        for (const CleanHead& head : sign_.heads) {
+            if (head.sign != Sign::None)
+                accidental(head);
+            if (!head.shared)
+                drawHead(head);
+            if (!head.shared)
+                dots(head.dotPlace);
+        }
+        if (sign_.hasStem())
+            stem();
+    }
+
+    void rest(double x) {
+        x_ = x;
+        const MusicGlyph glyph = sign_.value.wholeBar ? MusicGlyph::RestWhole : restGlyph(sign_.value);
+        const double y = heightOfPlace(sign_.restPlace);
+        ink_.glyph(glyph, at(0, y), Role::Rest, sign_.id);
+        // Outside of the staff a whole or half rest has a line of its own.
+        if (std::abs(sign_.restPlace) > 4 &&
+            (glyph == MusicGlyph::RestWhole || glyph == MusicGlyph::RestHalf)) {
+            const double own = glyph == MusicGlyph::RestWhole ? y - 1 : y;
+            ink_.line(at(-0.3, own), at(1.8, own), kLedgerWidth * space_, Role::Rest, sign_.id);
+        }
+        dots(sign_.restPlace + 1);
+    }
+
+private:
+    [[nodiscard]] Point at(double x, double y) const { return {x_ + x * space_, y * space_}; }
+
+    void ledgers() {
+        for (const int side : {1, -1}) {
+            const CleanHead& far = side > 0 ? sign_.heads.back() : sign_.heads.front();
+            for (int place = 6; place <= far.place * side; place += 2) {
+                double left = 100;
+                double right = -100;
+                for (const CleanHead& head : sign_.heads)
+                    if (head.place * side >= place - 1) {
+                        left = std::min(left, head.left);
+                        right = std::max(right, head.left + music_.headWidth(head.shape));
+                    }
+                const double y = heightOfPlace(place * side);
+                ink_.line(at(left - kLedgerOverhang, y), at(right + kLedgerOverhang, y),
+                          kLedgerWidth * space_, Role::Ledger, sign_.id);
+            }
+        }
+    }
+
+    void accidental(const CleanHead& head) {
+        const double y = heightOfPlace(head.place);
+        const MusicGlyph glyph = accidentalGlyph(head.sign);
+        ink_.glyph(glyph, at(head.signMiddle, y), Role::Accidental, sign_.id, head.courtesy ? kSmall : 1);
+        if (!head.courtesy)
+            return;
+        for (const double side : {-1.0, 1.0}) {
+            const double x = head.signMiddle + side * (roomOf(glyph).right * kSmall + 0.12);
+            const double bulge = x + side * 0.35;
+            ink_.add({CurveMark{{at(x, y - 1), at(bulge, y - 0.5), at(bulge, y + 0.5), at(x, y + 1)},
+                                0.12 * space_},
+                      Role::Accidental, sign_.id, kBlack});
+        }
+    }
+
+    void drawHead(const CleanHead& head) {
+        const double width = music_.headWidth(head.shape);
+        const Point middle = at(head.left + width / 2, heightOfPlace(head.place));
+        if (ink_.style().setup.learnToRead && head.letter != ' ')
+            letteredHead(head, middle, width / 2);
+        else
+            ink_.glyph(head.shape, middle, Role::Head, sign_.id);
+    }
+
+    void oval(Point middle, double width, double height, Colour colour) {
+        ink_.add({EllipseMark{middle, width * space_, height / width, true}, Role::Head, sign_.id, colour});
+    }
+
+    void letteredHead(const CleanHead& head, Point middle, double half) {
+        const ScoreSetup& setup = ink_.style().setup;
+        const bool hollow = head.shape == MusicGlyph::HeadHalf || head.shape == MusicGlyph::HeadWhole;
+        const WrittenScore& score = music_.score();
+        const Staff& staff = score.staves[static_cast<std::size_t>(sign_.from->staff)];
+        const int channel = sign_.from->voice > 0 ? staff.secondChannel : staff.channel;
+        const Colour colour =
+            setup.channelColours.at(static_cast<std::size_t>(std::clamp(channel, 0, kLastColour)));
+        oval(middle, half, kLetterHalf, kBlack);
+        oval(middle, half - kLetterLine, kLetterHalf - kLetterLine, colour);
+        if (hollow)
+            oval(middle, half - 0.24, kLetterHalf - 0.17, kWhite);
+        if (space_ < kLettersFrom)
+            return;
+        const std::string letter(1, head.letter);
+        const int style = ink_.style().letters;
+        const double points = ink_.style().into.styles[static_cast<std::size_t>(style)].points;
+        const double capital = points * 4 / 3 * 0.72;
+        const double width = ink_.style().extent(letter, style).width;
+        ink_.text(letter, style, {middle.x - width / 2, middle.y + capital / 2}, Role::Head, sign_.id,
+                  hollow ? kBlack : inkOn(colour));
+    }
+
+    /// Black or white, whichever stands out more.
+    static Colour inkOn(Colour ground) {
+        const auto linear = [&](int shift) {
+            const double part = static_cast<double>(ground >> shift & 0xFF) / 255;
+            return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+        };
+        const double light = 0.2126 * linear(16) + 0.7152 * linear(8) + 0.0722 * linear(0);
+        return (light + 0.05) / 0.05 >= 1.05 / (light + 0.05) ? kBlack : kWhite;
+    }
+
+    void dots(int place) {
+        for (int dot = 0; dot < sign_.value.dots; ++dot) {
+            const Point middle = at(sign_.dotsLeft + kDotRadius + dot * kDotStep, heightOfPlace(place));
+            ink_.add({EllipseMark{middle, kDotRadius * space_, 1, true}, Role::Dot, sign_.id, kBlack});
+        }
+    }
+
+    void stem() {
+        const double x = stemOf(sign_, music_);
+        const double from = heightOfPlace(sign_.inner().place);
+        ink_.line(at(x, from), at(x, sign_.stemEnd), kStemWidth * space_, Role::Stem, sign_.id);
+        if (!sign_.hasFlag())
+            return;
+        for (int flag = 0; flag < sign_.flags(); ++flag) {
+            const double y = sign_.stemEnd + (sign_.stemUp ? 1 : -1) * flag * kBeamStep;
+            ink_.glyph(sign_.stemUp ? MusicGlyph::FlagUp : MusicGlyph::FlagDown, at(x, y), Role::Flag,
+                       sign_.id);
+        }
+    }
+
+    CleanInk& ink_;
+    const CleanMusic& music_;
+    const CleanSign& sign_;
+    double x_;
+    double space_;
+};
+
+void endSingleStem(CleanSign& sign) {
+    const double length = kStemLength + std::max(0, sign.flags() - 2) * kBeamStep;
+    const double outer = heightOfPlace(sign.outer().place);
+    // A stem from far away reaches the middle line.
+    sign.stemEnd =
+        sign.stemUp ? std::min(outer - length, heightOfPlace(0)) : std::max(outer + length, heightOfPlace(0));
+}
+
+} // namespace
+
+double stemOf(const CleanSign& sign, const CleanMusic& music) {
+    const CleanHead& own = sign.inner();
+    return own.left + (sign.stemUp ? music.headWidth(own.shape) - kStemWidth / 2 : kStemWidth / 2);
+}
+
+void drawNotes(CleanInk& ink, const CleanLine& line, int staff, const CleanMusic& music) {
+    const double space = ink.style().space;
+    for (std::size_t i = 0; i < line.count(); ++i)
+        for (CleanSign& sign : line.bar(i).signs) {
+            if (sign.from->staff != staff)
+                continue;
+            const double x = line.xOf(i, sign.column);
+            SignPen pen(ink, music, sign, x);
+            if (sign.isRest()) {
+                const double from = i == 0 ? line.notesFrom : line.barLine(i);
+                const double half = roomOf(MusicGlyph::RestWhole).right * space / 2;
+                pen.rest(sign.value.wholeBar ? (from + line.barLine(i + 1)) / 2 - half : x);
+                continue;
+            }
+            if (sign.beam < 0)
+                endSingleStem(sign);
+            pen.note();
+        }
+}
+
+} // namespace velmora::notation
