@@ -11,6 +11,7 @@ namespace velmora::notation {
 namespace {
 constexpr int kFinestOfWhole = kWholeTicks / kFinestTicks;
 constexpr int kLongestBar = 64; ///< whole notes
+constexpr int kMostBeats = 512;
 constexpr int kQuarter = kWholeTicks / 4;
 
 bool isPowerOfTwo(int number) {
@@ -18,7 +19,8 @@ bool isPowerOfTwo(int number) {
 }
 
 bool isMeter(int TxtMeter, int NoteX) {
-    return TxtMeter > 0 && isPowerOfTwo(NoteX) && NoteX <= kFinestOfWhole && TxtMeter <= kLongestBar * NoteX;
+    return TxtMeter > 0 && TxtMeter <= kMostBeats && isPowerOfTwo(NoteX) && NoteX <= kFinestOfWhole &&
+           TxtMeter <= kLongestBar * NoteX;
 }
 
 /// The sizes of the groups of an odd number of beats.

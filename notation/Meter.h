@@ -55,8 +55,8 @@ struct BeamWindow {
 /// The bar of a time signature: where it may be split, and what may stand under one beam.
 ///
 /// An upper number that is a multiple of 3 beyond 3 makes groups of three beats; 5 is 3 + 2 and 7 is 2 + 2
-/// + 3. A signature that is none (a lower number that is no power of two, a bar longer than 64 whole notes)
-/// counts as 4/4.
+/// + 3. A signature that is none (a lower number that is no power of two, a bar of more than 64 whole notes
+/// or 512 beats) counts as 4/4.
 class Meter {
 public:
     Meter(int TxtMeter, int NoteX);

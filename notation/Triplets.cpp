@@ -72,9 +72,13 @@ public:
     Choice choose(const Region& region) {
         if (!needsThirds(region))
             return {.signs = signsOf(region, nullptr)};
-        Choice best = inParts(region);
         const TripletSpan span{region.start, region.length};
-        if (region.parts == Parts::Halves && fits(span)) {
+        const bool isSpan = region.parts == Parts::Halves && fits(span);
+        // What falls on thirds alone would be cut in the middle by parts.
+        if (isSpan && fallsOnThirds(span))
+            return {.signs = signsOf(region, &span), .spans = {span}};
+        Choice best = inParts(region);
+        if (isSpan) {
             const std::size_t signs = signsOf(region, &span);
             if (signs < best.signs)
                 best = {.signs = signs, .spans = {span}};
@@ -132,6 +136,11 @@ private:
             return false;
         return std::ranges::all_of(inside(span.start, span.end()),
                                    [&](int place) { return (place - span.start) % 2 == 0; });
+    }
+
+    [[nodiscard]] bool fallsOnThirds(const TripletSpan& span) const {
+        return std::ranges::all_of(inside(span.start, span.end()),
+                                   [&](int place) { return (place - span.start) % (span.length / 3) == 0; });
     }
 
     std::size_t signsOf(const Region& region, const TripletSpan* span) {

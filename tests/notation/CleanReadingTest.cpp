@@ -186,6 +186,22 @@ TEST_F(CleanReadingTest, ASignatureThatIsNoneReadsAsFourQuarters) {
     for (const auto& [upper, lower] : {std::pair{0, 0}, {-3, 4}, {4, 3}, {32767, 1}})
         EXPECT_EQ(meterOf(upper, lower, 16).rhythm({4, 12}).values(), "quarter quarter+half");
 }
+TEST_F(CleanReadingTest, NoMeterAndNoSizeOfBarIsTooStrange) {
+    std::mt19937 random(11);
+    constexpr std::array kStrange{-32768, -1, 0, 1, 2, 3, 7, 13, 64, 127, 128, 512, 1000, 2048, 32767};
+    const auto any = [&] { return kStrange[random() % kStrange.size()]; };
+    for (int round = 0; round < 1000; ++round) {
+        CleanMusicReader music;
+        music.meterOf(any(), any(), std::max(any(), 1));
+        fillAtRandom(music.score, 0, random, 300);
+        const WrittenScore written = music.read();
+        for (const Written& item : written.items)
+            ASSERT_FALSE(item.values.empty());
+        const auto cells = cellsOf(written, 0, 0);
+        for (std::size_t i = 0; i < std::min<std::size_t>(cells.size(), 300); ++i)
+            ASSERT_EQ(cells[i], music.score.NoteCell.valueOr(0, static_cast<int>(i), -1));
+    }
+}
 TEST_F(CleanReadingTest, RowsOutOfRangeAreWrittenOnTheLowestLine) {
     score.NoteCell.set(0, 0, 900);
     setup.end = 16;
