@@ -58,9 +58,9 @@ bool isNamed(const Pitch& pitch) {
 }
 
 /// Keys of the drums that are written with a cross: cymbals and hi-hats.
-bool isCymbal(int row) {
+bool isCymbal(int key) {
     constexpr std::array kCymbals{42, 44, 46, 49, 51, 52, 53, 55, 57, 59};
-    return std::ranges::find(kCymbals, 127 - row) != kCymbals.end();
+    return std::ranges::find(kCymbals, key) != kCymbals.end();
 }
 
 MusicGlyph headOf(const Value& value) {
@@ -214,7 +214,7 @@ void CleanMusic::addHeads(CleanSign& sign, const Written& item) const {
         head.row = pitch.row;
         head.letter = isNamed(pitch) ? pitch.name[0] : ' ';
         head.shape = headOf(sign.value);
-        if (drums && isCymbal(pitch.row) && head.shape == MusicGlyph::HeadBlack)
+        if (drums && isCymbal(pitch.drumKey) && head.shape == MusicGlyph::HeadBlack)
             head.shape = MusicGlyph::HeadCross;
         if (sign.struck ||
             (&item == sign.from && pitch.sign != Sign::None && sign.at == item.step * kStepTicks)) {
