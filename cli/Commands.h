@@ -38,6 +38,7 @@ extern const Command kEncode;
 extern const Command kMedia;
 extern const Command kNotation;
 extern const Command kEngrave;
+extern const Command kLyrics;
 extern const Command kTrace;
 extern const Command kPerform;
 extern const Command kDevices;

@@ -154,16 +154,6 @@ ScoreSetup setupOption(const QCommandLineParser& parser) {
     return setup;
 }
 
-notation::LyricsFile readLyrics(const std::filesystem::path& file) {
-    if (file.empty())
-        return {};
-    const auto bytes = readWholeFile(file);
-    if (!bytes)
-        throw Failure("The lyrics \"" + file.string() +
-                      "\" can't be read; is it there, a file, and yours to read?");
-    return notation::parseLyrics(*bytes);
-}
-
 /// A size as the panel can show it.
 int shownSize(double pixels) {
     return static_cast<int>(std::lround(std::clamp<double>(pixels, kLeastSize, kLargestSize)));
@@ -239,6 +229,16 @@ NotationOptions readNotationOptions(const QCommandLineParser& parser) {
     if (parser.isSet("lyrics") && options.lyrics.empty())
         throw UsageError("a file needs a name");
     return options;
+}
+
+notation::LyricsFile readLyrics(const std::filesystem::path& file) {
+    if (file.empty())
+        return {};
+    const auto bytes = readWholeFile(file);
+    if (!bytes)
+        throw Failure("The lyrics \"" + file.string() +
+                      "\" can't be read; is it there, a file, and yours to read?");
+    return notation::parseLyrics(*bytes);
 }
 
 ReadMusic readMusic(const std::filesystem::path& file, const NotationOptions& options) {

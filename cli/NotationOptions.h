@@ -36,6 +36,9 @@ void addNotationOptions(QCommandLineParser& parser);
 [[nodiscard]] int readNumber(const QCommandLineParser& parser, const char* option, int lowest, int highest,
                              const char* wanted);
 
+/// Throws Failure for a file that can't be read; a blank path gives what says nothing.
+[[nodiscard]] notation::LyricsFile readLyrics(const std::filesystem::path& file);
+
 /// A score as it was read, and by which panels.
 struct ReadMusic {
     notation::ScoreSetup setup;

@@ -29,6 +29,7 @@ constexpr std::array kCommands{
     &kMedia,
     &kNotation,
     &kEngrave,
+    &kLyrics,
     &kTrace,
     &kPerform,
     &kDevices,

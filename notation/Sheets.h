@@ -34,7 +34,7 @@ public:
 
 private:
     EngravedScore engraved_;
-    std::vector<LyricsItem> items_;
+    std::vector<LyricsItem> items_; ///< by page
 };
 
 } // namespace velmora::notation

@@ -430,7 +430,7 @@ class CliTest(unittest.TestCase):
 
     def test_every_command_explains_itself(self):
         self.assertEqual(run("--help").returncode, 0)
-        for command in ("info", "convert", "edit", "play", "notation", "engrave", "trace", "devices", "keys"):
+        for command in ("info", "convert", "edit", "play", "notation", "engrave", "lyrics", "trace", "devices", "keys"):
             self.assertIn(command, run("--help").stdout)
             done = run(command, "--help")
             self.assertEqual(done.returncode, 0)
