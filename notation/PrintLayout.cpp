@@ -93,13 +93,16 @@ void PrintLayout::drag(double byX, double byY) {
 }
 
 void PrintLayout::setImageWidth(double width) {
-    chkFit = false;
-    percent = std::clamp(width / ownWidth() * 100, kLeastPercent, kMostPercent);
+    setPercent(width / ownWidth() * 100);
 }
 
 void PrintLayout::setImageHeight(double height) {
+    setPercent(height / ownHeight() * 100);
+}
+
+void PrintLayout::setPercent(double wanted) {
     chkFit = false;
-    percent = std::clamp(height / ownHeight() * 100, kLeastPercent, kMostPercent);
+    percent = std::clamp(wanted, kLeastPercent, kMostPercent);
 }
 
 PagePlace PrintLayout::place() const {

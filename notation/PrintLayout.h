@@ -69,6 +69,7 @@ struct PrintLayout {
     /// The picture is made so wide or high, in its proportion; that is no fit any more.
     void setImageWidth(double width);
     void setImageHeight(double height);
+    void setPercent(double wanted);
 
     /// For the painter: points.
     [[nodiscard]] PagePlace place() const;

@@ -60,6 +60,8 @@ struct Manners {
     bool savesNotesAsPlayed = false;
     /// An MP3 file has the rate and channels of the take. Otherwise those of a row of the encoder's table.
     bool encodesAsRecorded = false;
+    /// Printing goes on at once. Otherwise it waits 4 seconds first, and one before each sheet.
+    bool printsWithoutWaiting = false;
 
     bool operator==(const Manners&) const = default;
 
@@ -68,7 +70,7 @@ struct Manners {
     /// Nothing is lost or falsified: the default.
     [[nodiscard]] static constexpr Manners careful() {
         return {true, true, true, true, true, true, true, true, true, true, true,
-                true, true, true, true, true, true, true, true, true, true};
+                true, true, true, true, true, true, true, true, true, true, true};
     }
     [[nodiscard]] static constexpr Manners of(bool isClassic) { return isClassic ? classic() : careful(); }
 };
