@@ -22,6 +22,8 @@ constexpr int kSharpsOfESharp = 3;
 // Relative to the key: what it spells when nothing speaks against it.
 constexpr int kLowest = -3; ///< lowered third
 constexpr int kLowered = -2;
+constexpr int kFirstOfScale = -1;
+constexpr int kLastOfScale = 5;
 constexpr int kRaisedFourth = 6;
 
 constexpr int modulo(int number, int by) {
@@ -86,6 +88,9 @@ SpelledNote spellOver(const SpelledNote& root, int rootNote, int semitones, int 
     constexpr std::array kIntervals{Interval{0, 0}, Interval{3, -3},  Interval{4, 4}, Interval{6, -6},
                                     Interval{7, 1}, Interval{10, -2}, Interval{11, 5}};
     const int note = rootNote + semitones;
+    const int place = fifthsByKey(note, key) - key;
+    if (place >= kFirstOfScale && place <= kLastOfScale)
+        return spelledAs(note, key + place);
     for (const Interval& interval : kIntervals) {
         const int fifths = root.fifths + interval.fifths;
         if (interval.semitones == modulo(semitones, kOctave) && isAllowed(fifths, key))

@@ -24,8 +24,8 @@ struct SpelledNote {
 /// @param next the next note of another pitch; -1 for none
 [[nodiscard]] SpelledNote spell(int note, int key, int next = -1);
 
-/// A chord's note over its root, in thirds of it: a fourth of semitones is a third, seven a fifth. As `spell`
-/// where that would need a sign that there isn't.
+/// A chord's note over its root: as the key has it, else in thirds of the root: four semitones are a third,
+/// seven a fifth. As `spell` where that would need a sign that there isn't.
 [[nodiscard]] SpelledNote spellOver(const SpelledNote& root, int rootNote, int semitones, int key);
 
 } // namespace velmora::notation

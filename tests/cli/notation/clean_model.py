@@ -4,9 +4,11 @@
 from fractions import Fraction
 from typing import NamedTuple
 
-from notation.reading_model import FLATS, KEYS, NAMES, SHARPS
+from notation.reading_model import FLATS, KEYS, SHARPS
 from player_model import CHORDS
 
+NAMES = ("whole", "half", "quarter", "eighth", "sixteenth", "thirtysecond", "sixtyfourth", "hundredtwentyeighth",
+         "twohundredfiftysixth", "fivehundredtwelfth")
 LETTERS = {"C": 0, "D": 2, "E": 4, "F": 5, "G": 7, "A": 9, "B": 11}
 SIGNS = {"#": 1, "b": -1, "n": 0, "x": 2, "##": 2, "bb": -2}
 MIDDLE_C = {"treble": 75, "bass": 27}  # its place
@@ -207,13 +209,15 @@ def _signed(own, clef, key, measure):
 
 
 def _beamed(own):
+    """A line of several values may end one group and begin another; it tells its place in the first."""
     at = size = 0
+    several = False
     for line in own:
         if line.kind == "rest":
             continue
         k, of = (0, 0) if line.beam == "-" else map(int, line.beam.split("/"))
-        if at < size and (k, of) != (at + 1, size) or at == size and k > 1 or of == 1:
+        if not several and (at < size and (k, of) != (at + 1, size) or at == size and k > 1) or of == 1:
             yield f"beam {line.beam} follows {at}/{size} at {line.bar} {line.step}"
-        at, size = k, of
-    if at != size:
+        at, size, several = k, of, "+" in line.values
+    if at != size and not several:
         yield f"the last beam ends at {at}/{size}"

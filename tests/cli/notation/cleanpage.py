@@ -66,7 +66,7 @@ class CleanPageTest(NotationCase):
     def test_ties_are_curves(self):
         curves = lambda *notes: sum(line.startswith("curve ") for line in self.engraved(tune(*notes)))
         self.assertEqual(curves((60, 4), (60, 4), (60, 8)), 0)
-        self.assertEqual(curves((60, 20), (62, 12)), 1)
+        self.assertEqual(curves((60, 20), (62, 4), (62, 8)), 1)
         self.assertEqual(curves((60, 40), (62, 8)), 2)
         self.assertEqual(curves((60, 5), (62, 11)), 1 + self.pieces((60, 5), (62, 11)))
 
