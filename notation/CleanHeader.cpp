@@ -14,6 +14,7 @@ namespace {
 constexpr double kBegin = 0.6; ///< from the staff lines' begin to the clef
 constexpr double kClefWidth = 2.8;
 constexpr double kPartGap = 0.8; ///< between clef, key and time
+constexpr double kEnd = 0.5;     ///< behind the last of them
 constexpr double kSharpStep = 1.0;
 constexpr double kFlatStep = 0.9;
 constexpr double kTimeWidth = 1.8;
@@ -81,7 +82,7 @@ void drawClef(CleanInk& ink, double left, StaffClef clef) {
         ink.glyph(MusicGlyph::BassClef, {left, space}, Role::Clef, 0);
         break;
     case StaffClef::Percussion:
-        ink.glyph(MusicGlyph::PercussionClef, {left + space, 2 * space}, Role::Clef, 0);
+        ink.glyph(MusicGlyph::PercussionClef, {left + 0.8 * space, 2 * space}, Role::Clef, 0);
         break;
     }
 }
@@ -142,7 +143,7 @@ double headerWidth(const WrittenScore& score, bool withTime) {
         width += kPartGap + keyWidth(fifths);
     if (withTime)
         width += kPartGap + timeWidth(score);
-    return width;
+    return width + kEnd;
 }
 
 double staffTop(const Staff& staff) {

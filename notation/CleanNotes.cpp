@@ -41,6 +41,9 @@ public:
             if (!head.shared)
                 dots(head.dotPlace);
         }
+        for (const CleanHead& head : sign_.heads)
+            if (hasLetter(head))
+                letter(head);
         if (sign_.hasStem())
             stem();
     }
@@ -95,40 +98,51 @@ private:
         }
     }
 
+    [[nodiscard]] bool hasOval(const CleanHead& head) const {
+        return ink_.style().setup.learnToRead && head.letter != ' ';
+    }
+    [[nodiscard]] bool hasLetter(const CleanHead& head) const {
+        return hasOval(head) && !head.shared && space_ >= kLettersFrom;
+    }
+    [[nodiscard]] static bool isHollow(const CleanHead& head) {
+        return head.shape == MusicGlyph::HeadHalf || head.shape == MusicGlyph::HeadWhole;
+    }
+    [[nodiscard]] Point middleOf(const CleanHead& head) const {
+        return at(head.left + music_.headWidth(head.shape) / 2, heightOfPlace(head.place));
+    }
+    [[nodiscard]] Colour colour() const {
+        const Staff& staff = music_.score().staves[static_cast<std::size_t>(sign_.from->staff)];
+        const int channel = sign_.from->voice > 0 ? staff.secondChannel : staff.channel;
+        return ink_.style().setup.channelColours.at(
+            static_cast<std::size_t>(std::clamp(channel, 0, kLastColour)));
+    }
+
     void drawHead(const CleanHead& head) {
-        const double width = music_.headWidth(head.shape);
-        const Point middle = at(head.left + width / 2, heightOfPlace(head.place));
-        if (ink_.style().setup.learnToRead && head.letter != ' ')
-            letteredHead(head, middle, width / 2);
-        else
-            ink_.glyph(head.shape, middle, Role::Head, sign_.id);
+        if (!hasOval(head)) {
+            ink_.glyph(head.shape, middleOf(head), Role::Head, sign_.id);
+            return;
+        }
+        const double half = music_.headWidth(head.shape) / 2;
+        oval(middleOf(head), half, kLetterHalf, kBlack);
+        oval(middleOf(head), half - kLetterLine, kLetterHalf - kLetterLine, colour());
+        if (isHollow(head))
+            oval(middleOf(head), half - 0.24, kLetterHalf - 0.17, kWhite);
     }
 
     void oval(Point middle, double width, double height, Colour colour) {
         ink_.add({EllipseMark{middle, width * space_, height / width, true}, Role::Head, sign_.id, colour});
     }
 
-    void letteredHead(const CleanHead& head, Point middle, double half) {
-        const ScoreSetup& setup = ink_.style().setup;
-        const bool hollow = head.shape == MusicGlyph::HeadHalf || head.shape == MusicGlyph::HeadWhole;
-        const WrittenScore& score = music_.score();
-        const Staff& staff = score.staves[static_cast<std::size_t>(sign_.from->staff)];
-        const int channel = sign_.from->voice > 0 ? staff.secondChannel : staff.channel;
-        const Colour colour =
-            setup.channelColours.at(static_cast<std::size_t>(std::clamp(channel, 0, kLastColour)));
-        oval(middle, half, kLetterHalf, kBlack);
-        oval(middle, half - kLetterLine, kLetterHalf - kLetterLine, colour);
-        if (hollow)
-            oval(middle, half - 0.24, kLetterHalf - 0.17, kWhite);
-        if (space_ < kLettersFrom)
-            return;
-        const std::string letter(1, head.letter);
+    /// After all heads: those of a third lie over each other, their letters don't.
+    void letter(const CleanHead& head) {
+        const std::string text(1, head.letter);
         const int style = ink_.style().letters;
         const double points = ink_.style().into.styles[static_cast<std::size_t>(style)].points;
         const double capital = points * 4 / 3 * 0.72;
-        const double width = ink_.style().extent(letter, style).width;
-        ink_.text(letter, style, {middle.x - width / 2, middle.y + capital / 2}, Role::Head, sign_.id,
-                  hollow ? kBlack : inkOn(colour));
+        const Point middle = middleOf(head);
+        const double left = middle.x - ink_.style().extent(text, style).width / 2;
+        ink_.text(text, style, {left, middle.y + capital / 2}, Role::Head, sign_.id,
+                  isHollow(head) ? kBlack : inkOn(colour()));
     }
 
     /// Black or white, whichever stands out more.

@@ -9,8 +9,8 @@ namespace velmora::notation {
 
 namespace {
 
-constexpr double kSixteenth = 2.3; ///< the space of one
-constexpr double kDoubled = 1.25;  ///< what each longer value has more
+constexpr double kSixteenth = 2.5; ///< the space of one
+constexpr double kDoubled = 1.35;  ///< what each longer value has more
 constexpr double kNarrowest = 1.6;
 constexpr double kLead = 1.2;       ///< from a bar line to the first column
 constexpr double kEmptyBar = 6;     ///< of a bar that holds nothing but its rest

@@ -86,8 +86,9 @@ void joinStaves(EngravedPage& page, const CleanSystem& system, const WrittenScor
     addLine(page, {system.left, top}, {system.left, bottom}, kThinBar * space, Role::BarLine);
     const bool twoOfOne = score.staves.size() == 2 && score.staves[1].clef != StaffClef::Percussion;
     if (twoOfOne) {
-        page.marks.push_back({GlyphMark{MusicGlyph::Brace, {system.left - 0.35 * space, top}, bottom - top},
-                              Role::Other, 0, kBlack});
+        page.marks.push_back(
+            {GlyphMark{MusicGlyph::Brace, {system.left - 0.35 * space, (top + bottom) / 2}, bottom - top},
+             Role::Other, 0, kBlack});
     } else {
         const double x = system.left - 0.7 * space;
         addLine(page, {x, top - 0.3 * space}, {x, bottom + 0.3 * space}, kBracket * space, Role::Other);

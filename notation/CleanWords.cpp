@@ -10,7 +10,7 @@ namespace {
 
 constexpr double kHeadHalf = 0.6;
 constexpr double kWordGap = 0.8;
-constexpr double kHyphenGap = 1.2;
+constexpr double kHyphenGap = 1.5;
 constexpr double kHyphen = 0.55;
 constexpr double kHyphensApart = 9;
 constexpr double kShortestLine = 1.0; ///< of a held syllable

@@ -1,0 +1,428 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "tests/notation/CleanPageReader.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace velmora::notation {
+namespace {
+
+constexpr double kSpace = CleanPageReader::kSpace;
+
+CleanPageReader tuneOf(const std::vector<int>& notes, int steps) {
+    CleanPageReader page;
+    page.tune(notes, steps);
+    return page;
+}
+
+double gap(const std::vector<Box>& heads, std::size_t i) {
+    return heads[i + 1].left - heads[i].left;
+}
+
+// Spacing
+
+TEST(CleanPage, SpaceGrowsWithTheValueByLessThanTheValueDoes) {
+    CleanPageReader page;
+    page.rhythm({8, 4, 2, 2}, 69);
+    const auto heads = page.engrave().boxes(Role::Head);
+    ASSERT_EQ(heads.size(), 4U);
+    EXPECT_GT(gap(heads, 0), 1.1 * gap(heads, 1));
+    EXPECT_GT(gap(heads, 1), 1.1 * gap(heads, 2));
+    EXPECT_LT(gap(heads, 0), 2 * gap(heads, 2) + gap(heads, 1));
+    EXPECT_LT(gap(heads, 0), 2 * gap(heads, 1));
+}
+
+TEST(CleanPage, NotesOfOneMomentStandBelowEachOther) {
+    CleanPageReader page;
+    page.setup.staves.chkChannel[1] = true;
+    page.tune({72, 74, 76, 77}).stroke(1, 67, 0, 8).stroke(1, 69, 8, 8);
+    const auto heads = page.engrave().boxes(Role::Head);
+    ASSERT_EQ(heads.size(), 6U);
+    EXPECT_DOUBLE_EQ(middleOf(heads[0]), middleOf(heads[1]));
+    EXPECT_DOUBLE_EQ(middleOf(heads[3]), middleOf(heads[4]));
+}
+
+TEST(CleanPage, AnAccidentalWidensTheSpaceBeforeItsNote) {
+    const auto plain = tuneOf({60, 62, 64, 65, 67, 69, 71, 72}, 1).engrave().boxes(Role::Head);
+    const auto sharp = tuneOf({60, 62, 64, 66, 67, 69, 71, 72}, 1).engrave().boxes(Role::Head);
+    EXPECT_GT(gap(sharp, 2), gap(plain, 2) + 0.3 * kSpace);
+}
+
+TEST(CleanPage, EveryFullLineEndsAtTheSameMargin) {
+    auto page = tuneOf(std::vector<int>(160, 71), 4);
+    std::vector<double> ends;
+    for (const LineMark& line : page.engrave().lines(Role::StaffLine))
+        ends.push_back(std::max(line.from.x, line.to.x));
+    std::ranges::sort(ends);
+    EXPECT_NEAR(ends[5], ends.back(), 0.01);
+    EXPECT_NEAR(ends.back(), page.engraved.width - ends.back() + 2 * ends.back() - page.engraved.width, 0.01);
+}
+
+TEST(CleanPage, AShortLastLineIsNotStretched) {
+    auto page = tuneOf({60, 62, 64, 65}, 4);
+    double end = 0;
+    for (const LineMark& line : page.engrave().lines(Role::StaffLine))
+        end = std::max(end, line.to.x);
+    EXPECT_LT(end, page.engraved.width * 0.67);
+}
+
+TEST(CleanPage, AWholeBarRestStandsInTheMiddleOfItsBar) {
+    CleanPageReader page;
+    page.rhythm({4, 4, 4, 4, -16, 16}, 71);
+    const auto rests = page.engrave().boxes(Role::Rest);
+    ASSERT_EQ(rests.size(), 1U);
+    const auto bars = page.boxes(Role::BarLine);
+    ASSERT_GE(bars.size(), 2U);
+    EXPECT_NEAR(middleOf(rests[0]), (middleOf(bars[0]) + middleOf(bars[1])) / 2, 0.5);
+}
+
+// Clefs and signatures
+
+TEST(CleanPage, EachLineHasItsKeyAndTheFirstItsTime) {
+    auto page = tuneOf(std::vector<int>(160, 71), 4);
+    page.key("D");    page.engrave();
+    const std::size_t lines = page.of(Role::StaffLine).size() / 5;
+    ASSERT_GT(lines, 2U);
+    EXPECT_EQ(page.of(Role::Clef).size(), lines);
+    EXPECT_EQ(page.of(Role::Signature).size(), 2 * lines + 1);
+}
+
+TEST(CleanPage, TheSharpsOfAKeyStandOnTheirPlaces) {
+    auto page = tuneOf({64, 64, 64, 64}, 4);
+    page.key("E");    page.engrave();
+    const auto signs = page.glyphs(Role::Signature);
+    ASSERT_GE(signs.size(), 4U);
+    EXPECT_EQ(page.place(signs[0].at.y), 4);
+    EXPECT_EQ(page.place(signs[1].at.y), 1);
+    EXPECT_EQ(page.place(signs[2].at.y), 5);
+    EXPECT_EQ(page.place(signs[3].at.y), 2);
+}
+
+TEST(CleanPage, ABassStaffHasItsKeyTwoStepsLower) {
+    auto page = tuneOf({43, 43, 43, 43}, 4);
+    page.setup.staves.ChkNotetype[0] = true;
+    page.key("F");    page.engrave();
+    EXPECT_EQ(page.place(page.glyphs(Role::Signature)[0].at.y), -2);
+}
+
+TEST(CleanPage, AWaltzHasItsTimeAsTwoNumbers) {
+    CleanPageReader page;
+    page.meterOf(3, 4, 12).tune({60, 62, 64});
+    EXPECT_EQ(page.engrave().texts(Role::Signature), (std::vector<std::string>{"3", "4"}));
+}
+
+// Heads and places
+
+TEST(CleanPage, MiddleCHasOneLedgerLineBelowTheTrebleStaff) {
+    auto page = tuneOf({60, 60, 60, 60}, 4);
+    page.engrave();
+    EXPECT_EQ(page.of(Role::Ledger).size(), 4U);
+    EXPECT_EQ(page.place(page.glyphs(Role::Head)[0].at.y), -6);
+    EXPECT_EQ(page.lines(Role::Ledger)[0].from.y, page.glyphs(Role::Head)[0].at.y);
+}
+
+TEST(CleanPage, MiddleCHasOneLedgerLineAboveTheBassStaff) {
+    auto page = tuneOf({60, 60, 60, 60}, 4);
+    page.setup.staves.ChkNotetype[0] = true;
+    page.engrave();
+    EXPECT_EQ(page.place(page.glyphs(Role::Head)[0].at.y), 6);
+    EXPECT_EQ(page.of(Role::Ledger).size(), 4U);
+}
+
+TEST(CleanPage, ADAboveTheStaffNeedsNoLedgerLineOfItsOwn) {
+    EXPECT_TRUE(tuneOf({79, 79, 79, 79}, 4).engrave().of(Role::Ledger).empty());
+}
+
+TEST(CleanPage, WholesHalvesAndQuartersHaveTheirHeads) {
+    CleanPageReader page;
+    page.rhythm({16, 8, 4, 4}, 71);
+    const auto heads = page.engrave().glyphs(Role::Head);
+    ASSERT_EQ(heads.size(), 4U);
+    EXPECT_EQ(heads[0].glyph, MusicGlyph::HeadWhole);
+    EXPECT_EQ(heads[1].glyph, MusicGlyph::HeadHalf);
+    EXPECT_EQ(heads[2].glyph, MusicGlyph::HeadBlack);
+}
+
+TEST(CleanPage, BeyondThreeLedgerLinesNotesAreWrittenAnOctaveNearer) {
+    auto page = tuneOf({98, 100, 101, 103}, 4);
+    const auto words = page.engrave().texts(Role::Text);
+    EXPECT_TRUE(std::ranges::find(words, "8va") != words.end());
+    for (const GlyphMark& head : page.glyphs(Role::Head))
+        EXPECT_LE(page.place(head.at.y), 11);
+}
+
+TEST(CleanPage, ThreeLedgerLinesNeedNoOctaveMark) {
+    const auto words = tuneOf({88, 88, 88, 88}, 4).engrave().texts(Role::Text);
+    EXPECT_TRUE(std::ranges::find(words, "8va") == words.end());
+}
+
+// Stems
+
+TEST(CleanPage, AStemIsAnOctaveLong) {
+    auto page = tuneOf({67, 72, 72, 72}, 4);
+    const auto stems = page.engrave().lines(Role::Stem);
+    EXPECT_NEAR(std::abs(stems[0].to.y - stems[0].from.y), 3.5 * kSpace, 0.01);
+    EXPECT_NEAR(std::abs(stems[1].to.y - stems[1].from.y), 3.5 * kSpace, 0.01);
+}
+
+TEST(CleanPage, StemsGoUpBelowTheMiddleLineAndDownFromItOn) {
+    auto page = tuneOf({69, 71, 69, 72}, 4);
+    const auto stems = page.engrave().lines(Role::Stem);
+    EXPECT_LT(stems[0].to.y, stems[0].from.y);
+    EXPECT_GT(stems[1].to.y, stems[1].from.y);
+}
+
+TEST(CleanPage, AStemFromFarAwayReachesTheMiddleLine) {
+    auto page = tuneOf({57, 57, 57, 57}, 4);
+    page.engrave();
+    EXPECT_NEAR(page.lines(Role::Stem)[0].to.y, page.staffLine(2), 0.01);
+}
+
+TEST(CleanPage, AnUpwardStemStandsRightOfItsHeadAndADownwardOneLeft) {
+    auto page = tuneOf({64, 76, 64, 76}, 4);
+    const auto stems = page.engrave().lines(Role::Stem);
+    const auto heads = page.boxes(Role::Head);
+    EXPECT_GT(stems[0].from.x, middleOf(heads[0]));
+    EXPECT_LT(stems[1].from.x, middleOf(heads[1]));
+}
+
+TEST(CleanPage, ASingleEighthHasAFlagAndASixteenthTwo) {
+    CleanPageReader page;
+    page.rhythm({2, -2, 1, -3}, 64);
+    EXPECT_EQ(page.engrave().of(Role::Flag).size(), 3U);
+    EXPECT_TRUE(page.of(Role::Beam).empty());
+}
+
+// Beams
+
+TEST(CleanPage, ABeamTakesTheFlagsOfItsNotes) {
+    auto page = tuneOf({67, 69, 67, 69, 67, 69, 67, 69}, 2);
+    page.engrave();
+    EXPECT_TRUE(page.of(Role::Flag).empty());
+    EXPECT_FALSE(page.of(Role::Beam).empty());
+    EXPECT_DOUBLE_EQ(page.lines(Role::Beam)[0].width, kSpace / 2);
+}
+
+TEST(CleanPage, ABeamNeverRisesMoreThanASpace) {
+    auto page = tuneOf({60, 76, 60, 76, 60, 76, 60, 76, 64, 65, 67, 69, 71, 72, 74, 76}, 1);
+    const auto beams = page.engrave().lines(Role::Beam);
+    ASSERT_FALSE(beams.empty());
+    for (const LineMark& beam : beams)
+        EXPECT_LE(rise(beam), kSpace + 0.01);
+}
+
+TEST(CleanPage, ABeamLeansWithItsNotes) {
+    auto page = tuneOf({60, 62, 64, 65}, 2);
+    const LineMark up = page.engrave().lines(Role::Beam).at(0);
+    EXPECT_LT(up.to.y, up.from.y);
+    auto other = tuneOf({65, 64, 62, 60}, 2);
+    const LineMark down = other.engrave().lines(Role::Beam).at(0);
+    EXPECT_GT(down.to.y, down.from.y);
+}
+
+TEST(CleanPage, ABeamOverAHigherInnerNoteIsLevel) {
+    auto page = tuneOf({62, 67, 67, 64}, 2);
+    EXPECT_EQ(rise(page.engrave().lines(Role::Beam).at(0)), 0);
+}
+
+TEST(CleanPage, StemsUnderABeamEndAtIt) {
+    auto page = tuneOf({60, 62, 64, 65}, 2);
+    const LineMark beam = page.engrave().lines(Role::Beam).at(0);
+    for (const LineMark& stem : page.lines(Role::Stem)) {
+        const double along = (stem.to.x - beam.from.x) / (beam.to.x - beam.from.x);
+        const double y = beam.from.y + along * (beam.to.y - beam.from.y);
+        EXPECT_NEAR(stem.to.y, y - kSpace / 4, 0.6);
+        EXPECT_GE(stem.from.y - stem.to.y, 2.7 * kSpace);
+    }
+}
+
+TEST(CleanPage, SixteenthsHaveTwoBeamsThreeQuartersOfASpaceApart) {
+    auto page = tuneOf({64, 64, 64, 64}, 1);
+    const auto beams = page.engrave().lines(Role::Beam);
+    ASSERT_EQ(beams.size(), 2U);
+    EXPECT_NEAR(std::abs(beams[0].from.y - beams[1].from.y), 0.75 * kSpace, 0.01);
+}
+
+TEST(CleanPage, ASixteenthAfterADottedEighthHasAStubToTheLeft) {
+    CleanPageReader page;
+    page.rhythm({3, 1, -12}, 64);
+    const auto beams = page.engrave().lines(Role::Beam);
+    ASSERT_EQ(beams.size(), 2U);
+    EXPECT_LT(beams[1].to.x - beams[1].from.x, 1.5 * kSpace);
+    EXPECT_NEAR(beams[1].to.x, beams[0].to.x, 0.01);
+}
+
+TEST(CleanPage, ASixteenthBeforeADottedEighthHasAStubToTheRight) {
+    CleanPageReader page;
+    page.rhythm({1, 3, -12}, 64);
+    auto beams = page.engrave().lines(Role::Beam);
+    ASSERT_EQ(beams.size(), 2U);
+    std::ranges::sort(beams, {}, [](const LineMark& beam) { return beam.to.x - beam.from.x; });
+    EXPECT_NEAR(beams[0].from.x, beams[1].from.x, 0.01);
+}
+
+// Accidentals and dots
+
+TEST(CleanPage, AnAccidentalStandsBeforeItsHeadAtItsHeight) {
+    auto page = tuneOf({66, 67, 67, 67}, 4);
+    const auto signs = page.engrave().glyphs(Role::Accidental);
+    ASSERT_EQ(signs.size(), 1U);
+    EXPECT_EQ(signs[0].glyph, MusicGlyph::Sharp);
+    EXPECT_EQ(signs[0].at.y, page.glyphs(Role::Head)[0].at.y);
+    EXPECT_LT(page.boxes(Role::Accidental)[0].right, page.boxes(Role::Head)[0].left);
+}
+
+TEST(CleanPage, ANaturalTakesASharpBack) {
+    auto page = tuneOf({66, 65, 67, 67}, 4);
+    const auto signs = page.engrave().glyphs(Role::Accidental);
+    ASSERT_EQ(signs.size(), 2U);
+    EXPECT_EQ(signs[1].glyph, MusicGlyph::Natural);
+}
+
+TEST(CleanPage, ACourtesySignIsSmallAndInParentheses) {
+    auto page = tuneOf({66, 67, 67, 67, 65, 67, 67, 67}, 4);
+    const auto signs = page.engrave().glyphs(Role::Accidental);
+    ASSERT_EQ(signs.size(), 2U);
+    EXPECT_LT(signs[1].size, signs[0].size);
+    EXPECT_EQ(page.curves(Role::Accidental).size(), 2U);
+}
+
+TEST(CleanPage, ADotBesideALineMovesUpIntoTheSpace) {
+    CleanPageReader page;
+    page.rhythm({6, -10}, 71);
+    const auto dots = page.engrave().boxes(Role::Dot);
+    ASSERT_EQ(dots.size(), 1U);
+    EXPECT_NEAR(page.place((dots[0].top + dots[0].bottom) / 2), 1, 0.01);
+    EXPECT_GT(dots[0].left, page.boxes(Role::Head)[0].right);
+}
+
+TEST(CleanPage, ADotInASpaceStaysThere) {
+    CleanPageReader page;
+    page.rhythm({6, -10}, 69);
+    const auto dots = page.engrave().boxes(Role::Dot);
+    EXPECT_NEAR(page.place((dots[0].top + dots[0].bottom) / 2), -1, 0.01);
+}
+
+// Ties
+
+TEST(CleanPage, ATieCurvesAwayFromTheStem) {
+    CleanPageReader page;
+    page.rhythm({-12, 8, -12}, 64);
+    const auto ties = page.engrave().curves(Role::Tie);
+    ASSERT_EQ(ties.size(), 1U);
+    EXPECT_GT(ties[0].points[1].y, ties[0].points[0].y);
+    EXPECT_GT(ties[0].points[0].x, page.boxes(Role::Head)[0].right);
+    EXPECT_LT(ties[0].points[3].x, page.boxes(Role::Head)[1].left);
+}
+
+TEST(CleanPage, ATieGoesOnOverALinesEndInTwoHalves) {
+    CleanPageReader page;
+    page.rhythm(std::vector<int>(1, 16 * 40), 64);
+    page.engrave();
+    const std::size_t lines = page.of(Role::StaffLine).size() / 5;
+    ASSERT_GT(lines, 1U);
+    EXPECT_EQ(page.of(Role::Tie).size(), 39 + lines - 1);
+}
+
+// Rests, triplets
+
+TEST(CleanPage, TripletsUnderABeamCarryTheirThreeWithoutABracket) {
+    CleanPageReader page;
+    page.meterOf(4, 4, 12).rhythm({1, 1, 1, 3, 3, 3}, 64);
+    EXPECT_EQ(page.engrave().texts(Role::Tuplet), std::vector<std::string>{"3"});
+    EXPECT_TRUE(page.lines(Role::Tuplet).empty());
+}
+
+TEST(CleanPage, TripletsWithoutABeamHaveABracket) {
+    CleanPageReader page;
+    page.meterOf(4, 4, 12).rhythm({2, 2, 2, 6}, 64);
+    EXPECT_EQ(page.engrave().texts(Role::Tuplet), std::vector<std::string>{"3"});
+    EXPECT_EQ(page.lines(Role::Tuplet).size(), 4U);
+}
+
+// Bars and pages
+
+TEST(CleanPage, TheMusicEndsWithAThinAndAThickLine) {
+    auto page = tuneOf({60, 62, 64, 65}, 4);
+    const auto bars = page.engrave().lines(Role::BarLine);
+    ASSERT_EQ(bars.size(), 2U);
+    EXPECT_GT(bars[1].width, 2 * bars[0].width);
+}
+
+TEST(CleanPage, EachLineButTheFirstHasItsBarNumber) {
+    auto page = tuneOf(std::vector<int>(160, 71), 4);
+    page.engrave();
+    EXPECT_EQ(page.texts(Role::Text).size(), 1 + page.of(Role::StaffLine).size() / 5 - 1);
+}
+
+TEST(CleanPage, NumbersEverywhereNumberEachBar) {
+    auto page = tuneOf(std::vector<int>(20, 71), 4);
+    page.setup.numbers = true;
+    EXPECT_EQ(page.engrave().texts(Role::Text).size(), 1U + 5U);
+}
+
+TEST(CleanPage, TwoStavesHaveALeftLineAndABrace) {
+    CleanPageReader page;
+    page.setup.staves.chkChannel[1] = true;
+    page.tune({72, 74, 76, 77}).stroke(1, 67, 0, 16);    page.engrave();
+    const auto others = page.glyphs(Role::Other);
+    ASSERT_EQ(others.size(), 1U);
+    EXPECT_EQ(others[0].glyph, MusicGlyph::Brace);
+}
+
+TEST(CleanPage, TheTempoStandsOverTheFirstLine) {
+    auto page = tuneOf({60, 62, 64, 65}, 4);
+    page.setup.tempoWords = "Gently";
+    page.setup.tempo = 92;
+    const auto words = page.engrave().texts(Role::Text);
+    EXPECT_TRUE(std::ranges::find(words, "Gently") != words.end());
+    EXPECT_TRUE(std::ranges::find(words, " = 92)") != words.end());
+}
+
+TEST(CleanPage, ALongScoreFillsItsPagesToTheFoot) {
+    auto page = tuneOf(std::vector<int>(480, 71), 4);
+    page.engrave();
+    ASSERT_GE(page.engraved.pages.size(), 2U);
+    double lowest = 0;
+    for (const Box& box : page.boxes(Role::StaffLine))
+        lowest = std::max(lowest, box.bottom);
+    EXPECT_GT(lowest, 0.9 * page.engraved.height);
+    EXPECT_EQ(page.engraved.pages[1].caption, "Untitled Score         Page 2");
+}
+
+// Learning to read
+
+TEST(CleanPage, LetteredHeadsHaveTheChannelsColourAndALetterThatReadsOnIt) {
+    auto page = tuneOf({60, 62, 64, 65}, 4);
+    page.setup.learnToRead = true;
+    page.setup.channelColours[0] = 0x0000FF;
+    EXPECT_EQ(page.engrave().texts(Role::Head), (std::vector<std::string>{"C", "D", "E", "F"}));
+    for (const Mark& mark : page.of(Role::Head))
+        if (std::holds_alternative<TextMark>(mark.shape)) {
+            EXPECT_EQ(mark.colour, 0xFFFFFFU);
+        }
+    const Box head = page.boxes(Role::Head)[0];
+    EXPECT_NEAR(head.right - head.left, 1.72 * kSpace, 0.1);
+    EXPECT_NEAR(head.bottom - head.top, 1.28 * kSpace, 0.1);
+}
+
+TEST(CleanPage, HollowLetteredHeadsAreWhiteInside) {
+    CleanPageReader page;
+    page.rhythm({8, 8}, 71);
+    page.setup.learnToRead = true;
+    page.engrave();
+    EXPECT_EQ(std::ranges::count(page.marks(), 0xFFFFFFU, &Mark::colour), 2);
+}
+
+TEST(CleanPage, BelowASpaceOfSevenPixelsTheLettersGo) {
+    auto page = tuneOf({60, 62, 64, 65}, 4);
+    page.setup.learnToRead = true;
+    page.setup.pageWidth = 200;
+    page.setup.pageHeight = 200;
+    EXPECT_TRUE(page.engrave().texts(Role::Head).empty());
+    EXPECT_FALSE(page.of(Role::Head).empty());
+}
+
+} // namespace
+} // namespace velmora::notation
