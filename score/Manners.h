@@ -60,6 +60,9 @@ struct Manners {
     bool savesNotesAsPlayed = false;
     /// An MP3 file has the rate and channels of the take. Otherwise those of a row of the encoder's table.
     bool encodesAsRecorded = false;
+    /// Texts that were placed on pages of notation stay when the score is written anew. Otherwise they go
+    /// with their pages.
+    bool keepsPlacedTexts = false;
 
     bool operator==(const Manners&) const = default;
 
@@ -68,7 +71,7 @@ struct Manners {
     /// Nothing is lost or falsified: the default.
     [[nodiscard]] static constexpr Manners careful() {
         return {true, true, true, true, true, true, true, true, true, true, true,
-                true, true, true, true, true, true, true, true, true, true};
+                true, true, true, true, true, true, true, true, true, true, true};
     }
     [[nodiscard]] static constexpr Manners of(bool isClassic) { return isClassic ? classic() : careful(); }
 };
