@@ -17,8 +17,8 @@ namespace velmora {
 namespace {
 constexpr int kLeft = 48;
 constexpr int kTop = 12;
-constexpr int kAcross = 28; ///< from one sheet to the one behind it
-constexpr int kBehind = 3;  ///< sheets that look out
+constexpr int kAcross = 28;      ///< from one sheet to the one behind it
+constexpr int kBehind = 3;       ///< sheets that look out
 constexpr int kSheetWidth = 818; ///< a page at its own size
 constexpr std::array kZooms{0.25, 0.5, 0.67, 0.75, 0.9, 1.0, 1.25, 1.5, 2.0, 3.0, 4.0};
 } // namespace

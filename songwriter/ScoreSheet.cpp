@@ -63,8 +63,7 @@ ScoreSheet::ScoreSheet(const SongParts& parts, int page, QWidget* parent)
     , imgTitleClose_(new CloseButton(parts.look, this))
     , HScroll1_(new QScrollBar(Qt::Horizontal, this))
     , VScroll1_(new QScrollBar(Qt::Vertical, this))
-    , T3_(new TextHolder(parts, *view_))
-    , Text2_(new QPlainTextEdit(this)) {
+    , T3_(new TextHolder(parts, *view_)) {
     setObjectName(QStringLiteral("ScoreSheet(%1)").arg(page));
     setMouseTracking(true);
     setContextMenuPolicy(Qt::PreventContextMenu); // the right button has another meaning here
@@ -94,12 +93,15 @@ ScoreSheet::ScoreSheet(const SongParts& parts, int page, QWidget* parent)
             onZoom(steps);
     };
     view_->onKey = [this](const QKeyEvent& key) { return viewKey(key.key(), key.modifiers()); };
-    addTexts();
+    T3_->onCommit = [this](const QString& text) { commit(text); };
     showPage();
 }
 
-void ScoreSheet::addTexts() {
-    T3_->onCommit = [this](const QString& text) { commit(text); };
+/// Made when it is first asked for: there may be hundreds of pages.
+void ScoreSheet::addLines() {
+    if (Text2_)
+        return;
+    Text2_ = new QPlainTextEdit(this);
     Text2_->setObjectName("Text2");
     Text2_->setAccessibleName("Lines of the texts of this page");
     Text2_->setLineWrapMode(QPlainTextEdit::NoWrap);
@@ -107,7 +109,7 @@ void ScoreSheet::addTexts() {
     parts_.desk.tips.SetToolTip(
         *Text2_, {"Texts of this page",
                   "A line each. Enter stores them, Shift+Enter begins a line, Esc leaves", "edit"});
-    Text2_->hide();
+    layOut();
 }
 
 void ScoreSheet::showPage() {
@@ -147,8 +149,9 @@ void ScoreSheet::layOut() {
     VScroll1_->setGeometry(inside.x() + viewWidth, inside.y(), kBar, viewHeight);
     HScroll1_->setGeometry(inside.x(), inside.y() + viewHeight, viewWidth, kBar);
     imgTitleClose_->move(width() - edge - imgTitleClose_->width() - 4, (kTitleHeight - 18) / 2);
-    Text2_->setGeometry(inside.x(), inside.y() + std::max(viewHeight - kLinesHeight, 0), viewWidth,
-                        std::min(viewHeight, kLinesHeight));
+    if (Text2_)
+        Text2_->setGeometry(inside.x(), inside.y() + std::max(viewHeight - kLinesHeight, 0), viewWidth,
+                            std::min(viewHeight, kLinesHeight));
     const QSize page = view_->pageSize();
     HScroll1_->setPageStep(viewWidth);
     HScroll1_->setRange(0, std::max(page.width() - viewWidth, 0));
@@ -222,6 +225,7 @@ void ScoreSheet::commit(const QString& text) {
 }
 
 void ScoreSheet::editTexts() {
+    addLines();
     Text2_->setPlainText(toQString(parts_.song.linesOf(page_)));
     Text2_->show();
     Text2_->raise();
@@ -235,7 +239,7 @@ void ScoreSheet::storeLines() {
 }
 
 bool ScoreSheet::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != Text2_)
+    if (!Text2_ || watched != Text2_)
         return QWidget::eventFilter(watched, event);
     if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)
         return false;

@@ -67,7 +67,7 @@ protected:
 
 private:
     class CloseButton;
-    void addTexts();
+    void addLines();
     void layOut();
     void scrolled();
     void commit(const QString& text);
@@ -85,7 +85,7 @@ private:
     QScrollBar* HScroll1_;
     QScrollBar* VScroll1_;
     TextHolder* T3_;
-    QPlainTextEdit* Text2_;
+    QPlainTextEdit* Text2_ = nullptr;
     notation::TextStyle style_;
     int edited_ = -1; ///< the text that `T3` has taken off the page, by its index; -1 for a new one
     bool front_ = false;

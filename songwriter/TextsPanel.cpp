@@ -2,6 +2,7 @@
 #include "songwriter/TextsPanel.h"
 
 #include "base/QtText.h"
+#include "composition/Workspace.h"
 #include "notation/LyricsExtras.h"
 #include "notation/SongDocument.h"
 #include "parts/Desk.h"
@@ -121,10 +122,12 @@ void TextsPanel::showFonts() {
     lstFontName_->addItems(families);
 }
 
+/// Bold as the title in classic manners; otherwise as it will stand on the page.
 notation::TextStyle TextsPanel::style() const {
+    const bool isClassic = parts_.desk.workspace.manners == Manners::classic();
     return {.family = lstFontName_->currentText().toStdString(),
             .points = lstFontSize_->currentText().toDouble(),
-            .bold = parts_.song.setup.titleStyle.bold};
+            .bold = isClassic && parts_.song.setup.titleStyle.bold};
 }
 
 void TextsPanel::refresh() {

@@ -15,7 +15,11 @@ class RecordingWindows : public Windows {
 public:
     [[nodiscard]] bool has(Name name) const override { return present.contains(name); }
     void open(Name name, Focus /*focus*/ = Focus::Take) override { opened.push_back(name); }
-    void openScore(const std::filesystem::path& file) override { scores.push_back(file); }
+    void openScore(const std::filesystem::path& file) override {
+        scores.push_back(file);
+        if (onOpenScore)
+            onOpenScore();
+    }
     bool saveScore() override {
         ++savedScores;
         return savesScores;
@@ -44,6 +48,7 @@ public:
     std::vector<QWidget*> keptOver; ///< windows over which to keep was asked for
     int quits = 0;
     bool letsQuit = true;
+    std::function<void()> onOpenScore;            ///< what the composing window does
     std::function<void(PickedInstrument)> onPick; ///< to be called with what is picked
     /// Where a test wants a picker that can be pressed.
     std::function<void(QWidget& over, std::function<void(PickedInstrument)> picked)> makePicker;
