@@ -9,6 +9,7 @@
 #include "composition/RecoveryWatch.h"
 #include "composition/Workspace.h"
 #include "keyboard/PlayedLog.h"
+#include "notation/SongDocument.h"
 #include "parts/Desk.h"
 #include "shell/FirstPaint.h"
 #include "shell/MessageBox.h"
@@ -65,6 +66,7 @@ struct Program::Composing {
         , recorded(workspace, player, program.sound_->devices, devices)
         , studio(program.sound_->output, program.loop_, recorded, workspace.manners, program.folders_,
                  [] { return findSoundFont().value_or(std::filesystem::path()); })
+        , song(workspace, program.folders_.home())
         , windows(desk, [&program] { program.end(); })
         , desk{.settings = program.settings_,
                .folders = program.folders_,
@@ -80,6 +82,7 @@ struct Program::Composing {
                .player = player,
                .played = played,
                .studio = studio,
+               .song = song,
                .windows = windows}
         , watch(program.recovery_, workspace, program.loop_, RecoveryWatch::periodOfUser()) {
         // Said by the thread that writes; the start window lives as long as the program does.
@@ -99,6 +102,7 @@ struct Program::Composing {
     PlayedLog played;
     ScorePlayer recorded;
     Studio studio;
+    notation::SongDocument song;
     ProgramWindows windows;
     Desk desk;
     RecoveryWatch watch;

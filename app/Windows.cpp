@@ -10,6 +10,7 @@
 #include "setup/frmsetup.h"
 #include "shell/HelpLibrary.h"
 #include "shell/HelpWindow.h"
+#include "songwriter/MDIScore.h"
 #include "synth/KeepWindow.h"
 #include "synth/frmsynth.h"
 #include "tableau/form1.h"
@@ -64,7 +65,7 @@ constexpr std::array kRows{
     rowOf<Record>(Windows::Name::Record),
     rowOf<frmLog>(Windows::Name::frmLog),
     rowOf<CDWriter>(Windows::Name::CDWriter),
-    Row{Windows::Name::MDIScore},
+    rowOf<MDIScore>(Windows::Name::MDIScore),
     Row{Windows::Name::fPrint},
     Row{Windows::Name::Wiz},
 };
@@ -112,6 +113,14 @@ void ProgramWindows::open(Name name, Focus focus) {
 
 void ProgramWindows::openScore(const std::filesystem::path& file) {
     composing().openScore(file);
+}
+
+bool ProgramWindows::saveScore() {
+    return composing().save();
+}
+
+bool ProgramWindows::saveScoreAs() {
+    return composing().mSaveAs_Click();
 }
 
 void ProgramWindows::help(const QString& page) {

@@ -30,6 +30,8 @@ public:
     [[nodiscard]] bool has(Name name) const override;
     void open(Name name, Focus focus = Focus::Take) override;
     void openScore(const std::filesystem::path& file) override;
+    bool saveScore() override;
+    bool saveScoreAs() override;
     void help(const QString& page) override;
     void pickInstrument(QWidget& over, std::function<void(PickedInstrument)> picked) override;
     void keepPlayed(QWidget& over) override;

@@ -108,7 +108,7 @@ inline constexpr Float formS_Width{"formS Width"}; // written and, deliberately,
 inline constexpr Float formS_Height{"formS Height"};
 inline constexpr Text keyfile{"keyfile"};
 inline constexpr Float frmscore_left{"frmscore left", 100};
-inline constexpr Float frmscore_top{"frmscore top"};
+inline constexpr Float frmscore_top{"frmscore top", 200};
 inline constexpr Float frmscore_Width{"frmscore Width"};
 inline constexpr Float frmscore_Height{"frmscore Height"};
 inline constexpr Float Wiz_left{"Wiz left"};

@@ -19,6 +19,10 @@ class Studio;
 class Windows;
 struct Workspace;
 
+namespace notation {
+class SongDocument;
+} // namespace notation
+
 /// What every window of the program is given: all that there is one of. It owns nothing, and what it refers
 /// to outlives the windows.
 struct Desk {
@@ -36,6 +40,7 @@ struct Desk {
     Player& player;
     PlayedLog& played;
     Studio& studio;
+    notation::SongDocument& song; ///< the score as pages
     Windows& windows;
 };
 

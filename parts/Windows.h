@@ -41,6 +41,10 @@ public:
     virtual void open(Name name, Focus focus = Focus::Take) = 0;
     /// Opens a score in the composing window, which asks first where another would be lost.
     virtual void openScore(const std::filesystem::path& file) = 0;
+    /// Saves the score as the composing window does, which may ask for a name. @return whether it is saved
+    virtual bool saveScore() = 0;
+    /// The same under a name that the user chooses.
+    virtual bool saveScoreAs() = 0;
     /// Shows a page of the help.
     virtual void help(const QString& page) = 0;
     /// Opens the instrument picker over a window; @p picked runs when the choice is kept.

@@ -62,6 +62,9 @@ struct Manners {
     bool encodesAsRecorded = false;
     /// Printing goes on at once. Otherwise it waits 4 seconds first, and one before each sheet.
     bool printsWithoutWaiting = false;
+    /// Texts that were placed on pages of notation stay when the score is written anew. Otherwise they go
+    /// with their pages.
+    bool keepsPlacedTexts = false;
 
     bool operator==(const Manners&) const = default;
 
@@ -69,7 +72,7 @@ struct Manners {
     [[nodiscard]] static constexpr Manners classic() { return {}; }
     /// Nothing is lost or falsified: the default.
     [[nodiscard]] static constexpr Manners careful() {
-        return {true, true, true, true, true, true, true, true, true, true, true,
+        return {true, true, true, true, true, true, true, true, true, true, true, true,
                 true, true, true, true, true, true, true, true, true, true, true};
     }
     [[nodiscard]] static constexpr Manners of(bool isClassic) { return isClassic ? classic() : careful(); }

@@ -84,7 +84,7 @@ const std::vector<Row> kRows{
     {"formS Height", "f32", "0"},
     {"keyfile", "text", ""},
     {"frmscore left", "f32", "100"},
-    {"frmscore top", "f32", "0"},
+    {"frmscore top", "f32", "200"},
     {"frmscore Width", "f32", "0"},
     {"frmscore Height", "f32", "0"},
     {"Wiz left", "f32", "0"},

@@ -115,8 +115,9 @@ constexpr auto kSubmenus = std::to_array<MenuRowOf>({
     {"mnusngwriPopup2", "mnuTextSW", "Text/Lyrics"},
     {"mnusngwriPopup3", "mnusngwriSetup", "Setup Toolbar"},
 });
-constexpr std::array kKeys{"mnuCSW", "mnuGSW",     "mnuDSW",     "mnuASW",     "mnuESW",     "mnuBSW",
-                           "mnuFSW", "mnuBflatSW", "mnuEflatSW", "mnuAflatSW", "mnuDflatSW", "mnuGflatSW"};
+constexpr std::array kKeys{"mnuCSW",     "mnuGSW",     "mnuDSW",       "mnuASW",     "mnuESW",
+                           "mnuBSW",     "mnuFSW",     "mnuBflatSW",   "mnuEflatSW", "mnuAflatSW",
+                           "mnuDflatSW", "mnuGflatSW", "mnuByItselfSW"};
 constexpr std::array kSeparators{"mnuspc11", "mnuspc12", "mnuspc13", "mnuspc14", "mnuspc15",
                                  "mnuSpc21", "mnuSpc22", "mnuSpc23", "mnuSpc24"};
 

@@ -6,6 +6,7 @@
 #include "composition/Player.h"
 #include "composition/Workspace.h"
 #include "keyboard/PlayedLog.h"
+#include "notation/SongDocument.h"
 #include "parts/Desk.h"
 #include "shell/ExToolTip.h"
 #include "shell/Frmmenu.h"
@@ -81,6 +82,11 @@ public:
         }
         return *studio_;
     }
+    notation::SongDocument& song() {
+        if (!song_)
+            song_ = std::make_unique<notation::SongDocument>(workspace(), folders.home());
+        return *song_;
+    }
     Desk& desk() {
         if (!desk_)
             desk_.emplace(Desk{.settings = settings,
@@ -97,6 +103,7 @@ public:
                                .player = player(),
                                .played = played,
                                .studio = studio(),
+                               .song = song(),
                                .windows = windows});
         return *desk_;
     }
@@ -136,6 +143,7 @@ private:
     std::unique_ptr<Player> player_;
     std::unique_ptr<ScorePlayer> recorded_;
     std::unique_ptr<Studio> studio_;
+    std::unique_ptr<notation::SongDocument> song_;
     std::optional<Desk> desk_;
 };
 
