@@ -319,8 +319,10 @@ void SkinnedWindow::LayoutFrame() {
 }
 
 void SkinnedWindow::SetRegion() {
-    if (!testAttribute(Qt::WA_TranslucentBackground))
-        shapeWindow(*this, windowOutline(look().skin(), size(), isSquare()));
+    if (testAttribute(Qt::WA_TranslucentBackground))
+        return;
+    const Skin& skin = look().skin();
+    shapeWindow(*this, windowOutline(skin, size(), isSquare()), isSquare() ? 0 : (skin.ellipse + 1) / 2);
 }
 
 bool SkinnedWindow::event(QEvent* event) {
