@@ -136,7 +136,8 @@ SkinnedWindow::SkinnedWindow(frmskins& skins, TitleButtons buttons, QWidget* par
     : QWidget(parent, flags | Qt::FramelessWindowHint)
     , skins_(skins) {
     setAttribute(Qt::WA_TranslucentBackground, windowsShineThrough());
-    setWindowIcon(programIcon());
+    if (QApplication::windowIcon().isNull()) // all windows share it
+        QApplication::setWindowIcon(programIcon());
     panel_ = new Panel(look(), this);
     panel_->setObjectName("Ibak5");
     buildTitle(buttons);

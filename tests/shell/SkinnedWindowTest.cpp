@@ -235,6 +235,12 @@ TEST_F(SkinnedWindowTest, TheMaskHasThePixelsWhoseMiddleLiesWithinTheOutline) {
     }
 }
 
+TEST_F(SkinnedWindowTest, AllWindowsShareTheProgramsIcon) {
+    HelpWindow help(*skins, tips, settings, HelpLibrary());
+    EXPECT_FALSE(window.windowIcon().isNull());
+    EXPECT_EQ(window.windowIcon().cacheKey(), help.windowIcon().cacheKey()) << "drawn once";
+}
+
 TEST_F(SkinnedWindowTest, AnotherSkinRepaintsEveryOpenWindow) {
     HelpWindow help(*skins, tips, settings, HelpLibrary());
     TestWindow second(*skins);
