@@ -5,7 +5,7 @@
 // clang-format off
 //   open     milliseconds from the first command to the painted window, at the median of several; and of a
 //            plain window with as many children; their ratio
-//   levels   percent of a core that the bars of the levels take while they move 25 times a second, of which
+//   levels   percent of a core that the bars of the levels take while they move 20 times a second, of which
 //            each time differs; that the same timer takes without them; what is left
 // clang-format on
 #include "Probe.h"
@@ -25,9 +25,9 @@ using namespace velmora::probe;
 
 namespace {
 
-/// Percent of a core while @p tick is called 25 times a second.
+/// Percent of a core while @p tick is called 20 times a second.
 double percentOf(const std::function<void(int)>& tick) {
-    constexpr int kMilliseconds = 40;
+    constexpr int kMilliseconds = 50;
     int ticks = 0;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [&] { tick(++ticks); });

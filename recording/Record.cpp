@@ -57,7 +57,7 @@ constexpr int kUpperHeight = 128;
 constexpr int kLowerTop = 228;
 constexpr int kLeftWidth = 300;
 constexpr int kGap = 8;
-constexpr int kMeterMilliseconds = 40;
+constexpr int kMeterMilliseconds = 50;
 constexpr int kUpdateMilliseconds = 100;
 
 constexpr std::array kLabels{

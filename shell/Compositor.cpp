@@ -6,6 +6,7 @@
 #if QT_CONFIG(xcb)
 #include <xcb/xcb.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
@@ -20,15 +21,19 @@ struct Freed {
     void operator()(void* reply) const { std::free(reply); }
 };
 
+xcb_atom_t atomOf(xcb_connection_t* connection, std::string_view name) {
+    const auto asked = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const std::unique_ptr<xcb_intern_atom_reply_t, Freed> atom(
+        xcb_intern_atom_reply(connection, asked, nullptr));
+    return atom ? atom->atom : XCB_NONE;
+}
+
 /// A compositor says that it runs by owning the selection of its screen; Qt's windows stand on the first.
 bool selectionIsOwned(xcb_connection_t* connection) {
-    constexpr std::string_view kSelection = "_NET_WM_CM_S0";
-    const auto atomAsked = xcb_intern_atom(connection, 0, kSelection.size(), kSelection.data());
-    const std::unique_ptr<xcb_intern_atom_reply_t, Freed> atom(
-        xcb_intern_atom_reply(connection, atomAsked, nullptr));
-    if (!atom)
+    static const xcb_atom_t kSelection = atomOf(connection, "_NET_WM_CM_S0"); // as long as the server runs
+    if (kSelection == XCB_NONE)
         return false;
-    const auto ownerAsked = xcb_get_selection_owner(connection, atom->atom);
+    const auto ownerAsked = xcb_get_selection_owner(connection, kSelection);
     const std::unique_ptr<xcb_get_selection_owner_reply_t, Freed> owner(
         xcb_get_selection_owner_reply(connection, ownerAsked, nullptr));
     return owner && owner->owner != XCB_NONE;

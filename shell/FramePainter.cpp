@@ -5,6 +5,10 @@
 #include "shell/SkinPainter.h"
 
 #include <QPainter>
+#include <QtMath>
+
+#include <algorithm>
+#include <cmath>
 
 namespace velmora {
 
@@ -146,13 +150,28 @@ RgbPair withState(RgbPair face, bool hot, bool pressed) {
 QPainterPath windowOutline(const Skin& skin, const QSizeF& window, bool square, qreal inset) {
     const QRectF rect = QRectF(QPointF(), window).adjusted(inset, inset, -inset, -inset);
     const qreal radius = square ? 0 : std::max(0.0, skin.ellipse / 2.0 - inset);
-    QPainterPath plain;
-    plain.addRect(rect);
-    if (radius <= 0)
-        return plain;
-    QPainterPath taller;
-    taller.addRoundedRect(rect.adjusted(0, 0, 0, skin.extraHeight), radius, radius);
-    return taller.intersected(plain);
+    QPainterPath path;
+    if (radius <= 0) {
+        path.addRect(rect);
+        return path;
+    }
+    // The arcs at the foot end where the window does.
+    const qreal side = 2 * radius;
+    const qreal below = rect.bottom() + skin.extraHeight - side; // top of the lower arcs' squares
+    const qreal share = std::clamp((radius - skin.extraHeight) / radius, 0.0, 1.0);
+    const qreal sweep = qRadiansToDegrees(std::asin(share));
+    path.moveTo(rect.left(), rect.top() + radius);
+    path.arcTo(rect.left(), rect.top(), side, side, 180, -90);
+    path.arcTo(rect.right() - side, rect.top(), side, side, 90, -90);
+    if (sweep > 0) {
+        path.arcTo(rect.right() - side, below, side, side, 0, -sweep);
+        path.arcTo(rect.left(), below, side, side, 180 + sweep, -sweep);
+    } else {
+        path.lineTo(rect.bottomRight());
+        path.lineTo(rect.bottomLeft());
+    }
+    path.closeSubpath();
+    return path;
 }
 
 void paintFrame(QPainter& painter, const Skin& skin, const QSizeF& window, bool square) {

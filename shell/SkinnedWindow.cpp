@@ -136,7 +136,8 @@ SkinnedWindow::SkinnedWindow(frmskins& skins, TitleButtons buttons, QWidget* par
     : QWidget(parent, flags | Qt::FramelessWindowHint)
     , skins_(skins) {
     setAttribute(Qt::WA_TranslucentBackground, windowsShineThrough());
-    setWindowIcon(programIcon());
+    if (QApplication::windowIcon().isNull()) // all windows share it
+        QApplication::setWindowIcon(programIcon());
     panel_ = new Panel(look(), this);
     panel_->setObjectName("Ibak5");
     buildTitle(buttons);
@@ -319,8 +320,10 @@ void SkinnedWindow::LayoutFrame() {
 }
 
 void SkinnedWindow::SetRegion() {
-    if (!testAttribute(Qt::WA_TranslucentBackground))
-        shapeWindow(*this, windowOutline(look().skin(), size(), isSquare()));
+    if (testAttribute(Qt::WA_TranslucentBackground))
+        return;
+    const Skin& skin = look().skin();
+    shapeWindow(*this, windowOutline(skin, size(), isSquare()), isSquare() ? 0 : (skin.ellipse + 1) / 2);
 }
 
 bool SkinnedWindow::event(QEvent* event) {

@@ -15,9 +15,11 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace velmora {
@@ -172,6 +174,8 @@ private:
             jack().jack_connect(handle_->get(), name.c_str(), jack().jack_port_name(slot->port));
         if (result != 0 && result != EEXIST)
             return false;
+        // The server connects between two periods; what is listed is heard from its first note on.
+        passPeriods(2);
         slot->name = name;
         // The ports of hardware have numbers, and aliases that say more.
         const std::string alias = name.starts_with("system:") ? aliasOf(name) : std::string();
@@ -179,8 +183,17 @@ private:
         return true;
     }
 
+    /// Waits until so many more periods have begun, but never for long.
+    void passPeriods(unsigned long count) const {
+        const unsigned long enough = periods_ + count;
+        const double deadline = steadySeconds() + kPassSeconds;
+        while (periods_ < enough && !serverLost() && steadySeconds() < deadline)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+
     /// On JACK's thread. Realtime-safe: yes.
     void process(jack_nframes_t frames) noexcept {
+        ++periods_;
         const jack_nframes_t start = jack().jack_last_frame_time(handle_->get());
         const double now = steadySeconds();
         const jack_nframes_t nowFrame = jack().jack_frame_time(handle_->get());
@@ -205,10 +218,12 @@ private:
         }
     }
 
+    static constexpr double kPassSeconds = 0.2;
     static constexpr double kMostAge = 0.5; ///< more means that the server's clock has jumped
 
     MidiInputQueue& queue_;
     double rate_ = 1; ///< frames a second
+    std::atomic<unsigned long> periods_{0};
     std::array<Slot, kMostSources> slots_;
     std::unique_ptr<JackHandle> handle_; ///< goes first, and with it the calls of `process`
 };

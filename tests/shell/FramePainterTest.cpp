@@ -51,6 +51,23 @@ TEST_P(RegionOfSkin, CutsItsUpperCorners) {
     }
 }
 
+TEST_P(RegionOfSkin, IsATallerRoundedRectangleCutAtTheFoot) {
+    for (const qreal inset : {0.0, 0.5, 1.0, 2.0, 5.0}) {
+        const QRectF inner = QRectF(QPointF(), kWindow).adjusted(inset, inset, -inset, -inset);
+        const qreal radius = std::max(0.0, skin.ellipse / 2.0 - inset);
+        QPainterPath taller;
+        taller.addRoundedRect(inner.adjusted(0, 0, 0, skin.extraHeight), radius, radius);
+        const QPainterPath outline = windowOutline(skin, kWindow, false, inset);
+        EXPECT_NEAR(outline.boundingRect().bottom(), inner.bottom(), 1.0 / 256) << "no step of a colour";
+        int differ = 0;
+        for (qreal y = 0.13; y < kWindow.height(); y += 0.25)
+            for (qreal x = 0.13; x < kWindow.width(); x += 0.25)
+                differ += outline.contains(QPointF(x, y)) !=
+                          (taller.contains(QPointF(x, y)) && inner.contains(QPointF(x, y)));
+        EXPECT_EQ(differ, 0) << inset;
+    }
+}
+
 TEST_P(RegionOfSkin, ReachesEverySide) {
     EXPECT_TRUE(covers(skin, {kWindow.width() / 2, 0}));
     EXPECT_TRUE(covers(skin, {kWindow.width() / 2, kWindow.height() - 1}));

@@ -218,6 +218,29 @@ TEST_F(SkinnedWindowTest, WithoutTranslucencyTheCornersAreCutByAMask) {
     EXPECT_TRUE(window.mask().isEmpty());
 }
 
+TEST_F(SkinnedWindowTest, TheMaskHasThePixelsWhoseMiddleLiesWithinTheOutline) {
+    window.setAttribute(Qt::WA_TranslucentBackground, false);
+    for (int number = 1; number <= kSkinCount; ++number) {
+        skins->Skintype_Click(number);
+        window.SetRegion();
+        const QRegion shown = window.mask().isEmpty() ? QRegion(window.rect()) : window.mask();
+        const QPainterPath outline = windowOutline(skinOf(number), window.size(), false);
+        int differ = 0;
+        for (int y = 0; y < window.height(); ++y)
+            for (const int x : {0, 1, 2, 3, 4, 5, 6, window.width() / 2, window.width() - 7,
+                                window.width() - 6, window.width() - 5, window.width() - 4,
+                                window.width() - 3, window.width() - 2, window.width() - 1})
+                differ += shown.contains(QPoint(x, y)) != outline.contains(QPointF(x + 0.5, y + 0.5));
+        EXPECT_EQ(differ, 0) << number;
+    }
+}
+
+TEST_F(SkinnedWindowTest, AllWindowsShareTheProgramsIcon) {
+    HelpWindow help(*skins, tips, settings, HelpLibrary());
+    EXPECT_FALSE(window.windowIcon().isNull());
+    EXPECT_EQ(window.windowIcon().cacheKey(), help.windowIcon().cacheKey()) << "drawn once";
+}
+
 TEST_F(SkinnedWindowTest, AnotherSkinRepaintsEveryOpenWindow) {
     HelpWindow help(*skins, tips, settings, HelpLibrary());
     TestWindow second(*skins);
