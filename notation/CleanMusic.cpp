@@ -147,7 +147,10 @@ int CleanMusic::octavesNeeded(const Written& item, int current) const {
     const int up = octavesBeyond(highest - kHighestPlace);
     const int down = octavesBeyond(-kHighestPlace - lowest);
     // A chord wider than the staff can hold keeps its ledger lines on one side.
-    const int needed = up > 0 ? std::min(up, 2) : -std::min(down, 2);
+    int needed = up > 0 ? std::min(up, 2) : -std::min(down, 2);
+    if ((needed > 0 && lowest - needed * kOctave < -kHighestPlace) ||
+        (needed < 0 && highest - needed * kOctave > kHighestPlace))
+        needed = 0;
     if (current > 0 && needed >= 0 && needed <= current)
         return item.tiedIn || (highest > 6 + (current - 1) * kOctave && lowest - current * kOctave >= -5)
                    ? current

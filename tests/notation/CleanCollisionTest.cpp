@@ -107,7 +107,8 @@ void expectApart(const Walk& walk, unsigned seeds) {
         Random random{std::mt19937(seed)};
         CleanPageReader page;
         fill(page, random, walk);
-        page.key(kKeys.at(seed % kKeys.size()).word);        page.engrave();
+        page.key(kKeys.at(seed % kKeys.size()).word);
+        page.engrave();
         const auto found = collisions(page);
         EXPECT_TRUE(found.empty()) << "seed " << seed << ": " << found.size() << ", first " << found.front();
     }

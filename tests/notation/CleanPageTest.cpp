@@ -81,7 +81,8 @@ TEST(CleanPage, AWholeBarRestStandsInTheMiddleOfItsBar) {
 
 TEST(CleanPage, EachLineHasItsKeyAndTheFirstItsTime) {
     auto page = tuneOf(std::vector<int>(160, 71), 4);
-    page.key("D");    page.engrave();
+    page.key("D");
+    page.engrave();
     const std::size_t lines = page.of(Role::StaffLine).size() / 5;
     ASSERT_GT(lines, 2U);
     EXPECT_EQ(page.of(Role::Clef).size(), lines);
@@ -90,7 +91,8 @@ TEST(CleanPage, EachLineHasItsKeyAndTheFirstItsTime) {
 
 TEST(CleanPage, TheSharpsOfAKeyStandOnTheirPlaces) {
     auto page = tuneOf({64, 64, 64, 64}, 4);
-    page.key("E");    page.engrave();
+    page.key("E");
+    page.engrave();
     const auto signs = page.glyphs(Role::Signature);
     ASSERT_GE(signs.size(), 4U);
     EXPECT_EQ(page.place(signs[0].at.y), 4);
@@ -102,7 +104,8 @@ TEST(CleanPage, TheSharpsOfAKeyStandOnTheirPlaces) {
 TEST(CleanPage, ABassStaffHasItsKeyTwoStepsLower) {
     auto page = tuneOf({43, 43, 43, 43}, 4);
     page.setup.staves.ChkNotetype[0] = true;
-    page.key("F");    page.engrave();
+    page.key("F");
+    page.engrave();
     EXPECT_EQ(page.place(page.glyphs(Role::Signature)[0].at.y), -2);
 }
 
@@ -155,6 +158,16 @@ TEST(CleanPage, BeyondThreeLedgerLinesNotesAreWrittenAnOctaveNearer) {
 TEST(CleanPage, ThreeLedgerLinesNeedNoOctaveMark) {
     const auto words = tuneOf({88, 88, 88, 88}, 4).engrave().texts(Role::Text);
     EXPECT_TRUE(std::ranges::find(words, "8va") == words.end());
+}
+
+TEST(CleanPage, AChordWiderThanTheStaffKeepsItsLedgerLines) {
+    auto page = tuneOf({48, 48, 48, 48}, 4);
+    auto score = page.read();
+    for (Written& item : score.items)
+        item.pitches.push_back({.name = "C", .row = 127 - 84});
+    const auto words = page.engrave(score).texts(Role::Text);
+    EXPECT_TRUE(std::ranges::find(words, "8vb") == words.end());
+    EXPECT_EQ(page.place(page.glyphs(Role::Head)[1].at.y), 8);
 }
 
 // Stems
@@ -365,7 +378,8 @@ TEST(CleanPage, NumbersEverywhereNumberEachBar) {
 TEST(CleanPage, TwoStavesHaveALeftLineAndABrace) {
     CleanPageReader page;
     page.setup.staves.chkChannel[1] = true;
-    page.tune({72, 74, 76, 77}).stroke(1, 67, 0, 16);    page.engrave();
+    page.tune({72, 74, 76, 77}).stroke(1, 67, 0, 16);
+    page.engrave();
     const auto others = page.glyphs(Role::Other);
     ASSERT_EQ(others.size(), 1U);
     EXPECT_EQ(others[0].glyph, MusicGlyph::Brace);

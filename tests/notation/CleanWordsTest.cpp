@@ -28,7 +28,8 @@ TEST(CleanWords, AnUnderscoreLetsASyllableGoOn) {
 TEST(CleanWords, SyllablesStandInTheMiddleBelowTheirHeads) {
     CleanPageReader page;
     page.setup.verses = {"one two three four"};
-    page.tune({67, 69, 71, 72});    page.engrave();
+    page.tune({67, 69, 71, 72});
+    page.engrave();
     const auto heads = page.boxes(Role::Head);
     const auto words = page.boxes(Role::Lyric);
     ASSERT_EQ(words.size(), 4U);
@@ -41,7 +42,8 @@ TEST(CleanWords, SyllablesStandInTheMiddleBelowTheirHeads) {
 TEST(CleanWords, AHeldNoteTakesNoSyllableAndDrawsItsLine) {
     CleanPageReader page;
     page.setup.verses = {"a b"};
-    page.rhythm({-8, 16, 8}, 67);    page.engrave();
+    page.rhythm({-8, 16, 8}, 67);
+    page.engrave();
     EXPECT_EQ(page.texts(Role::Lyric), (std::vector<std::string>{"a", "b"}));
     const auto lines = page.lines(Role::Lyric);
     ASSERT_EQ(lines.size(), 1U);
@@ -51,7 +53,8 @@ TEST(CleanWords, AHeldNoteTakesNoSyllableAndDrawsItsLine) {
 TEST(CleanWords, HyphensStandMidwayBetweenSyllables) {
     CleanPageReader page;
     page.setup.verses = {"Eve-ning"};
-    page.rhythm({8, 8}, 67);    page.engrave();
+    page.rhythm({8, 8}, 67);
+    page.engrave();
     const auto words = page.boxes(Role::Lyric);
     ASSERT_EQ(words.size(), 3U);
     EXPECT_NEAR(middleOf(words[1]), (words[0].right + words[2].left) / 2, 0.1);
@@ -60,7 +63,8 @@ TEST(CleanWords, HyphensStandMidwayBetweenSyllables) {
 TEST(CleanWords, LongSyllablesPushTheirNotesApart) {
     CleanPageReader page;
     page.setup.verses = {"breathtaking strengthening overwhelming notwithstanding"};
-    page.tune({67, 69, 71, 72});    page.engrave();
+    page.tune({67, 69, 71, 72});
+    page.engrave();
     const auto words = page.boxes(Role::Lyric);
     for (std::size_t i = 0; i + 1 < words.size(); ++i)
         EXPECT_LT(words[i].right + 2, words[i + 1].left);
@@ -69,7 +73,8 @@ TEST(CleanWords, LongSyllablesPushTheirNotesApart) {
 TEST(CleanWords, SeveralVersesStandBelowEachOther) {
     CleanPageReader page;
     page.setup.verses = {"one", "two"};
-    page.tune({67, 69, 71, 72});    page.engrave();
+    page.tune({67, 69, 71, 72});
+    page.engrave();
     auto words = page.boxes(Role::Lyric);
     ASSERT_EQ(words.size(), 2U);
     std::ranges::sort(words, {}, &Box::top);
@@ -79,7 +84,8 @@ TEST(CleanWords, SeveralVersesStandBelowEachOther) {
 TEST(CleanWords, WordsBeyondTheLastNoteAreLeftOut) {
     CleanPageReader page;
     page.setup.verses = {"one two three four five six"};
-    page.tune({67, 69, 71, 72});    page.engrave();
+    page.tune({67, 69, 71, 72});
+    page.engrave();
     EXPECT_EQ(page.texts(Role::Lyric).size(), 4U);
 }
 
