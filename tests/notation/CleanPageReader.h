@@ -28,8 +28,8 @@ struct CleanPageReader : CleanMusicReader {
     EngravedScore engraved;
 
     CleanPageReader& engrave() { return engrave(read()); }
-    CleanPageReader& engrave(const WrittenScore& score) {
-        engraved = engraveClean(score, setup, measure);
+    CleanPageReader& engrave(const WrittenScore& written) {
+        engraved = engraveClean(written, setup, measure);
         return *this;
     }
     [[nodiscard]] const std::vector<Mark>& marks(std::size_t page = 0) const {
