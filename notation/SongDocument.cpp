@@ -163,6 +163,7 @@ SongDocument::Outcome SongDocument::RewriteFromNotes(const GoOn& goOn) {
 /// What is read and engraved: the panels, less the staves that aren't wanted.
 ScoreSetup SongDocument::writtenSetup() const {
     ScoreSetup written = setup;
+    written.newScore = false; // the staves have been assigned, if they were to be
     if (written.classicPage && written.key == kAutomaticKey)
         written.key = 0;
     if (allChannels)

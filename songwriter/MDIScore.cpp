@@ -149,6 +149,7 @@ void MDIScore::write(
     if (progress_) {
         progress_->onCancel = nullptr;
         progress_->close();
+        progress_.clear(); // it goes later, and the next writing has one of its own
     }
     // The page that was read stays before the others.
     if (song_.isOpen(front))

@@ -82,7 +82,6 @@ TextsPanel::TextsPanel(const SongParts& parts, QWidget* parent) : QWidget(parent
                            notation::setVersesLine(text.toStdString(), song.setup);
                            song.wordsTyped();
                        });
-    setTabOrder(Check6_, Com1);
     refresh();
 }
 

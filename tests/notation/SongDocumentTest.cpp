@@ -242,7 +242,8 @@ TEST_F(SongDocumentTest, OneStaffAloneCanBeWritten) {
 }
 
 TEST_F(SongDocumentTest, WritingCanBeCancelledAfterAPage) {
-    putBars(0, kTrebleRow, 60);
+    score().resizeNotes(20'000);
+    putBars(0, kTrebleRow, 600);
     int asked = 0;
     const auto outcome = song().WriteFromNotes([&](int) { return ++asked < 2; });
     EXPECT_FALSE(outcome.done);
@@ -253,6 +254,7 @@ TEST_F(SongDocumentTest, WritingCanBeCancelledAfterAPage) {
 TEST_F(SongDocumentTest, FiveHundredPagesAreWritten) {
     score().resizeNotes(100'000);
     putBars(0, kTrebleRow, 6'000);
+    song().setup.BarWidth = song().setup.HeaderHeight = 300;
     EXPECT_TRUE(song().WriteFromNotes().done);
     EXPECT_GE(song().count(), 500);
     EXPECT_THAT(song().caption(500), HasSubstr("Page 500"));

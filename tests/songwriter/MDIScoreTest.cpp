@@ -17,6 +17,26 @@ using testing::IsEmpty;
 namespace {
 using MDIScoreTest = MDIScoreFixture;
 
+/// A clock by which everything lasts, and a hand that presses "Cancel" when it is given the time.
+class SlowLoop : public HandLoop {
+public:
+    double now() const override { return clock_ += 0.6; }
+    void YieldIfInput() override {
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (auto* progress = dynamic_cast<ProgressWindow*>(window); progress && progress->isVisible()) {
+                ++seen;
+                if (cancels)
+                    progress->close();
+            }
+    }
+
+    bool cancels = false;
+    int seen = 0; ///< how often a progress was shown
+
+private:
+    mutable double clock_ = 0;
+};
+
 constexpr const char* kItems[]{"mnuNewscoreSW",   "mnuOpenscoreSW", "mnuSavescoreASSW", "mnuOpenLyricsSW",
                                "mnuSaveLyricsSW", "mnuPrinttSW",    "mnuCloseSW",       "mnuCurrentNotesSW",
                                "mnuAddPageSW",    "mnuCSW",         "mnuGSW",           "mnuDSW",
@@ -95,7 +115,7 @@ TEST_F(MDIScoreTest, WritingClosesAllSheetsAndMakesNewOnesTheFirstBeforeTheOther
     press(songButton("blank"));
     press(songButton("write"));
     ASSERT_GE(song().count(), 2);
-    EXPECT_EQ(window().findChildren<ScoreSheet*>().size(), song().count());
+    EXPECT_EQ(window().findChildren<QWidget*>(QRegularExpression("^ScoreSheet")).size(), song().count());
     EXPECT_EQ(pages().front(), 1);
     EXPECT_THAT(front().windowTitle().toStdString(), HasSubstr("Untitled Score         Page 1"));
     EXPECT_THAT(front().Pic1().accessibleName().toStdString(), HasSubstr("60 bars in all"));
@@ -416,4 +436,21 @@ TEST_F(MDIScoreTest, ItHasRoomOnASmallScreen) {
             EXPECT_TRUE(shown.rect().contains(part->geometry()))
                 << panel << ' ' << qPrintable(part->objectName());
     }
+}
+
+TEST(MDIScoreProgressTest, WritingThatLastsShowsHowFarItIsAndCanBeCancelled) {
+    BasicTestDesk<SlowLoop> desk;
+    desk.score().resizeNotes(20'000);
+    putNotes(desk.score(), 0, 60, 2'400, 4);
+    MDIScore window(desk.desk());
+    window.open();
+    window.WriteFromNotes();
+    const int pages = desk.song().count();
+    ASSERT_GT(pages, 2);
+    EXPECT_GT(desk.loop.seen, 0);
+    EXPECT_LT(desk.loop.seen, pages - 1) << "not within the first second";
+    desk.loop.cancels = true;
+    window.WriteFromNotes();
+    EXPECT_LT(desk.song().count(), pages);
+    EXPECT_GE(desk.song().count(), 1) << "the pages so far";
 }
