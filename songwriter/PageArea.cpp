@@ -19,7 +19,7 @@ constexpr int kLeft = 48;
 constexpr int kTop = 12;
 constexpr int kAcross = 28;      ///< from one sheet to the one behind it
 constexpr int kBehind = 3;       ///< sheets that look out
-constexpr int kSheetWidth = 818; ///< a page at its own size
+constexpr int kPageAndBar = 810; ///< across a page at its own size and the scroll bar beside it
 constexpr std::array kZooms{0.25, 0.5, 0.67, 0.75, 0.9, 1.0, 1.25, 1.5, 2.0, 3.0, 4.0};
 } // namespace
 
@@ -106,7 +106,8 @@ QRect PageArea::placeOf(int order) const {
     const int behind = std::min(static_cast<int>(sheets_.size()) - 1, kBehind);
     const int depth = std::min(order, behind);
     const int edges = 2 * kLeft;
-    const int width = std::min(kSheetWidth, this->width() - edges - behind * kAcross);
+    const int whole = kPageAndBar + 2 * parts_.look.skin().edgeWidth;
+    const int width = std::min(whole, this->width() - edges - behind * kAcross);
     const int height = this->height() - 2 * kTop - behind * kTitleHeight;
     return {kLeft + depth * kAcross, kTop + (behind - depth) * kTitleHeight, std::max(width, 220),
             std::max(height, 140)};

@@ -10,6 +10,7 @@
 #include <QPainter>
 
 #include <cmath>
+#include <utility>
 
 namespace velmora {
 
@@ -81,7 +82,7 @@ void PageView::hideEvent(QHideEvent* event) {
 }
 
 QRect PageView::pagePixels() const {
-    const QSizeF size = QSizeF(pageSize()) * devicePixelRatioF();
+    const QSizeF size = QSizeF(pageSize()) * scale_;
     return {0, 0, static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height()))};
 }
 
@@ -89,22 +90,19 @@ QImage PageView::rasterise(const QRect& part) {
     QImage picture(part.size(), QImage::Format_RGB32);
     picture.fill(Qt::white);
     const notation::EngravedPage drawn = song_.sheets().drawn(page_);
-    notation::paintPixels(song_.sheets().engraved(), drawn, zoom_ * devicePixelRatioF(), part.x(), part.y(),
-                          part.width(), part.height(), reinterpret_cast<std::uint32_t*>(picture.bits()));
-    picture.setDevicePixelRatio(devicePixelRatioF());
+    notation::paintPixels(song_.sheets().engraved(), drawn, zoom_ * scale_, part.x(), part.y(), part.width(),
+                          part.height(), reinterpret_cast<std::uint32_t*>(picture.bits()));
     ++rasterised_;
     return picture;
 }
 
 /// The picture of the whole page, or of what is seen and as much above and below.
 void PageView::keep(const QRect& seen) {
-    const double scale = devicePixelRatioF();
-    if (keptScale_ == scale && keptPart_.contains(seen))
+    if (keptPart_.contains(seen))
         return;
     const QRect whole = pagePixels();
     const auto pixels = static_cast<std::int64_t>(whole.width()) * whole.height();
     keptPart_ = pixels <= kMostKept ? whole : seen.adjusted(0, -seen.height(), 0, seen.height()) & whole;
-    keptScale_ = scale;
     kept_ = rasterise(keptPart_);
 }
 
@@ -116,7 +114,9 @@ void PageView::paintEvent(QPaintEvent* event) {
         painter.fillRect(region, deskColour(look_));
     if (page.isEmpty() || !song_.isOpen(page_))
         return;
-    const double scale = devicePixelRatioF();
+    const double scale = painter.deviceTransform().m11();
+    if (std::exchange(scale_, scale) != scale)
+        keptPart_ = {};
     const auto pixelsOf = [&](const QRect& rect) {
         const QRectF part(QPointF(rect.topLeft() + corner_) * scale, QSizeF(rect.size()) * scale);
         return part.toAlignedRect() & pagePixels();

@@ -69,8 +69,8 @@ private:
     QPoint corner_;
     bool front_ = false;
     QImage kept_;
-    QRect keptPart_; ///< of the page, in pixels of the device
-    double keptScale_ = 0;
+    QRect keptPart_;   ///< of the page, in pixels of the device
+    double scale_ = 1; ///< pixels of the device in a logical one
     int rasterised_ = 0;
 };
 
