@@ -8,6 +8,7 @@
 #include "base/QtText.h"
 #include "composition/Workspace.h"
 #include "notation/PrinterSummary.h"
+#include "notation/SongDocument.h"
 #include "parts/Desk.h"
 #include "shell/CommandButton.h"
 #include "shell/ExToolTip.h"
@@ -58,6 +59,20 @@ std::string fileNameOf(const std::string& title) {
         name, [](char c) { return c == '/' || static_cast<unsigned char>(c) < ' '; }, ' ');
     return name.empty() ? "Score" : name;
 }
+
+/// The open pages, with the texts on them.
+notation::PrintedScore printedScore(notation::SongDocument& song) {
+    notation::Sheets& sheets = song.sheets();
+    notation::PrintedScore score{.title = song.setup.title};
+    std::vector<notation::EngravedPage> pages;
+    for (const int page : song.openPages())
+        pages.push_back(sheets.drawn(page));
+    score.pages.width = sheets.engraved().width;
+    score.pages.height = sheets.engraved().height;
+    score.pages.styles = sheets.engraved().styles; // drawing the texts has added theirs
+    score.pages.pages = std::move(pages);
+    return score;
+}
 } // namespace
 
 struct fPrint::Look {
@@ -65,6 +80,8 @@ struct fPrint::Look {
     std::string problem{};
     std::atomic<bool> done = false;
 };
+
+fPrint::fPrint(Desk& desk, QWidget* over) : fPrint(desk, over, [&desk] { return printedScore(desk.song); }) {}
 
 fPrint::fPrint(Desk& desk, QWidget* over, Source source, notation::PrintSystem system)
     : SkinnedWindow(desk.skins, {.help = true})
