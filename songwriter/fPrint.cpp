@@ -121,6 +121,7 @@ void fPrint::open(Windows::Focus focus) {
     raise();
     activateWindow();
     Command2_->setFocus();
+    showFocusRing();
 }
 
 /// On a thread of its own, which may outlive the window: a server may take its time to answer.
@@ -269,6 +270,8 @@ void fPrint::Command7_Click() {
 void fPrint::showShownPage() {
     const int count = static_cast<int>(score_.pages.pages.size());
     shown_ = std::clamp(shown_, 1, std::max(count, 1));
+    Text3_->setPlaceholderText("1");
+    Text2_->setPlaceholderText(QString::number(count));
     pageShown_->setText(count == 0 ? QStringLiteral("No pages")
                                    : QStringLiteral("Page %1 of %2").arg(shown_).arg(count));
     preview_->showPage(score_.pages,
