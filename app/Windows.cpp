@@ -11,6 +11,7 @@
 #include "shell/HelpLibrary.h"
 #include "shell/HelpWindow.h"
 #include "songwriter/MDIScore.h"
+#include "songwriter/fPrint.h"
 #include "synth/KeepWindow.h"
 #include "synth/frmsynth.h"
 #include "tableau/form1.h"
@@ -58,6 +59,7 @@ constexpr Row rowOf(Windows::Name name) {
             }};
 }
 
+// clang-format off
 constexpr std::array kRows{
     rowOf<form1>(Windows::Name::form1), // first: the others stand over it
     rowOf<frmsetup>(Windows::Name::frmsetup),
@@ -66,9 +68,10 @@ constexpr std::array kRows{
     rowOf<frmLog>(Windows::Name::frmLog),
     rowOf<CDWriter>(Windows::Name::CDWriter),
     rowOf<MDIScore>(Windows::Name::MDIScore),
-    Row{Windows::Name::fPrint},
+    rowOf<fPrint>(Windows::Name::fPrint),
     Row{Windows::Name::Wiz},
 };
+// clang-format on
 
 constexpr bool isInOrder() {
     for (std::size_t i = 0; i < kRows.size(); ++i)

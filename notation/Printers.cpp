@@ -7,6 +7,7 @@
 #include <cups/cups.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <memory>
 #include <span>
@@ -19,7 +20,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr int kConnectMilliseconds = 2000;
-constexpr double kAnswerSeconds = 3; ///< for one silence of the server
+constexpr double kAnswerSeconds = 2; ///< for one silence of the server
 /// After that no further printer is asked what it offers.
 constexpr std::chrono::seconds kLookTime{4};
 
@@ -28,7 +29,8 @@ struct CupsLibrary : LateLibrary {
     VELMORA_LATE_CALL(cupsAddOption);
     VELMORA_LATE_CALL(cupsCancelJob2);
     VELMORA_LATE_CALL(cupsCopyDestInfo);
-    VELMORA_LATE_CALL(cupsCreateJob);
+    VELMORA_LATE_CALL(cupsDoRequest);
+    VELMORA_LATE_CALL(cupsEncodeOptions2);
     VELMORA_LATE_CALL(cupsEncryption);
     VELMORA_LATE_CALL(cupsFindDestSupported);
     VELMORA_LATE_CALL(cupsFinishDocument);
@@ -36,15 +38,23 @@ struct CupsLibrary : LateLibrary {
     VELMORA_LATE_CALL(cupsFreeDests);
     VELMORA_LATE_CALL(cupsFreeOptions);
     VELMORA_LATE_CALL(cupsGetDests2);
+    VELMORA_LATE_CALL(cupsLastError);
     VELMORA_LATE_CALL(cupsLastErrorString);
     VELMORA_LATE_CALL(cupsServer);
     VELMORA_LATE_CALL(cupsStartDocument);
+    VELMORA_LATE_CALL(cupsUser);
     VELMORA_LATE_CALL(cupsWriteRequestData);
+    VELMORA_LATE_CALL(httpAssembleURIf);
     VELMORA_LATE_CALL(httpClose);
     VELMORA_LATE_CALL(httpConnect2);
     VELMORA_LATE_CALL(httpSetTimeout);
+    VELMORA_LATE_CALL(ippAddString);
+    VELMORA_LATE_CALL(ippDelete);
+    VELMORA_LATE_CALL(ippFindAttribute);
     VELMORA_LATE_CALL(ippGetCount);
+    VELMORA_LATE_CALL(ippGetInteger);
     VELMORA_LATE_CALL(ippGetResolution);
+    VELMORA_LATE_CALL(ippNewRequest);
     VELMORA_LATE_CALL(ippPort);
 };
 
@@ -143,6 +153,28 @@ private:
     cups_option_t* list_ = nullptr;
 };
 
+/// The library's own call for this asks once more by a connection that waits for a minute.
+/// @return the job's number, or 0
+int createJob(http_t* http, const PrintJob& job, const std::string& queue) {
+    std::array<char, HTTP_MAX_URI> address{};
+    cups().httpAssembleURIf(HTTP_URI_CODING_ALL, address.data(), static_cast<int>(address.size()), "ipp",
+                            nullptr, "localhost", 0, "/printers/%s", queue.c_str());
+    ipp_t* const request = cups().ippNewRequest(IPP_OP_CREATE_JOB);
+    const auto add = [request](ipp_tag_t tag, const char* name, const char* value) {
+        cups().ippAddString(request, IPP_TAG_OPERATION, tag, name, nullptr, value);
+    };
+    add(IPP_TAG_URI, "printer-uri", address.data());
+    add(IPP_TAG_NAME, "requesting-user-name", cups().cupsUser());
+    add(IPP_TAG_NAME, "job-name", job.title.c_str());
+    const Options options(job.options);
+    cups().cupsEncodeOptions2(request, options.count(), options.list(), IPP_TAG_JOB);
+    ipp_t* const answer = cups().cupsDoRequest(http, request, ("/printers/" + queue).c_str());
+    ipp_attribute_t* const id = answer ? cups().ippFindAttribute(answer, "job-id", IPP_TAG_INTEGER) : nullptr;
+    const int number = id ? cups().ippGetInteger(id, 0) : 0;
+    cups().ippDelete(answer);
+    return number;
+}
+
 bool sendDocument(http_t* http, const PrintJob& job, const std::string& queue, int id,
                   const std::stop_token& cancel) {
     constexpr std::size_t kBlock = 65536;
@@ -177,6 +209,9 @@ std::vector<Printer> systemPrinters(std::string& problem) {
     std::vector<Printer> printers;
     for (cups_dest_t& dest : std::span(dests, static_cast<std::size_t>(std::max(count, 0))))
         printers.push_back(printerOf(connection.http(), dest, Clock::now() < deadline));
+    const ipp_status_t status = cups().cupsLastError();
+    if (count <= 0 && status > IPP_STATUS_OK_EVENTS_COMPLETE && status != IPP_STATUS_ERROR_NOT_FOUND)
+        problem = silentServer();
     cups().cupsFreeDests(count, dests);
     return printers;
 }
@@ -191,9 +226,7 @@ std::string print(const PrintJob& job, const std::stop_token& cancel) {
         return "The printer \"" + job.printer + "\" did not take the pages: " + lastReason() + '.';
     };
     const std::string queue = job.printer.substr(0, job.printer.find('/')); // without the instance
-    const Options options(job.options);
-    const int id = cups().cupsCreateJob(connection.http(), queue.c_str(), job.title.c_str(), options.count(),
-                                        options.list());
+    const int id = createJob(connection.http(), job, queue);
     if (id <= 0)
         return failure();
     if (sendDocument(connection.http(), job, queue, id, cancel))

@@ -90,14 +90,17 @@ protected:
     }
 
 private:
+    /// Lines are never thinner than a pixel, so a smaller page is made of one in its own size.
     void makePicture(QSize size) {
-        picture_ = QImage(size, QImage::Format_RGB32);
-        picture_.fill(Qt::white);
+        picture_ = {};
         if (size.isEmpty())
             return;
-        const double scale = size.width() / score->width;
-        notation::paintPixels(*score, *page, scale, 0, 0, size.width(), size.height(),
-                              reinterpret_cast<std::uint32_t*>(picture_.bits()));
+        const double scale = std::max(size.width() / score->width, 1.0);
+        QImage whole(QSizeF(score->width * scale, score->height * scale).toSize(), QImage::Format_RGB32);
+        whole.fill(Qt::white);
+        notation::paintPixels(*score, *page, scale, 0, 0, whole.width(), whole.height(),
+                              reinterpret_cast<std::uint32_t*>(whole.bits()));
+        picture_ = whole.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         picture_.setDevicePixelRatio(devicePixelRatioF());
     }
 

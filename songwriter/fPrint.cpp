@@ -8,6 +8,7 @@
 #include "base/QtText.h"
 #include "composition/Workspace.h"
 #include "notation/PrinterSummary.h"
+#include "notation/SongDocument.h"
 #include "parts/Desk.h"
 #include "shell/CommandButton.h"
 #include "shell/ExToolTip.h"
@@ -58,6 +59,20 @@ std::string fileNameOf(const std::string& title) {
         name, [](char c) { return c == '/' || static_cast<unsigned char>(c) < ' '; }, ' ');
     return name.empty() ? "Score" : name;
 }
+
+/// The open pages, with the texts on them.
+notation::PrintedScore printedScore(notation::SongDocument& song) {
+    notation::Sheets& sheets = song.sheets();
+    notation::PrintedScore score{.title = song.setup.title};
+    std::vector<notation::EngravedPage> pages;
+    for (const int page : song.openPages())
+        pages.push_back(sheets.drawn(page));
+    score.pages.width = sheets.engraved().width;
+    score.pages.height = sheets.engraved().height;
+    score.pages.styles = sheets.engraved().styles; // drawing the texts has added theirs
+    score.pages.pages = std::move(pages);
+    return score;
+}
 } // namespace
 
 struct fPrint::Look {
@@ -65,6 +80,8 @@ struct fPrint::Look {
     std::string problem{};
     std::atomic<bool> done = false;
 };
+
+fPrint::fPrint(Desk& desk, QWidget* over) : fPrint(desk, over, [&desk] { return printedScore(desk.song); }) {}
 
 fPrint::fPrint(Desk& desk, QWidget* over, Source source, notation::PrintSystem system)
     : SkinnedWindow(desk.skins, {.help = true})
@@ -104,6 +121,7 @@ void fPrint::open(Windows::Focus focus) {
     raise();
     activateWindow();
     Command2_->setFocus();
+    showFocusRing();
 }
 
 /// On a thread of its own, which may outlive the window: a server may take its time to answer.
@@ -252,6 +270,8 @@ void fPrint::Command7_Click() {
 void fPrint::showShownPage() {
     const int count = static_cast<int>(score_.pages.pages.size());
     shown_ = std::clamp(shown_, 1, std::max(count, 1));
+    Text3_->setPlaceholderText("1");
+    Text2_->setPlaceholderText(QString::number(count));
     pageShown_->setText(count == 0 ? QStringLiteral("No pages")
                                    : QStringLiteral("Page %1 of %2").arg(shown_).arg(count));
     preview_->showPage(score_.pages,

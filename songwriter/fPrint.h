@@ -60,7 +60,9 @@ class fPrint : public SkinnedWindow, private notation::PrintScreen {
 public:
     using Source = std::function<notation::PrintedScore()>;
 
+    /// Prints the pages of the Songwriter that are open.
     /// @param over where it comes up for the first time; it may be null
+    fPrint(Desk& desk, QWidget* over);
     /// @param source gives the score that is to be printed, whenever it is asked
     /// @param system other printers than the machine's
     fPrint(Desk& desk, QWidget* over, Source source, notation::PrintSystem system = {});

@@ -83,10 +83,10 @@ bool CupsServer::start() {
     const QString at = temporary_.path();
     process_.setProcessChannelMode(QProcess::ForwardedChannels);
     process_.start("/usr/sbin/cupsd", {"-f", "-c", at + "/cupsd.conf", "-s", at + "/cups-files.conf"});
-    return process_.waitForStarted(kToolTime) && within(10, [&] { return fs::exists(address()); }) &&
+    return process_.waitForStarted(kToolTime) && within(5, [&] { return fs::exists(address()); }) &&
            within(10,
                   [&] {
-                      return administer({"-E", "-p", "none", "-v", "keep:/none"});
+                      return administer({"-p", "none", "-E", "-v", "keep:/none"});
                   }) &&
            administer({"-x", "none"});
 }
@@ -116,7 +116,7 @@ bool CupsServer::addPrinter(const std::string& name) {
 
 std::optional<CupsServer::Kept> CupsServer::kept() const {
     const fs::path document = folder_ / "kept/1.pdf";
-    if (!within(10, [&] { return fs::exists(document); }))
+    if (!within(5, [&] { return fs::exists(document); }))
         return std::nullopt;
     const std::string options = textOf(folder_ / "kept/1.options");
     const std::size_t line = options.find('\n');

@@ -92,9 +92,17 @@ TEST_F(PrintersTest, AJobReachesItsPrinterWithItsOptions) {
     const auto kept = server_.kept();
     ASSERT_TRUE(kept);
     EXPECT_EQ(kept->title, "The Song");
-    EXPECT_THAT(kept->document, StartsWith("%PDF-"));
+    EXPECT_THAT(kept->document, HasSubstr("%PDF-"));
     EXPECT_THAT(kept->options, HasSubstr("media=iso_a4_210x297mm"));
     EXPECT_THAT(kept->options, HasSubstr("print-scaling=none"));
+}
+
+TEST_F(PrintersTest, AServerWithoutPrintersHasNoProblem) {
+    ASSERT_TRUE(server_.administer({"-x", "Office"}));
+    ASSERT_TRUE(server_.administer({"-x", "Attic"}));
+    const Listed listed = listOf(server_.address());
+    EXPECT_TRUE(listed.printers.empty());
+    EXPECT_EQ(listed.problem, "");
 }
 
 TEST_F(PrintersTest, APrinterThatIsGoneIsNamed) {
@@ -134,7 +142,8 @@ TEST(PrintersWithoutServerTest, ASilentServerIsGivenUp) {
     ASSERT_EQ(bind(listening, reinterpret_cast<const sockaddr*>(&name), sizeof name), 0);
     ASSERT_EQ(listen(listening, 8), 0);
     constexpr double kLongest = 15;
-    EXPECT_LT(secondsOf([&] { EXPECT_TRUE(listOf(address).printers.empty()); }), kLongest);
+    EXPECT_LT(secondsOf([&] { EXPECT_THAT(listOf(address).problem, HasSubstr("does not answer")); }),
+              kLongest);
     EXPECT_LT(secondsOf([&] { EXPECT_NE(printAt(address, jobFor("Office")), ""); }), kLongest);
     close(listening);
 }
