@@ -133,9 +133,13 @@ void drawOctave(CleanInk& ink, const OctaveRange& range, const Covered& covered,
     ink.text(text, ink.style().octave, {left, edge}, Role::Text);
     const double y = edge - 0.5 * space;
     const double thin = kThinLine * space;
-    for (double x = left + width + 0.5 * space; x < right; x += kDashes * space)
+    const double first = left + width + 0.5 * space;
+    const int dashes = static_cast<int>(std::ceil((right - first) / (kDashes * space)));
+    for (int i = 0; i < dashes; ++i) {
+        const double x = first + i * kDashes * space;
         ink.line({x, y}, {std::min(x + kDash * space, right), y}, thin, Role::Text);
-    if (ends && right > left + width + 0.5 * space)
+    }
+    if (ends && right > first)
         ink.line({right, y}, {right, y + (above ? 0.9 : -0.9) * space}, thin, Role::Text);
 }
 

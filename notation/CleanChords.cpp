@@ -137,11 +137,12 @@ double placeDots(Signs signs, double right) {
         sign->dotsLeft = right + 0.3;
         end = std::max(end, sign->dotsLeft + 0.4 + (sign->value.dots - 1) * kDotStep);
         const int away = signs.size() > 1 && sign->from->voice > 0 ? -1 : 1;
-        for (auto head = sign->heads.rbegin(); head != sign->heads.rend(); ++head) {
-            int place = head->place % 2 == 0 ? head->place + away : head->place;
+        for (std::size_t i = sign->heads.size(); i-- > 0;) {
+            CleanHead& head = sign->heads[i];
+            int place = head.place % 2 == 0 ? head.place + away : head.place;
             for (int step = 2; std::ranges::find(taken, place) != taken.end() && step < 40; step += 2)
                 place += (step / 2 % 2 == 1 ? -away : away) * step;
-            head->dotPlace = place;
+            head.dotPlace = place;
             taken.push_back(place);
         }
     }

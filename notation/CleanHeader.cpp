@@ -156,8 +156,11 @@ double staffBottom(const Staff& staff) {
 void drawStaff(CleanInk& ink, const CleanLine& line, const WrittenScore& score, int index) {
     const double space = ink.style().space;
     const Staff& staff = score.staves[static_cast<std::size_t>(index)];
-    for (double y = staffTop(staff); y <= staffBottom(staff); ++y)
+    const int lines = static_cast<int>(staffBottom(staff) - staffTop(staff)) + 1;
+    for (int i = 0; i < lines; ++i) {
+        const double y = staffTop(staff) + i;
         ink.line({line.left, y * space}, {line.right, y * space}, kStaffLine * space, Role::StaffLine, 0);
+    }
     double x = line.left + kBegin * space;
     drawClef(ink, x, staff.clef);
     x += (kClefWidth + kPartGap) * space;

@@ -228,6 +228,7 @@ WrittenScore readClean(const Score& score, const SetupState& meter, const ScoreS
     const Meter bars(meter.TxtMeter, meter.NoteX);
     const StepGrid grid(M, bars);
     std::vector<StaffReader> readers;
+    readers.reserve(written.staves.size());
     for (int staff = 0; staff < static_cast<int>(written.staves.size()); ++staff)
         readers.emplace_back(score, written, staff);
     for (int start = written.first; start < written.LastStep; start += M)

@@ -81,8 +81,7 @@ void findColumns(CleanBar& bar) {
     if (bar.times.empty())
         bar.times.push_back(0);
     std::ranges::sort(bar.times);
-    const auto rest = std::ranges::unique(bar.times);
-    bar.times.erase(rest.begin(), rest.end());
+    bar.times.erase(std::unique(bar.times.begin(), bar.times.end()), bar.times.end());
     for (CleanSign& sign : bar.signs)
         sign.column = static_cast<int>(
             std::ranges::lower_bound(bar.times, sign.value.wholeBar ? 0 : sign.at) - bar.times.begin());

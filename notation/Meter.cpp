@@ -135,7 +135,7 @@ StepGrid::StepGrid(int NotesPerMeasure, const Meter& meter)
     const std::int64_t whole = static_cast<std::int64_t>(NotesPerMeasure) * kWholeTicks;
     const std::int64_t share = std::gcd<std::int64_t>(barTicks_, whole);
     const std::int64_t below = whole / share;
-    if (kFinestOfWhole % below == 0)
+    if (below == 0 || kFinestOfWhole % below == 0)
         return;
     hasThirds_ = below % 3 == 0 && kFinestOfWhole / 2 % (below / 3) == 0;
     if (hasThirds_)

@@ -161,7 +161,7 @@ Outline MusicFont::shape(char32_t character) const {
     if (freeType().FT_Outline_Decompose(&face->glyph->outline, &funcs, &taker) != 0)
         return {};
     taker.close();
-    return turnedRight(std::move(taker.outline));
+    return turnedRight(taker.outline);
 }
 
 } // namespace velmora::notation

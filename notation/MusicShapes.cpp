@@ -115,7 +115,7 @@ Outline plainClef(MusicGlyph glyph) {
 Outline plainFlag() {
     Outline flag;
     addPolygon(flag, {{0, 0}, {1, 1.3}, {0.85, 2.4}, {0.75, 1.5}, {0, 0.7}});
-    return turnedRight(std::move(flag));
+    return turnedRight(flag);
 }
 
 Outline plainRest(MusicGlyph glyph) {
@@ -138,7 +138,7 @@ Outline plainRest(MusicGlyph glyph) {
                           {0.5, 0.4},
                           {0, -0.4},
                           {0.4, -0.8}});
-        return turnedRight(std::move(rest));
+        return turnedRight(rest);
     default:
         break;
     }

@@ -141,7 +141,7 @@ void add(Outline& to, const Outline& outline, const Placing& placing) {
     to.insert(to.end(), placed.begin(), placed.end());
 }
 
-Outline turnedRight(Outline outline) {
+Outline turnedRight(const Outline& outline) {
     return turnOf(outline) < 0 ? reversed(outline) : outline;
 }
 

@@ -24,7 +24,7 @@ void addLens(Outline& to, const CurveMark& curve);
 void add(Outline& to, const Outline& outline, const Placing& placing = {});
 
 /// Turned so that areas run clockwise on the page.
-[[nodiscard]] Outline turnedRight(Outline outline);
+[[nodiscard]] Outline turnedRight(const Outline& outline);
 /// As it would be drawn from its end to its beginning.
 [[nodiscard]] Outline reversed(const Outline& outline);
 /// Turned by an angle in degrees, clockwise on the page, about the origin.

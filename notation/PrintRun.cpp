@@ -43,6 +43,7 @@ PrintOutcome printScore(const PrintedScore& score, const PrintRequest& request, 
     if (!screen.pass(request.waits ? kFirstWait : 0))
         return {.cancelled = true};
     std::vector<int> order;
+    order.reserve(sheets.size());
     for (const PrintedSheet& sheet : sheets)
         order.push_back(sheet.page - 1);
     std::size_t next = 0;

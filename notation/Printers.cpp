@@ -117,7 +117,7 @@ std::vector<int> resolutionsOf(http_t* http, cups_dest_t& dest) {
     }
     std::erase_if(found, [](int dots) { return dots <= 0; });
     std::ranges::sort(found);
-    found.erase(std::ranges::unique(found).begin(), found.end());
+    found.erase(std::unique(found.begin(), found.end()), found.end());
     return found;
 }
 
@@ -231,7 +231,7 @@ std::string print(const PrintJob& job, const std::stop_token& cancel) {
         return failure();
     if (sendDocument(connection.http(), job, queue, id, cancel))
         return {};
-    const std::string reason = failure();
+    std::string reason = failure();
     const Connection another; // what was broken off can't be talked to any more
     if (another.http())
         cups().cupsCancelJob2(another.http(), queue.c_str(), id, 0);

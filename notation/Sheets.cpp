@@ -42,8 +42,8 @@ std::vector<LyricsItem> Sheets::items() const {
 }
 
 std::vector<LyricsItem> Sheets::itemsOf(int page) const {
-    const auto there = std::ranges::equal_range(items_, page, {}, &LyricsItem::page);
-    return {there.begin(), there.end()};
+    return {std::ranges::lower_bound(items_, page, {}, &LyricsItem::page),
+            std::ranges::upper_bound(items_, page, {}, &LyricsItem::page)};
 }
 
 void Sheets::setItems(std::vector<LyricsItem> items) {

@@ -56,9 +56,9 @@ std::string captionOf(const std::string& title, int page) {
     return name + "Page " + std::to_string(page);
 }
 
-SongDocument::SongDocument(Workspace& workspace, fs::path home)
+SongDocument::SongDocument(Workspace& workspace, const fs::path& home)
     : workspace_(workspace)
-    , default_(std::move(home) / "default.lyr") {
+    , default_(home / "default.lyr") {
     setup.classicPage = workspace.manners == Manners::classic();
     setup.key = setup.classicPage ? 0 : kAutomaticKey;
 }

@@ -27,7 +27,7 @@ class TextMeasure;
 class SongDocument {
 public:
     /// @param home the folder in which `default.lyr` stands
-    SongDocument(Workspace& workspace, std::filesystem::path home);
+    SongDocument(Workspace& workspace, const std::filesystem::path& home);
     ~SongDocument();
     SongDocument(const SongDocument&) = delete;
     SongDocument& operator=(const SongDocument&) = delete;

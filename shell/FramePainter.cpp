@@ -41,7 +41,8 @@ void strokeOutline(QPainter& painter, const Skin& skin, const QSizeF& window, bo
 /// Rivets along the middle of the title, between the text and the buttons.
 void paintRivets(QPainter& painter, const Skin& skin, qreal width) {
     painter.setPen(Qt::NoPen);
-    for (qreal x = 200; x < width - 120; x += 64) {
+    for (int i = 0; 200 + 64 * i < width - 120; ++i) {
+        const qreal x = 200 + 64 * i;
         painter.setBrush(toQColor(mix(skin.titleStops[2].colour, kBlack, 0.5)));
         painter.drawEllipse(QPointF(x + 0.5, 14.5), 2.2, 2.2);
         painter.setBrush(toQColor(skin.edgeLight));
