@@ -33,7 +33,7 @@ QRegion pixelsOf(const QPainterPath& outline, int corner, QSize window, qreal sc
     const int straight = all.height() - 2 * curved;
     if (straight <= 0)
         return pixelsOfRows(outline, 0, all, scale);
-    const QRegion middle(0, curved, all.width(), straight);
+    QRegion middle(0, curved, all.width(), straight);
     if (curved == 0)
         return middle;
     const QSize rows(all.width(), curved);

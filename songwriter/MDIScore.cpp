@@ -277,11 +277,12 @@ bool MDIScore::SaveLyrics() {
 
 void MDIScore::save() {
     desk_.windows.saveScore();
-    if (!desk_.workspace.manners.asksBeforeLoss)
-        SaveLyrics();
-    else if (song_.hasLyrics() && !song_.lyricsFile().empty())
+    const bool asks = desk_.workspace.manners.asksBeforeLoss;
+    if (asks && !song_.hasLyrics())
+        return;
+    if (asks && !song_.lyricsFile().empty())
         saveLyricsTo(song_.lyricsFile());
-    else if (song_.hasLyrics())
+    else
         SaveLyrics();
 }
 

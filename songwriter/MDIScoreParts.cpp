@@ -31,6 +31,7 @@
 #include <QShortcut>
 
 #include <algorithm>
+#include <cmath>
 
 namespace velmora {
 
@@ -63,7 +64,6 @@ constexpr std::array kTabRows{
     TabRow{" Note Setup ", "", "How notes are written", "Alt+N"},
     TabRow{" Score Setup ", "", "Key, length and measures of the page", "Alt+S"},
 };
-constexpr int kTextTab = 1;
 constexpr std::array kZooms{50, 75, 100, 125, 150, 200, 300};
 
 /// Behind these buttons stands a rule.
@@ -261,7 +261,7 @@ void MDIScore::showFront() {
     place_->setText(front == 0 ? QString() : QStringLiteral("Page %1 of %2").arg(front).arg(song_.count()));
     back_->setEnabled(several);
     next_->setEnabled(several);
-    const int percent = static_cast<int>(area_->zoom() * 100 + 0.5);
+    const int percent = static_cast<int>(std::lround(area_->zoom() * 100));
     zoom_->setCurrentIndex(zoom_->findData(percent));
     zoom_->setPlaceholderText(QStringLiteral("%1 %").arg(percent));
 }

@@ -7,6 +7,7 @@
 #include "songwriter/ScoreSheet.h"
 #include "songwriter/SongParts.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 
 #include <algorithm>
