@@ -400,13 +400,13 @@ void fPrint::closeEvent(QCloseEvent* event) {
 }
 
 void fPrint::keyPressEvent(QKeyEvent* event) {
+    const bool prints = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
+                        (event->key() == Qt::Key_P && event->modifiers() == Qt::ControlModifier);
     if (event->key() == Qt::Key_Escape)
         cmdCancel_Click();
     else if (event->key() == Qt::Key_F1)
         desk_.windows.help("printing");
-    else if (event->key() == Qt::Key_P && event->modifiers() == Qt::ControlModifier)
-        Command2_->click();
-    else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+    else if (prints)
         Command2_->click();
     else
         SkinnedWindow::keyPressEvent(event);

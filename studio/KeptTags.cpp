@@ -262,7 +262,7 @@ std::string keptId3v1(std::string tag, const Id3Tag& instead) {
 } // namespace
 
 KeptTags keptTags(ByteSource& mp3, const Id3Tag& instead, RemadeSound remade) {
-    const KeptTags tooLarge{.error = "its tags are larger than 64 MiB; take pictures out of them first"};
+    KeptTags tooLarge{.error = "its tags are larger than 64 MiB; take pictures out of them first"};
     ByteWindow window(mp3);
     KeptTags kept;
     std::uint64_t at = 0;
