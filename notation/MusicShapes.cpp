@@ -155,7 +155,7 @@ Outline plainRest(MusicGlyph glyph) {
         addEllipse(rest, {x - 0.6, y}, 0.24, 0.24);
         addPolygon(rest, {{x - 0.6, y + 0.05}, {x - 0.05, y}, {x - 0.1, y + 0.15}, {x - 0.6, y + 0.24}});
     }
-    return turnedRight(std::move(rest));
+    return turnedRight(rest);
 }
 
 Outline plainTime(bool cut) {

@@ -128,7 +128,7 @@ void addLens(Outline& to, const CurveMark& curve) {
                  {Kind::Line, {off(until, -ends)}},
                  {Kind::Curve, {off(second, -middle), off(first, -middle), off(from, -ends)}},
                  {Kind::Close, {}}};
-    add(to, turnedRight(std::move(lens)));
+    add(to, turnedRight(lens));
 }
 
 void add(Outline& to, const Outline& outline, const Placing& placing) {
