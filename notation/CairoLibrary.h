@@ -28,14 +28,17 @@ struct CairoLibrary : LateLibrary {
     VELMORA_LATE_CALL(cairo_line_to);
     VELMORA_LATE_CALL(cairo_move_to);
     VELMORA_LATE_CALL(cairo_new_path);
+    VELMORA_LATE_CALL(cairo_paint);
     VELMORA_LATE_CALL(cairo_pdf_surface_create_for_stream);
     VELMORA_LATE_CALL(cairo_pdf_surface_set_metadata);
+    VELMORA_LATE_CALL(cairo_recording_surface_create);
     VELMORA_LATE_CALL(cairo_rectangle);
     VELMORA_LATE_CALL(cairo_restore);
     VELMORA_LATE_CALL(cairo_save);
     VELMORA_LATE_CALL(cairo_scale);
     VELMORA_LATE_CALL(cairo_set_line_width);
     VELMORA_LATE_CALL(cairo_set_source_rgb);
+    VELMORA_LATE_CALL(cairo_set_source_surface);
     VELMORA_LATE_CALL(cairo_show_page);
     VELMORA_LATE_CALL(cairo_status);
     VELMORA_LATE_CALL(cairo_stroke);

@@ -30,6 +30,8 @@ CairoPainter::CairoPainter(cairo_t* on, Surface surface, double scale)
 
 CairoPainter::~CairoPainter() {
     flush();
+    for (const Stamp& stamp : stamps_)
+        cairo().cairo_surface_destroy(stamp.surface);
 }
 
 void CairoPainter::use(Colour colour) {
@@ -92,51 +94,89 @@ void CairoPainter::addPixels(const LineMark& line) {
 void CairoPainter::line(const LineMark& line, Colour colour) {
     use(colour);
     if (line.from.x != line.to.x && line.from.y != line.to.y)
-        fill(slopedLine(line), {}, 1, colour);
+        addFilled(slopedLine(line));
     else if (surface_ == Surface::Pixels)
         addPixels(line);
     else
         lines_.push_back(line);
 }
 
-void CairoPainter::fill(const Outline& outline, Point at, double scale, Colour colour) {
-    use(colour);
+void CairoPainter::addPath(cairo_t* to, const Outline& outline, Point at, double scale) {
     const auto x = [&](const Point& point) { return at.x + point.x * scale; };
     const auto y = [&](const Point& point) { return at.y + point.y * scale; };
     for (const auto& [kind, points] : outline) {
         switch (kind) {
         case PathStep::Kind::Move:
-            cairo().cairo_move_to(on_, x(points[0]), y(points[0]));
+            cairo().cairo_move_to(to, x(points[0]), y(points[0]));
             break;
         case PathStep::Kind::Line:
-            cairo().cairo_line_to(on_, x(points[0]), y(points[0]));
+            cairo().cairo_line_to(to, x(points[0]), y(points[0]));
             break;
         case PathStep::Kind::Curve:
-            cairo().cairo_curve_to(on_, x(points[0]), y(points[0]), x(points[1]), y(points[1]), x(points[2]),
+            cairo().cairo_curve_to(to, x(points[0]), y(points[0]), x(points[1]), y(points[1]), x(points[2]),
                                    y(points[2]));
             break;
         case PathStep::Kind::Close:
-            cairo().cairo_close_path(on_);
+            cairo().cairo_close_path(to);
             break;
         }
     }
+}
+
+void CairoPainter::addFilled(const Outline& outline) {
+    addPath(on_, outline, {}, 1);
     filling_ = filling_ || !outline.empty();
 }
 
+cairo_surface_t* CairoPainter::stampOf(const Outline& outline, double scale) {
+    for (const Stamp& stamp : stamps_)
+        if (stamp.from == &outline && stamp.scale == scale && stamp.colour == colour_ &&
+            same(stamp.outline, outline))
+            return stamp.surface;
+    const auto [left, top, right, bottom] = boundsOf(outline);
+    const cairo_rectangle_t room{std::floor(left * scale) - 1, std::floor(top * scale) - 1,
+                                 std::ceil((right - left) * scale) + 3,
+                                 std::ceil((bottom - top) * scale) + 3};
+    cairo_surface_t* const surface = cairo().cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &room);
+    cairo_t* const on = cairo().cairo_create(surface);
+    setColour(on, colour_);
+    addPath(on, outline, {}, scale);
+    cairo().cairo_fill(on);
+    cairo().cairo_destroy(on);
+    stamps_.push_back({&outline, outline, scale, colour_, surface});
+    return surface;
+}
+
+void CairoPainter::fill(const Outline& outline, Point at, double scale, Colour colour) {
+    use(colour);
+    if (outline.empty())
+        return;
+    if (surface_ == Surface::Pixels) {
+        addPath(on_, outline, at, scale);
+        filling_ = true;
+        return;
+    }
+    cairo().cairo_set_source_surface(on_, stampOf(outline, scale), at.x, at.y);
+    cairo().cairo_paint(on_);
+    setColour(on_, colour_);
+}
+
 void CairoPainter::ellipse(const EllipseMark& ellipse, Colour colour) {
+    use(colour);
     const Point radii = radiiOf(ellipse);
     Outline outline;
     if (ellipse.filled)
         addEllipse(outline, ellipse.centre, radii.x, radii.y);
     else
         addRing(outline, ellipse.centre, radii.x, radii.y, 1);
-    fill(outline, {}, 1, colour);
+    addFilled(outline);
 }
 
 void CairoPainter::curve(const CurveMark& curve, Colour colour) {
+    use(colour);
     Outline lens;
     addLens(lens, curve);
-    fill(lens, {}, 1, colour);
+    addFilled(lens);
 }
 
 void CairoPainter::text(Point at, std::string_view text, const TextStyle& style, Colour colour) {

@@ -18,7 +18,7 @@ class CairoPainter : public PagePainter {
 public:
     enum class Surface : std::uint8_t {
         Pixels, ///< level and upright lines fall on whole pixels: they are sharp at any scale
-        Vectors ///< lines stay lines
+        Vectors ///< lines stay lines, and an outline stands in the file once
     };
     /// @param on its origin on whole pixels
     /// @param scale device units a pixel of the page
@@ -37,7 +37,19 @@ public:
     void flush();
 
 private:
+    /// An outline in one size and colour, drawn once and put wherever it is met again.
+    struct Stamp {
+        const Outline* from;
+        Outline outline;
+        double scale;
+        Colour colour;
+        cairo_surface_t* surface;
+    };
+    [[nodiscard]] cairo_surface_t* stampOf(const Outline& outline, double scale);
+
     void use(Colour colour);
+    void addPath(cairo_t* to, const Outline& outline, Point at, double scale);
+    void addFilled(const Outline& outline);
     void addPixels(const LineMark& line);
     void strokeLines();
 
@@ -47,6 +59,7 @@ private:
     Colour colour_ = kBlack;
     bool filling_ = false;        ///< cairo's path has outlines
     std::vector<LineMark> lines_; ///< in device units if they are pixels: the box's corners
+    std::vector<Stamp> stamps_;
     std::optional<PageText> text_;
 };
 

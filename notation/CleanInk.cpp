@@ -10,6 +10,8 @@ namespace {
 constexpr double kBin = 4; ///< pixels
 constexpr float kEmpty = 1e6F;
 constexpr double kLargerTitle = 1.5;
+/// What the painter's pen adds at ends of lines and round ellipses.
+constexpr double kPen = 0.5;
 } // namespace
 
 Skyline::Skyline(double width)
@@ -84,7 +86,20 @@ void CleanInk::add(Mark mark) {
 }
 
 void CleanInk::line(Point from, Point to, double width, Role role, int note) {
+    // Stems and beams meet at their edges; staves, bars and brackets at their pixels.
+    if (role == Role::Stem || role == Role::Beam || role == Role::Ledger) {
+        const double length = std::hypot(to.x - from.x, to.y - from.y);
+        const double share = length > 0 ? std::min(kPen / length, 0.5) : 0;
+        const Point off{(to.x - from.x) * share, (to.y - from.y) * share};
+        from = {from.x + off.x, from.y + off.y};
+        to = {to.x - off.x, to.y - off.y};
+    }
     add({LineMark{from, to, width}, role, note, kBlack});
+}
+
+void CleanInk::oval(Point middle, double halfWidth, double halfHeight, Role role, int note, Colour colour) {
+    const double x = std::max(halfWidth - kPen, kPen), y = std::max(halfHeight - kPen, kPen);
+    add({EllipseMark{middle, std::max(x, y), y / x, true}, role, note, colour});
 }
 
 void CleanInk::glyph(MusicGlyph glyph, Point at, Role role, int note, double scale) {

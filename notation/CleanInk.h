@@ -70,6 +70,8 @@ public:
 
     void add(Mark mark);
     void line(Point from, Point to, double width, Role role, int note = -1);
+    /// Filled, of that size as it is seen.
+    void oval(Point middle, double halfWidth, double halfHeight, Role role, int note, Colour colour = kBlack);
     void glyph(MusicGlyph glyph, Point at, Role role, int note = -1, double scale = 1);
     /// @param at where its line of writing begins
     void text(const std::string& text, int style, Point at, Role role, int note = -1, Colour colour = kBlack);

@@ -14,6 +14,8 @@ namespace {
 constexpr double kLedgerOverhang = 0.32;
 constexpr double kLedgerWidth = 0.15;
 constexpr double kDotRadius = 0.2;
+/// From the middle of a head to where its side is widest.
+constexpr double kStemInHead = 0.17;
 constexpr double kSmall = 0.8;       ///< a reminding accidental beside a usual one
 constexpr double kLettersFrom = 7;   ///< staff spaces below this have no letters
 constexpr double kLetterHalf = 0.64; ///< half a lettered head's height
@@ -130,7 +132,7 @@ private:
     }
 
     void oval(Point middle, double width, double height, Colour colour) {
-        ink_.add({EllipseMark{middle, width * space_, height / width, true}, Role::Head, sign_.id, colour});
+        ink_.oval(middle, width * space_, height * space_, Role::Head, sign_.id, colour);
     }
 
     /// After all heads: those of a third lie over each other, their letters don't.
@@ -158,13 +160,16 @@ private:
     void dots(int place) {
         for (int dot = 0; dot < sign_.value.dots; ++dot) {
             const Point middle = at(sign_.dotsLeft + kDotRadius + dot * kDotStep, heightOfPlace(place));
-            ink_.add({EllipseMark{middle, kDotRadius * space_, 1, true}, Role::Dot, sign_.id, kBlack});
+            ink_.oval(middle, kDotRadius * space_, kDotRadius * space_, Role::Dot, sign_.id);
         }
     }
 
     void stem() {
         const double x = stemOf(sign_, music_);
-        const double from = heightOfPlace(sign_.inner().place);
+        const CleanHead& head = sign_.inner();
+        const bool slants = head.shape == MusicGlyph::HeadBlack || head.shape == MusicGlyph::HeadHalf;
+        const double inHead = slants ? (sign_.stemUp ? -kStemInHead : kStemInHead) : 0;
+        const double from = heightOfPlace(head.place) + inHead;
         ink_.line(at(x, from), at(x, sign_.stemEnd), kStemWidth * space_, Role::Stem, sign_.id);
         if (!sign_.hasFlag())
             return;

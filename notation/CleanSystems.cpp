@@ -51,8 +51,8 @@ void drawFinalBar(CleanInk& ink, double right, const Staff& staff) {
     if (!ink.style().setup.repeatSigns)
         return;
     for (const double y : {1.5, 2.5})
-        ink.add({EllipseMark{{right - (kThinThick + 0.55) * space, y * space}, 0.2 * space, 1, true},
-                 Role::BarLine, -1, kBlack});
+        ink.oval({right - (kThinThick + 0.55) * space, y * space}, 0.2 * space, 0.2 * space, Role::BarLine,
+                 -1);
 }
 
 void drawBarLines(CleanInk& ink, const CleanLine& line, const Staff& staff) {

@@ -12,6 +12,9 @@ namespace {
 
 constexpr double kPicture = 32; ///< of the glyph table
 
+/// What the painter's pen adds at ends of lines and round ellipses.
+constexpr double kPen = 0.5;
+
 /// The part of a letter's height that goes below the line of writing.
 constexpr double kBelowWriting = 0.22;
 constexpr double kAboveWriting = 0.7;
@@ -20,15 +23,16 @@ constexpr double kPixelsAPoint = 4.0 / 3;
 Box boxOf(const LineMark& line) {
     const double half = line.width / 2;
     const bool upright = line.from.x == line.to.x;
-    const double x = upright ? half : 0;
-    const double y = upright ? 0 : half;
+    const double reach = std::min(half, kPen);
+    const double x = upright ? half : reach;
+    const double y = upright ? reach : half;
     return {std::min(line.from.x, line.to.x) - x, std::min(line.from.y, line.to.y) - y,
             std::max(line.from.x, line.to.x) + x, std::max(line.from.y, line.to.y) + y};
 }
 Box boxOf(const EllipseMark& ellipse) {
-    const double height = ellipse.radius * ellipse.aspect;
-    return {ellipse.centre.x - ellipse.radius, ellipse.centre.y - height, ellipse.centre.x + ellipse.radius,
-            ellipse.centre.y + height};
+    const Point radii = radiiOf(ellipse);
+    const double x = radii.x + kPen, y = radii.y + kPen;
+    return {ellipse.centre.x - x, ellipse.centre.y - y, ellipse.centre.x + x, ellipse.centre.y + y};
 }
 Box boxOf(const GlyphMark& glyph) {
     const Box& room = roomOf(glyph.glyph);

@@ -99,7 +99,7 @@ Outline imageOf(const MusicFont& font, GlyphImage image) {
     case GlyphImage::ImgPause16:
         break;
     }
-    return framed(font, Framed{MusicGlyph::RestSixteenth, 6, 18.5, 0.95});
+    return framed(font, Framed{MusicGlyph::RestSixteenth, 7, 18.5, 0.88});
 }
 
 struct Shapes {

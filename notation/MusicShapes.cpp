@@ -160,8 +160,8 @@ Outline plainRest(MusicGlyph glyph) {
 
 Outline plainTime(bool cut) {
     Outline time;
-    addLens(time, {{Point{1.5, -0.6}, {-0.6, -2}, {-0.6, 2}, {1.5, 0.6}}, 0.3});
-    addEllipse(time, {1.4, -0.5}, 0.22, 0.22);
+    addLens(time, {{Point{1.6, -0.6}, {-0.3, -2}, {-0.3, 2}, {1.6, 0.6}}, 0.3});
+    addEllipse(time, {1.5, -0.5}, 0.22, 0.22);
     if (cut)
         addBox(time, 0.85, -1.6, 0.97, 1.6);
     return time;

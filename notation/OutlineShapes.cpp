@@ -167,6 +167,12 @@ Outline rotated(const Outline& outline, double degrees) {
     return turned;
 }
 
+bool same(const Outline& one, const Outline& other) {
+    return std::equal(
+        one.begin(), one.end(), other.begin(), other.end(),
+        [](const PathStep& a, const PathStep& b) { return a.kind == b.kind && a.points == b.points; });
+}
+
 Bounds boundsOf(const Outline& outline) {
     if (outline.empty())
         return {};

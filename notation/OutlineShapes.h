@@ -30,6 +30,9 @@ void add(Outline& to, const Outline& outline, const Placing& placing = {});
 /// Turned by an angle in degrees, clockwise on the page, about the origin.
 [[nodiscard]] Outline rotated(const Outline& outline, double degrees);
 
+/// Whether both are drawn step by step alike.
+[[nodiscard]] bool same(const Outline& one, const Outline& other);
+
 /// The least box around an outline, curves as they run.
 struct Bounds {
     double left = 0, top = 0, right = 0, bottom = 0;

@@ -143,6 +143,8 @@ std::optional<std::string> pdfOf(const EngravedScore& score, std::span<const int
     const Surface surface(
         cairo().cairo_pdf_surface_create_for_stream(append, &file, place.paperWidth, place.paperHeight));
     cairo().cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_TITLE, printable(title).c_str());
+    // The same pages are the same file whenever it is made: a blank moment is left out.
+    cairo().cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, "");
     {
         const Context context(cairo().cairo_create(surface.get()));
         cairo().cairo_translate(context.get(), place.left, place.top);

@@ -67,12 +67,6 @@ std::string stepsOf(const Outline& outline) {
     }
     return steps;
 }
-
-bool same(const Outline& a, const Outline& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const PathStep& one, const PathStep& other) {
-        return one.kind == other.kind && one.points == other.points;
-    });
-}
 } // namespace
 
 SvgPainter::SvgPainter(double width, double height, std::string_view title, TextMeasure& measure)

@@ -174,9 +174,11 @@ TEST(CleanPage, AChordWiderThanTheStaffKeepsItsLedgerLines) {
 
 TEST(CleanPage, AStemIsAnOctaveLong) {
     auto page = tuneOf({67, 72, 72, 72}, 4);
-    const auto stems = page.engrave().lines(Role::Stem);
-    EXPECT_NEAR(std::abs(stems[0].to.y - stems[0].from.y), 3.5 * kSpace, 0.01);
-    EXPECT_NEAR(std::abs(stems[1].to.y - stems[1].from.y), 3.5 * kSpace, 0.01);
+    page.engrave();
+    const auto stems = page.boxes(Role::Stem);
+    const auto heads = page.glyphs(Role::Head);
+    EXPECT_NEAR(heads[0].at.y - stems[0].top, 3.5 * kSpace, 0.01);
+    EXPECT_NEAR(stems[1].bottom - heads[1].at.y, 3.5 * kSpace, 0.01);
 }
 
 TEST(CleanPage, StemsGoUpBelowTheMiddleLineAndDownFromItOn) {
@@ -189,7 +191,7 @@ TEST(CleanPage, StemsGoUpBelowTheMiddleLineAndDownFromItOn) {
 TEST(CleanPage, AStemFromFarAwayReachesTheMiddleLine) {
     auto page = tuneOf({57, 57, 57, 57}, 4);
     page.engrave();
-    EXPECT_NEAR(page.lines(Role::Stem)[0].to.y, page.staffLine(2), 0.01);
+    EXPECT_NEAR(page.boxes(Role::Stem)[0].top, page.staffLine(2), 0.01);
 }
 
 TEST(CleanPage, AnUpwardStemStandsRightOfItsHeadAndADownwardOneLeft) {
