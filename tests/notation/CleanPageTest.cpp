@@ -407,6 +407,41 @@ TEST(CleanPage, ALongScoreFillsItsPagesToTheFoot) {
     EXPECT_EQ(page.engraved.pages[1].caption, "Untitled Score         Page 2");
 }
 
+TEST(CleanPage, ABlankPageIsTheSamePaperWithoutNotes) {
+    CleanPageReader page;
+    page.setup.staves.chkChannel[1] = true;
+    page.key("D").tune({72, 74, 76, 77}).stroke(1, 67, 0, 16);
+    page.engrave();
+    const EngravedPage blank = DrawBlankPage(page.engraved, page.read(), page.setup, page.measure, 2);
+    EXPECT_EQ(blank.caption, "Untitled Score         Page 2");
+    page.engraved.pages.push_back(blank);
+    const auto lines = page.boxes(Role::StaffLine, 1);
+    ASSERT_EQ(lines.size() % 10, 0U);
+    ASSERT_GT(lines.size(), 40U);
+    const std::size_t systems = lines.size() / 10;
+    EXPECT_EQ(page.of(Role::Clef, 1).size(), 2 * systems);
+    EXPECT_EQ(page.of(Role::Signature, 1).size(), 4 * systems + 2); // and the time once on each staff
+    EXPECT_EQ(page.of(Role::Other, 1).size(), systems) << "a brace each";
+    EXPECT_EQ(page.of(Role::Head, 1).size() + page.of(Role::Rest, 1).size(), 0U);
+    EXPECT_EQ(lines[0].left, page.boxes(Role::StaffLine)[0].left);
+    double lowest = 0;
+    for (const Box& line : lines)
+        lowest = std::max(lowest, line.bottom);
+    EXPECT_GT(lowest, 0.85 * page.engraved.height);
+    EXPECT_LT(lowest, page.engraved.height);
+}
+
+TEST(CleanPage, ABlankPageOfNothingHasATrebleStaff) {
+    CleanPageReader page;
+    page.engraved.width = page.setup.pageWidth;
+    page.engraved.height = page.setup.pageHeight;
+    const EngravedPage blank = DrawBlankPage(page.engraved, WrittenScore{}, page.setup, page.measure, 1);
+    page.engraved.pages.push_back(blank);
+    EXPECT_GT(page.of(Role::StaffLine).size(), 40U);
+    ASSERT_FALSE(page.glyphs(Role::Clef).empty());
+    EXPECT_EQ(page.glyphs(Role::Clef)[0].glyph, MusicGlyph::TrebleClef);
+}
+
 // Learning to read
 
 TEST(CleanPage, LetteredHeadsHaveTheChannelsColourAndALetterThatReadsOnIt) {
