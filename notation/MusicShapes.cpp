@@ -37,7 +37,7 @@ constexpr std::array<FontSign, 22> kFontSigns{{
     {MusicGlyph::RestSixteenth, 0x1D13F, 50, -500},
     {MusicGlyph::RestThirtySecond, 0x1D140, 50, -500},
     {MusicGlyph::RestSixtyFourth, 0x1D141, 50, -500},
-    {MusicGlyph::Brace, 0x1D114, 211, -500, 0.25, 0.25},
+    {MusicGlyph::Brace, 0x1D114, 211, -500, 0.14, 0.25},
     {MusicGlyph::CommonTime, 0x1D134, 50, -499},
     {MusicGlyph::CutTime, 0x1D135, 50, -497},
 }};
@@ -169,8 +169,8 @@ Outline plainTime(bool cut) {
 
 Outline plainBrace() {
     Outline brace;
-    addLens(brace, {{Point{0, -0.5}, {-0.14, -0.35}, {0.06, -0.1}, {-0.15, 0}}, 0.03});
-    addLens(brace, {{Point{-0.15, 0}, {0.06, 0.1}, {-0.14, 0.35}, {0, 0.5}}, 0.03});
+    addLens(brace, {{Point{0, -0.5}, {-0.1, -0.35}, {0.03, -0.1}, {-0.1, 0}}, 0.025});
+    addLens(brace, {{Point{-0.1, 0}, {0.03, 0.1}, {-0.1, 0.35}, {0, 0.5}}, 0.025});
     return brace;
 }
 } // namespace

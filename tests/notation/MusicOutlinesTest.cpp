@@ -28,7 +28,7 @@ constexpr std::array<Expected, 22> kExpected{{
     {MusicGlyph::RestWhole, 0, -1, 1.5, -0.4},        {MusicGlyph::RestHalf, 0, -0.6, 1.5, 0},
     {MusicGlyph::RestQuarter, 0, -1.6, 1.1, 1.6},     {MusicGlyph::RestEighth, 0, -1.1, 1.2, 1.3},
     {MusicGlyph::RestSixteenth, 0, -1.5, 1.5, 1.8},   {MusicGlyph::RestThirtySecond, 0, -2, 1.9, 2.3},
-    {MusicGlyph::RestSixtyFourth, 0, -2.6, 2.2, 2.8}, {MusicGlyph::Brace, -0.2, -0.55, 0.05, 0.55},
+    {MusicGlyph::RestSixtyFourth, 0, -2.6, 2.2, 2.8}, {MusicGlyph::Brace, -0.12, -0.55, 0.05, 0.55},
     {MusicGlyph::CommonTime, 0, -1.3, 1.8, 1.3},      {MusicGlyph::CutTime, 0, -1.8, 1.8, 1.8},
 }};
 
