@@ -6,6 +6,8 @@
 #include "notation/ScoreSetup.h"
 #include "notation/WrittenScore.h"
 
+#include <map>
+#include <utility>
 #include <vector>
 
 namespace velmora::notation {
@@ -30,6 +32,11 @@ inline constexpr double kDotStep = 0.55;  ///< from a dot to the second
 /// What a sign covers about its origin, in staff spaces: the page's own table, so that pages are the same on
 /// every machine.
 [[nodiscard]] const Box& roomOf(MusicGlyph glyph);
+
+/// Of a note with a pitch, or of a drum with a skin.
+[[nodiscard]] constexpr bool isOval(MusicGlyph head) {
+    return head == MusicGlyph::HeadWhole || head == MusicGlyph::HeadHalf || head == MusicGlyph::HeadBlack;
+}
 
 /// One head, and what stands beside it.
 struct CleanHead {
@@ -121,6 +128,8 @@ public:
     /// The width of a head: wider where letters stand in them.
     [[nodiscard]] double headWidth(MusicGlyph shape) const;
     /// Columns of the fullest bar.
+    /// Whether a drum comes up here for the first time on its staff.
+    [[nodiscard]] bool isFirstOfDrum(const Written& note) const;
     [[nodiscard]] int mostSigns() const { return mostSigns_; }
 
 private:
@@ -132,6 +141,7 @@ private:
     [[nodiscard]] int placeOf(const Written& item, const Pitch& pitch) const;
     [[nodiscard]] int octavesAt(int staff, int position) const;
     void findOctaves(int staff, const std::vector<std::size_t>& items);
+    void findDrums(int staff, const std::vector<std::size_t>& items);
     [[nodiscard]] int octavesNeeded(const Written& item, int current) const;
 
     const WrittenScore& score_;
@@ -144,5 +154,6 @@ private:
     std::vector<int> sung_;
     std::vector<std::vector<OctaveRange>> octaves_;
 };
+    std::map<std::pair<int, int>, const Written*> firstOfDrum_; ///< by staff and key
 
 } // namespace velmora::notation

@@ -191,6 +191,7 @@ CleanSystem setSystem(CleanLine& line, bool ragged, const CleanMusic& music, con
         drawOctaves(ink, line, index, music);
         if (staff == 0) {
             words.draw(ink, line, music);
+        drawDrumNames(ink, line, index, music);
             drawAbove(ink, line);
         }
     }

@@ -442,6 +442,92 @@ TEST(CleanPage, ABlankPageOfNothingHasATrebleStaff) {
     EXPECT_EQ(page.glyphs(Role::Clef)[0].glyph, MusicGlyph::TrebleClef);
 }
 
+// Percussion
+
+/// Strokes of a quarter each, by their keys.
+CleanPageReader drumsOf(const std::vector<int>& keys, int steps = 4) {
+    CleanPageReader page;
+    page.setup.staves.chkChannel = {};
+    page.setup.staves.chkChannel[8] = true;
+    int at = 0;
+    for (const int key : keys) {
+        page.stroke(8, 60, at, steps);
+        page.score.NoteInstrument.set(8, at, static_cast<std::int16_t>(key + 93));
+        at += steps;
+    }
+    page.score.FindEndOfSong();
+    return page;
+}
+
+std::vector<MusicGlyph> headsOf(CleanPageReader& page) {
+    std::vector<MusicGlyph> heads;
+    for (const GlyphMark& head : page.glyphs(Role::Head))
+        heads.push_back(head.glyph);
+    return heads;
+}
+
+TEST(CleanPage, DrumsHaveTheHeadsThatDrummersKnow) {
+    auto page = drumsOf({38, 42, 46, 53, 81, 0});
+    page.engrave();
+    EXPECT_EQ(headsOf(page),
+              (std::vector{MusicGlyph::HeadBlack, MusicGlyph::HeadCross, MusicGlyph::HeadCircledCross,
+                           MusicGlyph::HeadDiamond, MusicGlyph::HeadTriangle, MusicGlyph::HeadBlack}));
+    for (const GlyphMark& head : page.glyphs(Role::Head))
+        EXPECT_EQ(head.at.y, page.lines(Role::StaffLine)[0].from.y) << "on the line";
+}
+
+TEST(CleanPage, LongStrokesOfCymbalsAreHollow) {
+    auto page = drumsOf({49, 38, 81}, 8);
+    page.engrave();
+    EXPECT_EQ(headsOf(page),
+              (std::vector{MusicGlyph::HeadDiamondOpen, MusicGlyph::HeadHalf, MusicGlyph::HeadTriangleOpen}));
+}
+
+TEST(CleanPage, ADrumHasItsNameWhereItComesUp) {
+    auto page = drumsOf({38, 38, 38, 38, 38, 38, 38, 38});
+    EXPECT_EQ(page.engrave().texts(Role::Drum), std::vector<std::string>{"Acoustic Snare"});
+    EXPECT_NEAR(page.boxes(Role::Drum)[0].left, page.boxes(Role::Head)[0].left, 0.5);
+    EXPECT_LT(page.boxes(Role::Drum)[0].bottom, page.boxes(Role::Stem)[0].top);
+}
+
+TEST(CleanPage, AFurtherChangeOfDrumsIsNamedInShort) {
+    auto page = drumsOf({38, 36, 38, 36});
+    EXPECT_EQ(page.engrave().texts(Role::Drum),
+              (std::vector<std::string>{"Acoustic Snare", "Bass Drum 1", "S. D.", "B. D."}));
+}
+
+TEST(CleanPage, AHeadThatNamesItsDrumIsNotNamedAgain) {
+    auto page = drumsOf({38, 42, 38, 42, 42, 38, 42, 42});
+    EXPECT_EQ(page.engrave().texts(Role::Drum),
+              (std::vector<std::string>{"Acoustic Snare", "Closed High-Hat"}));
+}
+
+TEST(CleanPage, EachLineNamesItsDrumsAnew) {
+    auto page = drumsOf(std::vector<int>(96, 36));
+    page.engrave();
+    const std::size_t lines = page.of(Role::StaffLine).size();
+    ASSERT_GT(lines, 1U);
+    const auto names = page.texts(Role::Drum);
+    ASSERT_EQ(names.size(), lines);
+    EXPECT_EQ(std::ranges::count(names, "B. D."), static_cast<std::ptrdiff_t>(lines) - 1);
+}
+
+TEST(CleanPage, NamesOfDrumsNeverLieOverEachOther) {
+    std::vector<int> keys;
+    for (int key = 35; key <= 81; ++key)
+        keys.push_back(key);
+    auto page = drumsOf(keys, 1);
+    const auto names = page.engrave().boxes(Role::Drum);
+    EXPECT_EQ(names.size(), 47U);
+    for (std::size_t i = 0; i < names.size(); ++i)
+        for (std::size_t j = i + 1; j < names.size(); ++j)
+            EXPECT_TRUE(names[i].right <= names[j].left || names[j].right <= names[i].left ||
+                        names[i].bottom <= names[j].top || names[j].bottom <= names[i].top)
+                << i << " and " << j;
+    for (const Box& name : names)
+        EXPECT_LE(name.right, page.engraved.width);
+}
+
 // Learning to read
 
 TEST(CleanPage, LetteredHeadsHaveTheChannelsColourAndALetterThatReadsOnIt) {
