@@ -63,6 +63,10 @@ CleanWords::CleanWords(const CleanStyle& style) : style_(style) {
     for (const std::string& verse : style.setup.verses)
         if (auto syllables = syllablesOf(verse); !syllables.empty())
             verses_.push_back(std::move(syllables));
+    if (!verses_.empty())
+        for (const Syllable& syllable : verses_[0])
+            if (syllable.to > syllable.from)
+                slurs_.emplace_back(syllable.from, syllable.to);
     if (verses_.size() < 2)
         return;
     // Several verses are numbered.

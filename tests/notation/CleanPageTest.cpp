@@ -528,6 +528,48 @@ TEST(CleanPage, NamesOfDrumsNeverLieOverEachOther) {
         EXPECT_LE(name.right, page.engraved.width);
 }
 
+// Slurs
+
+TEST(CleanPage, ASyllableOnSeveralNotesHasASlur) {
+    auto page = tuneOf({67, 69, 71, 72, 74, 76, 77, 79}, 2);
+    page.setup.verses = {"one two _ _ three four five six"};
+    const auto slurs = page.engrave().curves(Role::Slur);
+    ASSERT_EQ(slurs.size(), 1U);
+    const auto heads = page.boxes(Role::Head);
+    EXPECT_GT(slurs[0].points[0].x, heads[1].left);
+    EXPECT_LT(slurs[0].points[0].x, heads[1].right + 1);
+    EXPECT_GT(slurs[0].points[3].x, heads[3].left);
+    EXPECT_LT(slurs[0].points[3].x, heads[3].right + 1);
+}
+
+TEST(CleanPage, ASlurLiesOnTheHeadsSideOfStemsThatPointOneWay) {
+    auto low = tuneOf({60, 62, 64, 65}, 2);
+    low.setup.verses = {"la _ _ _"};
+    const CurveMark below = low.engrave().curves(Role::Slur).at(0);
+    EXPECT_GT(below.points[1].y, below.points[0].y);
+    auto high = tuneOf({76, 77, 79, 77}, 2);
+    high.setup.verses = {"la _ _ _"};
+    const CurveMark above = high.engrave().curves(Role::Slur).at(0);
+    EXPECT_LT(above.points[1].y, above.points[0].y);
+}
+
+TEST(CleanPage, AHeldNoteNeedsNoSlur) {
+    auto page = tuneOf({64, 64}, 12);
+    page.setup.verses = {"la la _ _ _"};
+    EXPECT_TRUE(page.engrave().curves(Role::Slur).empty());
+}
+
+TEST(CleanPage, ASlurOverALinesEndGoesOnInTheNext) {
+    auto page = tuneOf(std::vector<int>(160, 71), 4);
+    std::string words = "la";
+    for (int i = 0; i < 60; ++i)
+        words += " _";
+    page.setup.verses = {words};
+    page.engrave();
+    EXPECT_GT(page.of(Role::Slur).size(), 1U);
+    EXPECT_LT(page.of(Role::Slur).size(), 9U);
+}
+
 // Learning to read
 
 TEST(CleanPage, LetteredHeadsHaveTheChannelsColourAndALetterThatReadsOnIt) {
