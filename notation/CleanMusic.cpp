@@ -288,7 +288,8 @@ void CleanMusic::addSigns(CleanBar& bar, std::size_t index, bool twoVoices) {
         sign.singing = piece == 0 ? singing_[index] : -1;
         sign.sung = sung_[index];
         sign.id = nextId_++;
-        sign.restPlace = twoVoices ? (item.voice == 0 ? 4 : -4) : 0;
+        if (twoVoices && item.isRest)
+            sign.restPlace = restPlaceOf(value, item.voice);
         if (!item.isRest) {
             sign.octaves = octavesAt(item.staff, (item.bar - 1) * score_.NotesPerMeasure + item.step);
             addHeads(sign, item);

@@ -54,13 +54,13 @@ public:
 
     void rest(double x) {
         x_ = x;
-        const MusicGlyph glyph = sign_.value.wholeBar ? MusicGlyph::RestWhole : restGlyph(sign_.value);
+        const MusicGlyph glyph = restGlyph(sign_.value);
         const double y = heightOfPlace(sign_.restPlace);
         ink_.glyph(glyph, at(0, y), Role::Rest, sign_.id);
         // Outside of the staff a whole or half rest has a line of its own.
-        if (std::abs(sign_.restPlace) > 4 &&
-            (glyph == MusicGlyph::RestWhole || glyph == MusicGlyph::RestHalf)) {
-            const double own = glyph == MusicGlyph::RestWhole ? y - 1 : y;
+        const int line = sign_.restPlace + (glyph == MusicGlyph::RestWhole ? 2 : 0);
+        if (std::abs(line) > 4 && (glyph == MusicGlyph::RestWhole || glyph == MusicGlyph::RestHalf)) {
+            const double own = heightOfPlace(line);
             ink_.line(at(-0.3, own), at(1.8, own), kLedgerWidth * space_, Role::Rest, sign_.id);
         }
         dots(sign_.restPlace + 1);
@@ -226,6 +226,8 @@ void drawNotes(CleanInk& ink, const CleanLine& line, int staff, const CleanMusic
     for (std::size_t i = 0; i < line.count(); ++i)
         for (CleanSign& sign : line.bar(i).signs) {
             if (sign.from->staff != staff)
+                continue;
+            if (sign.merged)
                 continue;
             const double x = line.xOf(i, sign.column);
             SignPen pen(ink, music, sign, x);

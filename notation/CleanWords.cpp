@@ -169,8 +169,13 @@ void CleanWords::draw(CleanInk& ink, const CleanLine& line, const CleanMusic& mu
     double lowest = 4 * space;
     for (std::size_t verse = 0; verse < verses_.size(); ++verse) {
         rows.push_back(setIn(verse, line, music));
+        if (rows.back().empty())
+            continue;
+        // Hyphens and lines stand between the syllables.
+        double right = rows.back().back().syllable->hyphen ? line.right : 0;
         for (const Set& set : rows.back())
-            lowest = std::max(lowest, ink.sky.lowest(set.left, std::max(set.right, set.reach)));
+            right = std::max({right, set.right, set.reach});
+        lowest = std::max(lowest, ink.sky.lowest(rows.back().front().left, right));
     }
     double y = lowest + (kBelowStaff + kLetterHeight) * space;
     for (const auto& row : rows) {

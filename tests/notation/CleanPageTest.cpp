@@ -528,6 +528,88 @@ TEST(CleanPage, NamesOfDrumsNeverLieOverEachOther) {
         EXPECT_LE(name.right, page.engraved.width);
 }
 
+// Two voices
+
+/// Two channels on one staff, the first one above.
+CleanPageReader voicesOf(const std::vector<int>& upper, const std::vector<int>& lower, int steps = 4) {
+    auto page = tuneOf(upper, steps);
+    page.setup.staves.chkChannel[1] = page.setup.twoVoices = true;
+    int at = 0;
+    for (const int note : lower) {
+        if (note > 0)
+            page.stroke(1, note, at, steps);
+        at += steps;
+    }
+    return page;
+}
+
+TEST(CleanPage, VoicesInASecondStandBesideEachOther) {
+    auto page = voicesOf({72, 72, 72, 72}, {71, 69, 69, 69});
+    const auto heads = page.engrave().boxes(Role::Head);
+    ASSERT_EQ(heads.size(), 8U);
+    EXPECT_NEAR(heads[1].left, heads[0].right, 0.2 * kSpace) << "they touch, the lower one to the right";
+    EXPECT_GT(heads[1].top, heads[0].top);
+    EXPECT_NEAR(middleOf(heads[2]), middleOf(heads[3]), 0.01) << "a third stands in one column";
+}
+
+TEST(CleanPage, AUnisonOfEqualValuesIsOneHeadWithTwoStems) {
+    auto page = voicesOf({71, 72, 72, 72}, {71, 64, 64, 64});
+    EXPECT_EQ(page.engrave().of(Role::Head).size(), 7U);
+    EXPECT_EQ(page.of(Role::Stem).size(), 8U);
+}
+
+TEST(CleanPage, AUnisonOfHalfAndQuarterIsTwoHeads) {
+    CleanPageReader page;
+    page.setup.staves.chkChannel[1] = page.setup.twoVoices = true;
+    page.stroke(0, 71, 0, 4).stroke(0, 76, 4, 4).stroke(0, 76, 8, 8).stroke(1, 71, 0, 8).stroke(1, 60, 8, 8);
+    const auto heads = page.engrave().boxes(Role::Head);
+    ASSERT_EQ(heads.size(), 5U);
+    EXPECT_GE(heads[1].left, heads[0].right - 0.01);
+}
+
+TEST(CleanPage, RestsOfTwoVoicesMoveApart) {
+    CleanPageReader page;
+    page.setup.staves.chkChannel[1] = page.setup.twoVoices = true;
+    page.stroke(0, 76, 0, 4).stroke(0, 76, 8, 8).stroke(1, 60, 4, 4).stroke(1, 60, 12, 4);
+    const auto rests = page.engrave().glyphs(Role::Rest);
+    ASSERT_EQ(rests.size(), 3U);
+    EXPECT_EQ(page.place(rests[0].at.y), -4);
+    EXPECT_EQ(page.place(rests[1].at.y), 4);
+}
+
+TEST(CleanPage, WhatBothVoicesRestIsOneRest) {
+    auto page = voicesOf({76, 76}, {60, 60});
+    page.stroke(0, 76, 12, 4).stroke(1, 60, 12, 4);
+    const auto rests = page.engrave().glyphs(Role::Rest);
+    ASSERT_EQ(rests.size(), 1U);
+    EXPECT_EQ(page.place(rests[0].at.y), 0);
+}
+
+TEST(CleanPage, ABarsRestHangsFromTheOuterLineAndGoesOutOfTheWay) {
+    auto page = voicesOf({76, 76, 76, 76, 76, 76, 76, 76}, {60, 60, 60, 60});
+    auto rests = page.engrave().glyphs(Role::Rest);
+    ASSERT_EQ(rests.size(), 1U);
+    EXPECT_EQ(page.place(rests[0].at.y) + 2, -4);
+    auto low = voicesOf({60, 60, 60, 60, 60, 60, 60, 60}, {55, 55, 55, 55});
+    rests = low.engrave().glyphs(Role::Rest);
+    ASSERT_EQ(rests.size(), 1U);
+    EXPECT_LE(low.place(rests[0].at.y) + 2, -8);
+    EXPECT_EQ(low.lines(Role::Rest).size(), 1U) << "with a line of its own";
+}
+
+TEST(CleanPage, TiesOfTwoVoicesGoApart) {
+    CleanPageReader page;
+    page.setup.staves.chkChannel[1] = page.setup.twoVoices = true;
+    page.stroke(0, 72, 8, 16).stroke(1, 67, 8, 16);
+    const auto ties = page.engrave().curves(Role::Tie);
+    ASSERT_EQ(ties.size(), 2U);
+    const bool firstIsUpper = ties[0].points[0].y < ties[1].points[0].y;
+    const CurveMark& upper = ties[firstIsUpper ? 0 : 1];
+    const CurveMark& lower = ties[firstIsUpper ? 1 : 0];
+    EXPECT_LT(upper.points[1].y, upper.points[0].y);
+    EXPECT_GT(lower.points[1].y, lower.points[0].y);
+}
+
 // Slurs
 
 TEST(CleanPage, ASyllableOnSeveralNotesHasASlur) {
