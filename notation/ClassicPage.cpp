@@ -196,8 +196,8 @@ EngravedScore engraveClassic(const WrittenScore& score, const ScoreSetup& setup,
     return pages.take();
 }
 
-EngravedPage DrawBlankPage(EngravedScore& into, const WrittenScore& score, const ScoreSetup& setup,
-                           int number) {
+EngravedPage blankClassic(EngravedScore& into, const WrittenScore& score, const ScoreSetup& setup,
+                          int number) {
     EngravedPage page;
     ruleHead(into, page, score, setup, number);
     WrittenScore blank;

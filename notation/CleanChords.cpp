@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <map>
 #include <span>
 
@@ -47,7 +48,19 @@ bool mayShare(const CleanSign& upper, const CleanSign& lower) {
            upper.heads.size() == 1 && lower.heads.size() == 1;
 }
 
-/// The upper voice stays, the lower one goes to the right where the heads would touch.
+/// How far the heads of a sign reach to the left and to the right.
+std::pair<double, double> widthOf(const CleanSign& sign, const CleanMusic& music) {
+    double left = 1e6;
+    double right = -1e6;
+    for (const CleanHead& head : sign.heads) {
+        left = std::min(left, head.left);
+        right = std::max(right, head.left + music.headWidth(head.shape));
+    }
+    return {left, right};
+}
+
+/// The upper voice stays. Where the heads would touch, the lower one goes to its right, or to its left where
+/// the upper one's flag hangs.
 void partVoices(CleanSign& upper, CleanSign& lower, const CleanMusic& music) {
     const int distance = upper.heads.front().place - lower.heads.back().place;
     if (distance > 1)
@@ -58,23 +71,63 @@ void partVoices(CleanSign& upper, CleanSign& lower, const CleanMusic& music) {
         lower.id = upper.id;
         return;
     }
-    double right = 0;
-    for (const CleanHead& head : upper.heads)
-        right = std::max(right, head.left + music.headWidth(head.shape));
-    double left = 0;
-    for (const CleanHead& head : lower.heads)
-        left = std::min(left, head.left);
-    const double shift = right - left + (distance == 1 ? kStemWidth * 0.5 : kVoiceGap);
+    const auto [upperLeft, upperRight] = widthOf(upper, music);
+    const auto [lowerLeft, lowerRight] = widthOf(lower, music);
+    const double gap = distance == 1 ? kStemWidth * 0.5 : kVoiceGap;
+    const double shift = upper.hasFlag() ? upperLeft - lowerRight - gap : upperRight - lowerLeft + gap;
     for (CleanHead& head : lower.heads)
         head.left += shift;
 }
 
+/// How far up and down a note reaches without its stem, in places.
+struct Reach {
+    double top, bottom;
+};
+Reach reachOf(const CleanSign& note) {
+    constexpr double kHeadHalf = 1.1;
+    Reach reach{note.heads.back().place + kHeadHalf, note.heads.front().place - kHeadHalf};
+    for (const CleanHead& head : note.heads)
+        if (head.sign != Sign::None) {
+            const Box& room = roomOf(glyphOf(head.sign));
+            reach.top = std::max(reach.top, head.place - 2 * room.top);
+            reach.bottom = std::min(reach.bottom, head.place - 2 * room.bottom);
+        }
+    return reach;
+}
+
+/// Away from the other voice's note, where the two would touch.
 void moveRest(CleanSign& rest, const CleanSign& note) {
-    // The rest's own half height of three steps, and one of air.
-    if (rest.restPlace > 0)
-        rest.restPlace = std::max(rest.restPlace, (note.heads.back().place + 6) / 2 * 2);
-    else if (rest.restPlace < 0)
-        rest.restPlace = std::min(rest.restPlace, (note.heads.front().place - 6) / 2 * 2);
+    constexpr double kAir = 0.7;
+    const Box& room = roomOf(restGlyph(rest.value));
+    const Reach reach = reachOf(note);
+    if (rest.from->voice == 0) {
+        const double place = reach.top + kAir + 2 * room.bottom;
+        rest.restPlace = std::max(rest.restPlace, 2 * static_cast<int>(std::ceil(place / 2)));
+    } else {
+        const double place = reach.bottom - kAir + 2 * room.top;
+        rest.restPlace = std::min(rest.restPlace, 2 * static_cast<int>(std::floor(place / 2)));
+    }
+}
+
+/// What both voices rest is one rest on its usual place.
+void mergeRests(Signs rests) {
+    if (rests.size() < 2 || !(rests[0]->value == rests[1]->value))
+        return;
+    rests[0]->restPlace = 0;
+    rests[1]->merged = true;
+}
+
+/// The rest of a whole bar stands in its middle, clear of all that the other voice has there.
+void placeBarRests(Signs signs) {
+    std::vector<CleanSign*> rests;
+    for (CleanSign* sign : signs)
+        if (sign->value.wholeBar)
+            rests.push_back(sign);
+    if (rests.size() != 1 || rests[0]->restPlace == 0)
+        return;
+    for (const CleanSign* sign : signs)
+        if (!sign->isRest())
+            moveRest(*rests[0], *sign);
 }
 
 struct SignColumn {
@@ -158,11 +211,11 @@ MusicGlyph restOf(const Value& value) {
 }
 
 void arrangeMoment(Signs signs, const CleanMusic& music) {
-    CleanSign* rest = nullptr;
+    std::vector<CleanSign*> rests;
     std::vector<CleanSign*> notes;
     for (CleanSign* sign : signs) {
         if (sign->isRest()) {
-            rest = sign;
+            rests.push_back(sign);
             continue;
         }
         partSeconds(*sign, music);
@@ -183,9 +236,11 @@ void arrangeMoment(Signs signs, const CleanMusic& music) {
             right = std::max(right, music.headWidth(sign->heads[0].shape) + roomOf(MusicGlyph::FlagUp).right);
     left = placeAccidentals(notes, left);
     right = placeDots(notes, right);
-    if (rest != nullptr) {
-        for (const CleanSign* note : notes)
-            moveRest(*rest, *note);
+    mergeRests(rests);
+    for (CleanSign* rest : rests) {
+        if (rest->restPlace != 0)
+            for (const CleanSign* note : notes)
+                moveRest(*rest, *note);
         const double end = rest->value.wholeBar ? 1.2 : roomOf(restOf(rest->value)).right;
         rest->dotsLeft = end + 0.3;
         right = std::max(right, end + (rest->value.dots > 0 ? 0.7 + (rest->value.dots - 1) * kDotStep : 0));
@@ -199,7 +254,12 @@ void arrangeMoment(Signs signs, const CleanMusic& music) {
 } // namespace
 
 MusicGlyph restGlyph(const Value& value) {
-    return restOf(value);
+    return value.wholeBar ? MusicGlyph::RestWhole : restOf(value);
+}
+int restPlaceOf(const Value& value, int voice) {
+    constexpr int kOuterLine = 4;
+    const int line = voice == 0 ? kOuterLine : -kOuterLine;
+    return restGlyph(value) == MusicGlyph::RestWhole ? line - 2 : line; // a whole rest hangs below its line
 }
 MusicGlyph accidentalGlyph(Sign sign) {
     return glyphOf(sign);
@@ -214,7 +274,11 @@ void arrangeColumns(CleanBar& bar, const CleanMusic& music) {
         ofStaff.clear();
         for (; begin < bar.signs.size() && bar.signs[begin].from->staff == staff; ++begin)
             ofStaff.emplace_back(bar.signs[begin].column, &bar.signs[begin]);
+        moment.clear();
+        for (const auto& entry : ofStaff)
+            moment.push_back(entry.second);
         std::ranges::stable_sort(ofStaff, {}, &std::pair<int, CleanSign*>::first);
+        const std::vector<CleanSign*> all = moment;
         for (std::size_t i = 0; i < ofStaff.size();) {
             moment.clear();
             const int column = ofStaff[i].first;
@@ -222,6 +286,7 @@ void arrangeColumns(CleanBar& bar, const CleanMusic& music) {
                 moment.push_back(ofStaff[i].second);
             arrangeMoment(moment, music);
         }
+        placeBarRests(all);
     }
 }
 

@@ -6,6 +6,8 @@
 namespace velmora::notation {
 
 [[nodiscard]] MusicGlyph restGlyph(const Value& value);
+/// Where a rest of one of two voices stands, as long as nothing is in its way.
+[[nodiscard]] int restPlaceOf(const Value& value, int voice);
 [[nodiscard]] MusicGlyph accidentalGlyph(Sign sign);
 
 /// Arranges what stands at one moment of a staff: seconds on the other side of the stem, two voices beside

@@ -70,6 +70,7 @@ CleanStyle::CleanStyle(const ScoreSetup& from, TextMeasure& texts, EngravedScore
     octave = into.styleOf({serif, 1.25 * space, true, true});
     digits = into.styleOf({serif, 2.15 * space, true, false});
     letters = into.styleOf({"Liberation Sans", 0.76 * space, true, false});
+    drum = into.styleOf({serif, 1.05 * space, false, true});
     page = into.styleOf({serif, 10 * scale, false, false});
 }
 

@@ -36,7 +36,7 @@ struct CleanStyle {
     TextMeasure& measure;
     EngravedScore& into;
     double space; ///< of a staff, in pixels
-    int title, composer, words, tempo, metronome, number, tuplet, octave, digits, letters, page;
+    int title, composer, words, tempo, metronome, number, tuplet, octave, digits, letters, drum, page;
 
     /// In pixels.
     [[nodiscard]] TextExtent extent(const std::string& text, int style) const;

@@ -4,6 +4,7 @@
 #include "notation/CleanChords.h"
 #include "notation/CleanGroups.h"
 #include "notation/CleanSpacing.h"
+#include "notation/DrumSigns.h"
 
 #include <algorithm>
 #include <array>
@@ -13,22 +14,34 @@ namespace velmora::notation {
 
 namespace {
 
-constexpr std::array<Box, 22> kRooms{{
-    {0, -4.4, 2.5, 2.65},                               // treble clef
-    {0, -0.65, 2.8, 2.65},                              // bass clef
-    {0, -1.05, 1.2, 1.05},                              // percussion clef
-    {-0.55, -1.35, 0.55, 1.35},                         // sharp
-    {-0.48, -1.6, 0.48, 0.55},                          // flat
-    {-0.48, -1.2, 0.48, 1.2},                           // natural
-    {-0.85, -0.55, 0.85, 0.55},                         // whole head
-    {-0.6, -0.55, 0.6, 0.55},                           // half
-    {-0.6, -0.55, 0.6, 0.55},                           // black
-    {-0.6, -0.55, 0.6, 0.55},                           // cross
-    {-0.06, 0, 1.1, 3.05},                              // flags
-    {-0.06, -3.05, 1.1, 0},     {0, -1.05, 1.45, -0.4}, // rests
-    {0, -0.6, 1.45, 0.05},      {0, -1.55, 1.1, 1.55},  {0, -0.95, 1.1, 0.95}, {0, -1.45, 1.35, 1.45},
-    {0, -1.85, 1.65, 2.05},     {0, -2.35, 1.9, 2.55},  {-0.2, -0.5, 0, 0.5}, // brace
-    {0, -1.05, 1.75, 1.05},     {0, -1.75, 1.75, 1.75},
+constexpr std::array<Box, 27> kRooms{{
+    {0, -4.4, 2.5, 2.65},       // treble clef
+    {0, -0.65, 2.8, 2.65},      // bass clef
+    {0, -1.05, 1.2, 1.05},      // percussion clef
+    {-0.55, -1.35, 0.55, 1.35}, // sharp
+    {-0.48, -1.6, 0.48, 0.55},  // flat
+    {-0.48, -1.2, 0.48, 1.2},   // natural
+    {-0.85, -0.55, 0.85, 0.55}, // whole head
+    {-0.6, -0.55, 0.6, 0.55},   // half
+    {-0.6, -0.55, 0.6, 0.55},   // black
+    {-0.6, -0.55, 0.6, 0.55},   // cross
+    {-0.06, 0, 1.1, 3.05},      // flags
+    {-0.06, -3.05, 1.1, 0},     //
+    {0, -1.05, 1.45, -0.4},     // rests
+    {0, -0.6, 1.45, 0.05},      //
+    {0, -1.55, 1.1, 1.55},      //
+    {0, -0.95, 1.1, 0.95},      //
+    {0, -1.45, 1.35, 1.45},     //
+    {0, -1.85, 1.65, 2.05},     //
+    {0, -2.35, 1.9, 2.55},      //
+    {-0.2, -0.5, 0, 0.5},       // brace
+    {0, -1.05, 1.75, 1.05},     // times
+    {0, -1.75, 1.75, 1.75},     //
+    {-0.6, -0.6, 0.6, 0.6},     // circled cross
+    {-0.6, -0.55, 0.6, 0.55},   // diamonds
+    {-0.6, -0.55, 0.6, 0.55},   //
+    {-0.6, -0.55, 0.6, 0.55},   // triangles
+    {-0.6, -0.55, 0.6, 0.55},   //
 }};
 
 constexpr int kLettersWhole = 196; ///< widths of heads with letters, in hundredths of a space
@@ -55,12 +68,6 @@ int scaleStep(const Pitch& pitch) {
 
 bool isNamed(const Pitch& pitch) {
     return !pitch.name.empty() && pitch.name[0] >= 'A' && pitch.name[0] <= 'G';
-}
-
-/// Keys of the drums that are written with a cross: cymbals and hi-hats.
-bool isCymbal(int key) {
-    constexpr std::array kCymbals{42, 44, 46, 49, 51, 52, 53, 55, 57, 59};
-    return std::ranges::find(kCymbals, key) != kCymbals.end();
 }
 
 MusicGlyph headOf(const Value& value) {
@@ -101,17 +108,19 @@ CleanMusic::CleanMusic(const WrittenScore& score, const ScoreSetup& setup)
     }
     firstOf_.push_back(item);
     for (std::size_t staff = 0; staff < ofStaff.size(); ++staff)
-        if (score.staves[staff].clef != StaffClef::Percussion)
+        if (score.staves[staff].clef == StaffClef::Percussion)
+            findDrums(static_cast<int>(staff), ofStaff[staff]);
+        else
             findOctaves(static_cast<int>(staff), ofStaff[staff]);
     numberSinging();
 }
 
 double CleanMusic::headWidth(MusicGlyph shape) const {
-    if (!letters_)
+    if (!letters_ || !isOval(shape))
         return roomOf(shape).right - roomOf(shape).left;
-    return (shape == MusicGlyph::HeadBlack || shape == MusicGlyph::HeadCross ? kLettersBlack
-                                                                             : kLettersWhole) *
-           0.01;
+    if (shape == MusicGlyph::HeadBlack)
+        return kLettersBlack * 0.01;
+    return kLettersWhole * 0.01;
 }
 
 void CleanMusic::numberSinging() {
@@ -187,6 +196,17 @@ void CleanMusic::findOctaves(int staff, const std::vector<std::size_t>& items) {
     }
 }
 
+void CleanMusic::findDrums(int staff, const std::vector<std::size_t>& items) {
+    for (const std::size_t item : items)
+        if (const Written& note = score_.items[item]; !note.isRest && !note.held)
+            firstOfDrum_.try_emplace({staff, note.pitches.front().drumKey}, &note);
+}
+
+bool CleanMusic::isFirstOfDrum(const Written& note) const {
+    const auto first = firstOfDrum_.find({note.staff, note.pitches.front().drumKey});
+    return first != firstOfDrum_.end() && first->second == &note;
+}
+
 int CleanMusic::octavesAt(int staff, int position) const {
     const auto& ranges = octaves(staff);
     const auto after = std::ranges::upper_bound(ranges, position, {}, &OctaveRange::from);
@@ -217,8 +237,8 @@ void CleanMusic::addHeads(CleanSign& sign, const Written& item) const {
         head.row = pitch.row;
         head.letter = isNamed(pitch) ? pitch.name[0] : ' ';
         head.shape = headOf(sign.value);
-        if (drums && isCymbal(pitch.drumKey) && head.shape == MusicGlyph::HeadBlack)
-            head.shape = MusicGlyph::HeadCross;
+        if (drums)
+            head.shape = drumGlyph(drumSign(pitch.drumKey).head, head.shape);
         if (sign.struck ||
             (&item == sign.from && pitch.sign != Sign::None && sign.at == item.step * kStepTicks)) {
             head.sign = drums ? Sign::None : pitch.sign;
@@ -268,7 +288,8 @@ void CleanMusic::addSigns(CleanBar& bar, std::size_t index, bool twoVoices) {
         sign.singing = piece == 0 ? singing_[index] : -1;
         sign.sung = sung_[index];
         sign.id = nextId_++;
-        sign.restPlace = twoVoices ? (item.voice == 0 ? 4 : -4) : 0;
+        if (twoVoices && item.isRest)
+            sign.restPlace = restPlaceOf(value, item.voice);
         if (!item.isRest) {
             sign.octaves = octavesAt(item.staff, (item.bar - 1) * score_.NotesPerMeasure + item.step);
             addHeads(sign, item);

@@ -6,6 +6,8 @@
 #include "notation/ScoreSetup.h"
 #include "notation/WrittenScore.h"
 
+#include <map>
+#include <utility>
 #include <vector>
 
 namespace velmora::notation {
@@ -30,6 +32,11 @@ inline constexpr double kDotStep = 0.55;  ///< from a dot to the second
 /// What a sign covers about its origin, in staff spaces: the page's own table, so that pages are the same on
 /// every machine.
 [[nodiscard]] const Box& roomOf(MusicGlyph glyph);
+
+/// Of a note with a pitch, or of a drum with a skin.
+[[nodiscard]] constexpr bool isOval(MusicGlyph head) {
+    return head == MusicGlyph::HeadWhole || head == MusicGlyph::HeadHalf || head == MusicGlyph::HeadBlack;
+}
 
 /// One head, and what stands beside it.
 struct CleanHead {
@@ -60,9 +67,10 @@ struct CleanSign {
     int sung = -1;       ///< the one that goes on sounding here
     int beam = -1;       ///< index in `CleanBar::beams`
     int restPlace = 0;
-    int octaves = 0;    ///< that it is written nearer the staff: 1 under "8va"
-    int id = 0;         ///< `Mark::note`
-    double stemEnd = 0; ///< its height
+    bool merged = false; ///< a rest that the other voice has, too, and draws
+    int octaves = 0;     ///< that it is written nearer the staff: 1 under "8va"
+    int id = 0;          ///< `Mark::note`
+    double stemEnd = 0;  ///< its height
     double dotsLeft = 0;
     double left = 0; ///< what it takes to the left of its column, as a positive number
     double right = 0;
@@ -120,6 +128,8 @@ public:
     [[nodiscard]] double whole() const { return whole_; }
     /// The width of a head: wider where letters stand in them.
     [[nodiscard]] double headWidth(MusicGlyph shape) const;
+    /// Whether a drum comes up here for the first time on its staff.
+    [[nodiscard]] bool isFirstOfDrum(const Written& note) const;
     /// Columns of the fullest bar.
     [[nodiscard]] int mostSigns() const { return mostSigns_; }
 
@@ -131,6 +141,7 @@ private:
     [[nodiscard]] const Written* neighbour(std::size_t item, int direction) const;
     [[nodiscard]] int placeOf(const Written& item, const Pitch& pitch) const;
     [[nodiscard]] int octavesAt(int staff, int position) const;
+    void findDrums(int staff, const std::vector<std::size_t>& items);
     void findOctaves(int staff, const std::vector<std::size_t>& items);
     [[nodiscard]] int octavesNeeded(const Written& item, int current) const;
 
@@ -143,6 +154,7 @@ private:
     std::vector<int> singing_;         ///< for each item, the number of its struck note, or -1
     std::vector<int> sung_;
     std::vector<std::vector<OctaveRange>> octaves_;
+    std::map<std::pair<int, int>, const Written*> firstOfDrum_; ///< by staff and key
 };
 
 } // namespace velmora::notation

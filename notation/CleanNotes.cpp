@@ -16,6 +16,8 @@ constexpr double kLedgerWidth = 0.15;
 constexpr double kDotRadius = 0.2;
 /// From the middle of a head to where its side is widest.
 constexpr double kStemInHead = 0.17;
+constexpr double kStemAtCross = 0.36;
+constexpr double kStemAtFoot = 0.42;
 constexpr double kSmall = 0.8;       ///< a reminding accidental beside a usual one
 constexpr double kLettersFrom = 7;   ///< staff spaces below this have no letters
 constexpr double kLetterHalf = 0.64; ///< half a lettered head's height
@@ -52,13 +54,13 @@ public:
 
     void rest(double x) {
         x_ = x;
-        const MusicGlyph glyph = sign_.value.wholeBar ? MusicGlyph::RestWhole : restGlyph(sign_.value);
+        const MusicGlyph glyph = restGlyph(sign_.value);
         const double y = heightOfPlace(sign_.restPlace);
         ink_.glyph(glyph, at(0, y), Role::Rest, sign_.id);
         // Outside of the staff a whole or half rest has a line of its own.
-        if (std::abs(sign_.restPlace) > 4 &&
-            (glyph == MusicGlyph::RestWhole || glyph == MusicGlyph::RestHalf)) {
-            const double own = glyph == MusicGlyph::RestWhole ? y - 1 : y;
+        const int line = sign_.restPlace + (glyph == MusicGlyph::RestWhole ? 2 : 0);
+        if (std::abs(line) > 4 && (glyph == MusicGlyph::RestWhole || glyph == MusicGlyph::RestHalf)) {
+            const double own = heightOfPlace(line);
             ink_.line(at(-0.3, own), at(1.8, own), kLedgerWidth * space_, Role::Rest, sign_.id);
         }
         dots(sign_.restPlace + 1);
@@ -101,10 +103,10 @@ private:
     }
 
     [[nodiscard]] bool hasOval(const CleanHead& head) const {
-        return ink_.style().setup.learnToRead && head.letter != ' ';
+        return ink_.style().setup.learnToRead && isOval(head.shape);
     }
     [[nodiscard]] bool hasLetter(const CleanHead& head) const {
-        return hasOval(head) && !head.shared && space_ >= kLettersFrom;
+        return hasOval(head) && head.letter != ' ' && !head.shared && space_ >= kLettersFrom;
     }
     [[nodiscard]] static bool isHollow(const CleanHead& head) {
         return head.shape == MusicGlyph::HeadHalf || head.shape == MusicGlyph::HeadWhole;
@@ -121,7 +123,9 @@ private:
 
     void drawHead(const CleanHead& head) {
         if (!hasOval(head)) {
-            ink_.glyph(head.shape, middleOf(head), Role::Head, sign_.id);
+            const bool coloured = ink_.style().setup.learnToRead;
+            ink_.add({GlyphMark{head.shape, middleOf(head), space_}, Role::Head, sign_.id,
+                      coloured ? colour() : kBlack});
             return;
         }
         const double half = music_.headWidth(head.shape) / 2;
@@ -164,11 +168,26 @@ private:
         }
     }
 
+    /// How far beyond the head's middle, towards the stem's end, its stem begins.
+    static double stemInHead(MusicGlyph shape) {
+        switch (shape) {
+        case MusicGlyph::HeadBlack:
+        case MusicGlyph::HeadHalf:
+            return kStemInHead;
+        case MusicGlyph::HeadCross: // at its corner
+            return kStemAtCross;
+        case MusicGlyph::HeadTriangle:
+        case MusicGlyph::HeadTriangleOpen: // of stems that point up: at its foot
+            return -kStemAtFoot;
+        default:
+            return 0;
+        }
+    }
+
     void stem() {
         const double x = stemOf(sign_, music_);
         const CleanHead& head = sign_.inner();
-        const bool slants = head.shape == MusicGlyph::HeadBlack || head.shape == MusicGlyph::HeadHalf;
-        const double inHead = slants ? (sign_.stemUp ? -kStemInHead : kStemInHead) : 0;
+        const double inHead = (sign_.stemUp ? -1 : 1) * stemInHead(head.shape);
         const double from = heightOfPlace(head.place) + inHead;
         ink_.line(at(x, from), at(x, sign_.stemEnd), kStemWidth * space_, Role::Stem, sign_.id);
         if (!sign_.hasFlag())
@@ -207,6 +226,8 @@ void drawNotes(CleanInk& ink, const CleanLine& line, int staff, const CleanMusic
     for (std::size_t i = 0; i < line.count(); ++i)
         for (CleanSign& sign : line.bar(i).signs) {
             if (sign.from->staff != staff)
+                continue;
+            if (sign.merged)
                 continue;
             const double x = line.xOf(i, sign.column);
             SignPen pen(ink, music, sign, x);

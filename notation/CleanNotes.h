@@ -14,6 +14,14 @@ void drawBeams(CleanInk& ink, const CleanLine& line, int staff, const CleanMusic
 /// Ties of one staff, also those that come from the line before or go on to the next.
 void drawTies(CleanInk& ink, const CleanLine& line, int staff, const CleanMusic& music);
 
+/// Names of drums above a percussion staff: whole where one first comes up, short at every further change.
+void drawDrumNames(CleanInk& ink, const CleanLine& line, int staff, const CleanMusic& music);
+
+/// Slurs over the notes of one syllable in the first staff.
+/// @param slurs numbers of the first and the last note, ascending
+void drawSlurs(CleanInk& ink, const CleanLine& line, const std::vector<std::pair<int, int>>& slurs,
+               const CleanMusic& music);
+
 /// The 3 of triplets; after the notes, over which brackets stand.
 void drawTriplets(CleanInk& ink, const CleanLine& line, int staff, const CleanMusic& music);
 

@@ -52,6 +52,20 @@ void keepInside(EngravedPage& page, const EngravedScore& score, TextMeasure& mea
     }
 }
 
+/// Empty staves, the first line's with their time.
+CleanSystem blankSystem(const CleanLine& line, const WrittenScore& score, const CleanStyle& style) {
+    CleanSystem system;
+    system.left = line.left;
+    system.right = line.right;
+    for (std::size_t staff = 0; staff < score.staves.size(); ++staff) {
+        drawStaff(system.staves.emplace_back(style, style.setup.pageWidth), line, score,
+                  static_cast<int>(staff));
+        system.tops.push_back(static_cast<double>(staff) *
+                              (4 * style.space + style.setup.SpacerHeight * 0.75));
+    }
+    return system;
+}
+
 /// Makes pages of a score, with only the bars of a few pages at hand.
 class PageMaker {
 public:
@@ -140,19 +154,7 @@ private:
     }
 
     /// Empty staves of a score without a bar.
-    void addBlank() {
-        CleanSystem system;
-        CleanLine line = lineOf(0, 0, true);
-        system.left = line.left;
-        system.right = line.right;
-        for (std::size_t staff = 0; staff < score_.staves.size(); ++staff) {
-            drawStaff(system.staves.emplace_back(style_, setup_.pageWidth), line, score_,
-                      static_cast<int>(staff));
-            system.tops.push_back(static_cast<double>(staff) *
-                                  (4 * style_.space + setup_.SpacerHeight * 0.75));
-        }
-        systems_.push_back(std::move(system));
-    }
+    void addBlank() { systems_.push_back(blankSystem(lineOf(0, 0, true), score_, style_)); }
 
     bool finishPage(bool isLast, const std::function<bool(int)>& goOn) {
         EngravedPage& page = into_.pages.back();
@@ -188,6 +190,33 @@ EngravedScore engraveClean(const WrittenScore& score, const ScoreSetup& setup, T
     engraved.height = setup.pageHeight;
     PageMaker(score, setup, measure, engraved).make(goOn);
     return engraved;
+}
+
+EngravedPage blankClean(EngravedScore& into, const WrittenScore& score, const ScoreSetup& setup,
+                        TextMeasure& measure, int number) {
+    WrittenScore paper = score;
+    paper.items.clear();
+    paper.first = paper.LastStep = 0;
+    if (paper.staves.empty()) // a page to write on by hand has a staff
+        paper.staves = {{.channel = 0, .clef = StaffClef::Treble}};
+    const CleanStyle style(setup, measure, into, spaceFor(paper, setup, CleanMusic(paper, setup)));
+    EngravedPage page;
+    const double top = drawTitle(page, style, number);
+    const double bottom = setup.pageHeight - bottomMargin(setup);
+    std::vector<CleanSystem> systems;
+    CleanLine line;
+    line.left = sideMargin(setup);
+    line.right = setup.pageWidth - line.left;
+    line.first = true;
+    do {
+        systems.push_back(blankSystem(line, paper, style));
+        line.first = false;
+    } while (top + heightOf(systems, style) <= bottom);
+    if (systems.size() > 1)
+        systems.pop_back();
+    placeSystems(page, systems, paper, style, top, bottom, true);
+    keepInside(page, into, measure);
+    return page;
 }
 
 } // namespace velmora::notation

@@ -15,6 +15,7 @@ constexpr double kNarrowest = 1.6;
 constexpr double kLead = 1.2;       ///< from a bar line to the first column
 constexpr double kEmptyBar = 6;     ///< of a bar that holds nothing but its rest
 constexpr double kSignsApart = 0.3; ///< between signs of one staff
+constexpr double kTieRoom = 0.8;    ///< that a tie is seen
 constexpr double kBarLineApart = 0.6;
 
 double spaceOf(double length, double whole) {
@@ -31,8 +32,10 @@ std::vector<Taken> takenBy(const CleanBar& bar, std::size_t begin, std::size_t e
     std::vector<Taken> taken;
     for (std::size_t i = begin; i < end; ++i) {
         const CleanSign& sign = bar.signs[i];
-        if (!sign.value.wholeBar)
-            taken.push_back({sign.column, sign.left, sign.right});
+        if (sign.value.wholeBar)
+            continue;
+        const bool isTied = std::ranges::any_of(sign.heads, &CleanHead::tieOut);
+        taken.push_back({sign.column, sign.left, sign.right + (isTied ? kTieRoom : 0)});
     }
     std::ranges::stable_sort(taken, {}, &Taken::column);
     std::size_t last = 0;

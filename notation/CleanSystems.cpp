@@ -187,8 +187,11 @@ CleanSystem setSystem(CleanLine& line, bool ragged, const CleanMusic& music, con
         drawBeams(ink, line, index, music);
         drawNotes(ink, line, index, music);
         drawTies(ink, line, index, music);
+        if (staff == 0)
+            drawSlurs(ink, line, words.slurs(), music);
         drawTriplets(ink, line, index, music);
         drawOctaves(ink, line, index, music);
+        drawDrumNames(ink, line, index, music);
         if (staff == 0) {
             words.draw(ink, line, music);
             drawAbove(ink, line);

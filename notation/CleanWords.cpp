@@ -63,6 +63,10 @@ CleanWords::CleanWords(const CleanStyle& style) : style_(style) {
     for (const std::string& verse : style.setup.verses)
         if (auto syllables = syllablesOf(verse); !syllables.empty())
             verses_.push_back(std::move(syllables));
+    if (!verses_.empty())
+        for (const Syllable& syllable : verses_[0])
+            if (syllable.to > syllable.from)
+                slurs_.emplace_back(syllable.from, syllable.to);
     if (verses_.size() < 2)
         return;
     // Several verses are numbered.
@@ -165,8 +169,13 @@ void CleanWords::draw(CleanInk& ink, const CleanLine& line, const CleanMusic& mu
     double lowest = 4 * space;
     for (std::size_t verse = 0; verse < verses_.size(); ++verse) {
         rows.push_back(setIn(verse, line, music));
+        if (rows.back().empty())
+            continue;
+        // Hyphens and lines stand between the syllables.
+        double right = rows.back().back().syllable->hyphen ? line.right : 0;
         for (const Set& set : rows.back())
-            lowest = std::max(lowest, ink.sky.lowest(set.left, std::max(set.right, set.reach)));
+            right = std::max({right, set.right, set.reach});
+        lowest = std::max(lowest, ink.sky.lowest(rows.back().front().left, right));
     }
     double y = lowest + (kBelowStaff + kLetterHeight) * space;
     for (const auto& row : rows) {

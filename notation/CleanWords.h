@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace velmora::notation {
@@ -27,6 +28,8 @@ class CleanWords {
 public:
     explicit CleanWords(const CleanStyle& style);
 
+    /// The first and the last note of each syllable of the first verse that is sung on several.
+    [[nodiscard]] const std::vector<std::pair<int, int>>& slurs() const { return slurs_; }
     [[nodiscard]] bool empty() const { return verses_.empty(); }
     /// Holds the syllables of these bars apart.
     void addRods(Chain& chain, std::span<const CleanBar> bars, double lineStart) const;
@@ -49,6 +52,7 @@ private:
 
     const CleanStyle& style_;
     std::vector<std::vector<Syllable>> verses_;
+    std::vector<std::pair<int, int>> slurs_;
 };
 
 } // namespace velmora::notation

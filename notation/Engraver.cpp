@@ -8,4 +8,10 @@ EngravedScore WriteScore(const WrittenScore& score, const ScoreSetup& setup, Tex
     return setup.classicPage ? engraveClassic(score, setup, goOn) : engraveClean(score, setup, measure, goOn);
 }
 
+EngravedPage DrawBlankPage(EngravedScore& into, const WrittenScore& score, const ScoreSetup& setup,
+                           TextMeasure& measure, int number) {
+    return setup.classicPage ? blankClassic(into, score, setup, number)
+                             : blankClean(into, score, setup, measure, number);
+}
+
 } // namespace velmora::notation

@@ -19,13 +19,18 @@ class TextMeasure;
 /// A page with title, key, time signature and empty staves.
 /// @param number of the page, from 1
 [[nodiscard]] EngravedPage DrawBlankPage(EngravedScore& into, const WrittenScore& score,
-                                         const ScoreSetup& setup, int number);
+                                         const ScoreSetup& setup, TextMeasure& measure, int number);
 
-// The two that `WriteScore` chooses from.
+// What these two choose from.
 [[nodiscard]] EngravedScore engraveClassic(const WrittenScore& score, const ScoreSetup& setup,
                                            const std::function<bool(int pages)>& goOn = {});
 [[nodiscard]] EngravedScore engraveClean(const WrittenScore& score, const ScoreSetup& setup,
                                          TextMeasure& measure,
                                          const std::function<bool(int pages)>& goOn = {});
+[[nodiscard]] EngravedPage blankClassic(EngravedScore& into, const WrittenScore& score,
+                                        const ScoreSetup& setup, int number);
+/// Paper like that of the written pages: the same staves, from the head to the foot.
+[[nodiscard]] EngravedPage blankClean(EngravedScore& into, const WrittenScore& score, const ScoreSetup& setup,
+                                      TextMeasure& measure, int number);
 
 } // namespace velmora::notation

@@ -43,16 +43,11 @@ Box boxOf(const CurveMark& curve) {
     Box box{curve.points[0].x, curve.points[0].y, curve.points[0].x, curve.points[0].y};
     constexpr int kSteps = 8;
     for (int i = 1; i <= kSteps; ++i) {
-        const double t = static_cast<double>(i) / kSteps;
-        const double s = 1 - t;
-        const auto at = [&](double Point::*axis) {
-            return s * s * s * curve.points[0].*axis + 3 * s * s * t * curve.points[1].*axis +
-                   3 * s * t * t * curve.points[2].*axis + t * t * t * curve.points[3].*axis;
-        };
-        box.left = std::min(box.left, at(&Point::x));
-        box.right = std::max(box.right, at(&Point::x));
-        box.top = std::min(box.top, at(&Point::y));
-        box.bottom = std::max(box.bottom, at(&Point::y));
+        const Point at = pointOf(curve, static_cast<double>(i) / kSteps);
+        box.left = std::min(box.left, at.x);
+        box.right = std::max(box.right, at.x);
+        box.top = std::min(box.top, at.y);
+        box.bottom = std::max(box.bottom, at.y);
     }
     const double half = curve.width / 2;
     return {box.left, box.top - half, box.right, box.bottom + half};
@@ -64,6 +59,15 @@ void move(Point& point, double right, double down) {
 }
 
 } // namespace
+
+Point pointOf(const CurveMark& curve, double t) {
+    const double s = 1 - t;
+    const auto at = [&](double Point::*axis) {
+        return s * s * s * curve.points[0].*axis + 3 * s * s * t * curve.points[1].*axis +
+               3 * s * t * t * curve.points[2].*axis + t * t * t * curve.points[3].*axis;
+    };
+    return {at(&Point::x), at(&Point::y)};
+}
 
 Box boxOf(const Mark& mark, const std::vector<TextStyle>& styles, TextMeasure& measure) {
     if (const auto* text = std::get_if<TextMark>(&mark.shape)) {

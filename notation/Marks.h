@@ -50,7 +50,7 @@ enum class MusicGlyph : std::uint8_t {
     HeadWhole,
     HeadHalf,
     HeadBlack,
-    HeadCross, ///< of cymbals
+    HeadCross, ///< of cymbals and the like
     FlagUp,    ///< one flag; more of them stand below each other
     FlagDown,
     RestWhole,
@@ -62,13 +62,19 @@ enum class MusicGlyph : std::uint8_t {
     RestSixtyFourth,
     Brace, ///< its size is its height
     CommonTime,
-    CutTime
+    CutTime,
+    HeadCircledCross, ///< of an open hi-hat
+    HeadDiamond,      ///< of bells and jingles
+    HeadDiamondOpen,
+    HeadTriangle, ///< of struck metal
+    HeadTriangleOpen
 };
-inline constexpr std::array<std::string_view, 22> kMusicGlyphNames{
-    "clef-treble", "clef-bass", "clef-percussion", "sharp",      "flat",    "natural",
-    "head-whole",  "head-half", "head-black",      "head-cross", "flag-up", "flag-down",
-    "rest-1",      "rest-2",    "rest-4",          "rest-8",     "rest-16", "rest-32",
-    "rest-64",     "brace",     "time-common",     "time-cut"};
+inline constexpr std::array<std::string_view, 27> kMusicGlyphNames{
+    "clef-treble",    "clef-bass",     "clef-percussion", "sharp",      "flat",         "natural",
+    "head-whole",     "head-half",     "head-black",      "head-cross", "flag-up",      "flag-down",
+    "rest-1",         "rest-2",        "rest-4",          "rest-8",     "rest-16",      "rest-32",
+    "rest-64",        "brace",         "time-common",     "time-cut",   "head-circled", "head-diamond",
+    "head-diamond-2", "head-triangle", "head-triangle-2"};
 
 /// How a text is set.
 struct TextStyle {
@@ -129,7 +135,9 @@ enum class Role : std::uint8_t {
     Tie,
     Tuplet,
     Lyric,
-    Text
+    Text,
+    Drum, ///< a drum's name
+    Slur
 };
 
 /// 0xRRGGBB.

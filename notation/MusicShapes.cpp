@@ -17,7 +17,7 @@ struct FontSign {
 constexpr double kAccidentals = 0.95;
 // The font's sharp is half as large again as its flat. Its rests of a half and a whole have a line through
 // them which is meant for empty paper, and its percussion clef is as high as five lines: these are ours.
-constexpr std::array<FontSign, 22> kFontSigns{{
+constexpr std::array<FontSign, 27> kFontSigns{{
     {MusicGlyph::TrebleClef, 0x1D11E, 50, -250},
     {MusicGlyph::BassClef, 0x1D122, 50, -750},
     {MusicGlyph::PercussionClef, 0},
@@ -37,9 +37,14 @@ constexpr std::array<FontSign, 22> kFontSigns{{
     {MusicGlyph::RestSixteenth, 0x1D13F, 50, -500},
     {MusicGlyph::RestThirtySecond, 0x1D140, 50, -500},
     {MusicGlyph::RestSixtyFourth, 0x1D141, 50, -500},
-    {MusicGlyph::Brace, 0x1D114, 211, -500, 0.25, 0.25},
+    {MusicGlyph::Brace, 0x1D114, 211, -500, 0.14, 0.25},
     {MusicGlyph::CommonTime, 0x1D134, 50, -499},
     {MusicGlyph::CutTime, 0x1D135, 50, -497},
+    {MusicGlyph::HeadCircledCross, 0},
+    {MusicGlyph::HeadDiamond, 0},
+    {MusicGlyph::HeadDiamondOpen, 0},
+    {MusicGlyph::HeadTriangle, 0},
+    {MusicGlyph::HeadTriangleOpen, 0},
 }};
 static_assert(kFontSigns.size() == kMusicGlyphNames.size());
 
@@ -72,6 +77,35 @@ Outline plainCross() {
     addPolygon(cross, {{-0.6, -0.38}, {-0.48, -0.5}, {0.6, 0.38}, {0.48, 0.5}});
     addPolygon(cross, {{-0.6, 0.38}, {0.48, -0.5}, {0.6, -0.38}, {-0.48, 0.5}});
     return cross;
+}
+
+Outline circledCross() {
+    Outline head;
+    addRing(head, {}, 0.53, 0.53, 0.12);
+    add(head, plainCross(), {0.62, 0.75, {}});
+    return head;
+}
+
+Outline plainDiamond(bool hollow) {
+    Outline head;
+    addPolygon(head, {{0, -0.52}, {0.6, 0}, {0, 0.52}, {-0.6, 0}});
+    if (hollow) {
+        Outline inside;
+        addPolygon(inside, {{0, -0.34}, {0.38, 0}, {0, 0.34}, {-0.38, 0}});
+        add(head, reversed(inside));
+    }
+    return head;
+}
+
+Outline plainTriangle(bool hollow) {
+    Outline head;
+    addPolygon(head, {{0, -0.52}, {0.6, 0.48}, {-0.6, 0.48}});
+    if (hollow) {
+        Outline inside;
+        addPolygon(inside, {{0, -0.26}, {0.36, 0.36}, {-0.36, 0.36}});
+        add(head, reversed(inside));
+    }
+    return head;
 }
 
 Outline plainAccidental(MusicGlyph glyph) {
@@ -169,8 +203,8 @@ Outline plainTime(bool cut) {
 
 Outline plainBrace() {
     Outline brace;
-    addLens(brace, {{Point{0, -0.5}, {-0.14, -0.35}, {0.06, -0.1}, {-0.15, 0}}, 0.03});
-    addLens(brace, {{Point{-0.15, 0}, {0.06, 0.1}, {-0.14, 0.35}, {0, 0.5}}, 0.03});
+    addLens(brace, {{Point{0, -0.5}, {-0.1, -0.35}, {0.03, -0.1}, {-0.1, 0}}, 0.025});
+    addLens(brace, {{Point{-0.1, 0}, {0.03, 0.1}, {-0.1, 0.35}, {0, 0.5}}, 0.025});
     return brace;
 }
 } // namespace
@@ -193,6 +227,14 @@ Outline plainSign(MusicGlyph glyph) {
         return plainHead(0.6, 0);
     case MusicGlyph::HeadCross:
         return plainCross();
+    case MusicGlyph::HeadCircledCross:
+        return circledCross();
+    case MusicGlyph::HeadDiamond:
+    case MusicGlyph::HeadDiamondOpen:
+        return plainDiamond(glyph == MusicGlyph::HeadDiamondOpen);
+    case MusicGlyph::HeadTriangle:
+    case MusicGlyph::HeadTriangleOpen:
+        return plainTriangle(glyph == MusicGlyph::HeadTriangleOpen);
     case MusicGlyph::FlagUp:
         return plainFlag();
     case MusicGlyph::FlagDown: {

@@ -119,9 +119,10 @@ int SongDocument::AddPage() {
     WrittenScore written = workspace_.score.NotesPerMeasure < 1
                                ? WrittenScore{}
                                : readScore(workspace_.score, workspace_.setup, used);
-    written.staves = stavesOf(used.staves);
+    if (written.staves.empty())
+        written.staves = stavesOf(used.staves);
     const int page = count() + 1;
-    EngravedPage blank = DrawBlankPage(engraved, written, used, page);
+    EngravedPage blank = DrawBlankPage(engraved, written, used, measure(), page);
     blank.caption = captionOf(setup.title, page);
     sheets_.addPage(std::move(blank));
     tell();

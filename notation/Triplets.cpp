@@ -8,6 +8,9 @@
 namespace velmora::notation {
 
 namespace {
+/// So long a span counts as one beat.
+constexpr int kLongestPlain = kWholeTicks / 4;
+
 /// The value that is this long as one of a triplet.
 std::optional<Value> tripletValue(int ticks) {
     if (ticks % 2 != 0)
@@ -78,7 +81,7 @@ public:
         if (isSpan && fallsOnThirds(span))
             return {.signs = signsOf(region, &span), .spans = {span}};
         Choice best = inParts(region);
-        if (isSpan) {
+        if (isSpan && showsItsThirds(span)) {
             const std::size_t signs = signsOf(region, &span);
             if (signs < best.signs)
                 best = {.signs = signs, .spans = {span}};
@@ -109,7 +112,7 @@ private:
         // Two beats of three may have one triplet.
         for (std::size_t first = 0; first < 2; ++first) {
             const TripletSpan span{parts[first].start, 2 * parts[first].length};
-            if (!fits(span))
+            if (!fits(span) || !showsItsThirds(span))
                 continue;
             Choice pair{.signs = signsOf({.start = span.start, .length = span.length}, &span),
                         .spans = {span}};
@@ -141,6 +144,18 @@ private:
     [[nodiscard]] bool fallsOnThirds(const TripletSpan& span) const {
         return std::ranges::all_of(inside(span.start, span.end()),
                                    [&](int place) { return (place - span.start) % (span.length / 3) == 0; });
+    }
+
+    /// Over more than a beat a reader has to hear the thirds: something begins on each, or on nothing else. A
+    /// note that only reaches into the triplet of a later beat is tied to it.
+    [[nodiscard]] bool showsItsThirds(const TripletSpan& span) const {
+        if (span.length <= kLongestPlain || fallsOnThirds(span))
+            return true;
+        if (span.length > 2 * kLongestPlain)
+            return false;
+        const int third = span.length / 3;
+        return std::ranges::binary_search(places_, span.start + third) &&
+               std::ranges::binary_search(places_, span.end() - third);
     }
 
     std::size_t signsOf(const Region& region, const TripletSpan* span) {

@@ -340,7 +340,7 @@ TEST_F(ClassicPage, ABlankPageIsRuledToItsFoot) {
     rests(1);
     music.setup.titleEveryPage = true;
     EngravedScore score = music.engrave();
-    const EngravedPage blank = DrawBlankPage(score, music.read(), music.setup, 3);
+    const EngravedPage blank = blankClassic(score, music.read(), music.setup, 3);
     EXPECT_EQ(blank.caption, "Untitled Score         Page 3");
     EXPECT_EQ(std::ranges::count(blank.marks, Role::StaffLine, &Mark::role), 55);
     EXPECT_EQ(std::ranges::count(blank.marks, Role::Rest, &Mark::role), 0);

@@ -407,6 +407,251 @@ TEST(CleanPage, ALongScoreFillsItsPagesToTheFoot) {
     EXPECT_EQ(page.engraved.pages[1].caption, "Untitled Score         Page 2");
 }
 
+TEST(CleanPage, ABlankPageIsTheSamePaperWithoutNotes) {
+    CleanPageReader page;
+    page.setup.staves.chkChannel[1] = true;
+    page.key("D").tune({72, 74, 76, 77}).stroke(1, 67, 0, 16);
+    page.engrave();
+    const EngravedPage blank = DrawBlankPage(page.engraved, page.read(), page.setup, page.measure, 2);
+    EXPECT_EQ(blank.caption, "Untitled Score         Page 2");
+    page.engraved.pages.push_back(blank);
+    const auto lines = page.boxes(Role::StaffLine, 1);
+    ASSERT_EQ(lines.size() % 10, 0U);
+    ASSERT_GT(lines.size(), 40U);
+    const std::size_t systems = lines.size() / 10;
+    EXPECT_EQ(page.of(Role::Clef, 1).size(), 2 * systems);
+    EXPECT_EQ(page.of(Role::Signature, 1).size(), 4 * systems + 2); // and the time once on each staff
+    EXPECT_EQ(page.of(Role::Other, 1).size(), systems) << "a brace each";
+    EXPECT_EQ(page.of(Role::Head, 1).size() + page.of(Role::Rest, 1).size(), 0U);
+    EXPECT_EQ(lines[0].left, page.boxes(Role::StaffLine)[0].left);
+    double lowest = 0;
+    for (const Box& line : lines)
+        lowest = std::max(lowest, line.bottom);
+    EXPECT_GT(lowest, 0.85 * page.engraved.height);
+    EXPECT_LT(lowest, page.engraved.height);
+}
+
+TEST(CleanPage, ABlankPageOfNothingHasATrebleStaff) {
+    CleanPageReader page;
+    page.engraved.width = page.setup.pageWidth;
+    page.engraved.height = page.setup.pageHeight;
+    const EngravedPage blank = DrawBlankPage(page.engraved, WrittenScore{}, page.setup, page.measure, 1);
+    page.engraved.pages.push_back(blank);
+    EXPECT_GT(page.of(Role::StaffLine).size(), 40U);
+    ASSERT_FALSE(page.glyphs(Role::Clef).empty());
+    EXPECT_EQ(page.glyphs(Role::Clef)[0].glyph, MusicGlyph::TrebleClef);
+}
+
+// Percussion
+
+/// Strokes of a quarter each, by their keys.
+CleanPageReader drumsOf(const std::vector<int>& keys, int steps = 4) {
+    CleanPageReader page;
+    page.setup.staves.chkChannel = {};
+    page.setup.staves.chkChannel[8] = true;
+    int at = 0;
+    for (const int key : keys) {
+        page.stroke(8, 60, at, steps);
+        page.score.NoteInstrument.set(8, at, static_cast<std::int16_t>(key + 93));
+        at += steps;
+    }
+    page.score.FindEndOfSong();
+    return page;
+}
+
+std::vector<MusicGlyph> headsOf(CleanPageReader& page) {
+    std::vector<MusicGlyph> heads;
+    for (const GlyphMark& head : page.glyphs(Role::Head))
+        heads.push_back(head.glyph);
+    return heads;
+}
+
+TEST(CleanPage, DrumsHaveTheHeadsThatDrummersKnow) {
+    auto page = drumsOf({38, 42, 46, 53, 81, 0});
+    page.engrave();
+    EXPECT_EQ(headsOf(page),
+              (std::vector{MusicGlyph::HeadBlack, MusicGlyph::HeadCross, MusicGlyph::HeadCircledCross,
+                           MusicGlyph::HeadDiamond, MusicGlyph::HeadTriangle, MusicGlyph::HeadBlack}));
+    for (const GlyphMark& head : page.glyphs(Role::Head))
+        EXPECT_EQ(head.at.y, page.lines(Role::StaffLine)[0].from.y) << "on the line";
+}
+
+TEST(CleanPage, LongStrokesOfCymbalsAreHollow) {
+    auto page = drumsOf({49, 38, 81}, 8);
+    page.engrave();
+    EXPECT_EQ(headsOf(page),
+              (std::vector{MusicGlyph::HeadDiamondOpen, MusicGlyph::HeadHalf, MusicGlyph::HeadTriangleOpen}));
+}
+
+TEST(CleanPage, ADrumHasItsNameWhereItComesUp) {
+    auto page = drumsOf({38, 38, 38, 38, 38, 38, 38, 38});
+    EXPECT_EQ(page.engrave().texts(Role::Drum), std::vector<std::string>{"Acoustic Snare"});
+    EXPECT_NEAR(page.boxes(Role::Drum)[0].left, page.boxes(Role::Head)[0].left, 0.5);
+    EXPECT_LT(page.boxes(Role::Drum)[0].bottom, page.boxes(Role::Stem)[0].top);
+}
+
+TEST(CleanPage, AFurtherChangeOfDrumsIsNamedInShort) {
+    auto page = drumsOf({38, 36, 38, 36});
+    EXPECT_EQ(page.engrave().texts(Role::Drum),
+              (std::vector<std::string>{"Acoustic Snare", "Bass Drum 1", "S. D.", "B. D."}));
+}
+
+TEST(CleanPage, AHeadThatNamesItsDrumIsNotNamedAgain) {
+    auto page = drumsOf({38, 42, 38, 42, 42, 38, 42, 42});
+    EXPECT_EQ(page.engrave().texts(Role::Drum),
+              (std::vector<std::string>{"Acoustic Snare", "Closed High-Hat"}));
+}
+
+TEST(CleanPage, EachLineNamesItsDrumsAnew) {
+    auto page = drumsOf(std::vector<int>(96, 36));
+    page.engrave();
+    const std::size_t lines = page.of(Role::StaffLine).size();
+    ASSERT_GT(lines, 1U);
+    const auto names = page.texts(Role::Drum);
+    ASSERT_EQ(names.size(), lines);
+    EXPECT_EQ(std::ranges::count(names, "B. D."), static_cast<std::ptrdiff_t>(lines) - 1);
+}
+
+TEST(CleanPage, NamesOfDrumsNeverLieOverEachOther) {
+    std::vector<int> keys;
+    for (int key = 35; key <= 81; ++key)
+        keys.push_back(key);
+    auto page = drumsOf(keys, 1);
+    const auto names = page.engrave().boxes(Role::Drum);
+    EXPECT_EQ(names.size(), 47U);
+    for (std::size_t i = 0; i < names.size(); ++i)
+        for (std::size_t j = i + 1; j < names.size(); ++j)
+            EXPECT_TRUE(names[i].right <= names[j].left || names[j].right <= names[i].left ||
+                        names[i].bottom <= names[j].top || names[j].bottom <= names[i].top)
+                << i << " and " << j;
+    for (const Box& name : names)
+        EXPECT_LE(name.right, page.engraved.width);
+}
+
+// Two voices
+
+/// Two channels on one staff, the first one above.
+CleanPageReader voicesOf(const std::vector<int>& upper, const std::vector<int>& lower, int steps = 4) {
+    auto page = tuneOf(upper, steps);
+    page.setup.staves.chkChannel[1] = page.setup.twoVoices = true;
+    int at = 0;
+    for (const int note : lower) {
+        if (note > 0)
+            page.stroke(1, note, at, steps);
+        at += steps;
+    }
+    return page;
+}
+
+TEST(CleanPage, VoicesInASecondStandBesideEachOther) {
+    auto page = voicesOf({72, 72, 72, 72}, {71, 69, 69, 69});
+    const auto heads = page.engrave().boxes(Role::Head);
+    ASSERT_EQ(heads.size(), 8U);
+    EXPECT_NEAR(heads[1].left, heads[0].right, 0.2 * kSpace) << "they touch, the lower one to the right";
+    EXPECT_GT(heads[1].top, heads[0].top);
+    EXPECT_NEAR(middleOf(heads[2]), middleOf(heads[3]), 0.01) << "a third stands in one column";
+}
+
+TEST(CleanPage, AUnisonOfEqualValuesIsOneHeadWithTwoStems) {
+    auto page = voicesOf({71, 72, 72, 72}, {71, 64, 64, 64});
+    EXPECT_EQ(page.engrave().of(Role::Head).size(), 7U);
+    EXPECT_EQ(page.of(Role::Stem).size(), 8U);
+}
+
+TEST(CleanPage, AUnisonOfHalfAndQuarterIsTwoHeads) {
+    CleanPageReader page;
+    page.setup.staves.chkChannel[1] = page.setup.twoVoices = true;
+    page.stroke(0, 71, 0, 4).stroke(0, 76, 4, 4).stroke(0, 76, 8, 8).stroke(1, 71, 0, 8).stroke(1, 60, 8, 8);
+    const auto heads = page.engrave().boxes(Role::Head);
+    ASSERT_EQ(heads.size(), 5U);
+    EXPECT_GE(heads[1].left, heads[0].right - 0.01);
+}
+
+TEST(CleanPage, RestsOfTwoVoicesMoveApart) {
+    CleanPageReader page;
+    page.setup.staves.chkChannel[1] = page.setup.twoVoices = true;
+    page.stroke(0, 76, 0, 4).stroke(0, 76, 8, 8).stroke(1, 60, 4, 4).stroke(1, 60, 12, 4);
+    const auto rests = page.engrave().glyphs(Role::Rest);
+    ASSERT_EQ(rests.size(), 3U);
+    EXPECT_EQ(page.place(rests[0].at.y), -4);
+    EXPECT_EQ(page.place(rests[1].at.y), 4);
+}
+
+TEST(CleanPage, WhatBothVoicesRestIsOneRest) {
+    auto page = voicesOf({76, 76}, {60, 60});
+    page.stroke(0, 76, 12, 4).stroke(1, 60, 12, 4);
+    const auto rests = page.engrave().glyphs(Role::Rest);
+    ASSERT_EQ(rests.size(), 1U);
+    EXPECT_EQ(page.place(rests[0].at.y), 0);
+}
+
+TEST(CleanPage, ABarsRestHangsFromTheOuterLineAndGoesOutOfTheWay) {
+    auto page = voicesOf({76, 76, 76, 76, 76, 76, 76, 76}, {60, 60, 60, 60});
+    auto rests = page.engrave().glyphs(Role::Rest);
+    ASSERT_EQ(rests.size(), 1U);
+    EXPECT_EQ(page.place(rests[0].at.y) + 2, -4);
+    auto low = voicesOf({60, 60, 60, 60, 60, 60, 60, 60}, {55, 55, 55, 55});
+    rests = low.engrave().glyphs(Role::Rest);
+    ASSERT_EQ(rests.size(), 1U);
+    EXPECT_LE(low.place(rests[0].at.y) + 2, -8);
+    EXPECT_EQ(low.lines(Role::Rest).size(), 1U) << "with a line of its own";
+}
+
+TEST(CleanPage, TiesOfTwoVoicesGoApart) {
+    CleanPageReader page;
+    page.setup.staves.chkChannel[1] = page.setup.twoVoices = true;
+    page.stroke(0, 72, 8, 16).stroke(1, 67, 8, 16);
+    const auto ties = page.engrave().curves(Role::Tie);
+    ASSERT_EQ(ties.size(), 2U);
+    const bool firstIsUpper = ties[0].points[0].y < ties[1].points[0].y;
+    const CurveMark& upper = ties[firstIsUpper ? 0 : 1];
+    const CurveMark& lower = ties[firstIsUpper ? 1 : 0];
+    EXPECT_LT(upper.points[1].y, upper.points[0].y);
+    EXPECT_GT(lower.points[1].y, lower.points[0].y);
+}
+
+// Slurs
+
+TEST(CleanPage, ASyllableOnSeveralNotesHasASlur) {
+    auto page = tuneOf({67, 69, 71, 72, 74, 76, 77, 79}, 2);
+    page.setup.verses = {"one two _ _ three four five six"};
+    const auto slurs = page.engrave().curves(Role::Slur);
+    ASSERT_EQ(slurs.size(), 1U);
+    const auto heads = page.boxes(Role::Head);
+    EXPECT_GT(slurs[0].points[0].x, heads[1].left);
+    EXPECT_LT(slurs[0].points[0].x, heads[1].right + 1);
+    EXPECT_GT(slurs[0].points[3].x, heads[3].left);
+    EXPECT_LT(slurs[0].points[3].x, heads[3].right + 1);
+}
+
+TEST(CleanPage, ASlurLiesOnTheHeadsSideOfStemsThatPointOneWay) {
+    auto low = tuneOf({60, 62, 64, 65}, 2);
+    low.setup.verses = {"la _ _ _"};
+    const CurveMark below = low.engrave().curves(Role::Slur).at(0);
+    EXPECT_GT(below.points[1].y, below.points[0].y);
+    auto high = tuneOf({76, 77, 79, 77}, 2);
+    high.setup.verses = {"la _ _ _"};
+    const CurveMark above = high.engrave().curves(Role::Slur).at(0);
+    EXPECT_LT(above.points[1].y, above.points[0].y);
+}
+
+TEST(CleanPage, AHeldNoteNeedsNoSlur) {
+    auto page = tuneOf({64, 64}, 12);
+    page.setup.verses = {"la la _ _ _"};
+    EXPECT_TRUE(page.engrave().curves(Role::Slur).empty());
+}
+
+TEST(CleanPage, ASlurOverALinesEndGoesOnInTheNext) {
+    auto page = tuneOf(std::vector<int>(160, 71), 4);
+    std::string words = "la";
+    for (int i = 0; i < 60; ++i)
+        words += " _";
+    page.setup.verses = {words};
+    page.engrave();
+    EXPECT_GT(page.of(Role::Slur).size(), 1U);
+    EXPECT_LT(page.of(Role::Slur).size(), 9U);
+}
+
 // Learning to read
 
 TEST(CleanPage, LetteredHeadsHaveTheChannelsColourAndALetterThatReadsOnIt) {

@@ -66,6 +66,22 @@ void fillAtRandom(Score& score, int channel, std::mt19937& random, int length) {
     score.FindEndOfSong();
 }
 
+/// Notes that begin or end on beats and within the thirds of others, as long as some of either.
+void fillWithThirds(Score& score, int channel, std::mt19937& random, int third, int length) {
+    constexpr std::array kThirds{1, 1, 1, 2, 2, 3, 4, 4, 5, 6, 7, 8, 10};
+    for (int position = 0; position < length;) {
+        const int steps = kThirds[random() % kThirds.size()] * third;
+        const int row = static_cast<int>(random() % 128);
+        const bool isRest = random() % 6 == 0;
+        for (int i = 0; i < steps && position < length; ++i, ++position)
+            score.NoteCell.set(channel, position,
+                               static_cast<std::int16_t>(isRest   ? -1
+                                                         : i == 0 ? row
+                                                                  : row + 1000));
+    }
+    score.FindEndOfSong();
+}
+
 struct RandomMeter {
     int upper;
     int lower;
@@ -76,11 +92,8 @@ constexpr std::array kMeters{RandomMeter{4, 4}, RandomMeter{3, 4},  RandomMeter{
                              RandomMeter{3, 8}, RandomMeter{10, 8}, RandomMeter{16, 32}, RandomMeter{16, 1},
                              RandomMeter{1, 1}, RandomMeter{4, 2},  RandomMeter{8, 8},   RandomMeter{11, 16}};
 
-/// @param M steps of a bar; the meter and the notes are the random numbers'
-void expectReadBack(CleanMusicReader& music, std::mt19937& random, int M) {
-    const RandomMeter meter = kMeters[random() % kMeters.size()];
-    music.meterOf(meter.upper, meter.lower, M);
-    fillAtRandom(music.score, 0, random, std::min(1 + static_cast<int>(random() % 6) * M, 900));
+/// Whether what the music's first channel has can be read back from its bars.
+void expectReadBack(CleanMusicReader& music, RandomMeter meter, int M) {
     const WrittenScore written = music.read();
     const auto cells = cellsOf(written, 0, 0);
     for (std::size_t i = 0; i < cells.size(); ++i)
@@ -107,8 +120,49 @@ void expectReadBack(CleanMusicReader& music, std::mt19937& random, int M) {
     }
 }
 
+/// @param M steps of a bar; the meter and the notes are the random numbers'
+void expectReadBack(CleanMusicReader& music, std::mt19937& random, int M) {
+    const RandomMeter meter = kMeters[random() % kMeters.size()];
+    music.meterOf(meter.upper, meter.lower, M);
+    fillAtRandom(music.score, 0, random, std::min(1 + static_cast<int>(random() % 6) * M, 900));
+    expectReadBack(music, meter, M);
+}
+
+/// A beat with a third of the next, before another third: tied to the triplet, and no part of a longer one.
+void expectBeatsShow(const WrittenScore& written, int third, int& seen) {
+    for (std::size_t i = 0; i + 1 < written.items.size(); ++i) {
+        const Written& item = written.items[i];
+        const Written& next = written.items[i + 1];
+        if (item.bar != next.bar || item.step % (3 * third) != 0 || item.steps != 4 * third ||
+            next.steps != third)
+            continue;
+        ++seen;
+        EXPECT_EQ(item.values.size(), 2U);
+        EXPECT_FALSE(item.values.front().triplet) << "bar " << item.bar << " step " << item.step;
+    }
+}
+
 } // namespace
 
+TEST_F(CleanReadingTest, NotesFromBeatsIntoTripletsCanBeReadBack) {
+    std::mt19937 random(33);
+    int seen = 0;
+    constexpr std::array kBeats{RandomMeter{4, 4}, RandomMeter{3, 4}, RandomMeter{2, 4},
+                                RandomMeter{5, 4}, RandomMeter{2, 2}, RandomMeter{6, 4}};
+    for (int round = 0; round < 3000; ++round) {
+        CleanMusicReader music;
+        const RandomMeter beats = kBeats[random() % kBeats.size()];
+        const int third = 1 << random() % 3;
+        const int M = beats.upper * 3 * third;
+        music.meterOf(beats.upper, beats.lower, M);
+        fillWithThirds(music.score, 0, random, third, std::min(4 * M, 900));
+        expectReadBack(music, beats, M);
+        expectBeatsShow(music.read(), third, seen);
+        if (HasFatalFailure() || HasNonfatalFailure())
+            FAIL() << "round " << round << ": " << beats.upper << '/' << beats.lower << ' ' << music.values();
+    }
+    EXPECT_GT(seen, 400);
+}
 TEST_F(CleanReadingTest, WhatIsReadSaysTheGridAgain) {
     std::mt19937 random(20);
     for (int round = 0; round < 3000; ++round) {

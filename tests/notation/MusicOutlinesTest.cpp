@@ -18,18 +18,34 @@ struct Expected {
     double left, top, right, bottom; ///< staff spaces about its origin
 };
 /// What a reader of music expects of each sign's place and size.
-constexpr std::array<Expected, 22> kExpected{{
-    {MusicGlyph::TrebleClef, 0, -4.5, 2.6, 2.7},      {MusicGlyph::BassClef, 0, -1.2, 2.9, 2.8},
-    {MusicGlyph::PercussionClef, 0, -1, 1.2, 1},      {MusicGlyph::Sharp, -0.6, -1.4, 0.6, 1.4},
-    {MusicGlyph::Flat, -0.55, -1.8, 0.55, 0.7},       {MusicGlyph::Natural, -0.55, -1.4, 0.55, 1.4},
-    {MusicGlyph::HeadWhole, -0.85, -0.6, 0.85, 0.6},  {MusicGlyph::HeadHalf, -0.65, -0.6, 0.65, 0.6},
-    {MusicGlyph::HeadBlack, -0.65, -0.6, 0.65, 0.6},  {MusicGlyph::HeadCross, -0.65, -0.6, 0.65, 0.6},
-    {MusicGlyph::FlagUp, -0.1, 0, 1.2, 3.1},          {MusicGlyph::FlagDown, -0.1, -3.1, 1.2, 0},
-    {MusicGlyph::RestWhole, 0, -1, 1.5, -0.4},        {MusicGlyph::RestHalf, 0, -0.6, 1.5, 0},
-    {MusicGlyph::RestQuarter, 0, -1.6, 1.1, 1.6},     {MusicGlyph::RestEighth, 0, -1.1, 1.2, 1.3},
-    {MusicGlyph::RestSixteenth, 0, -1.5, 1.5, 1.8},   {MusicGlyph::RestThirtySecond, 0, -2, 1.9, 2.3},
-    {MusicGlyph::RestSixtyFourth, 0, -2.6, 2.2, 2.8}, {MusicGlyph::Brace, -0.2, -0.55, 0.05, 0.55},
-    {MusicGlyph::CommonTime, 0, -1.3, 1.8, 1.3},      {MusicGlyph::CutTime, 0, -1.8, 1.8, 1.8},
+constexpr std::array<Expected, 27> kExpected{{
+    {MusicGlyph::TrebleClef, 0, -4.5, 2.6, 2.7},
+    {MusicGlyph::BassClef, 0, -1.2, 2.9, 2.8},
+    {MusicGlyph::PercussionClef, 0, -1, 1.2, 1},
+    {MusicGlyph::Sharp, -0.6, -1.4, 0.6, 1.4},
+    {MusicGlyph::Flat, -0.55, -1.8, 0.55, 0.7},
+    {MusicGlyph::Natural, -0.55, -1.4, 0.55, 1.4},
+    {MusicGlyph::HeadWhole, -0.85, -0.6, 0.85, 0.6},
+    {MusicGlyph::HeadHalf, -0.65, -0.6, 0.65, 0.6},
+    {MusicGlyph::HeadBlack, -0.65, -0.6, 0.65, 0.6},
+    {MusicGlyph::HeadCross, -0.65, -0.6, 0.65, 0.6},
+    {MusicGlyph::FlagUp, -0.1, 0, 1.2, 3.1},
+    {MusicGlyph::FlagDown, -0.1, -3.1, 1.2, 0},
+    {MusicGlyph::RestWhole, 0, -1, 1.5, -0.4},
+    {MusicGlyph::RestHalf, 0, -0.6, 1.5, 0},
+    {MusicGlyph::RestQuarter, 0, -1.6, 1.1, 1.6},
+    {MusicGlyph::RestEighth, 0, -1.1, 1.2, 1.3},
+    {MusicGlyph::RestSixteenth, 0, -1.5, 1.5, 1.8},
+    {MusicGlyph::RestThirtySecond, 0, -2, 1.9, 2.3},
+    {MusicGlyph::RestSixtyFourth, 0, -2.6, 2.2, 2.8},
+    {MusicGlyph::Brace, -0.12, -0.55, 0.05, 0.55},
+    {MusicGlyph::CommonTime, 0, -1.3, 1.8, 1.3},
+    {MusicGlyph::CutTime, 0, -1.8, 1.8, 1.8},
+    {MusicGlyph::HeadCircledCross, -0.6, -0.6, 0.6, 0.6},
+    {MusicGlyph::HeadDiamond, -0.65, -0.6, 0.65, 0.6},
+    {MusicGlyph::HeadDiamondOpen, -0.65, -0.6, 0.65, 0.6},
+    {MusicGlyph::HeadTriangle, -0.65, -0.6, 0.65, 0.6},
+    {MusicGlyph::HeadTriangleOpen, -0.65, -0.6, 0.65, 0.6},
 }};
 
 /// Twice the area that an outline's points go round.

@@ -110,6 +110,20 @@ TEST_F(NoteSplitTest, TwoBeatsOfThreeMayHoldATriplet) {
 TEST_F(NoteSplitTest, ANoteThatReachesIntoATripletIsTied) {
     EXPECT_EQ(meterOf(4, 4, 12).rhythm({5, 1, 6}).values(), "quarter+quarter3 eighth3 half");
 }
+TEST_F(NoteSplitTest, ANoteOfABeatAndAThirdIsTiedIntoTheTriplet) {
+    EXPECT_EQ(meterOf(4, 4, 12).rhythm({4, 1, 1, 6}).values(), "quarter+eighth3 eighth3 eighth3 half");
+    EXPECT_EQ(rhythm({6, 4, 1, 1}).values(), "half quarter+eighth3 eighth3 eighth3");
+    EXPECT_EQ(rhythm({1, 1, 4, 6}).values(), "eighth3 eighth3 eighth3+quarter half");
+    EXPECT_EQ(rhythm({3, 4, 1, 1, 3}).values(), "quarter quarter+eighth3 eighth3 eighth3 quarter");
+    EXPECT_EQ(rhythm({-4, 1, 1, 6}).values(), "(quarter+eighth3) eighth3 eighth3 half");
+    EXPECT_EQ(meterOf(3, 4, 9).rhythm({4, 1, 1, 3}).values(), "quarter+eighth3 eighth3 eighth3 quarter");
+    EXPECT_EQ(rhythm({3, 4, 1, 1}).values(), "quarter quarter+eighth3 eighth3 eighth3");
+    EXPECT_EQ(meterOf(4, 4, 48).rhythm({-24, 16, 4, 4}).values(), "(half) quarter+eighth3 eighth3 eighth3");
+}
+TEST_F(NoteSplitTest, ATripletOverTwoBeatsShowsItsThirds) {
+    EXPECT_EQ(meterOf(4, 4, 12).rhythm({2, 2, 1, 1, 6}).values(), "quarter3 quarter3 eighth3 eighth3 half");
+    EXPECT_EQ(rhythm({4, 2, 6}).values(), "half3 quarter3 half");
+}
 TEST_F(NoteSplitTest, RestsStandInTripletsToo) {
     EXPECT_EQ(meterOf(4, 4, 12).rhythm({1, -1, 1, -2, 1, 6}).values(),
               "eighth3 (eighth3) eighth3 (quarter3) eighth3 half");
