@@ -213,12 +213,15 @@ void checkSize(const notation::ScoreSetup& setup, int scale) {
 
 /// The pages, and on them the lyrics' items.
 EngravedScore engrave(ReadMusic& music, const fs::path& out) {
-    constexpr double kBarsAPage = 20; // about; only progress is reckoned by it
+    // About; only progress is reckoned by them.
+    constexpr double kBarsAPage = 20;
+    constexpr double kSignsAPage = 100;
     ProgressBar bar("Writing the score");
-    const double pages = std::max(music.score.bars() / kBarsAPage, 1.0);
+    const double pages = std::max(
+        {music.score.bars() / kBarsAPage, static_cast<double>(music.score.items.size()) / kSignsAPage, 1.0});
     const auto measure = notation::fontMeasure();
     EngravedScore score = notation::WriteScore(music.score, music.setup, *measure, [&](int done) {
-        bar.show(done / pages);
+        bar.show(std::min(done / pages, 0.95));
         return !interrupted();
     });
     if (interrupted())
