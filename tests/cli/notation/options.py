@@ -140,7 +140,6 @@ class OptionsTest(NotationCase):
                 self.save(name, b"old")
                 running = self.start("engrave", "long.sng", name, *manner)
                 wait_until(lambda: catches(running.process.pid, number), "it listens to signals")
-                time.sleep(0.3)
                 sent = time.monotonic()
                 running.send(number)
                 done = running.wait(20)
@@ -199,6 +198,14 @@ class WithLyricsTest(NotationCase):
         turn = pages(plain)
         self.assertEqual(lines, plain[: turn[1]] + ["text 30 40 first"] + plain[turn[1] : turn[2]] + ["text 10 20 second"]
                          + plain[turn[2]:])
+
+    def test_composer_and_verses_of_the_file_stand_on_the_clean_page_alone(self):
+        self.save("more.lyr", b"Composer=A. Walker\nWords=Twin-kle lit-tle star\n")
+        self.assertEqual(self.page("--lyrics", "more.lyr"), self.page())
+        self.succeed("engrave", "in.sng", "out.txt", "--lyrics", "more.lyr")
+        words = [line.split(" ", 3)[3] for line in self.listed("out.txt") if line.startswith("text ")]
+        for word in ("A. Walker", "Twin", "kle", "star"):
+            self.assertIn(word, words)
 
     def test_the_clean_page_has_the_words_too(self):
         self.succeed("engrave", "in.sng", "out.txt", "--lyrics", "words.lyr")
