@@ -64,6 +64,12 @@ void check(const std::string& problem) {
         throw Failure(problem);
 }
 
+/// Nothing takes the place of a file that could not be painted.
+void checkPainted(const fs::path& out, std::string_view bytes) {
+    if (bytes.empty())
+        throw Failure("\"" + out.string() + "\" could not be painted; what was there before still is.");
+}
+
 void writeOne(const fs::path& out, std::string_view bytes) {
     FileSet files(1);
     files.add(out, bytes);
@@ -102,6 +108,7 @@ void writePdf(const EngravedScore& score, const Job& job) {
     const auto bytes = notation::pdfOf(score, order, placeOf(score, options), job.title, goOn);
     if (!bytes)
         cancelled(job.out);
+    checkPainted(job.out, *bytes);
     writeOne(job.out, *bytes);
 }
 
@@ -123,7 +130,9 @@ void writeSeries(const EngravedScore& score, const Job& job, BytesOf bytesOf) {
         if (interrupted())
             cancelled(job.out);
         bar.show(static_cast<double>(i) / static_cast<double>(count));
-        files.add(pagePath(job.out, i, count), bytesOf(score.pages[i]));
+        const std::string bytes = bytesOf(score.pages[i]);
+        checkPainted(job.out, bytes);
+        files.add(pagePath(job.out, i, count), bytes);
     }
     files.commit();
 }
@@ -196,11 +205,25 @@ PageOptions readPageOptions(const QCommandLineParser& parser, const Format& form
     return options;
 }
 
+void checkSize(const notation::ScoreSetup& setup, int scale) {
+    if (std::max(setup.pageWidth, setup.pageHeight) * scale > notation::kLargestPicture)
+        throw UsageError("--scale " + std::to_string(scale) + " makes pictures of more than " +
+                         std::to_string(notation::kLargestPicture) + " pixels a side of that page");
+}
+
 /// The pages, and on them the lyrics' items.
 EngravedScore engrave(ReadMusic& music, const fs::path& out) {
+    // About; only progress is reckoned by them.
+    constexpr double kBarsAPage = 20;
+    constexpr double kSignsAPage = 100;
+    ProgressBar bar("Writing the score");
+    const double pages = std::max(
+        {music.score.bars() / kBarsAPage, static_cast<double>(music.score.items.size()) / kSignsAPage, 1.0});
     const auto measure = notation::fontMeasure();
-    EngravedScore score =
-        notation::WriteScore(music.score, music.setup, *measure, [](int) { return !interrupted(); });
+    EngravedScore score = notation::WriteScore(music.score, music.setup, *measure, [&](int done) {
+        bar.show(std::min(done / pages, 0.95));
+        return !interrupted();
+    });
     if (interrupted())
         cancelled(out);
     if (music.items.empty())
@@ -222,6 +245,7 @@ int run(const QCommandLineParser& parser) {
     const Format& format = formatOf(files[1]);
     const NotationOptions options = readNotationOptions(parser);
     Job job{.out = files[1], .title = {}, .options = readPageOptions(parser, format)};
+    checkSize(options.setup, job.options.scale);
     catchInterrupts();
     ReadMusic music = readMusic(files[0], options);
     if (format.isPainted)

@@ -23,7 +23,6 @@ void catchInterrupts() {
     sigemptyset(&action.sa_mask);
     for (const int signal : std::array{SIGINT, SIGTERM, SIGHUP})
         sigaction(signal, &action, nullptr);
-    std::signal(SIGXFSZ, SIG_IGN); // a file that may grow no further is an error like any other
 }
 
 bool interrupted() {

@@ -6,6 +6,7 @@
 #include "cli/Session.h"
 #include "cli/Words.h"
 #include "notation/Keys.h"
+#include "notation/LyricsExtras.h"
 #include "notation/ModScore.h"
 
 #include <QCommandLineParser>
@@ -173,6 +174,7 @@ ScoreSetup setupOf(const NotationOptions& options, const notation::LyricsFile& l
     setup.key = options.key.value_or(isKey ? *lyrics.key : setup.key);
     setup.start = options.start.value_or(std::clamp(lyrics.start.value_or(0), 0, kMostNotes));
     setup.title = options.title.value_or(lyrics.title.value_or(""));
+    notation::takeExtras(lyrics.extras, setup);
     return setup;
 }
 

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <string_view>
@@ -104,6 +105,7 @@ int runWords(QStringList words) {
 } // namespace
 
 int main(int argc, char* argv[]) {
+    std::signal(SIGXFSZ, SIG_IGN); // a file that may grow no further is an error like any other
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("velmora-cli");
     QStringList words;

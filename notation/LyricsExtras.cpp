@@ -35,13 +35,17 @@ std::string extrasOf(const ScoreSetup& setup) {
     return lines;
 }
 
-void takeExtras(std::string_view text, ScoreSetup& setup) {
+bool isExtra(std::string_view line) {
+    return behind(line, kComposer) || behind(line, kTempo) || behind(line, kVerse);
+}
+
+void takeExtras(std::string_view lines, ScoreSetup& setup) {
     setup.composer = setup.tempoWords = {};
     setup.verses.clear();
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        std::string_view line = text.substr(0, end);
-        text.remove_prefix(std::min(end + 1, text.size()));
+    while (!lines.empty()) {
+        const std::size_t end = std::min(lines.find('\n'), lines.size());
+        std::string_view line = lines.substr(0, end);
+        lines.remove_prefix(std::min(end + 1, lines.size()));
         if (line.ends_with('\r'))
             line.remove_suffix(1);
         if (auto words = behind(line, kComposer))

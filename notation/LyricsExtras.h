@@ -13,8 +13,10 @@ struct ScoreSetup;
 
 /// Those lines; blank if there is nothing to keep.
 [[nodiscard]] std::string extrasOf(const ScoreSetup& setup);
-/// Takes them from a file's text. One without any empties them.
-void takeExtras(std::string_view text, ScoreSetup& setup);
+/// Whether a line of a file is one of them. No other key is looked for within it.
+[[nodiscard]] bool isExtra(std::string_view line);
+/// Takes them from lines. Without any they become empty.
+void takeExtras(std::string_view lines, ScoreSetup& setup);
 
 /// The words as they are typed in one line: verses stand between bars, "|".
 [[nodiscard]] std::string versesLine(const ScoreSetup& setup);

@@ -3,6 +3,7 @@
 
 #include "base/Text.h"
 #include "base/TextCoding.h"
+#include "notation/LyricsExtras.h"
 
 #include <algorithm>
 #include <array>
@@ -49,6 +50,7 @@ constexpr std::array kNumbers{
     whole<&LyricsFile::key>("Combo1.ListIndex=", " "),
     whole<&LyricsFile::start>("text4="),
 };
+constexpr std::string_view kEnd = "\r\n";
 constexpr std::string_view kTitle = "Title=";
 constexpr std::string_view kText1 = "text1=";
 
@@ -166,7 +168,9 @@ LyricsFile parseLyrics(std::string_view bytes) {
     LyricsFile file;
     std::vector<std::string_view> values;
     for (const std::string_view line : linesOf(text)) {
-        if (auto item = itemOf(line))
+        if (isExtra(line))
+            file.extras.append(line).append(kEnd);
+        else if (auto item = itemOf(line))
             file.items.push_back(std::move(*item));
         else
             values.push_back(line);
@@ -180,7 +184,6 @@ LyricsFile parseLyrics(std::string_view bytes) {
 }
 
 std::string serializeLyrics(const LyricsFile& file) {
-    constexpr std::string_view kEnd = "\r\n";
     std::string bytes;
     const auto add = [&](std::string_view key, std::string_view value) {
         bytes.append(key).append(value).append(kEnd);
@@ -194,7 +197,7 @@ std::string serializeLyrics(const LyricsFile& file) {
         add(kText1, oneLine(*file.text1));
     for (const LyricsItem& item : file.items)
         add(lineOf(item), "");
-    return bytes;
+    return bytes + file.extras;
 }
 
 std::string lineOf(const LyricsItem& item) {

@@ -32,13 +32,14 @@ struct LyricsFile {
     std::optional<int> start{}; ///< `Text4`
     std::optional<std::string> text1{};
     std::vector<LyricsItem> items{}; ///< in the file's order
+    std::string extras{};            ///< the lines of `LyricsExtras`, each with CR LF
 };
 
 /// Reads what can be found. Lines end with CR LF or LF; bytes that are not valid UTF-8 are Windows-1252.
 [[nodiscard]] LyricsFile parseLyrics(std::string_view bytes);
 
 /// The file's bytes, with CR LF: the title's line if there is a title, the values, the items as they stand,
-/// each as it was read.
+/// each as it was read, the extras.
 [[nodiscard]] std::string serializeLyrics(const LyricsFile& file);
 
 /// The line of an item: as it was read, or as it is written anew.

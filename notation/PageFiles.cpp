@@ -21,9 +21,6 @@ struct SurfaceDeleter {
 using Context = std::unique_ptr<cairo_t, ContextDeleter>;
 using Surface = std::unique_ptr<cairo_surface_t, SurfaceDeleter>;
 
-/// The library's own limit of a picture's width and height.
-constexpr double kLargestPicture = 32767;
-
 class FontMeasure : public TextMeasure {
 public:
     TextExtent extent(std::string_view text, const TextStyle& style) override {

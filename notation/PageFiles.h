@@ -27,7 +27,10 @@ namespace velmora::notation {
 void paintPixels(const EngravedScore& score, const EngravedPage& page, double scale, int left, int top,
                  int width, int height, std::uint32_t* pixels);
 
-/// 8-bit grey, black on white; the file's bytes. A coloured page has colours.
+/// The most pixels that a picture may be wide or high: the library's own limit.
+inline constexpr int kLargestPicture = 32767;
+
+/// 8-bit grey, black on white; the file's bytes, none if it can't be painted. A coloured page has colours.
 [[nodiscard]] std::string pngOf(const EngravedScore& score, const EngravedPage& page, double scale);
 [[nodiscard]] std::string svgOf(const EngravedScore& score, const EngravedPage& page);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "notation/PrintRun.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velmora::notation {
@@ -9,21 +10,33 @@ namespace {
 constexpr double kFirstWait = 4; ///< seconds
 constexpr double kSheetWait = 1;
 
-std::string nothingToPrint(const PrintRequest& request, int pages) {
-    if (pages == 0)
+/// A page that was closed ejects nothing.
+std::vector<PrintedSheet> sheetsOf(const PrintedScore& score, const PrintRequest& request) {
+    const int first = score.placeOf(request.from);
+    int last = score.count();
+    if (request.to > 0 && last > 0 && request.to < score.number(last))
+        last = score.placeOf(request.to + 1) - 1;
+    return last < 1 ? std::vector<PrintedSheet>() : printOrder(score.count(), first, last, request.copies);
+}
+
+std::string nothingToPrint(const PrintRequest& request, const PrintedScore& score) {
+    if (score.count() == 0)
         return "There is no page to print. Write the score first.";
     if (request.copies < 1)
         return "Nothing to print: the number of copies is 0.";
     if (request.to > 0 && request.from > request.to)
         return "Nothing to print: page " + std::to_string(request.from) + " comes after page " +
                std::to_string(request.to) + '.';
-    return "Nothing to print: the last page is page " + std::to_string(pages) + '.';
+    const int last = score.number(score.count());
+    if (request.from <= last)
+        return "Nothing to print: what is there of those pages has been closed.";
+    return "Nothing to print: the last page is page " + std::to_string(last) + '.';
 }
 
 /// Why this can't be printed; blank if it can.
-std::string problemOf(const PrintRequest& request, std::size_t sheets, int pages) {
+std::string problemOf(const PrintRequest& request, std::size_t sheets, const PrintedScore& score) {
     if (sheets == 0)
-        return nothingToPrint(request, pages);
+        return nothingToPrint(request, score);
     if (sheets > kMostSheets)
         return "More than " + std::to_string(kMostSheets) +
                " sheets of paper can't be printed at a time. Choose fewer pages or copies.";
@@ -33,11 +46,20 @@ std::string problemOf(const PrintRequest& request, std::size_t sheets, int pages
 }
 } // namespace
 
+int PrintedScore::number(int place) const {
+    return numbers.empty() ? place : numbers.at(static_cast<std::size_t>(place - 1));
+}
+
+int PrintedScore::placeOf(int number) const {
+    if (numbers.empty())
+        return std::clamp(number, 1, count() + 1);
+    return static_cast<int>(std::ranges::lower_bound(numbers, number) - numbers.begin()) + 1;
+}
+
 PrintOutcome printScore(const PrintedScore& score, const PrintRequest& request, PrintScreen& screen,
                         const DeliverPrint& deliver, const PaintPrint& paint) {
-    const int pages = static_cast<int>(score.pages.pages.size());
-    const auto sheets = printOrder(pages, request.from, request.to, request.copies);
-    if (std::string problem = problemOf(request, sheets.size(), pages); !problem.empty())
+    const auto sheets = sheetsOf(score, request);
+    if (std::string problem = problemOf(request, sheets.size(), score); !problem.empty())
         return {.problem = std::move(problem)};
     screen.showStatus("Preparing to print");
     if (!screen.pass(request.waits ? kFirstWait : 0))
@@ -52,7 +74,7 @@ PrintOutcome printScore(const PrintedScore& score, const PrintRequest& request, 
         if (next >= sheets.size())
             return !cancelled;
         const PrintedSheet sheet = sheets[next++];
-        screen.showStatus("Printing Page " + std::to_string(sheet.page) + " Copy " +
+        screen.showStatus("Printing Page " + std::to_string(score.number(sheet.page)) + " Copy " +
                           std::to_string(sheet.copy));
         cancelled = !screen.pass(request.waits ? kSheetWait : 0);
         return !cancelled;

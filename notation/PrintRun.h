@@ -8,6 +8,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace velmora::notation {
 
@@ -15,12 +16,20 @@ namespace velmora::notation {
 struct PrintedScore {
     EngravedScore pages{};
     std::string title{};
+    /// Of each page, rising, where pages between were closed; blank for 1, 2 and so on.
+    std::vector<int> numbers{};
+
+    [[nodiscard]] int count() const { return static_cast<int>(pages.pages.size()); }
+    /// @param place from 1, among the pages that are there
+    [[nodiscard]] int number(int place) const;
+    /// The place of the first page of that number or a higher one; one behind the last for none.
+    [[nodiscard]] int placeOf(int number) const;
 };
 
 struct PrintRequest {
     PrintLayout layout;
-    int from = 0; ///< 0 for the first page
-    int to = 0;   ///< 0 for the last
+    int from = 0; ///< a page's number; 0 for the first
+    int to = 0;   ///< likewise; 0 for the last
     int copies = 1;
     bool waits = false; ///< 4 seconds first, and one before each sheet
 };

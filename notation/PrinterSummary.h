@@ -15,6 +15,7 @@ struct ScaleModeRow {
     int mode;
     std::string_view text;
 };
+/// The last is spelled so: meant.
 inline constexpr std::array<ScaleModeRow, 5> kScaleModes{
     {{1, "Twips"}, {3, "Pixel"}, {5, "Inches"}, {6, "Millimeters"}, {7, "Centiimeters"}}};
 /// Blank for a mode without words.

@@ -27,7 +27,7 @@ constexpr int kMelodyBoxes = 8;
 constexpr int kBoxes = 12;
 constexpr int kLeastSize = 10; ///< of the three heights and widths, in pixels
 constexpr int kMostSize = 300;
-constexpr int kMostPages = 10'000; ///< that a lyrics file may ask for
+constexpr int kMostPages = 1000; ///< that a lyrics file may ask for
 constexpr const char* kNoMeasure = "A measure has no notes. Set the beats of a measure in the setup toolbar.";
 
 /// A number of a lyrics file as one of the three sizes.
@@ -110,6 +110,13 @@ void SongDocument::setPages(EngravedScore pages) {
 }
 
 int SongDocument::AddPage() {
+    addPages(count() + 1);
+    tell();
+    return count();
+}
+
+/// Blank ones, until there are @p wanted.
+void SongDocument::addPages(int wanted) {
     const ScoreSetup used = writtenSetup();
     EngravedScore& engraved = sheets_.engraved();
     if (engraved.pages.empty()) {
@@ -121,12 +128,11 @@ int SongDocument::AddPage() {
                                : readScore(workspace_.score, workspace_.setup, used);
     if (written.staves.empty())
         written.staves = stavesOf(used.staves);
-    const int page = count() + 1;
-    EngravedPage blank = DrawBlankPage(engraved, written, used, measure(), page);
-    blank.caption = captionOf(setup.title, page);
-    sheets_.addPage(std::move(blank));
-    tell();
-    return page;
+    for (int page = count() + 1; page <= wanted; ++page) {
+        EngravedPage blank = DrawBlankPage(engraved, written, used, measure(), page);
+        blank.caption = captionOf(setup.title, page);
+        sheets_.addPage(std::move(blank));
+    }
 }
 
 SongDocument::Outcome SongDocument::WriteFromNotes(const GoOn& goOn) {
@@ -302,10 +308,12 @@ std::string SongDocument::linesOf(int page) const {
 
 void SongDocument::setLinesOf(int page, const std::string& lines) {
     std::vector<LyricsItem> items;
+    std::vector<LyricsItem> elsewhere;
     for (const std::string& line : splitLines(lines))
         for (LyricsItem& item : parseLyrics(line + "\r\n").items)
-            if (item.page == page)
-                items.push_back(std::move(item));
+            (item.page == page || item.page < 1 ? items : elsewhere).push_back(std::move(item));
+    for (LyricsItem& item : elsewhere)
+        sheets_.place(std::move(item));
     setTexts(page, std::move(items));
 }
 
@@ -345,7 +353,7 @@ SongDocument::Outcome SongDocument::OpenLyrics(const fs::path& file) {
         return {false, "\"" + file.string() + "\" is no lyrics file that can be read."};
     const LyricsFile lyrics = parseLyrics(read.text);
     take(lyrics);
-    takeExtras(read.text, setup);
+    takeExtras(lyrics.extras, setup);
     // In classic manners a file's texts join those that are there.
     std::vector<LyricsItem> items;
     if (!workspace_.manners.keepsPlacedTexts)
@@ -355,11 +363,10 @@ SongDocument::Outcome SongDocument::OpenLyrics(const fs::path& file) {
     int last = 0;
     for (const LyricsItem& item : lyrics.items)
         last = std::max(last, item.page);
-    const bool opensPages = openPages().empty();
-    if (opensPages)
+    if (openPages().empty()) {
         setPages({});
-    while (opensPages && count() < std::min(last, kMostPages))
-        AddPage();
+        addPages(std::min(last, kMostPages));
+    }
     file_ = file;
     unsaved_ = false;
     tell();
@@ -372,7 +379,8 @@ SongDocument::Outcome SongDocument::SaveLyrics(const fs::path& file, double fram
     lyrics.width = frame;
     lyrics.sheetWidth = sheet;
     const fs::path named = withExtension(file.string(), ".lyr");
-    std::string problem = replaceFile(named, serializeLyrics(lyrics) + extrasOf(setup));
+    lyrics.extras = extrasOf(setup);
+    std::string problem = replaceFile(named, serializeLyrics(lyrics));
     if (!problem.empty())
         return {false, std::move(problem)};
     file_ = named;

@@ -82,7 +82,7 @@ public:
     /// The text at a point of a page, by its index among the page's; -1 for none.
     [[nodiscard]] int textAt(int page, Point at) const;
     /// "Edit Text": the page's lines as one text with CR LF between them, and the way back. A line that is
-    /// none of a text, and one of another page, is left out.
+    /// none of a text is left out; one with another page's number goes there.
     [[nodiscard]] std::string linesOf(int page) const;
     void setLinesOf(int page, const std::string& lines);
 
@@ -101,7 +101,8 @@ public:
     /// The title or other words have been typed.
     void wordsTyped() { unsaved_ = true; }
 
-    /// `MDIScore.Width` and `MDIScore.ActiveForm.Width` of the file opened last, in twips; 0 for none.
+    /// `MDIScore.Width` and `MDIScore.ActiveForm.Width`, in twips, of the file opened last or of the windows
+    /// as the score was written; 0 for none.
     double frameWidth = 0;
     double sheetWidth = 0;
 
@@ -110,6 +111,7 @@ private:
     [[nodiscard]] ScoreSetup writtenSetup() const;
     void show(const StaffChoice& staves);
     void setPages(EngravedScore pages);
+    void addPages(int wanted);
     [[nodiscard]] LyricsFile values() const;
     void take(const LyricsFile& file);
     TextMeasure& measure();

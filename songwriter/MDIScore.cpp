@@ -144,6 +144,9 @@ void MDIScore::write(
     cancelled_ = false;
     const double since = desk_.loop.now();
     const int front = area_->front();
+    const ScoreSheet* const sheet = area_->frontSheet();
+    song_.frameWidth = width() * kTwips; // for the default file
+    song_.sheetWidth = sheet ? sheet->width() * kTwips : 0;
     const auto outcome = (song_.*command)([this, since](int pages) { return goOn(since, pages); });
     writes_ = false;
     if (progress_) {

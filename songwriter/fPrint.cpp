@@ -63,9 +63,9 @@ std::string fileNameOf(const std::string& title) {
 /// The open pages, with the texts on them.
 notation::PrintedScore printedScore(notation::SongDocument& song) {
     notation::Sheets& sheets = song.sheets();
-    notation::PrintedScore score{.title = song.setup.title};
+    notation::PrintedScore score{.title = song.setup.title, .numbers = song.openPages()};
     std::vector<notation::EngravedPage> pages;
-    for (const int page : song.openPages())
+    for (const int page : score.numbers)
         pages.push_back(sheets.drawn(page));
     score.pages.width = sheets.engraved().width;
     score.pages.height = sheets.engraved().height;
@@ -268,12 +268,13 @@ void fPrint::Command7_Click() {
 }
 
 void fPrint::showShownPage() {
-    const int count = static_cast<int>(score_.pages.pages.size());
+    const int count = score_.count();
     shown_ = std::clamp(shown_, 1, std::max(count, 1));
-    Text3_->setPlaceholderText("1");
-    Text2_->setPlaceholderText(QString::number(count));
+    const int last = count == 0 ? 0 : score_.number(count);
+    Text3_->setPlaceholderText(QString::number(count == 0 ? 1 : score_.number(1)));
+    Text2_->setPlaceholderText(QString::number(last));
     pageShown_->setText(count == 0 ? QStringLiteral("No pages")
-                                   : QStringLiteral("Page %1 of %2").arg(shown_).arg(count));
+                                   : QStringLiteral("Page %1 of %2").arg(score_.number(shown_)).arg(last));
     preview_->showPage(score_.pages,
                        count == 0 ? nullptr : &score_.pages.pages[static_cast<std::size_t>(shown_ - 1)]);
 }
@@ -368,8 +369,10 @@ notation::PrintOutcome fPrint::print() {
 }
 
 void fPrint::Command2_Click() {
-    if (std::exchange(printing_, true))
+    if (printing_)
         return;
+    Command7_Click(); // pages may have been written anew since
+    printing_ = true;
     cancel_ = {};
     const bool hadFocus = Command2_->hasFocus(); // which a disabled button loses
     showCommands();

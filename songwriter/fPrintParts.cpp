@@ -204,7 +204,7 @@ void fPrint::addPagesGroup() {
     txtCopies_->setValue(1);
     txtCopies_->setAlignment(Qt::AlignCenter);
     connect(Text3_, &QLineEdit::textEdited, this, [this] {
-        shown_ = std::max(Text3_->text().toInt(), 1);
+        shown_ = score_.placeOf(Text3_->text().toInt());
         showShownPage();
     });
 }

@@ -2,7 +2,9 @@
 // The reader of lyrics files: whatever the bytes, values are numbers and UTF-8, and what is written is read
 // back.
 #include "base/TextCoding.h"
+#include "notation/LyricsExtras.h"
 #include "notation/LyricsFile.h"
+#include "notation/ScoreSetup.h"
 
 #include <cmath>
 #include <cstdint>
@@ -38,5 +40,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         expect(again.items[i].line == read.items[i].line && again.items[i].text == read.items[i].text &&
                again.items[i].page == read.items[i].page);
     expect(serializeLyrics(again) == written);
+    ScoreSetup setup;
+    takeExtras(read.extras, setup);
+    expect(isWords(setup.composer) && isWords(setup.tempoWords));
+    for (const std::string& verse : setup.verses)
+        expect(isWords(verse));
+    const std::string extras = extrasOf(setup);
+    ScoreSetup same;
+    takeExtras(extras, same);
+    expect(extrasOf(same) == extras);
     return 0;
 }

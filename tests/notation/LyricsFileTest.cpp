@@ -95,6 +95,13 @@ TEST(LyricsFileTest, KeysWithinATextDoNoHarm) {
     EXPECT_EQ(file.text1, "Page : 1");
 }
 
+TEST(LyricsFileTest, LinesOfTheCleanPageComeBackBehindAllElse) {
+    const LyricsFile file = parseLyrics(std::string("Words=la Lbar=9\nComposer=Page : 1\n").append(kItem));
+    EXPECT_FALSE(file.BarWidth);
+    EXPECT_EQ(file.items.size(), 1U);
+    EXPECT_EQ(serializeLyrics(file), std::string(kItem) + "\r\nWords=la Lbar=9\r\nComposer=Page : 1\r\n");
+}
+
 TEST(LyricsFileTest, ALineWithoutAllKeysIsNoText) {
     for (std::size_t length = 0; length + 2 < kItem.size(); ++length)
         EXPECT_TRUE(parseLyrics(kItem.substr(0, length)).items.empty()) << length;

@@ -101,6 +101,27 @@ TEST_F(PrintRunTest, WhatCannotBePrintedIsToldInWords) {
     EXPECT_EQ(screen_.shown, "");
 }
 
+TEST_F(PrintRunTest, PagesKeepTheirNumbersWhereOthersWereClosed) {
+    score_.numbers = {2, 5, 6}; // 1, 3 and 4 were closed
+    const auto printed = [this](int from, int to) {
+        request_.from = from;
+        request_.to = to;
+        delivered_.clear();
+        screen_ = {};
+        const std::string problem = run().problem;
+        return delivered_.empty() ? problem : delivered_.front();
+    };
+    EXPECT_EQ(printed(0, 0), "The Song 1 2 3");
+    EXPECT_EQ(printed(5, 0), "The Song 2 3");
+    EXPECT_EQ(screen_.shown,
+              "Preparing to print\nPrinting Page 5 Copy 1\nPrinting Page 6 Copy 1\nPrinting\n");
+    EXPECT_EQ(printed(1, 5), "The Song 1 2");
+    EXPECT_EQ(printed(6, 32767), "The Song 3");
+    EXPECT_EQ(printed(3, 4), "Nothing to print: what is there of those pages has been closed.");
+    EXPECT_EQ(printed(0, 1), "Nothing to print: what is there of those pages has been closed.");
+    EXPECT_EQ(printed(7, 0), "Nothing to print: the last page is page 6.");
+}
+
 TEST_F(PrintRunTest, TenThousandSheetsArePrinted) {
     request_.from = request_.to = 2;
     request_.copies = 10'000;

@@ -4,6 +4,7 @@
 #include "base/Files.h"
 #include "notation/LyricsExtras.h"
 #include "tests/composition/WorkspaceFixture.h"
+#include "tests/support/FullDisk.h"
 
 #include <gmock/gmock.h>
 
@@ -196,6 +197,74 @@ TEST_F(SongDocumentTest, ATextOfAPageThatIsGoneWaitsForItAndIsSaved) {
     EXPECT_THAT(drawnTexts(last), testing::Contains("far"));
 }
 
+TEST_F(CarefulSongTest, ATextOfAPageThatIsGoneWaitsThroughWritingAnewToo) {
+    song().setup.classicPage = true;
+    putBars(0, kTrebleRow, 200);
+    song().WriteFromNotes();
+    const int last = song().count();
+    ASSERT_GE(last, 2);
+    place(last, "far");
+    song().setup.end = 16;
+    song().WriteFromNotes();
+    ASSERT_EQ(song().count(), 1);
+    EXPECT_TRUE(song().SaveLyrics(file("a.lyr"), 0, 0).done);
+    EXPECT_THAT(readWholeFile(file("a.lyr")).value_or(""), HasSubstr("Text= far"));
+    song().setup.end = -1;
+    song().WriteFromNotes();
+    EXPECT_THAT(drawnTexts(last), testing::Contains("far"));
+}
+
+TEST_F(SongDocumentTest, AFullDiskCostsNoTextsAndNoOldFile) {
+    putBars(0, kTrebleRow, 2);
+    song().WriteFromNotes();
+    place(1, "   words");
+    song().setup.title = "Kept";
+    ASSERT_EQ(replaceFile(file("a.lyr"), "old"), "");
+    ASSERT_EQ(replaceFile(file("default.lyr"), "old"), "");
+    {
+        const FullDisk disk(8);
+        EXPECT_THAT(song().RewriteFromNotes().words, HasSubstr("default.lyr"));
+        const auto saved = song().SaveLyrics(file("a.lyr"), 0, 0);
+        EXPECT_FALSE(saved.done);
+        EXPECT_THAT(saved.words, HasSubstr("a.lyr"));
+    }
+    EXPECT_THAT(textsOf(1), ElementsAre("   words"));
+    EXPECT_TRUE(song().isUnsaved());
+    EXPECT_TRUE(song().lyricsFile().empty());
+    EXPECT_EQ(readWholeFile(file("a.lyr")), "old");
+    EXPECT_EQ(readWholeFile(file("default.lyr")), "old");
+}
+
+TEST_F(CarefulSongTest, AFullDiskCostsNoTextsEither) {
+    putBars(0, kTrebleRow, 2);
+    song().WriteFromNotes();
+    place(1, "words");
+    {
+        const FullDisk disk(8);
+        for (const auto& outcome : {song().WriteFromNotes(), song().RewriteFromNotes()}) {
+            EXPECT_TRUE(outcome.done) << "the pages are written all the same";
+            EXPECT_THAT(outcome.words, HasSubstr("default.lyr"));
+        }
+    }
+    EXPECT_THAT(textsOf(1), ElementsAre("words"));
+    EXPECT_FALSE(std::filesystem::exists(file("default.lyr")));
+}
+
+TEST_F(SongDocumentTest, ALongestScoreIsWrittenByBothReadings) {
+    score().resizeNotes(kMostNotes);
+    constexpr int kLength = 64;
+    putNotes(score(), 0, kTrebleRow, kMostNotes / kLength, kLength);
+    score().ChannelInUse[0] = true;
+    for (const bool classic : {true, false})
+        for (const int measure : {16, 512}) {
+            song().setup.classicPage = classic;
+            score().NotesPerMeasure = static_cast<std::int16_t>(measure);
+            EXPECT_TRUE(song().WriteFromNotes().done);
+            const int bars = (kMostNotes + measure - 1) / measure;
+            EXPECT_THAT(song().pageInWords(1), HasSubstr(std::to_string(bars) + " bars"));
+        }
+}
+
 TEST_F(SongDocumentTest, APageThatWasClosedKeepsItsPlace) {
     for (int i = 0; i < 3; ++i)
         song().AddPage();
@@ -312,6 +381,44 @@ TEST_F(SongDocumentTest, OpeningLyricsWithNoSheetOpenOpensAsManyAsItNeeds) {
     EXPECT_THAT(drawnTexts(3), testing::Contains("end"));
 }
 
+TEST_F(SongDocumentTest, ATextOfAPageThatIsNotOpenIsSkippedAndKept) {
+    song().AddPage();
+    ASSERT_TRUE(replaceFile(file("t.lyr"), " Page : 3 Left: 10 Top: 20 : Pic1.CurrentY= 20 Pic1.FontSize= 12 "
+                                           "Pic1.FontName= Arial  Text= end\r\n")
+                    .empty());
+    ASSERT_TRUE(song().OpenLyrics(file("t.lyr")).done);
+    EXPECT_EQ(song().count(), 1);
+    EXPECT_THAT(drawnTexts(1), Not(testing::Contains("end")));
+    ASSERT_TRUE(song().SaveLyrics(file("t.lyr"), 0, 0).done);
+    EXPECT_THAT(readWholeFile(file("t.lyr")).value_or(""), HasSubstr("Text= end"));
+}
+
+TEST_F(SongDocumentTest, AFileThatAsksForAMillionPagesOpensAThousand) {
+    score().resizeNotes(kMostNotes);
+    putBars(0, kTrebleRow, 10'000);
+    ASSERT_TRUE(replaceFile(file("t.lyr"),
+                            " Page : 1000000 Left: 10 Top: 20 : Pic1.CurrentY= 20 Pic1.FontSize= 12 "
+                            "Pic1.FontName= Arial  Text= end\r\n")
+                    .empty());
+    int told = 0;
+    song().onPages = [&told] { ++told; };
+    ASSERT_TRUE(song().OpenLyrics(file("t.lyr")).done);
+    EXPECT_EQ(song().count(), 1000);
+    EXPECT_EQ(told, 1);
+    EXPECT_THAT(textsOf(1'000'000), ElementsAre("end")) << "it waits";
+}
+
+TEST_F(SongDocumentTest, WordsOfTheCleanPageAreReadInAnyCodingAndAreNoOtherValues) {
+    ASSERT_TRUE(
+        replaceFile(file("t.lyr"), "Composer=J\xFCrgen Lbar=9\r\nWords=Label2= 3\r\nWords=\xE9t\xE9\r\n")
+            .empty());
+    ASSERT_TRUE(song().OpenLyrics(file("t.lyr")).done);
+    EXPECT_EQ(song().setup.composer, "Jürgen Lbar=9");
+    EXPECT_THAT(song().setup.verses, ElementsAre("Label2= 3", "été"));
+    EXPECT_EQ(song().setup.BarWidth, 60);
+    EXPECT_EQ(song().setup.HeaderHeight, 60);
+}
+
 TEST_F(SongDocumentTest, AFileThatIsNotThereOrCannotBeWrittenIsSaid) {
     song().setup.title = "Kept";
     EXPECT_THAT(song().OpenLyrics(file("none.lyr")).words, HasSubstr("none.lyr"));
@@ -343,6 +450,11 @@ TEST_F(SongDocumentTest, LinesOfAPageCanBeEditedAsOneText) {
     edited.replace(edited.find("one"), 3, "uno");
     song().setLinesOf(1, edited + "\nno text's line\n");
     EXPECT_THAT(textsOf(1), ElementsAre("uno", "two"));
+    std::string moved = song().linesOf(1);
+    moved.replace(moved.find("Page : 1"), 8, "Page : 7");
+    song().setLinesOf(1, moved);
+    EXPECT_THAT(textsOf(1), ElementsAre("two"));
+    EXPECT_THAT(textsOf(7), ElementsAre("uno")) << "a line that names another page goes there";
     song().setLinesOf(1, "");
     EXPECT_THAT(textsOf(1), IsEmpty());
 }

@@ -8,6 +8,7 @@
 #include "shell/ProgressWindow.h"
 #include "shell/Slider.h"
 #include "songwriter/Commands.h"
+#include "tests/support/FullDisk.h"
 
 using namespace velmora;
 using testing::ElementsAre;
@@ -323,6 +324,47 @@ TEST_F(MDIScoreTest, SavingSavesTheScoreAndThenTheWords) {
     EXPECT_EQ(windows.savedScores, 1);
     EXPECT_EQ(dialogs.asked.back().filters, "Velmora Text/Lyrics(*.lyr)|*.lyr");
     EXPECT_TRUE(std::filesystem::exists(file + ".lyr"));
+}
+
+TEST_F(MDIScoreTest, ACancelledNameSavesNothingAndCapitalsAreAnExtensionToo) {
+    window();
+    item("mnuSaveLyricsSW").trigger();
+    EXPECT_THAT(dialogs.asked, testing::SizeIs(1));
+    EXPECT_TRUE(song().lyricsFile().empty());
+    const std::string file = (folders.home() / "WORDS.LYR").string();
+    dialogs.answers.push_back({file, 1});
+    item("mnuSaveLyricsSW").trigger();
+    EXPECT_EQ(song().lyricsFile(), file);
+    EXPECT_TRUE(std::filesystem::exists(file));
+}
+
+TEST_F(MDIScoreTest, AFullDiskIsToldAndTheWordsStayUnsaved) {
+    beCareful();
+    opened();
+    QTest::keyClicks(&control<QLineEdit>("Title"), "Walk");
+    const std::string file = (folders.home() / "walk.lyr").string();
+    ASSERT_EQ(replaceFile(file, "old"), "");
+    dialogs.answers.push_back({file, 1});
+    driver.in<QWidget>([](QWidget& box) {
+        EXPECT_THAT(wordsOf(box).toStdString(), HasSubstr("walk.lyr"));
+        pressIn(box, "ok");
+    });
+    {
+        const FullDisk disk(4);
+        item("mnuSaveLyricsSW").trigger();
+    }
+    EXPECT_EQ(readWholeFile(file), "old");
+    EXPECT_TRUE(song().isUnsaved());
+}
+
+TEST_F(MDIScoreTest, TheDefaultFileHasTheWidthsOfTheWindows) {
+    putBars(1);
+    opened();
+    press(songButton("write"));
+    press(songButton("rewrite"));
+    const auto kept = notation::parseLyrics(readWholeFile(folders.home() / "default.lyr").value_or(""));
+    EXPECT_EQ(kept.width, window().width() * 15);
+    EXPECT_EQ(kept.sheetWidth, front().width() * 15);
 }
 
 TEST_F(MDIScoreTest, CarefulSavingAsksForANameOnceAndOnlyIfThereAreWords) {

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "songwriter/fPrint.h"
 
+#include "base/Files.h"
 #include "shell/ReadOut.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/TestDesk.h"
 
 #include <QtTest>
@@ -54,6 +56,8 @@ protected:
             return printers_;
         };
         system.print = [this](const notation::PrintJob& job, const std::stop_token& /*cancel*/) {
+            if (throws_)
+                throw std::runtime_error("the paper is burning");
             jobs_.push_back(job);
             return printProblem_;
         };
@@ -88,6 +92,7 @@ protected:
     std::string lookProblem_;
     bool lookThrows_ = false;
     std::string printProblem_;
+    bool throws_ = false; ///< in the middle of printing
     std::vector<notation::PrintJob> jobs_;
     std::unique_ptr<fPrint> window_;
     std::vector<std::string> boxes_; ///< title and text of each message
@@ -95,17 +100,20 @@ protected:
 private:
     void closeBox() {
         QWidget* const box = QApplication::activeModalWidget();
-        if (!box || box == closed_)
+        auto* const ok = box ? box->findChild<QAbstractButton*>("ok") : nullptr;
+        if (!ok)
             return;
-        closed_ = box;
-        std::string text = box->windowTitle().toStdString() + ":";
-        for (const QLabel* label : box->findChildren<QLabel*>())
-            if (!label->text().isEmpty())
-                text += " " + label->text().simplified().toStdString();
-        boxes_.push_back(text);
-        QTest::keyClick(box, Qt::Key_Return);
+        if (box != read_) {
+            read_ = box;
+            std::string text = box->windowTitle().toStdString() + ":";
+            for (const QLabel* label : box->findChildren<QLabel*>())
+                if (!label->text().isEmpty())
+                    text += " " + label->text().simplified().toStdString();
+            boxes_.push_back(text);
+        }
+        ok->click(); // again and again: one that comes too early does nothing
     }
-    QPointer<QWidget> closed_;
+    QPointer<QWidget> read_;
     QTimer hand_;
 };
 
@@ -324,6 +332,94 @@ TEST_F(fPrintTest, TheWheelTurnsPages) {
     for (int i = 0; i < 5; ++i)
         QTest::keyClick(&paper, Qt::Key_PageDown);
     EXPECT_EQ(control<QLabel>("pageShown").text(), "Page 3 of 3");
+}
+
+TEST_F(fPrintTest, PagesAreNamedByTheirNumbersWhereOthersWereClosed) {
+    score_.numbers = {1, 3, 4};
+    open();
+    EXPECT_EQ(control<QLineEdit>("Text2").placeholderText(), "4");
+    auto& from = control<QLineEdit>("Text3");
+    QTest::keyClicks(&from, "3");
+    EXPECT_EQ(control<QLabel>("pageShown").text(), "Page 3 of 4");
+    window_->Command2_Click();
+    ASSERT_EQ(jobs_.size(), 1U);
+    EXPECT_EQ(jobs_[0].document, "The Song 2 3");
+    QTest::keyClick(&from, Qt::Key_Backspace);
+    QTest::keyClicks(&from, "9");
+    EXPECT_EQ(control<QLabel>("pageShown").text(), "Page 4 of 4");
+}
+
+TEST_F(fPrintTest, ASheetThatWasClosedIsNotPrinted) {
+    for (int page = 1; page <= 3; ++page)
+        desk_.song().AddPage();
+    desk_.song().closePage(2);
+    fPrint window(desk_.desk(), nullptr);
+    window.paint = paintWords;
+    window.findChild<QComboBox*>("cbPrinters")->setCurrentText("Print to file (PDF)");
+    window.Command7_Click();
+    EXPECT_EQ(window.findChild<QLineEdit*>("Text2")->placeholderText(), "3");
+    window.findChild<QLineEdit*>("Text3")->setText("2");
+    const std::string file = (desk_.folders.home() / "out.pdf").string();
+    desk_.dialogs.answers.push_back({file, 1});
+    window.Command2_Click();
+    EXPECT_EQ(readWholeFile(file).value_or(""), " 2") << "the second of those that are there";
+}
+
+TEST_F(fPrintTest, WhatIsPrintedIsTheScoreAsItIsThen) {
+    open();
+    score_.title = "Another Song";
+    score_.pages.pages.resize(1);
+    window_->Command2_Click();
+    ASSERT_EQ(jobs_.size(), 1U);
+    EXPECT_EQ(jobs_[0].document, "Another Song 1");
+}
+
+TEST_F(fPrintTest, AFullDiskLeavesTheOldFile) {
+    open();
+    choosePrinter("Print to file (PDF)");
+    const std::string file = (desk_.folders.home() / "out.pdf").string();
+    ASSERT_EQ(replaceFile(file, "old"), "");
+    desk_.dialogs.answers.push_back({file, 1});
+    {
+        const FullDisk disk(4);
+        window_->Command2_Click();
+    }
+    ASSERT_EQ(boxes_.size(), 1U);
+    EXPECT_THAT(boxes_[0], testing::HasSubstr("out.pdf"));
+    EXPECT_EQ(readWholeFile(file).value_or(""), "old");
+}
+
+TEST_F(fPrintTest, NoCopiesAndMarginsLargerThanThePaperAreToldInWords) {
+    open();
+    control<QSpinBox>("txtCopies").setValue(0);
+    window_->Command2_Click();
+    control<QSpinBox>("txtCopies").setValue(10'001);
+    EXPECT_EQ(control<QSpinBox>("txtCopies").value(), 10'000);
+    window_->Command2_Click();
+    control<QSpinBox>("txtCopies").setValue(1);
+    control<QDoubleSpinBox>("VScroll1").setValue(20);
+    control<QDoubleSpinBox>("VScroll3").setValue(20);
+    window_->Command2_Click();
+    EXPECT_EQ(
+        boxes_,
+        (std::vector<std::string>{
+            "Printing Error: Nothing to print: the number of copies is 0.",
+            "Printing Error: More than 10000 sheets of paper can't be printed at a time. Choose fewer pages "
+            "or copies.",
+            "Printing Error: The margins are larger than the paper: nothing is left between them."}));
+    EXPECT_TRUE(jobs_.empty());
+}
+
+TEST_F(fPrintTest, APrinterThatGoesInTheMiddleIsToldAndNothingIsTriedAgain) {
+    open();
+    throws_ = true;
+    window_->Command2_Click();
+    EXPECT_EQ(boxes_, std::vector<std::string>{"Printing Error: the paper is burning"});
+    EXPECT_EQ(status(), "");
+    EXPECT_TRUE(window_->isVisible());
+    throws_ = false;
+    window_->Command2_Click();
+    EXPECT_EQ(jobs_.size(), 1U);
 }
 
 TEST_F(fPrintTest, PreviewTakesTheScoreAsItIsNow) {

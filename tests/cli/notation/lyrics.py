@@ -133,6 +133,17 @@ class LyricsTest(NotationCase):
         self.fail_naming("nowhere", "lyrics", "in.lyr", "nowhere/out.lyr")
         self.assertEqual(self.read("out.lyr"), b"old")
 
+    def test_a_full_disk_leaves_the_old_file(self):
+        self.save("in.lyr", WHOLE.encode())
+        self.save("out.lyr", b"old")
+        self.assertEqual(self.run_cli("lyrics", "in.lyr", "out.lyr", file_size=64).returncode, 1)
+        self.assertEqual(self.read("out.lyr"), b"old")
+
+    def test_words_of_the_clean_page_are_kept_and_not_told(self):
+        extras = "Composer=Lbar=3\r\nTempoWords=Lively\r\nWords=Twin-kle lit-tle\r\n"
+        self.assertEqual(self.told(WHOLE + extras), TOLD)
+        self.assertEqual(self.saved(extras + WHOLE), (WHOLE + extras).encode())
+
     def test_a_file_may_be_saved_over_itself(self):
         self.save("in.lyr", WHOLE.replace("\r\n", "\n").encode())
         self.succeed("lyrics", "in.lyr", "in.lyr")

@@ -1,8 +1,14 @@
 # SPDX-License-Identifier: GPL-2.0-or-later
 """Options and exit statuses of notation and engrave: what is wrong usage, what can't be done, what then stays."""
 
+import os
+import signal
+import time
+
 from notation.case import NotationCase, tune
 from notation.lyrics_model import item_line
+from player_model import Score
+from studio.case import wait_until
 
 QUARTERS = tune(*[(60, 4)] * 40)
 WRONG = [("--loud",), ("--header",), ("--header", "9"), ("--header", "301"), ("--header", "x"), ("--header", ""),
@@ -88,6 +94,13 @@ class OptionsTest(NotationCase):
             self.assertIn(self.run_cli("engrave", "in.sng", "out.pdf", *words).returncode, (1, 2), words)
         self.assertEqual(self.read("out.pdf"), b"old")
 
+    def test_a_picture_that_would_be_too_large_is_wrong_usage(self):
+        self.save("out.png", b"old")
+        for words in (("--page", "10000x200", "--scale", 4), ("--page", "200x4096", "--scale", 8)):
+            self.misuse("engrave", "none.sng", "out.png", *words)
+        self.assertEqual(self.read("out.png"), b"old")
+        self.succeed("engrave", "in.sng", "out.png", "--page", "4095x200", "--scale", 8)
+
     def test_a_full_disk_leaves_the_old_file(self):
         for manner in ((), ("--classic",)):
             for extension in ("txt", "pdf", "png", "svg"):
@@ -105,6 +118,43 @@ class OptionsTest(NotationCase):
                 self.succeed("engrave", "in.sng", "a." + extension, *manner)
                 self.succeed("engrave", "in.sng", "b." + extension, *manner)
                 self.assertEqual(self.read("a." + extension), self.read("b." + extension), (manner, extension))
+
+
+    def test_what_is_in_the_way_of_one_page_costs_no_other(self):
+        for extension in ("png", "svg"):
+            os.mkdir(self.path("out-2." + extension))
+            self.save("out-1." + extension, b"old")
+            self.fail_naming("out-2." + extension, "engrave", "in.sng", "out." + extension, "--classic", "--page", "500x300")
+            self.assertEqual(self.read("out-1." + extension), b"old")
+            self.assertFalse(os.path.exists(self.path("out-3." + extension)))
+
+    def test_a_signal_ends_it_soon_and_leaves_the_old_file(self):
+        score = Score(40000)
+        for channel in range(5):
+            tune(*[(60 + channel, 3), (64, 1)] * 10000, channel=channel, score=score)
+        self.score_file(score, "long.sng")
+        before = self.names()
+        for number, manner in ((signal.SIGINT, ()), (signal.SIGTERM, ("--classic",))):
+            for extension in ("pdf", "svg"):
+                name = "out." + extension
+                self.save(name, b"old")
+                running = self.start("engrave", "long.sng", name, *manner)
+                wait_until(lambda: catches(running.process.pid, number), "it listens to signals")
+                sent = time.monotonic()
+                running.send(number)
+                done = running.wait(20)
+                self.assertLess(time.monotonic() - sent, 5)
+                self.assertEqual(done.returncode, 1, (number, done.stderr))
+                self.assertIn("cancelled", done.stderr)
+                self.assertEqual(self.read(name), b"old")
+        self.assertEqual(self.names(), sorted(before + ["out.pdf", "out.svg"]))
+
+
+def catches(pid, number):
+    """Whether a process sees to a signal by itself."""
+    with open(f"/proc/{pid}/status", encoding="ascii") as status:
+        caught = next(line for line in status if line.startswith("SigCgt:"))
+    return int(caught.split()[1], 16) >> (number - 1) & 1
 
 
 class WithLyricsTest(NotationCase):
@@ -148,6 +198,14 @@ class WithLyricsTest(NotationCase):
         turn = pages(plain)
         self.assertEqual(lines, plain[: turn[1]] + ["text 30 40 first"] + plain[turn[1] : turn[2]] + ["text 10 20 second"]
                          + plain[turn[2]:])
+
+    def test_composer_and_verses_of_the_file_stand_on_the_clean_page_alone(self):
+        self.save("more.lyr", b"Composer=A. Walker\nWords=Twin-kle lit-tle star\n")
+        self.assertEqual(self.page("--lyrics", "more.lyr"), self.page())
+        self.succeed("engrave", "in.sng", "out.txt", "--lyrics", "more.lyr")
+        words = [line.split(" ", 3)[3] for line in self.listed("out.txt") if line.startswith("text ")]
+        for word in ("A. Walker", "Twin", "kle", "star"):
+            self.assertIn(word, words)
 
     def test_the_clean_page_has_the_words_too(self):
         self.succeed("engrave", "in.sng", "out.txt", "--lyrics", "words.lyr")
