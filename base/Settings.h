@@ -138,6 +138,10 @@ inline constexpr Int16 SpacerHeight{"SpacerHeight", 6, {}, "ScoreSettings"};
 inline constexpr Int16 JoinNotes{"JoinNotes", 0, {}, "ScoreSettings"};
 inline constexpr Int16 NewScore{"NewScore", 1, {}, "ScoreSettings"};
 inline constexpr Int16 NumDrums{"NumDrums", 0, {}, "ScoreSettings"};
+/// The page that was chosen by itself; negative while it is the one of the manners.
+inline constexpr Int16 ClassicPage{"ClassicPage", -1, {}, "ScoreSettings"};
+inline constexpr Boolean LearnToRead{"LearnToRead", false, {}, "ScoreSettings"};
+inline constexpr Boolean TwoVoices{"TwoVoices", false, {}, "ScoreSettings"};
 inline constexpr Boolean Step_entry{"Step entry", false};
 inline constexpr Int16 Step_length{"Step length", 0, {.least = 0, .most = 64}}; // positions; 0 for a beat
 
@@ -163,8 +167,9 @@ inline constexpr auto kAll = std::to_array<AnySetting>({
     kRecentFiles[1],   kRecentFiles[2], kRecentFiles[3],   kRecentFiles[4],
     kRecentFiles[5],   kRecentFiles[6], kRecentFiles[7],   BarWidth,
     HeaderHeight,      SpacerHeight,    JoinNotes,         NewScore,
-    NumDrums,          Step_entry,      Step_length,
+    NumDrums,          ClassicPage,     LearnToRead,       TwoVoices,
+    Step_entry,        Step_length,
 });
-static_assert(kAll.size() == 75);
+static_assert(kAll.size() == 78);
 
 } // namespace velmora::settings

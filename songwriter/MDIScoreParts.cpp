@@ -311,6 +311,10 @@ void MDIScore::loadSettings() {
     setup.HeaderHeight = size(settings::HeaderHeight);
     setup.newScore = settings::read(desk_.settings, settings::NewScore) != 0;
     setup.joinNotes = settings::read(desk_.settings, settings::JoinNotes) != 0 ? 4 : 0;
+    if (const int chosen = settings::read(desk_.settings, settings::ClassicPage); chosen >= 0)
+        setup.classicPage = chosen != 0;
+    setup.learnToRead = settings::read(desk_.settings, settings::LearnToRead);
+    setup.twoVoices = settings::read(desk_.settings, settings::TwoVoices);
 }
 
 void MDIScore::saveSettings() {
@@ -325,6 +329,10 @@ void MDIScore::saveSettings() {
     save(settings::HeaderHeight, setup.HeaderHeight / kUnit);
     save(settings::NewScore, setup.newScore ? 1 : 0);
     save(settings::JoinNotes, setup.joinNotes > 0 ? 1 : 0);
+    const bool followsManners = setup.classicPage == (desk_.workspace.manners == Manners::classic());
+    save(settings::ClassicPage, followsManners ? -1 : setup.classicPage ? 1 : 0);
+    settings::save(batch, settings::LearnToRead, setup.learnToRead);
+    settings::save(batch, settings::TwoVoices, setup.twoVoices);
     if (!knowsItsPlace())
         return;
     const QRect frame = isMaximized() ? normalGeometry() : geometry();

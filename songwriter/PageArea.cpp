@@ -4,6 +4,7 @@
 #include "notation/SongDocument.h"
 #include "shell/FramePainter.h"
 #include "shell/SkinPainter.h"
+#include "songwriter/PageView.h"
 #include "songwriter/ScoreSheet.h"
 #include "songwriter/SongParts.h"
 
@@ -19,7 +20,7 @@ namespace {
 constexpr int kLeft = 48;
 constexpr int kTop = 12;
 constexpr int kAcross = 28;      ///< from one sheet to the one behind it
-constexpr int kBehind = 3;       ///< sheets that look out
+constexpr int kBehind = 3;       ///< sheets that look out behind the first
 constexpr int kPageAndBar = 810; ///< across a page at its own size and the scroll bar beside it
 constexpr std::array kZooms{0.25, 0.5, 0.67, 0.75, 0.9, 1.0, 1.25, 1.5, 2.0, 3.0, 4.0};
 } // namespace
@@ -35,41 +36,79 @@ ScoreSheet* PageArea::sheet(int page) const {
     return found == sheets_.end() ? nullptr : found->second;
 }
 
-ScoreSheet* PageArea::makeSheet(int page) {
-    auto* sheet = new ScoreSheet(parts_, page, this);
-    sheet->setZoom(zoom_);
-    sheet->setTextStyle(style_);
-    sheet->onRaise = [this, page] { raisePage(page); };
-    sheet->onClose = [this, page] { parts_.song.closePage(page); };
-    sheet->onWhole = [this, sheet] { showWhole(*sheet); };
-    sheet->onZoom = [this](double steps) { zoomBy(steps > 0 ? 1 : -1); };
-    return sheet;
+/// Pages that stand where they were put at first: of those that lie beneath, the rest is covered whole.
+std::vector<int> PageArea::seenPages() const {
+    std::vector<int> seen;
+    for (const int page : pages_) {
+        const ScoreSheet* const made = sheet(page);
+        if (made && made->isPlaced())
+            continue;
+        seen.push_back(page);
+        if (seen.size() > kBehind)
+            break;
+    }
+    return seen;
 }
 
-void PageArea::showPages() {
-    for (auto each = sheets_.begin(); each != sheets_.end();) {
-        if (parts_.song.isOpen(each->first)) {
-            each->second->showPage();
-            ++each;
-        } else {
-            each->second->hide();
-            each->second->deleteLater(); // its own button may have been pressed
-            each = sheets_.erase(each);
-        }
-    }
+ScoreSheet& PageArea::makeSheet(int page) {
+    auto* const made = new ScoreSheet(parts_, page, this);
+    sheets_.emplace(page, made);
+    made->setZoom(zoom_);
+    made->setTextStyle(style_);
+    made->onRaise = [this, page] { raisePage(page); };
+    made->onClose = [this, page] { parts_.song.closePage(page); };
+    made->onPlaced = [this] { makeSeen(); };
+    made->onWhole = [this, made] { showWhole(*made); };
+    made->onZoom = [this](double steps) { zoomBy(steps > 0 ? 1 : -1); };
+    const auto order = std::ranges::lower_bound(pages_, page) - pages_.begin();
+    made->setGeometry(placeOf(static_cast<int>(order)));
+    if (const auto corner = corners_.find(page); corner != corners_.end())
+        made->scrollTo(corner->second);
+    made->show();
+    return *made;
+}
+
+void PageArea::makeSeen() {
     bool grown = false;
-    for (const int page : parts_.song.openPages())
-        if (!sheets_.contains(page)) {
-            sheets_.emplace(page, makeSheet(page));
+    for (const int page : seenPages())
+        if (!sheet(page)) {
+            makeSheet(page);
             grown = true;
         }
     if (grown)
         layOut();
-    if (!sheets_.contains(front_)) {
-        const auto next = sheets_.lower_bound(front_);
+}
+
+/// A page that no longer shows anywhere needs no sheet, unless the user has left something on it.
+void PageArea::dropIfCovered(ScoreSheet& behind) {
+    const ScoreSheet* const front = frontSheet();
+    if (behind.isPlaced() || behind.isTyping() || !front || !front->geometry().contains(behind.geometry()) ||
+        std::ranges::count(seenPages(), behind.page()) > 0)
+        return;
+    corners_[behind.page()] = behind.Pic1().corner();
+    drop(behind);
+}
+
+void PageArea::drop(ScoreSheet& sheet) {
+    sheets_.erase(sheet.page());
+    sheet.hide();
+    sheet.deleteLater(); // its own button may have been pressed
+}
+
+void PageArea::showPages() {
+    pages_ = parts_.song.openPages();
+    for (const auto& [page, sheet] : std::map(sheets_))
+        if (parts_.song.isOpen(page))
+            sheet->showPage();
+        else
+            drop(*sheet);
+    std::erase_if(corners_, [this](const auto& kept) { return !parts_.song.isOpen(kept.first); });
+    makeSeen();
+    if (!sheet(front_)) {
+        const auto next = std::ranges::lower_bound(pages_, front_);
         front_ = 0;
-        if (!sheets_.empty())
-            raisePage(next == sheets_.end() ? sheets_.rbegin()->first : next->first);
+        if (!pages_.empty())
+            raisePage(next == pages_.end() ? pages_.back() : *next);
         else if (onFront)
             onFront();
     }
@@ -77,34 +116,38 @@ void PageArea::showPages() {
 }
 
 void PageArea::raisePage(int page) {
-    ScoreSheet* const raised = sheet(page);
-    if (!raised || page == front_)
+    if (page == front_ || !std::ranges::binary_search(pages_, page))
         return;
-    if (ScoreSheet* const before = frontSheet())
-        before->setFront(false);
+    ScoreSheet* const before = frontSheet();
+    ScoreSheet* const made = sheet(page);
+    ScoreSheet& raised = made ? *made : makeSheet(page);
+    const bool hadFocus = before && before->isAncestorOf(window()->focusWidget());
     front_ = page;
-    raised->setFront(true);
-    raised->raise();
+    raised.setFront(true);
+    raised.raise();
+    if (hadFocus)
+        raised.setFocus(); // keys scroll what is seen
+    if (before) {
+        before->setFront(false);
+        dropIfCovered(*before);
+    }
     if (onFront)
         onFront();
 }
 
 void PageArea::step(int by) {
-    if (sheets_.empty())
-        return;
-    auto at = sheets_.find(front_);
-    if (at == sheets_.end())
+    const auto at = std::ranges::find(pages_, front_);
+    if (at == pages_.end())
         return;
     if (by > 0)
-        at = std::next(at) == sheets_.end() ? sheets_.begin() : std::next(at);
+        raisePage(std::next(at) == pages_.end() ? pages_.front() : *std::next(at));
     else
-        at = at == sheets_.begin() ? std::prev(sheets_.end()) : std::prev(at);
-    raisePage(at->first);
+        raisePage(at == pages_.begin() ? pages_.back() : *std::prev(at));
 }
 
 /// @param order from the front, 0 first
 QRect PageArea::placeOf(int order) const {
-    const int behind = std::min(static_cast<int>(sheets_.size()) - 1, kBehind);
+    const int behind = std::clamp(static_cast<int>(pages_.size()) - 1, 0, kBehind);
     const int depth = std::min(order, behind);
     const int edges = 2 * kLeft;
     const int whole = kPageAndBar + 2 * parts_.look.skin().edgeWidth;
@@ -117,25 +160,18 @@ QRect PageArea::placeOf(int order) const {
 void PageArea::layOut() {
     int order = 0;
     ScoreSheet* inFront = nullptr;
-    for (const auto& [page, sheet] : sheets_) {
-        if (!sheet->isPlaced())
-            sheet->setGeometry(placeOf(order));
-        if (inFront)
-            sheet->stackUnder(inFront);
-        sheet->show();
-        inFront = sheet;
+    for (const int page : pages_) {
+        ScoreSheet* const made = sheet(page);
+        if (made && !made->isPlaced())
+            made->setGeometry(placeOf(order));
+        if (made && inFront)
+            made->stackUnder(inFront);
+        if (made)
+            inFront = made;
         ++order;
     }
     if (ScoreSheet* const front = frontSheet())
         front->raise();
-}
-
-void PageArea::tidy() {
-    for (const auto& [page, sheet] : sheets_)
-        sheet->setPlaced(false);
-    layOut();
-    if (!sheets_.empty())
-        raisePage(sheets_.begin()->first);
 }
 
 void PageArea::showWhole(ScoreSheet& sheet) {
@@ -183,7 +219,7 @@ void PageArea::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const QColor ground = deskColour(parts_.look);
     painter.fillRect(event->rect(), ground);
-    if (!sheets_.empty())
+    if (!pages_.empty())
         return;
     painter.setPen(ground.lightness() < 140 ? QColor(Qt::white) : QColor(Qt::black));
     painter.setFont(textFont(12));

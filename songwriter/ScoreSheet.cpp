@@ -21,6 +21,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace velmora {
 
@@ -65,6 +66,8 @@ ScoreSheet::ScoreSheet(const SongParts& parts, int page, QWidget* parent)
     , VScroll1_(new QScrollBar(Qt::Vertical, this))
     , T3_(new TextHolder(parts, *view_)) {
     setObjectName(QStringLiteral("ScoreSheet(%1)").arg(page));
+    setFocusProxy(view_);
+    setAttribute(Qt::WA_OpaquePaintEvent); // or each step of scrolling would paint the pages beneath
     setMouseTracking(true);
     setContextMenuPolicy(Qt::PreventContextMenu); // the right button has another meaning here
     setMinimumSize(kLeast);
@@ -97,7 +100,16 @@ ScoreSheet::ScoreSheet(const SongParts& parts, int page, QWidget* parent)
     showPage();
 }
 
-/// Made when it is first asked for: there may be hundreds of pages.
+void ScoreSheet::setPlaced(bool placed) {
+    if (std::exchange(placed_, placed) != placed && placed && onPlaced)
+        onPlaced();
+}
+
+bool ScoreSheet::isTyping() const {
+    return T3_->isVisibleTo(view_) || (Text2_ && Text2_->isVisibleTo(this));
+}
+
+/// Made when it is first asked for.
 void ScoreSheet::addLines() {
     if (Text2_)
         return;
@@ -356,7 +368,7 @@ void ScoreSheet::drag(const QMouseEvent& event) {
     if (!edges_)
         frame.moveTo(std::clamp(frame.x(), 2 * kTitleHeight - frame.width(), room.width() - 2 * kTitleHeight),
                      std::clamp(frame.y(), 0, std::max(room.height() - kTitleHeight, 0)));
-    placed_ = true;
+    setPlaced(true);
     setGeometry(frame);
 }
 

@@ -51,11 +51,14 @@ public:
     [[nodiscard]] PageView& Pic1() const { return *view_; }
     /// Moved or resized by the user: nobody else moves it then.
     [[nodiscard]] bool isPlaced() const { return placed_; }
-    void setPlaced(bool placed) { placed_ = placed; }
+    void setPlaced(bool placed);
+    /// Whether something stands in it that is on no page yet.
+    [[nodiscard]] bool isTyping() const;
 
     std::function<void()> onRaise; ///< it was pressed
     std::function<void()> onClose;
-    std::function<void()> onWhole; ///< a double click on its title
+    std::function<void()> onPlaced; ///< the user has moved it for the first time
+    std::function<void()> onWhole;  ///< a double click on its title
     std::function<void(double steps)> onZoom;
 
 protected:

@@ -111,6 +111,9 @@ const std::vector<Row> kRows{
     {"JoinNotes", "i16", "0", "ScoreSettings"},
     {"NewScore", "i16", "1", "ScoreSettings"},
     {"NumDrums", "i16", "0", "ScoreSettings"},
+    {"ClassicPage", "i16", "-1", "ScoreSettings"},
+    {"LearnToRead", "Boolean", "False", "ScoreSettings"},
+    {"TwoVoices", "Boolean", "False", "ScoreSettings"},
     {"Step entry", "Boolean", "False"},
     {"Step length", "i16", "0", "Settings", {"0", "0"}, {"64", "64"}},
 };

@@ -220,6 +220,44 @@ TEST_F(MDIScoreTest, SettingsAreReadAtStartAndWrittenOnClosing) {
     EXPECT_NE(this->stored("frmscore left"), "none");
 }
 
+TEST_F(MDIScoreTest, WhatIsChosenForTheCleanPageIsThereAtTheNextStart) {
+    opened();
+    tick("chkClassic");
+    tick("chkLearn");
+    tick("chkVoices");
+    press(songButton("close"));
+    const auto stored = [this](const char* key) { return settings.GetSetting("ScoreSettings", key, "none"); };
+    EXPECT_EQ(stored("ClassicPage"), "0") << "though the manners are classic";
+    EXPECT_EQ(stored("LearnToRead"), "True");
+    EXPECT_EQ(stored("TwoVoices"), "True");
+    destroy();
+    song().setup = {}; // as another start finds it
+    song().setup.classicPage = true;
+    opened();
+    EXPECT_FALSE(control<QCheckBox>("chkClassic").isChecked());
+    EXPECT_TRUE(control<QCheckBox>("chkLearn").isChecked());
+    EXPECT_TRUE(control<QCheckBox>("chkVoices").isChecked());
+    tick("chkLearn");
+    tick("chkVoices");
+    press(songButton("close"));
+    EXPECT_EQ(stored("LearnToRead"), "False");
+    EXPECT_EQ(stored("TwoVoices"), "False");
+}
+
+TEST_F(MDIScoreTest, APageThatNobodyChoseFollowsTheMannersOfTheNextStart) {
+    opened();
+    press(songButton("close"));
+    EXPECT_EQ(settings.GetSetting("ScoreSettings", "ClassicPage", "none"), "-1");
+    destroy();
+    beCareful();
+    song().setup.classicPage = false; // as a document begins in these manners
+    opened();
+    EXPECT_FALSE(control<QCheckBox>("chkClassic").isChecked());
+    tick("chkClassic");
+    press(songButton("close"));
+    EXPECT_EQ(settings.GetSetting("ScoreSettings", "ClassicPage", "none"), "1");
+}
+
 TEST_F(MDIScoreTest, TheNumberOfPercussionStavesIsKeptWhenItChanges) {
     window();
     auto& drums = control<NumberField>("VScroll6");

@@ -11,10 +11,24 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 namespace {
+/// How often a widget is painted.
+class PaintCounter : public QObject {
+public:
+    explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
 class ScoreSheetTest : public MDIScoreFixture {
 protected:
-    ScoreSheetTest() {
-        putBars(60);
+    explicit ScoreSheetTest(int bars = 60) {
+        settings.SaveSetting("Settings", "NumNotes", "40000");
+        putBars(bars);
         press(songButton("write"));
         opened();
     }
@@ -23,6 +37,11 @@ protected:
     QLineEdit& Text1() { return *front().findChild<QLineEdit*>("Text1"); }
     QScrollBar& VScroll1() { return *front().findChild<QScrollBar*>("VScroll1"); }
     void rightPress(QPoint at) { QTest::mouseClick(&Pic1(), Qt::RightButton, {}, at); }
+};
+
+class ManyPagesTest : public ScoreSheetTest {
+protected:
+    ManyPagesTest() : ScoreSheetTest(2000) {}
 };
 } // namespace
 
@@ -146,6 +165,31 @@ TEST_F(ScoreSheetTest, ScrollingMovesThePictureAndMakesNone) {
     EXPECT_EQ(Pic1().rasterised(), made + 1) << "other marks are another picture";
 }
 
+TEST_F(ManyPagesTest, AStepOfScrollingPaintsTheViewOnceAndNoOtherPage) {
+    ASSERT_GT(song().count(), 2);
+    QCoreApplication::processEvents();
+    const auto rasterised = [this] {
+        int all = 0;
+        for (const int page : song().openPages())
+            if (const ScoreSheet* sheet = pages().sheet(page))
+                all += sheet->Pic1().rasterised();
+        return all;
+    };
+    const int made = rasterised();
+    PaintCounter ofView(Pic1());
+    PaintCounter ofSheetBehind(*pages().sheet(2));
+    PaintCounter ofPageBehind(pages().sheet(2)->Pic1());
+    constexpr int kSteps = 20;
+    for (int step = 1; step <= kSteps; ++step) {
+        VScroll1().setValue(step * 10);
+        QCoreApplication::processEvents();
+    }
+    EXPECT_EQ(ofView.count, kSteps);
+    EXPECT_EQ(ofSheetBehind.count, 0);
+    EXPECT_EQ(ofPageBehind.count, 0);
+    EXPECT_EQ(rasterised(), made);
+}
+
 TEST_F(ScoreSheetTest, AScrolledPictureIsThatOfThePage) {
     const QImage top = Pic1().grab().toImage();
     VScroll1().setValue(100);
@@ -233,4 +277,71 @@ TEST_F(ScoreSheetTest, ADoubleClickOnTheTitleGivesThePageAllRoomAndTakesItBack) 
     EXPECT_EQ(front().geometry(), pages().rect());
     QTest::mouseDClick(&front(), Qt::LeftButton, {}, {200, 10});
     EXPECT_EQ(front().geometry(), before);
+}
+
+TEST_F(ManyPagesTest, OfManyPagesAFewHaveSheets) {
+    ASSERT_GT(song().count(), 40);
+    const auto sheets = [this] {
+        int made = 0;
+        for (const int page : song().openPages())
+            made += pages().sheet(page) ? 1 : 0;
+        return made;
+    };
+    EXPECT_EQ(sheets(), 4);
+    for (int i = 0; i < 20; ++i)
+        pages().step(1);
+    EXPECT_EQ(pages().front(), 21);
+    EXPECT_TRUE(front().isVisible());
+    EXPECT_EQ(sheets(), 5) << "what is covered whole has gone";
+    pages().step(-21);
+    EXPECT_EQ(pages().front(), 20);
+}
+
+TEST_F(ManyPagesTest, APageComesBackAsItWasLeft) {
+    pages().raisePage(6);
+    VScroll1().setValue(120);
+    pages().step(1);
+    EXPECT_FALSE(pages().sheet(6));
+    EXPECT_EQ(Pic1().corner().y(), 0);
+    pages().step(-1);
+    EXPECT_EQ(VScroll1().value(), 120);
+    EXPECT_EQ(Pic1().corner().y(), 120);
+}
+
+TEST_F(ManyPagesTest, APageThatIsTypedOnOrWasMovedKeepsItsSheet) {
+    pages().raisePage(6);
+    rightPress({60, 60});
+    pages().raisePage(7);
+    EXPECT_TRUE(pages().sheet(6));
+    QTest::mousePress(&Pic1(), Qt::LeftButton, {}, {100, 100});
+    QTest::mouseMove(&Pic1(), {140, 130});
+    QTest::mouseRelease(&Pic1(), Qt::LeftButton, {}, {140, 130});
+    const QPoint moved = front().pos();
+    pages().raisePage(8);
+    EXPECT_TRUE(pages().sheet(7));
+    pages().raisePage(7);
+    EXPECT_EQ(front().pos(), moved);
+}
+
+TEST_F(ManyPagesTest, BehindPagesThatWereMovedAwayLieOthers) {
+    EXPECT_FALSE(pages().sheet(5));
+    pages().sheet(2)->setPlaced(true);
+    EXPECT_TRUE(pages().sheet(5));
+}
+
+TEST_F(ScoreSheetTest, KeysScrollThePageThatHasComeBeforeTheOthers) {
+    Pic1().setFocus();
+    pages().step(1);
+    EXPECT_TRUE(Pic1().hasFocus());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    EXPECT_GT(Pic1().corner().y(), 0);
+}
+
+TEST_F(ScoreSheetTest, EscapeLeadsFromAFieldToThePage) {
+    auto& title = control<QLineEdit>("Title");
+    window().Lmnu_Click(1);
+    menu.popup("mnuTextSW").close();
+    title.setFocus();
+    QTest::keyClick(&title, Qt::Key_Escape);
+    EXPECT_TRUE(Pic1().hasFocus());
 }
