@@ -283,6 +283,26 @@ TEST_F(MDIScoreTest, TheEndFollowsTheScoreUntilItIsTyped) {
     EXPECT_EQ(control<QLineEdit>("Text5").text(), "32");
 }
 
+TEST_F(MDIScoreTest, StartAndEndCanBeTypedAsFarAsAScoreGoes) {
+    window();
+    auto& start = control<QLineEdit>("Text4");
+    auto& end = control<QLineEdit>("Text5");
+    const auto typeInto = [](QLineEdit& field, const char* digits) {
+        field.selectAll();
+        QTest::keyClicks(&field, digits);
+        QTest::keyClick(&field, Qt::Key_Return);
+    };
+    typeInto(start, "32768");
+    typeInto(end, "200000");
+    EXPECT_EQ(song().setup.start, 32768);
+    EXPECT_EQ(song().setup.end, kMostNotes);
+    typeInto(end, "200001");
+    EXPECT_EQ(song().setup.end, 20000) << "what was a position stays, digit by digit";
+    EXPECT_EQ(end.text(), "20000");
+    typeInto(start, "-3");
+    EXPECT_EQ(song().setup.start, 0);
+}
+
 TEST_F(MDIScoreTest, AScoreIsOpenedInTheComposingWindowAndWritten) {
     putBars(2);
     dialogs.answers.push_back({"/songs/Tune.SNG", 1});
