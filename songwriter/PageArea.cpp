@@ -47,23 +47,24 @@ ScoreSheet* PageArea::makeSheet(int page) {
 }
 
 void PageArea::showPages() {
+    bool changed = false; // a page that was closed by hand leaves the others where they are
     for (auto each = sheets_.begin(); each != sheets_.end();) {
         if (parts_.song.isOpen(each->first)) {
             each->second->showPage();
             ++each;
         } else {
+            changed = changed || each->first > parts_.song.count();
             each->second->hide();
             each->second->deleteLater(); // its own button may have been pressed
             each = sheets_.erase(each);
         }
     }
-    bool grown = false;
     for (const int page : parts_.song.openPages())
         if (!sheets_.contains(page)) {
             sheets_.emplace(page, makeSheet(page));
-            grown = true;
+            changed = true;
         }
-    if (grown)
+    if (changed)
         layOut();
     if (!sheets_.contains(front_)) {
         const auto next = sheets_.lower_bound(front_);

@@ -283,6 +283,21 @@ TEST_F(MDIScoreTest, TheEndFollowsTheScoreUntilItIsTyped) {
     EXPECT_EQ(control<QLineEdit>("Text5").text(), "32");
 }
 
+TEST_F(MDIScoreTest, APageThatIsLeftAloneTakesTheRoomOfTheOthers) {
+    putBars(1);
+    press(songButton("write"));
+    const QRect alone = front().geometry();
+    putBars(60);
+    press(songButton("write"));
+    ASSERT_GT(song().count(), 1);
+    EXPECT_NE(front().geometry(), alone);
+    score().ClearNoteArrays();
+    putBars(1);
+    press(songButton("write"));
+    ASSERT_EQ(song().count(), 1);
+    EXPECT_EQ(front().geometry(), alone);
+}
+
 TEST_F(MDIScoreTest, StartAndEndCanBeTypedAsFarAsAScoreGoes) {
     window();
     auto& start = control<QLineEdit>("Text4");
