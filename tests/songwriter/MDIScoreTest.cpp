@@ -298,6 +298,23 @@ TEST_F(MDIScoreTest, APageThatIsLeftAloneTakesTheRoomOfTheOthers) {
     EXPECT_EQ(front().geometry(), alone);
 }
 
+TEST_F(MDIScoreTest, TheKeyOfATabLeadsIntoItsPanel) {
+    opened();
+    beCareful();
+    for (const auto& [key, first] :
+         {std::pair{Qt::Key_N, "chkClassic"}, {Qt::Key_S, "Check1"}, {Qt::Key_T, "Title"}}) {
+        QTest::keyClick(&window(), key, Qt::AltModifier);
+        ASSERT_NE(window().focusWidget(), nullptr);
+        EXPECT_EQ(window().focusWidget()->objectName(), first);
+        EXPECT_TRUE(window().focusWidget()->isVisible());
+    }
+    menu.popup("mnuTextSW").close();
+    QWidget* const title = window().focusWidget();
+    window().Lmnu_Click(5);
+    EXPECT_FALSE(title->isVisible()) << "a press of the mouse shows another panel";
+    EXPECT_NE(window().focusWidget(), &control<QCheckBox>("Check1")) << "and leaves the keys where they are";
+}
+
 TEST_F(MDIScoreTest, StartAndEndCanBeTypedAsFarAsAScoreGoes) {
     window();
     auto& start = control<QLineEdit>("Text4");
