@@ -178,6 +178,17 @@ ScoreSetup setupOf(const NotationOptions& options, const notation::LyricsFile& l
     return setup;
 }
 
+/// What stands in the file; nothing where no file is named.
+std::string lyricsBytes(const std::filesystem::path& file) {
+    if (file.empty())
+        return {};
+    auto bytes = readWholeFile(file);
+    if (!bytes)
+        throw Failure("The lyrics \"" + file.string() +
+                      "\" can't be read; is it there, a file, and yours to read?");
+    return std::move(*bytes);
+}
+
 } // namespace
 
 int readNumber(const QCommandLineParser& parser, const char* option, int lowest, int highest,
@@ -234,23 +245,19 @@ NotationOptions readNotationOptions(const QCommandLineParser& parser) {
 }
 
 notation::LyricsFile readLyrics(const std::filesystem::path& file) {
-    if (file.empty())
-        return {};
-    const auto bytes = readWholeFile(file);
-    if (!bytes)
-        throw Failure("The lyrics \"" + file.string() +
-                      "\" can't be read; is it there, a file, and yours to read?");
-    return notation::parseLyrics(*bytes);
+    return notation::parseLyrics(lyricsBytes(file));
 }
 
 ReadMusic readMusic(const std::filesystem::path& file, const NotationOptions& options) {
-    notation::LyricsFile lyrics = readLyrics(options.lyrics);
+    const std::string bytes = lyricsBytes(options.lyrics);
+    notation::LyricsFile lyrics = notation::parseLyrics(bytes);
     const Session session(file, options.score);
     if (session.score.NotesPerMeasure < 1)
         throw Failure("The score \"" + file.string() +
                       "\" has no measures to write: its notes per measure are below 1.");
     ReadMusic music;
     music.setup = setupOf(options, lyrics);
+    notation::takeExtras(bytes, music.setup);
     music.score = notation::readScore(session.score, session.setup, music.setup);
     music.items = std::move(lyrics.items);
     return music;

@@ -86,9 +86,13 @@ private:
     http_t* http_;
 };
 
+/// Without a point at its end, which the library's words have or don't have.
 std::string lastReason() {
     const char* const words = cups().cupsLastErrorString();
-    return words && *words ? words : "it does not answer";
+    std::string reason = words && *words ? words : "it does not answer";
+    while (reason.ends_with('.'))
+        reason.pop_back();
+    return reason;
 }
 
 std::string missingLibrary() {

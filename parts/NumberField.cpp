@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "parts/NumberField.h"
 
-#include "score/Numbers.h"
+#include "composition/SetupRules.h"
 
 #include <QLineEdit>
 
@@ -12,8 +12,8 @@ NumberField::NumberField(const QString& arrows, const QString& text, QWidget* pa
     setObjectName(arrows);
     setAlignment(Qt::AlignCenter);
     lineEdit()->setObjectName(text);
-    connect(lineEdit(), &QLineEdit::textEdited, this, [this](const QString& edited) {
-        if (const auto typed = fieldNumber(edited.toStdString()); typed && onNumber)
+    connect(lineEdit(), &QLineEdit::textEdited, this, [this] {
+        if (const auto typed = typedNumber(); typed && onNumber)
             onNumber(*typed);
     });
     connect(this, &QAbstractSpinBox::editingFinished, this, [this] { settle(); });
@@ -23,8 +23,13 @@ void NumberField::showNumber(int shown) {
     const QLineEdit& edit = *lineEdit();
     const bool isTyped = edit.hasFocus() && edit.isModified();
     const QString text = edit.text();
-    if (isTyped ? fieldNumber(text.toStdString()) != shown : text != textOf(shown))
+    if (isTyped ? typedNumber() != shown : text != textOf(shown))
         lineEdit()->setText(textOf(shown));
+}
+
+std::optional<int> NumberField::typedNumber() const {
+    const auto typed = fieldCount(lineEdit()->text().toStdString());
+    return typed && *typed <= most_ ? typed : std::nullopt;
 }
 
 void NumberField::setBlankText(const QString& greyed) {

@@ -87,6 +87,7 @@ private:
     void addBar();
     void addTabs();
     void addKeys();
+    [[nodiscard]] QWidget* panelOf(int index) const;
     void showPanel(QWidget* panel);
     void openAtStoredPlace();
     void loadSettings();

@@ -71,6 +71,13 @@ constexpr bool endsGroup(int index) {
     return index == songButton("save") || index == songButton("write") || index == songButton("loop") ||
            index == songButton("print");
 }
+
+/// The first control of a panel, for a hand that stays on the keys.
+void focusFirst(QWidget& panel) {
+    for (QWidget* next = panel.nextInFocusChain(); next != &panel; next = next->nextInFocusChain())
+        if (panel.isAncestorOf(next) && (next->focusPolicy() & Qt::TabFocus) && next->isEnabled())
+            return next->setFocus(Qt::TabFocusReason);
+}
 } // namespace
 
 void MDIScore::addBar() {
@@ -143,11 +150,16 @@ void MDIScore::addTabs() {
         tab->raise();
 }
 
+/// The panel of a tab; null for one that has a popup alone.
+QWidget* MDIScore::panelOf(int index) const {
+    const std::array<QWidget*, kTabs> panels{nullptr, texts_, nullptr, staves_, notes_, score_};
+    return panels[static_cast<std::size_t>(index)];
+}
+
 void MDIScore::Lmnu_Click(int index) {
     if (index < 0 || index >= kTabs)
         return;
-    const std::array<QWidget*, kTabs> panels{nullptr, texts_, nullptr, staves_, notes_, score_};
-    QWidget* const panel = panels[static_cast<std::size_t>(index)];
+    QWidget* const panel = panelOf(index);
     const SetupTab& tab = *Lmnu_[static_cast<std::size_t>(index)];
     if (panel)
         showPanel(panel);
@@ -161,11 +173,11 @@ void MDIScore::Lmnu_Click(int index) {
 }
 
 void MDIScore::showPanel(QWidget* panel) {
-    const std::array<QWidget*, kTabs> panels{nullptr, texts_, nullptr, staves_, notes_, score_};
-    for (std::size_t i = 0; i < panels.size(); ++i) {
-        if (panels[i])
-            panels[i]->setVisible(panels[i] == panel);
-        Lmnu_[i]->setChecked(panels[i] && panels[i] == panel);
+    for (int index = 0; index < kTabs; ++index) {
+        QWidget* const each = panelOf(index);
+        if (each)
+            each->setVisible(each == panel);
+        Lmnu_[static_cast<std::size_t>(index)]->setChecked(each && each == panel);
     }
     if (panel == texts_)
         texts_->showFonts();
@@ -233,8 +245,11 @@ void MDIScore::bindKeys() {
     desk_.menu.onPrepare(*this, [this] { showKey(); });
     for (int index = 0; index < kTabs; ++index) {
         const char* const key = kTabRows[static_cast<std::size_t>(index)].key;
-        connect(new QShortcut(QKeySequence(key), this), &QShortcut::activated, this,
-                [this, index] { Lmnu_Click(index); });
+        connect(new QShortcut(QKeySequence(key), this), &QShortcut::activated, this, [this, index] {
+            Lmnu_Click(index);
+            if (QWidget* const panel = panelOf(index))
+                focusFirst(*panel);
+        });
     }
 }
 

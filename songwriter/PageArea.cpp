@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace velmora {
 
@@ -96,7 +97,9 @@ void PageArea::drop(ScoreSheet& sheet) {
 }
 
 void PageArea::showPages() {
-    pages_ = parts_.song.openPages();
+    const std::vector<int> before = std::exchange(pages_, parts_.song.openPages());
+    // A page that was closed by hand leaves the others where they are.
+    const bool fewer = !before.empty() && before.back() > parts_.song.count();
     for (const auto& [page, sheet] : std::map(sheets_))
         if (parts_.song.isOpen(page))
             sheet->showPage();
@@ -104,6 +107,8 @@ void PageArea::showPages() {
             drop(*sheet);
     std::erase_if(corners_, [this](const auto& kept) { return !parts_.song.isOpen(kept.first); });
     makeSeen();
+    if (fewer)
+        layOut();
     if (!sheet(front_)) {
         const auto next = std::ranges::lower_bound(pages_, front_);
         front_ = 0;

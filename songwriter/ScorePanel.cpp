@@ -96,6 +96,7 @@ void ScorePanel::addLength() {
         auto* field = new NumberField(arrows, text, this);
         field->setAccessibleName(words);
         field->setGeometry(x + 36, kRow, 68, 24);
+        field->setMost(kMostNotes);
         label->setBuddy(field);
         parts_.desk.tips.SetToolTip(*field, {words, tip, ""});
         return field;
@@ -105,12 +106,12 @@ void ScorePanel::addLength() {
     notation::SongDocument& song = parts_.song;
     const auto measure = [this] { return std::max<int>(parts_.desk.workspace.score.NotesPerMeasure, 1); };
     Text4_->number = [&song] { return song.setup.start; };
-    Text4_->onNumber = [&song](std::int16_t typed) { song.setup.start = std::max<int>(typed, 0); };
+    Text4_->onNumber = [&song](int typed) { song.setup.start = typed; };
     Text4_->onStep = [&song, measure](int steps) {
         song.setup.start = std::clamp(song.setup.start + steps * measure(), 0, kMostNotes);
     };
     Text5_->number = [&song] { return song.end(); };
-    Text5_->onNumber = [&song](std::int16_t typed) { song.setup.end = std::max<int>(typed, 0); };
+    Text5_->onNumber = [&song](int typed) { song.setup.end = typed; };
     Text5_->onStep = [&song, measure](int steps) {
         song.setup.end = std::clamp(song.end() + steps * measure(), 0, kMostNotes);
     };

@@ -322,6 +322,58 @@ TEST_F(MDIScoreTest, TheEndFollowsTheScoreUntilItIsTyped) {
     EXPECT_EQ(control<QLineEdit>("Text5").text(), "32");
 }
 
+TEST_F(MDIScoreTest, APageThatIsLeftAloneTakesTheRoomOfTheOthers) {
+    putBars(1);
+    press(songButton("write"));
+    const QRect alone = front().geometry();
+    putBars(60);
+    press(songButton("write"));
+    ASSERT_GT(song().count(), 1);
+    EXPECT_NE(front().geometry(), alone);
+    score().ClearNoteArrays();
+    putBars(1);
+    press(songButton("write"));
+    ASSERT_EQ(song().count(), 1);
+    EXPECT_EQ(front().geometry(), alone);
+}
+
+TEST_F(MDIScoreTest, TheKeyOfATabLeadsIntoItsPanel) {
+    opened();
+    beCareful();
+    for (const auto& [key, first] :
+         {std::pair{Qt::Key_N, "chkClassic"}, {Qt::Key_S, "Check1"}, {Qt::Key_T, "Title"}}) {
+        QTest::keyClick(&window(), key, Qt::AltModifier);
+        ASSERT_NE(window().focusWidget(), nullptr);
+        EXPECT_EQ(window().focusWidget()->objectName(), first);
+        EXPECT_TRUE(window().focusWidget()->isVisible());
+    }
+    menu.popup("mnuTextSW").close();
+    QWidget* const title = window().focusWidget();
+    window().Lmnu_Click(5);
+    EXPECT_FALSE(title->isVisible()) << "a press of the mouse shows another panel";
+    EXPECT_NE(window().focusWidget(), &control<QCheckBox>("Check1")) << "and leaves the keys where they are";
+}
+
+TEST_F(MDIScoreTest, StartAndEndCanBeTypedAsFarAsAScoreGoes) {
+    window();
+    auto& start = control<QLineEdit>("Text4");
+    auto& end = control<QLineEdit>("Text5");
+    const auto typeInto = [](QLineEdit& field, const char* digits) {
+        field.selectAll();
+        QTest::keyClicks(&field, digits);
+        QTest::keyClick(&field, Qt::Key_Return);
+    };
+    typeInto(start, "32768");
+    typeInto(end, "200000");
+    EXPECT_EQ(song().setup.start, 32768);
+    EXPECT_EQ(song().setup.end, kMostNotes);
+    typeInto(end, "200001");
+    EXPECT_EQ(song().setup.end, 20000) << "what was a position stays, digit by digit";
+    EXPECT_EQ(end.text(), "20000");
+    typeInto(start, "-3");
+    EXPECT_EQ(song().setup.start, 0);
+}
+
 TEST_F(MDIScoreTest, AScoreIsOpenedInTheComposingWindowAndWritten) {
     putBars(2);
     dialogs.answers.push_back({"/songs/Tune.SNG", 1});

@@ -215,6 +215,16 @@ class WithLyricsTest(NotationCase):
         head = self.succeed("notation", "in.sng", "--lyrics", "words.lyr").stdout.splitlines()[0]
         self.assertEqual(head, "score 16 160 16 4 4 B flat Major")
 
+    def test_the_clean_page_has_composer_tempo_and_the_words_under_the_notes(self):
+        behind = "Composer=A. Nobody\r\nTempoWords=Lively\r\nWords=Ron-di la\r\n"
+        self.save("words.lyr", self.read("words.lyr") + behind.encode())
+        self.succeed("engrave", "in.sng", "out.txt", "--lyrics", "words.lyr")
+        texts = [line.split(" ", 3)[3] for line in self.listed("out.txt") if line.startswith("text ")]
+        for words in ("A. Nobody", "Lively", "Ron", "di", "la"):
+            self.assertIn(words, texts)
+        plain = self.page("--lyrics", "words.lyr")
+        self.assertFalse([line for line in plain if line.endswith(("A. Nobody", "Lively", "Ron"))])
+
 
 class BoundsTest(NotationCase):
     """Large and odd scores end soon and in words."""
