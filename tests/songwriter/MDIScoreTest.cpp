@@ -407,6 +407,22 @@ TEST_F(MDIScoreTest, AnythingElseIsOpenedAsLyrics) {
     EXPECT_EQ(control<QLabel>("songTitle").text(), "Morning Walk");
 }
 
+TEST_F(MDIScoreTest, LyricsThatAskForAThousandPagesOpenSoon) {
+    const std::string file = (folders.home() / "many.lyr").string();
+    ASSERT_EQ(replaceFile(file, " Page : 999999 Left: 1 Top: 2 : Pic1.CurrentY= 2 Pic1.FontSize= 12 "
+                                "Pic1.FontName= Arial  Text= end\r\n"),
+              "");
+    opened();
+    QElapsedTimer clock;
+    clock.start();
+    window().openDocument(file);
+    EXPECT_EQ(song().count(), 1000);
+    EXPECT_EQ(pages().front(), 1);
+    press(songButton("blank"));
+    EXPECT_EQ(pages().front(), 1001);
+    EXPECT_LT(clock.elapsed(), 5000);
+}
+
 TEST_F(MDIScoreTest, SavingSavesTheScoreAndThenTheWords) {
     const std::string file = (folders.home() / "words").string();
     dialogs.answers.push_back({file, 1});
