@@ -249,15 +249,13 @@ notation::LyricsFile readLyrics(const std::filesystem::path& file) {
 }
 
 ReadMusic readMusic(const std::filesystem::path& file, const NotationOptions& options) {
-    const std::string bytes = lyricsBytes(options.lyrics);
-    notation::LyricsFile lyrics = notation::parseLyrics(bytes);
+    notation::LyricsFile lyrics = readLyrics(options.lyrics);
     const Session session(file, options.score);
     if (session.score.NotesPerMeasure < 1)
         throw Failure("The score \"" + file.string() +
                       "\" has no measures to write: its notes per measure are below 1.");
     ReadMusic music;
     music.setup = setupOf(options, lyrics);
-    notation::takeExtras(bytes, music.setup);
     music.score = notation::readScore(session.score, session.setup, music.setup);
     music.items = std::move(lyrics.items);
     return music;

@@ -33,8 +33,10 @@ std::string nothingToPrint(const PrintRequest& request, const PrintedScore& scor
     return "Nothing to print: the last page is page " + std::to_string(last) + '.';
 }
 
-/// Why this can't be printed; blank if it can.
-std::string problemOf(const PrintRequest& request, std::size_t sheets, const PrintedScore& score) {
+} // namespace
+
+std::string whyNotPrintable(const PrintedScore& score, const PrintRequest& request) {
+    const std::size_t sheets = sheetsOf(score, request).size();
     if (sheets == 0)
         return nothingToPrint(request, score);
     if (sheets > kMostSheets)
@@ -44,7 +46,6 @@ std::string problemOf(const PrintRequest& request, std::size_t sheets, const Pri
         return "The margins are larger than the paper: nothing is left between them.";
     return {};
 }
-} // namespace
 
 int PrintedScore::number(int place) const {
     return numbers.empty() ? place : numbers.at(static_cast<std::size_t>(place - 1));
@@ -58,9 +59,9 @@ int PrintedScore::placeOf(int number) const {
 
 PrintOutcome printScore(const PrintedScore& score, const PrintRequest& request, PrintScreen& screen,
                         const DeliverPrint& deliver, const PaintPrint& paint) {
-    const auto sheets = sheetsOf(score, request);
-    if (std::string problem = problemOf(request, sheets.size(), score); !problem.empty())
+    if (std::string problem = whyNotPrintable(score, request); !problem.empty())
         return {.problem = std::move(problem)};
+    const auto sheets = sheetsOf(score, request);
     screen.showStatus("Preparing to print");
     if (!screen.pass(request.waits ? kFirstWait : 0))
         return {.cancelled = true};

@@ -56,6 +56,9 @@ using PaintPrint = std::function<std::optional<std::string>(
     const EngravedScore& score, std::span<const int> order, const PagePlace& place, const std::string& title,
     const std::function<bool(int page)>& goOn)>;
 
+/// Why this can't be printed, whatever the printer; blank if it can.
+[[nodiscard]] std::string whyNotPrintable(const PrintedScore& score, const PrintRequest& request);
+
 /// Prints: paints sheet by sheet, then hands the document over, once.
 [[nodiscard]] PrintOutcome printScore(const PrintedScore& score, const PrintRequest& request,
                                       PrintScreen& screen, const DeliverPrint& deliver,

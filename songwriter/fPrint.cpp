@@ -351,6 +351,8 @@ std::string fPrint::send(const notation::Printer& to, const std::string& documen
 }
 
 notation::PrintOutcome fPrint::print() {
+    if (std::string problem = whyNotPrintable(score_, request()); !problem.empty())
+        return {.problem = std::move(problem)}; // before a name is asked for
     const notation::Printer* const chosen = printer();
     std::filesystem::path file;
     if (!chosen) {

@@ -297,6 +297,15 @@ TEST_F(fPrintTest, ARangeWithoutPagesPrintsNothing) {
               std::vector<std::string>{"Printing Error: Nothing to print: page 3 comes after page 1."});
 }
 
+TEST_F(fPrintTest, NoNameIsAskedForWhereThereIsNothingToPrint) {
+    open();
+    choosePrinter("Print to file (PDF)");
+    control<QLineEdit>("Text3").setText("9");
+    window_->Command2_Click();
+    EXPECT_TRUE(desk_.dialogs.asked.empty());
+    EXPECT_EQ(boxes_, std::vector<std::string>{"Printing Error: Nothing to print: the last page is page 3."});
+}
+
 TEST_F(fPrintTest, ADragMovesThePage) {
     open();
     auto& paper = control<QWidget>("Pic1");
