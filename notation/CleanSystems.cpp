@@ -94,9 +94,14 @@ void joinStaves(EngravedPage& page, const CleanSystem& system, const WrittenScor
         addLine(page, {x, top - 0.3 * space}, {x, bottom + 0.3 * space}, kBracket * space, Role::Other);
     }
     for (std::size_t i = 0; i + 1 < tops.size(); ++i)
-        if (areJoined(score, style, i))
+        if (areJoined(score, style, i)) {
+            const double from = tops[i] + 4 * space;
             for (const double x : system.barLines)
-                addLine(page, {x, tops[i] + 4 * space}, {x, tops[i + 1]}, kThinBar * space, Role::BarLine);
+                addLine(page, {x, from}, {x, tops[i + 1]}, kThinBar * space, Role::BarLine);
+            const double thick = system.right - kThickBar * space / 2;
+            if (system.last)
+                addLine(page, {thick, from}, {thick, tops[i + 1]}, kThickBar * space, Role::BarLine);
+        }
 }
 
 /// The distance from a system's last staff to the next one's first, at least.
@@ -175,6 +180,7 @@ CleanSystem setSystem(CleanLine& line, bool ragged, const CleanMusic& music, con
     CleanSystem system;
     system.left = line.left;
     system.right = line.right;
+    system.last = line.last;
     for (std::size_t i = 1; i < line.count(); ++i)
         system.barLines.push_back(line.barLine(i));
     system.barLines.push_back(line.last ? line.right - kThinThick * space

@@ -396,6 +396,18 @@ TEST(CleanPage, TheTempoStandsOverTheFirstLine) {
     EXPECT_TRUE(std::ranges::find(words, " = 92)") != words.end());
 }
 
+TEST(CleanPage, TheLastBarLinesRunThroughAllThatIsJoined) {
+    CleanPageReader page;
+    page.setup.staves.chkChannel[1] = true;
+    page.tune({72, 74, 76, 77}).stroke(1, 67, 0, 16);
+    double thin = 0, thick = 0;
+    for (const LineMark& line : page.engrave().lines(Role::BarLine))
+        (line.width > 0.3 * kSpace ? thick : thin) +=
+            line.from.x > page.engraved.width / 4 ? std::abs(line.to.y - line.from.y) : 0;
+    EXPECT_NEAR(thick, thin, 0.1);
+    EXPECT_GT(thick, 9 * kSpace);
+}
+
 TEST(CleanPage, ALongScoreFillsItsPagesToTheFoot) {
     auto page = tuneOf(std::vector<int>(480, 71), 4);
     page.engrave();
