@@ -200,7 +200,7 @@ CleanSystem setSystem(CleanLine& line, bool ragged, const CleanMusic& music, con
         drawDrumNames(ink, line, index, music);
         if (staff == 0) {
             words.draw(ink, line, music);
-            drawAbove(ink, line);
+            drawAbove(ink, line, score);
         }
     }
     double top = 0;

@@ -396,6 +396,31 @@ TEST(CleanPage, TheTempoStandsOverTheFirstLine) {
     EXPECT_TRUE(std::ranges::find(words, " = 92)") != words.end());
 }
 
+TEST(CleanPage, TheTempoCountsTheBeatOfItsMeter) {
+    const auto markOf = [](int upper, int lower) {
+        CleanPageReader page;
+        page.meterOf(upper, lower, 12).rhythm({12}, 71);
+        page.setup.tempo = 90;
+        page.engrave();
+        const auto dots = std::ranges::count_if(page.marks(), [](const Mark& mark) {
+            return mark.role == Role::Text && std::holds_alternative<EllipseMark>(mark.shape);
+        });
+        const auto notes = page.glyphs(Role::Text);
+        std::string mark = notes.at(0).glyph == MusicGlyph::HeadHalf ? "half" : "quarter";
+        mark += dots > 0 ? "." : "";
+        for (const std::string& text : page.texts(Role::Text))
+            if (text.starts_with(" = "))
+                mark += text;
+        return mark;
+    };
+    EXPECT_EQ(markOf(4, 4), "quarter = 90");
+    EXPECT_EQ(markOf(3, 8), "quarter = 90");
+    EXPECT_EQ(markOf(6, 8), "quarter. = 60");
+    EXPECT_EQ(markOf(12, 8), "quarter. = 60");
+    EXPECT_EQ(markOf(2, 2), "half = 45");
+    EXPECT_EQ(markOf(6, 4), "half. = 30");
+}
+
 TEST(CleanPage, TheLastBarLinesRunThroughAllThatIsJoined) {
     CleanPageReader page;
     page.setup.staves.chkChannel[1] = true;
