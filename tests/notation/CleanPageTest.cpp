@@ -148,11 +148,46 @@ TEST(CleanPage, WholesHalvesAndQuartersHaveTheirHeads) {
 }
 
 TEST(CleanPage, BeyondThreeLedgerLinesNotesAreWrittenAnOctaveNearer) {
-    auto page = tuneOf({98, 100, 101, 103}, 4);
+    auto page = tuneOf({98, 100, 101, 101}, 4);
     const auto words = page.engrave().texts(Role::Text);
     EXPECT_TRUE(std::ranges::find(words, "8va") != words.end());
     for (const GlyphMark& head : page.glyphs(Role::Head))
         EXPECT_LE(page.place(head.at.y), 11);
+}
+
+TEST(CleanPage, NotesUnderOneBeamAreWrittenInOneOctave) {
+    auto page = tuneOf({50, 57, 60, 65, 69, 65, 60, 57}, 2); // the first one alone is too low
+    const auto words = page.engrave().texts(Role::Text);
+    EXPECT_EQ(std::ranges::count(words, "8vb"), 1);
+    const auto heads = page.glyphs(Role::Head);
+    ASSERT_EQ(heads.size(), 8U);
+    EXPECT_EQ(page.place(heads[0].at.y), -12 + 7);
+    EXPECT_EQ(page.place(heads[3].at.y), -3 + 7) << "the last under its beam";
+    EXPECT_EQ(page.place(heads[4].at.y), -1) << "the next group is as it is";
+}
+
+TEST(CleanPage, OctaveMarksOfOneKindAreJoined) {
+    auto page = tuneOf({96, 98, 83, 98, 84, 86, 88, 84}, 4);
+    page.engrave();
+    const auto words = page.texts(Role::Text);
+    EXPECT_EQ(std::ranges::count(words, "8va"), 1) << "a beat between them is no reason for two";
+    auto higher = tuneOf({96, 98, 105, 98}, 4);
+    const auto kinds = higher.engrave().texts(Role::Text);
+    EXPECT_EQ(std::ranges::count(kinds, "8va"), 1);
+    EXPECT_EQ(std::ranges::count(kinds, "15ma"), 0) << "one more ledger line is easier to read";
+}
+
+TEST(CleanPage, OctaveMarksFarApartAreTwo) {
+    auto page = tuneOf({98, 71, 71, 71, 71, 71, 71, 98}, 4);
+    const auto words = page.engrave().texts(Role::Text);
+    EXPECT_EQ(std::ranges::count(words, "8va"), 2);
+}
+
+TEST(CleanPage, AGroupTooWideForOneOctaveKeepsItsOwn) {
+    auto page = tuneOf({50, 88, 50, 88}, 2);
+    page.engrave();
+    for (const GlyphMark& head : page.glyphs(Role::Head))
+        EXPECT_LE(std::abs(page.place(head.at.y)), 11);
 }
 
 TEST(CleanPage, ThreeLedgerLinesNeedNoOctaveMark) {
@@ -518,6 +553,15 @@ TEST(CleanPage, LongStrokesOfCymbalsAreHollow) {
     page.engrave();
     EXPECT_EQ(headsOf(page),
               (std::vector{MusicGlyph::HeadDiamondOpen, MusicGlyph::HeadHalf, MusicGlyph::HeadTriangleOpen}));
+}
+
+TEST(CleanPage, ABarOfRestHangsFromTheLineOfDrums) {
+    auto page = drumsOf({38, 38, 38, 38});
+    page.setup.end = 32;
+    page.engrave();
+    const auto rests = page.boxes(Role::Rest);
+    ASSERT_EQ(rests.size(), 1U);
+    EXPECT_NEAR(rests[0].top, page.lines(Role::StaffLine)[0].from.y, 0.1 * kSpace);
 }
 
 TEST(CleanPage, ADrumHasItsNameWhereItComesUp) {
