@@ -17,7 +17,8 @@ constexpr double kThinBar = 0.16;
 constexpr double kThickBar = 0.5;
 constexpr double kThinThick = 0.85; ///< from the thin line of a final one to the page's edge of the thick one
 constexpr double kBracket = 0.45;
-constexpr double kStaffApart = 1; ///< air between what two staves hold
+constexpr double kStaffApart = 1;  ///< air between what two staves hold
+constexpr double kTieOfLine = 2.2; ///< the length of a tie that begins a line, and its gaps
 constexpr double kSystemApart = 1.8;
 constexpr double kSpacerPart = 0.75; ///< of `SpacerHeight` between two staves
 constexpr double kMostSpread = 7;    ///< spaces that a gap grows by at most where a page is filled
@@ -110,6 +111,13 @@ double systemStep(const CleanSystem& above, const CleanSystem& below, const Clea
                     above.lower().distanceTo(below.upper()) + kSystemApart * style.space);
 }
 
+/// A tie that comes from the line before is seen between the signatures and its head.
+void addTieRods(Chain& chain, const CleanBar& first) {
+    for (const CleanSign& sign : first.signs)
+        if (sign.at == 0 && std::ranges::any_of(sign.heads, &CleanHead::tieIn))
+            chain.rods.push_back({0, 1 + sign.column, sign.left + kTieOfLine});
+}
+
 } // namespace
 
 std::vector<CleanBreak> breakLines(std::span<const CleanBar> bars, double first, double other, bool toEnd) {
@@ -162,6 +170,7 @@ CleanSystem setSystem(CleanLine& line, bool ragged, const CleanMusic& music, con
     const double header = headerWidth(score, line.first) * space;
     line.notesFrom = std::min(line.left + header, (line.left + line.right) / 2);
     words.addRods(chain, {&line.bar(0), line.count()}, (line.notesFrom - line.left) / space);
+    addTieRods(chain, line.bar(0));
     chain.close();
     double room = (line.right - line.notesFrom) / space;
     const double finalRoom = line.last ? kThinThick : 0;

@@ -375,6 +375,26 @@ TEST(CleanPage, ATieGoesOnOverALinesEndInTwoHalves) {
     EXPECT_EQ(page.of(Role::Tie).size(), 39 + lines - 1);
 }
 
+TEST(CleanPage, ATieThatBeginsALineStandsClearOfTheKey) {
+    CleanPageReader page;
+    page.key("D").rhythm(std::vector<int>(1, 16 * 40), 64);
+    page.engrave();
+    const auto bars = page.boxes(Role::StaffLine);
+    std::size_t begun = 0;
+    for (const CurveMark& tie : page.curves(Role::Tie)) {
+        if (tie.points[0].x > bars[0].left + 12 * kSpace)
+            continue;
+        ++begun;
+        EXPECT_GE(tie.points[3].x - tie.points[0].x, 1.8 * kSpace);
+    }
+    EXPECT_GE(begun, 2U);
+    for (const Mark& tie : page.of(Role::Tie))
+        for (const Mark& sign : page.of(Role::Signature)) {
+            const Box a = page.box(tie), b = page.box(sign);
+            EXPECT_FALSE(a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom);
+        }
+}
+
 // Rests, triplets
 
 TEST(CleanPage, TripletsUnderABeamCarryTheirThreeWithoutABracket) {
