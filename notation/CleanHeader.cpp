@@ -87,17 +87,34 @@ void drawClef(CleanInk& ink, double left, StaffClef clef) {
     }
 }
 
-void drawTempo(CleanInk& ink, const CleanLine& line) {
+/// What a player counts: its head and dot, and how many quarters it has.
+struct Beat {
+    MusicGlyph head;
+    bool dotted;
+    double quarters;
+};
+Beat beatOf(const WrittenScore& score) {
+    const bool isCompound = score.TxtMeter > 3 && score.TxtMeter % 3 == 0;
+    if (isCompound && score.NoteX == 8)
+        return {MusicGlyph::HeadBlack, true, 1.5};
+    if (isCompound && score.NoteX == 4)
+        return {MusicGlyph::HeadHalf, true, 3};
+    if (score.NoteX == 2 && !isCompound)
+        return {MusicGlyph::HeadHalf, false, 2};
+    return {MusicGlyph::HeadBlack, false, 1};
+}
+
+void drawTempo(CleanInk& ink, const CleanLine& line, const Beat& beat) {
     const CleanStyle& style = ink.style();
     const double space = style.space;
     if (style.setup.tempoWords.empty() && style.setup.tempo <= 0)
         return;
-    const std::string number = std::to_string(style.setup.tempo);
+    const std::string number = std::to_string(std::lround(style.setup.tempo / beat.quarters));
     const std::string behind = " = " + number + (style.setup.tempoWords.empty() ? "" : ")");
     const double words =
         style.setup.tempoWords.empty() ? 0 : style.extent(style.setup.tempoWords, style.tempo).width;
     const double open = words > 0 ? style.extent(" (", style.metronome).width : 0;
-    const double noteWidth = 1.0 * space;
+    const double noteWidth = (beat.dotted ? 1.5 : 1.0) * space;
     const double whole = words + open + noteWidth + style.extent(behind, style.metronome).width;
     const double left = line.left + kBegin * space;
     const double y = std::min(-1.5 * space, ink.sky.highest(left, left + whole) - 1.2 * space);
@@ -111,11 +128,13 @@ void drawTempo(CleanInk& ink, const CleanLine& line) {
         ink.text(" (", style.metronome, {x, y}, Role::Text, 0);
     x += open;
     constexpr double kSmallNote = 0.8;
-    const double stem = x + noteWidth;
-    ink.add({GlyphMark{MusicGlyph::HeadBlack, {x + noteWidth / 2, y - 0.35 * space}, space * kSmallNote},
-             Role::Text, 0, kBlack});
+    const double stem = x + space;
+    ink.add(
+        {GlyphMark{beat.head, {x + space / 2, y - 0.35 * space}, space * kSmallNote}, Role::Text, 0, kBlack});
     ink.line({stem - 0.06 * space, y - 0.35 * space}, {stem - 0.06 * space, y - 2.6 * space}, 0.12 * space,
              Role::Text, 0);
+    if (beat.dotted)
+        ink.oval({x + 1.35 * space, y - 0.45 * space}, 0.15 * space, 0.15 * space, Role::Text, 0);
     ink.text(behind, style.metronome, {x + noteWidth, y}, Role::Text, 0);
 }
 
@@ -173,10 +192,10 @@ void drawStaff(CleanInk& ink, const CleanLine& line, const WrittenScore& score, 
         drawTime(ink, x, score);
 }
 
-void drawAbove(CleanInk& ink, const CleanLine& line) {
+void drawAbove(CleanInk& ink, const CleanLine& line, const WrittenScore& score) {
     const double space = ink.style().space;
     if (line.first)
-        drawTempo(ink, line);
+        drawTempo(ink, line, beatOf(score));
     if (line.count() == 0)
         return;
     const bool every = ink.style().setup.numbers;

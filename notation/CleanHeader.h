@@ -16,7 +16,7 @@ void drawStaff(CleanInk& ink, const CleanLine& line, const WrittenScore& score, 
 [[nodiscard]] double staffBottom(const Staff& staff);
 
 /// Bar numbers, and over the very first line the tempo.
-void drawAbove(CleanInk& ink, const CleanLine& line);
+void drawAbove(CleanInk& ink, const CleanLine& line, const WrittenScore& score);
 
 /// Title and composer of a page.
 /// @return the y below them

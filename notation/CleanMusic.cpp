@@ -46,25 +46,8 @@ constexpr std::array<Box, 27> kRooms{{
 
 constexpr int kLettersWhole = 196; ///< widths of heads with letters, in hundredths of a space
 constexpr int kLettersBlack = 172;
-constexpr int kHighestPlace = 11; ///< above the third ledger line an octave mark begins
 constexpr int kOctave = 7;
-
-constexpr int kTrebleMiddle = 34; // B4, in steps of the scale from C0
-constexpr int kBassMiddle = 22;   // D3
-
-/// Steps of the scale from C0, by the name's letter and the row's key.
-int scaleStep(const Pitch& pitch) {
-    constexpr std::array<int, 7> kKeysOfLetters{9, 11, 0, 2, 4, 5, 7};
-    constexpr std::array<int, 7> kStepsOfLetters{5, 6, 0, 1, 2, 3, 4};
-    const auto letter = static_cast<std::size_t>(pitch.name[0] - 'A');
-    const int key = 127 - pitch.row;
-    int altered = 0;
-    for (const char c : pitch.name.substr(1))
-        altered += c == '#' ? 1 : c == 'b' ? -1 : 0;
-    const int octave =
-        static_cast<int>(std::floor((key - altered - kKeysOfLetters.at(letter)) / 12.0 + 0.5)) - 1;
-    return octave * kOctave + kStepsOfLetters.at(letter);
-}
+constexpr int kBelowLine = -2; ///< a whole rest that hangs from the line of drums
 
 bool isNamed(const Pitch& pitch) {
     return !pitch.name.empty() && pitch.name[0] >= 'A' && pitch.name[0] <= 'G';
@@ -111,7 +94,7 @@ CleanMusic::CleanMusic(const WrittenScore& score, const ScoreSetup& setup)
         if (score.staves[staff].clef == StaffClef::Percussion)
             findDrums(static_cast<int>(staff), ofStaff[staff]);
         else
-            findOctaves(static_cast<int>(staff), ofStaff[staff]);
+            findOctavesOf(static_cast<int>(staff), ofStaff[staff]);
     numberSinging();
 }
 
@@ -137,63 +120,16 @@ void CleanMusic::numberSinging() {
     }
 }
 
-int CleanMusic::placeOf(const Written& item, const Pitch& pitch) const {
-    const StaffClef clef = score_.staves[static_cast<std::size_t>(item.staff)].clef;
-    if (clef == StaffClef::Percussion || !isNamed(pitch))
-        return 0;
-    return scaleStep(pitch) - (clef == StaffClef::Bass ? kBassMiddle : kTrebleMiddle);
-}
-
-int CleanMusic::octavesNeeded(const Written& item, int current) const {
-    int highest = -1000;
-    int lowest = 1000;
-    for (const Pitch& pitch : item.pitches) {
-        const int place = placeOf(item, pitch);
-        highest = std::max(highest, place);
-        lowest = std::min(lowest, place);
-    }
-    const auto octavesBeyond = [](int beyond) { return beyond <= 0 ? 0 : (beyond + kOctave - 1) / kOctave; };
-    const int up = octavesBeyond(highest - kHighestPlace);
-    const int down = octavesBeyond(-kHighestPlace - lowest);
-    // A chord wider than the staff can hold keeps its ledger lines on one side.
-    int needed = up > 0 ? std::min(up, 2) : -std::min(down, 2);
-    if ((needed > 0 && lowest - needed * kOctave < -kHighestPlace) ||
-        (needed < 0 && highest - needed * kOctave > kHighestPlace))
-        needed = 0;
-    if (current > 0 && needed >= 0 && needed <= current)
-        return item.tiedIn || (highest > 6 + (current - 1) * kOctave && lowest - current * kOctave >= -5)
-                   ? current
-                   : needed;
-    if (current < 0 && needed <= 0 && needed >= current)
-        return item.tiedIn || (lowest < -6 + (current + 1) * kOctave && highest - current * kOctave <= 5)
-                   ? current
-                   : needed;
-    return needed;
-}
-
-void CleanMusic::findOctaves(int staff, const std::vector<std::size_t>& items) {
+void CleanMusic::findOctavesOf(int staff, const std::vector<std::size_t>& items) {
     std::vector<const Written*> notes;
     for (const std::size_t item : items)
         if (!score_.items[item].isRest)
             notes.push_back(&score_.items[item]);
-    const auto position = [this](const Written& item) {
-        return (item.bar - 1) * score_.NotesPerMeasure + item.step;
-    };
-    std::ranges::stable_sort(notes, {}, [&](const Written* item) { return position(*item); });
-    auto& ranges = octaves_[static_cast<std::size_t>(staff)];
-    int current = 0;
-    for (const Written* item : notes) {
-        const int from = position(*item);
-        // A silence of a bar ends a range.
-        if (current != 0 && from - ranges.back().to >= score_.NotesPerMeasure)
-            current = 0;
-        const int needed = octavesNeeded(*item, current);
-        if (needed != 0 && needed != current)
-            ranges.push_back({from, from + item->steps, needed});
-        else if (needed != 0)
-            ranges.back().to = std::max(ranges.back().to, from + item->steps);
-        current = needed;
-    }
+    std::ranges::stable_sort(notes, {}, [&](const Written* item) {
+        return (item->bar - 1) * score_.NotesPerMeasure + item->step;
+    });
+    const auto index = static_cast<std::size_t>(staff);
+    octaves_[index] = findOctaves(notes, score_.staves[index].clef, score_);
 }
 
 void CleanMusic::findDrums(int staff, const std::vector<std::size_t>& items) {
@@ -230,10 +166,11 @@ const Written* CleanMusic::neighbour(std::size_t item, int direction) const {
 }
 
 void CleanMusic::addHeads(CleanSign& sign, const Written& item) const {
-    const bool drums = score_.staves[static_cast<std::size_t>(item.staff)].clef == StaffClef::Percussion;
+    const StaffClef clef = score_.staves[static_cast<std::size_t>(item.staff)].clef;
+    const bool drums = clef == StaffClef::Percussion;
     for (const Pitch& pitch : item.pitches) {
         CleanHead head;
-        head.place = placeOf(item, pitch) - sign.octaves * kOctave;
+        head.place = placeOnStaff(pitch, clef) - sign.octaves * kOctave;
         head.row = pitch.row;
         head.letter = isNamed(pitch) ? pitch.name[0] : ' ';
         head.shape = headOf(sign.value);
@@ -273,6 +210,7 @@ void CleanMusic::addSigns(CleanBar& bar, std::size_t index, bool twoVoices) {
         sum += value.wholeBar ? item.steps * static_cast<double>(kStepTicks) : lengthIn(value, whole_);
     // A length that cannot be written exactly still ends where its steps do.
     const double scale = sum > 0 ? item.steps * static_cast<double>(kStepTicks) / sum : 1;
+    const bool isDrums = score_.staves[static_cast<std::size_t>(item.staff)].clef == StaffClef::Percussion;
     const std::size_t begin = bar.signs.size();
     double at = item.step * static_cast<double>(kStepTicks);
     for (std::size_t piece = 0; piece < item.values.size(); ++piece) {
@@ -290,6 +228,8 @@ void CleanMusic::addSigns(CleanBar& bar, std::size_t index, bool twoVoices) {
         sign.id = nextId_++;
         if (twoVoices && item.isRest)
             sign.restPlace = restPlaceOf(value, item.voice);
+        else if (item.isRest && isDrums && restGlyph(value) == MusicGlyph::RestWhole)
+            sign.restPlace = kBelowLine;
         if (!item.isRest) {
             sign.octaves = octavesAt(item.staff, (item.bar - 1) * score_.NotesPerMeasure + item.step);
             addHeads(sign, item);
@@ -297,7 +237,7 @@ void CleanMusic::addSigns(CleanBar& bar, std::size_t index, bool twoVoices) {
                 continue;
             const int reach = sign.heads.front().place + sign.heads.back().place;
             sign.stemUp = twoVoices ? item.voice == 0 : reach < 0;
-            if (score_.staves[static_cast<std::size_t>(item.staff)].clef == StaffClef::Percussion)
+            if (isDrums)
                 sign.stemUp = true;
         }
         bar.signs.push_back(std::move(sign));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "notation/CleanOctaves.h"
 #include "notation/Marks.h"
 #include "notation/MusicOutlines.h"
 #include "notation/ScoreSetup.h"
@@ -107,12 +108,6 @@ struct CleanBar {
     double least = 0;      ///< where signs stand as near as they may
 };
 
-/// Where all notes of a staff are written an octave nearer.
-struct OctaveRange {
-    int from, to; ///< positions; `to` is behind the last
-    int octaves;  ///< above 0 for "8va", below for "8vb"
-};
-
 /// The clean page's second view of a score: bar by bar, every value with its moment, heads on their places.
 class CleanMusic {
 public:
@@ -139,11 +134,9 @@ private:
     void numberSinging();
     void joinTies(CleanBar& bar, std::size_t begin, std::size_t item);
     [[nodiscard]] const Written* neighbour(std::size_t item, int direction) const;
-    [[nodiscard]] int placeOf(const Written& item, const Pitch& pitch) const;
     [[nodiscard]] int octavesAt(int staff, int position) const;
     void findDrums(int staff, const std::vector<std::size_t>& items);
-    void findOctaves(int staff, const std::vector<std::size_t>& items);
-    [[nodiscard]] int octavesNeeded(const Written& item, int current) const;
+    void findOctavesOf(int staff, const std::vector<std::size_t>& items);
 
     const WrittenScore& score_;
     bool letters_;

@@ -17,7 +17,8 @@ constexpr double kThinBar = 0.16;
 constexpr double kThickBar = 0.5;
 constexpr double kThinThick = 0.85; ///< from the thin line of a final one to the page's edge of the thick one
 constexpr double kBracket = 0.45;
-constexpr double kStaffApart = 1; ///< air between what two staves hold
+constexpr double kStaffApart = 1;  ///< air between what two staves hold
+constexpr double kTieOfLine = 2.2; ///< the length of a tie that begins a line, and its gaps
 constexpr double kSystemApart = 1.8;
 constexpr double kSpacerPart = 0.75; ///< of `SpacerHeight` between two staves
 constexpr double kMostSpread = 7;    ///< spaces that a gap grows by at most where a page is filled
@@ -94,15 +95,27 @@ void joinStaves(EngravedPage& page, const CleanSystem& system, const WrittenScor
         addLine(page, {x, top - 0.3 * space}, {x, bottom + 0.3 * space}, kBracket * space, Role::Other);
     }
     for (std::size_t i = 0; i + 1 < tops.size(); ++i)
-        if (areJoined(score, style, i))
+        if (areJoined(score, style, i)) {
+            const double from = tops[i] + 4 * space;
             for (const double x : system.barLines)
-                addLine(page, {x, tops[i] + 4 * space}, {x, tops[i + 1]}, kThinBar * space, Role::BarLine);
+                addLine(page, {x, from}, {x, tops[i + 1]}, kThinBar * space, Role::BarLine);
+            const double thick = system.right - kThickBar * space / 2;
+            if (system.last)
+                addLine(page, {thick, from}, {thick, tops[i + 1]}, kThickBar * space, Role::BarLine);
+        }
 }
 
 /// The distance from a system's last staff to the next one's first, at least.
 double systemStep(const CleanSystem& above, const CleanSystem& below, const CleanStyle& style) {
     return std::max(4 * style.space + leastGap(style),
                     above.lower().distanceTo(below.upper()) + kSystemApart * style.space);
+}
+
+/// A tie that comes from the line before is seen between the signatures and its head.
+void addTieRods(Chain& chain, const CleanBar& first) {
+    for (const CleanSign& sign : first.signs)
+        if (sign.at == 0 && std::ranges::any_of(sign.heads, &CleanHead::tieIn))
+            chain.rods.push_back({0, 1 + sign.column, sign.left + kTieOfLine});
 }
 
 } // namespace
@@ -157,6 +170,7 @@ CleanSystem setSystem(CleanLine& line, bool ragged, const CleanMusic& music, con
     const double header = headerWidth(score, line.first) * space;
     line.notesFrom = std::min(line.left + header, (line.left + line.right) / 2);
     words.addRods(chain, {&line.bar(0), line.count()}, (line.notesFrom - line.left) / space);
+    addTieRods(chain, line.bar(0));
     chain.close();
     double room = (line.right - line.notesFrom) / space;
     const double finalRoom = line.last ? kThinThick : 0;
@@ -175,6 +189,7 @@ CleanSystem setSystem(CleanLine& line, bool ragged, const CleanMusic& music, con
     CleanSystem system;
     system.left = line.left;
     system.right = line.right;
+    system.last = line.last;
     for (std::size_t i = 1; i < line.count(); ++i)
         system.barLines.push_back(line.barLine(i));
     system.barLines.push_back(line.last ? line.right - kThinThick * space
@@ -194,7 +209,7 @@ CleanSystem setSystem(CleanLine& line, bool ragged, const CleanMusic& music, con
         drawDrumNames(ink, line, index, music);
         if (staff == 0) {
             words.draw(ink, line, music);
-            drawAbove(ink, line);
+            drawAbove(ink, line, score);
         }
     }
     double top = 0;

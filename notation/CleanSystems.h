@@ -15,6 +15,7 @@ struct CleanSystem {
     std::vector<double> tops; ///< of the staves, from the first one's; as near as they may stand
     std::vector<double> barLines;
     double left = 0, right = 0;
+    bool last = false; ///< ends with the thick line
 
     [[nodiscard]] const Skyline& upper() const { return staves.front().sky; }
     [[nodiscard]] const Skyline& lower() const { return staves.back().sky; }

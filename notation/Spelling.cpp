@@ -19,6 +19,7 @@ constexpr int kESharp = 11;
 constexpr int kBSharp = 12;
 constexpr int kCFlat = -7;
 constexpr int kSharpsOfESharp = 3;
+constexpr int kSharpsOfBSharp = 4;
 // Relative to the key: what it spells when nothing speaks against it.
 constexpr int kLowest = -3; ///< lowered third
 constexpr int kLowered = -2;
@@ -30,8 +31,11 @@ constexpr int modulo(int number, int by) {
     return (number % by + by) % by;
 }
 
-bool isAllowed(int fifths, int key) {
-    if (fifths >= kBSharp || (fifths == kESharp && key < kSharpsOfESharp))
+bool isAllowed(int note, int fifths, int key) {
+    if (note == 0 && fifths == kBSharp) // there is no B below it
+        return false;
+    if (fifths > kBSharp || (fifths == kBSharp && key < kSharpsOfBSharp) ||
+        (fifths == kESharp && key < kSharpsOfESharp))
         return false;
     return fifths > kCFlat || (fifths == kCFlat && key - 1 <= kCFlat);
 }
@@ -48,7 +52,7 @@ SpelledNote spelledAs(int note, int fifths) {
 int fifthsByKey(int note, int key) {
     const int above = modulo(note * kLetters - (key + kLowest), kOctave);
     const int fifths = key + kLowest + above;
-    if (isAllowed(fifths, key))
+    if (isAllowed(note, fifths, key))
         return fifths;
     return fifths > key ? fifths - kOctave : fifths + kOctave;
 }
@@ -73,9 +77,9 @@ int alterInKey(int line, int key) {
 SpelledNote spell(int note, int key, int next) {
     int fifths = fifthsByKey(note, key);
     const int place = fifths - key;
-    if (place > kRaisedFourth && next == note - 1 && isAllowed(fifths - kOctave, key))
+    if (place > kRaisedFourth && next == note - 1 && isAllowed(note, fifths - kOctave, key))
         fifths -= kOctave;
-    else if (place <= kLowered && next == note + 1 && isAllowed(fifths + kOctave, key))
+    else if (place <= kLowered && next == note + 1 && isAllowed(note, fifths + kOctave, key))
         fifths += kOctave;
     return spelledAs(note, fifths);
 }
@@ -93,7 +97,7 @@ SpelledNote spellOver(const SpelledNote& root, int rootNote, int semitones, int 
         return spelledAs(note, key + place);
     for (const Interval& interval : kIntervals) {
         const int fifths = root.fifths + interval.fifths;
-        if (interval.semitones == modulo(semitones, kOctave) && isAllowed(fifths, key))
+        if (interval.semitones == modulo(semitones, kOctave) && isAllowed(note, fifths, key))
             return spelledAs(note, fifths);
     }
     return spell(note, key);

@@ -19,8 +19,8 @@ struct SpelledNote {
 [[nodiscard]] int alterInKey(int line, int key);
 
 /// Spells a note by the key: what the key has, the raised fourth, first and fifth (the leading tones), the
-/// lowered seventh and third; the other way where @p next goes on by a semitone. No B# or Fb at all, Cb where
-/// the key has it, E# from three sharps on.
+/// lowered seventh and third; the other way where @p next goes on by a semitone. No Fb at all, Cb where the
+/// key has it, E# from three sharps on and B# from four.
 /// @param next the next note of another pitch; -1 for none
 [[nodiscard]] SpelledNote spell(int note, int key, int next = -1);
 

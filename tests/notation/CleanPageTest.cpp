@@ -148,11 +148,46 @@ TEST(CleanPage, WholesHalvesAndQuartersHaveTheirHeads) {
 }
 
 TEST(CleanPage, BeyondThreeLedgerLinesNotesAreWrittenAnOctaveNearer) {
-    auto page = tuneOf({98, 100, 101, 103}, 4);
+    auto page = tuneOf({98, 100, 101, 101}, 4);
     const auto words = page.engrave().texts(Role::Text);
     EXPECT_TRUE(std::ranges::find(words, "8va") != words.end());
     for (const GlyphMark& head : page.glyphs(Role::Head))
         EXPECT_LE(page.place(head.at.y), 11);
+}
+
+TEST(CleanPage, NotesUnderOneBeamAreWrittenInOneOctave) {
+    auto page = tuneOf({50, 57, 60, 65, 69, 65, 60, 57}, 2); // the first one alone is too low
+    const auto words = page.engrave().texts(Role::Text);
+    EXPECT_EQ(std::ranges::count(words, "8vb"), 1);
+    const auto heads = page.glyphs(Role::Head);
+    ASSERT_EQ(heads.size(), 8U);
+    EXPECT_EQ(page.place(heads[0].at.y), -12 + 7);
+    EXPECT_EQ(page.place(heads[3].at.y), -3 + 7) << "the last under its beam";
+    EXPECT_EQ(page.place(heads[4].at.y), -1) << "the next group is as it is";
+}
+
+TEST(CleanPage, OctaveMarksOfOneKindAreJoined) {
+    auto page = tuneOf({96, 98, 83, 98, 84, 86, 88, 84}, 4);
+    page.engrave();
+    const auto words = page.texts(Role::Text);
+    EXPECT_EQ(std::ranges::count(words, "8va"), 1) << "a beat between them is no reason for two";
+    auto higher = tuneOf({96, 98, 105, 98}, 4);
+    const auto kinds = higher.engrave().texts(Role::Text);
+    EXPECT_EQ(std::ranges::count(kinds, "8va"), 1);
+    EXPECT_EQ(std::ranges::count(kinds, "15ma"), 0) << "one more ledger line is easier to read";
+}
+
+TEST(CleanPage, OctaveMarksFarApartAreTwo) {
+    auto page = tuneOf({98, 71, 71, 71, 71, 71, 71, 98}, 4);
+    const auto words = page.engrave().texts(Role::Text);
+    EXPECT_EQ(std::ranges::count(words, "8va"), 2);
+}
+
+TEST(CleanPage, AGroupTooWideForOneOctaveKeepsItsOwn) {
+    auto page = tuneOf({50, 88, 50, 88}, 2);
+    page.engrave();
+    for (const GlyphMark& head : page.glyphs(Role::Head))
+        EXPECT_LE(std::abs(page.place(head.at.y)), 11);
 }
 
 TEST(CleanPage, ThreeLedgerLinesNeedNoOctaveMark) {
@@ -340,6 +375,26 @@ TEST(CleanPage, ATieGoesOnOverALinesEndInTwoHalves) {
     EXPECT_EQ(page.of(Role::Tie).size(), 39 + lines - 1);
 }
 
+TEST(CleanPage, ATieThatBeginsALineStandsClearOfTheKey) {
+    CleanPageReader page;
+    page.key("D").rhythm(std::vector<int>(1, 16 * 40), 64);
+    page.engrave();
+    const auto bars = page.boxes(Role::StaffLine);
+    std::size_t begun = 0;
+    for (const CurveMark& tie : page.curves(Role::Tie)) {
+        if (tie.points[0].x > bars[0].left + 12 * kSpace)
+            continue;
+        ++begun;
+        EXPECT_GE(tie.points[3].x - tie.points[0].x, 1.8 * kSpace);
+    }
+    EXPECT_GE(begun, 2U);
+    for (const Mark& tie : page.of(Role::Tie))
+        for (const Mark& sign : page.of(Role::Signature)) {
+            const Box a = page.box(tie), b = page.box(sign);
+            EXPECT_FALSE(a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom);
+        }
+}
+
 // Rests, triplets
 
 TEST(CleanPage, TripletsUnderABeamCarryTheirThreeWithoutABracket) {
@@ -394,6 +449,43 @@ TEST(CleanPage, TheTempoStandsOverTheFirstLine) {
     const auto words = page.engrave().texts(Role::Text);
     EXPECT_TRUE(std::ranges::find(words, "Gently") != words.end());
     EXPECT_TRUE(std::ranges::find(words, " = 92)") != words.end());
+}
+
+TEST(CleanPage, TheTempoCountsTheBeatOfItsMeter) {
+    const auto markOf = [](int upper, int lower) {
+        CleanPageReader page;
+        page.meterOf(upper, lower, 12).rhythm({12}, 71);
+        page.setup.tempo = 90;
+        page.engrave();
+        const auto dots = std::ranges::count_if(page.marks(), [](const Mark& mark) {
+            return mark.role == Role::Text && std::holds_alternative<EllipseMark>(mark.shape);
+        });
+        const auto notes = page.glyphs(Role::Text);
+        std::string mark = notes.at(0).glyph == MusicGlyph::HeadHalf ? "half" : "quarter";
+        mark += dots > 0 ? "." : "";
+        for (const std::string& text : page.texts(Role::Text))
+            if (text.starts_with(" = "))
+                mark += text;
+        return mark;
+    };
+    EXPECT_EQ(markOf(4, 4), "quarter = 90");
+    EXPECT_EQ(markOf(3, 8), "quarter = 90");
+    EXPECT_EQ(markOf(6, 8), "quarter. = 60");
+    EXPECT_EQ(markOf(12, 8), "quarter. = 60");
+    EXPECT_EQ(markOf(2, 2), "half = 45");
+    EXPECT_EQ(markOf(6, 4), "half. = 30");
+}
+
+TEST(CleanPage, TheLastBarLinesRunThroughAllThatIsJoined) {
+    CleanPageReader page;
+    page.setup.staves.chkChannel[1] = true;
+    page.tune({72, 74, 76, 77}).stroke(1, 67, 0, 16);
+    double thin = 0, thick = 0;
+    for (const LineMark& line : page.engrave().lines(Role::BarLine))
+        (line.width > 0.3 * kSpace ? thick : thin) +=
+            line.from.x > page.engraved.width / 4 ? std::abs(line.to.y - line.from.y) : 0;
+    EXPECT_NEAR(thick, thin, 0.1);
+    EXPECT_GT(thick, 9 * kSpace);
 }
 
 TEST(CleanPage, ALongScoreFillsItsPagesToTheFoot) {
@@ -481,6 +573,15 @@ TEST(CleanPage, LongStrokesOfCymbalsAreHollow) {
     page.engrave();
     EXPECT_EQ(headsOf(page),
               (std::vector{MusicGlyph::HeadDiamondOpen, MusicGlyph::HeadHalf, MusicGlyph::HeadTriangleOpen}));
+}
+
+TEST(CleanPage, ABarOfRestHangsFromTheLineOfDrums) {
+    auto page = drumsOf({38, 38, 38, 38});
+    page.setup.end = 32;
+    page.engrave();
+    const auto rests = page.boxes(Role::Rest);
+    ASSERT_EQ(rests.size(), 1U);
+    EXPECT_NEAR(rests[0].top, page.lines(Role::StaffLine)[0].from.y, 0.1 * kSpace);
 }
 
 TEST(CleanPage, ADrumHasItsNameWhereItComesUp) {
