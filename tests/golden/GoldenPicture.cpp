@@ -123,4 +123,8 @@ void remakeGolden() {
     remaking = true;
 }
 
+bool isRemakingGolden() {
+    return remaking;
+}
+
 } // namespace velmora

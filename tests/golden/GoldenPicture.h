@@ -33,5 +33,6 @@ struct Difference {
 [[nodiscard]] QString checkAgainstGolden(const QString& name, const QImage& picture, int scale);
 /// From now on `checkAgainstGolden` stores.
 void remakeGolden();
+[[nodiscard]] bool isRemakingGolden();
 
 } // namespace velmora
