@@ -22,6 +22,7 @@ constexpr int kLeft = 48;
 constexpr int kTop = 12;
 constexpr int kAcross = 28;      ///< from one sheet to the one behind it
 constexpr int kBehind = 3;       ///< sheets that look out behind the first
+constexpr int kRoomForAll = 480; ///< in less height one looks out, so that the music keeps its room
 constexpr int kPageAndBar = 810; ///< across a page at its own size and the scroll bar beside it
 constexpr std::array kZooms{0.25, 0.5, 0.67, 0.75, 0.9, 1.0, 1.25, 1.5, 2.0, 3.0, 4.0};
 } // namespace
@@ -152,7 +153,8 @@ void PageArea::step(int by) {
 
 /// @param order from the front, 0 first
 QRect PageArea::placeOf(int order) const {
-    const int behind = std::clamp(static_cast<int>(pages_.size()) - 1, 0, kBehind);
+    const int most = height() < kRoomForAll ? 1 : kBehind;
+    const int behind = std::clamp(static_cast<int>(pages_.size()) - 1, 0, most);
     const int depth = std::min(order, behind);
     const int edges = 2 * kLeft;
     const int whole = kPageAndBar + 2 * parts_.look.skin().edgeWidth;

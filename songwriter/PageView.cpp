@@ -27,7 +27,7 @@ PageView::PageView(notation::SongDocument& song, const Appearance& look, int pag
     , page_(page) {
     setObjectName("Pic1");
     setAttribute(Qt::WA_OpaquePaintEvent);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::ClickFocus);
 }
 
 void PageView::setZoom(double zoom) {
@@ -69,6 +69,7 @@ void PageView::showMarks() {
 
 void PageView::setFront(bool front) {
     front_ = front;
+    setFocusPolicy(front ? Qt::StrongFocus : Qt::ClickFocus); // Tab passes what lies beneath
     if (!front) {
         kept_ = {};
         keptPart_ = {};

@@ -23,9 +23,10 @@ namespace velmora {
 namespace {
 constexpr int kRow = 28;
 constexpr int kCaption = 10;
-constexpr int kLengthLeft = 272;
-constexpr int kSizesLeft = 510;
-constexpr int kSizePitch = 162;
+constexpr int kLengthLeft = 268;
+constexpr int kSizesLeft = 504;
+constexpr int kSizePitch = 168;
+constexpr int kSliderWidth = 96;
 constexpr int kUnit = 10; ///< pixels of a slider's step
 constexpr int kMostUnits = 30;
 constexpr const char* kByItself = "by itself";
@@ -50,13 +51,13 @@ ScorePanel::ScorePanel(const SongParts& parts, QWidget* parent) : QWidget(parent
     setObjectName("scorePanel");
     Check1_ = addCheck(
         *this, parts_,
-        {"Check1", "New Score", "Writing chooses channels and clefs by what the score holds", {12, kRow - 2}},
+        {"Check1", "New Score", "Writing chooses channels and clefs by what the score holds", {12, kRow}},
         [this](bool ticked) { parts_.song.setup.newScore = ticked; });
     addRule(*this, parts_, {116, 12, 2, 44});
     addKey();
-    addRule(*this, parts_, {kLengthLeft - 16, 12, 2, 44});
+    addRule(*this, parts_, {kLengthLeft - 13, 12, 2, 44});
     addLength();
-    addRule(*this, parts_, {kSizesLeft - 16, 12, 2, 44});
+    addRule(*this, parts_, {kSizesLeft - 15, 12, 2, 44});
     addSizes();
     refresh();
 }
@@ -90,19 +91,21 @@ void ScorePanel::chooseKey(int key) {
 
 void ScorePanel::addLength() {
     addCaption(*this, "Score Length", {kLengthLeft, kCaption, 120, 14});
-    const auto add = [this](int x, const char* words, const char* arrows, const char* text, const char* tip) {
+    const auto add = [this](int x, int wordsWidth, const char* words, const char* arrows, const char* text,
+                            const char* tip) {
         auto* label = new QLabel(words, this);
-        label->setGeometry(x, kRow, 36, 24);
+        label->setGeometry(x, kRow, wordsWidth, 24);
         auto* field = new NumberField(arrows, text, this);
         field->setAccessibleName(words);
-        field->setGeometry(x + 36, kRow, 68, 24);
+        field->setGeometry(x + wordsWidth, kRow, 68, 24);
         field->setMost(kMostNotes);
         label->setBuddy(field);
         parts_.desk.tips.SetToolTip(*field, {words, tip, ""});
         return field;
     };
-    Text4_ = add(kLengthLeft, "Start", "VScroll2", "Text4", "The first position that is written");
-    Text5_ = add(kLengthLeft + 116, "End", "VScroll1", "Text5", "Behind the last position that is written");
+    Text4_ = add(kLengthLeft, 36, "Start", "VScroll2", "Text4", "The first position that is written");
+    Text5_ =
+        add(kLengthLeft + 116, 28, "End", "VScroll1", "Text5", "Behind the last position that is written");
     notation::SongDocument& song = parts_.song;
     const auto measure = [this] { return std::max<int>(parts_.desk.workspace.score.NotesPerMeasure, 1); };
     Text4_->number = [&song] { return song.setup.start; };
@@ -128,14 +131,14 @@ void ScorePanel::addSizes() {
         slider->setRange(1, kMostUnits);
         slider->setSingleStep(1);
         slider->setPageStep(3);
-        slider->setGeometry(x, kRow + 2, 104, 20);
+        slider->setGeometry(x, kRow + 2, kSliderWidth, 20);
         parts_.desk.tips.SetToolTip(*slider, {row.words, row.tip, ""});
         slider->onDrag = [this, size = row.size](int value) {
             parts_.song.setup.*size = value * kUnit;
             refresh();
         };
         auto* value = new ReadOut(parts_.look, row.value, this);
-        value->setGeometry(x + 112, kRow + 2, 44, 20);
+        value->setGeometry(x + kSliderWidth + 8, kRow + 2, 44, 20);
         parts_.desk.tips.SetToolTip(*value, {row.words, row.tip, ""});
         sliders_[i] = slider;
         values_[i] = value;

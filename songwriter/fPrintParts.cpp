@@ -122,18 +122,19 @@ void fPrint::addTabs() {
     frame->setObjectName("SSTab1");
     frame->setGeometry(kTabPage);
     int x = kTabPage.x();
-    const auto addTab = [&](const char* words, QWidget*& page) {
+    const auto addTab = [&](const char* words, const char* tip, QWidget*& page) {
         page = new QWidget(frame);
         page->setGeometry(frame->rect());
         auto* tab = new SetupTab(look(), words, Ibak5());
         tab->setObjectName(QStringLiteral("SSTab1%1").arg(words));
         tab->setGeometry(QRect(QPoint(x, kTabPage.y() - tab->sizeHint().height() + 1), tab->sizeHint()));
         x += tab->width();
+        desk_.tips.SetToolTip(*tab, {words, tip, ""});
         connect(tab, &QAbstractButton::toggled, this, [page](bool chosen) { page->setVisible(chosen); });
         return tab;
     };
-    auto* first = addTab("Print", printPage_);
-    addTab("Image", imagePage_);
+    auto* first = addTab("Print", "Printer, paper and which pages", printPage_);
+    addTab("Image", "How large the page stands on the paper", imagePage_);
     imagePage_->hide();
     first->setChecked(true);
     addPrinterGroup();
@@ -276,6 +277,10 @@ void fPrint::addTips() {
     tips.SetToolTip(*cbPrinters_, {"Printer", "A printer of your system, or a PDF file", ""});
     tips.SetToolTip(*cbQuality_,
                     {"Quality (DPI)", "Dots an inch, as far as the printer offers a choice", ""});
+    tips.SetToolTip(*Option5_, {Option5_->text(), "Paper as it is usual in America", ""});
+    tips.SetToolTip(*Option6_, {Option6_->text(), "Paper as it is usual elsewhere", ""});
+    tips.SetToolTip(*Option1_, {Option1_->text(), "The paper stands upright", ""});
+    tips.SetToolTip(*Option2_, {Option2_->text(), "The paper lies on its long side", ""});
     tips.SetToolTip(*Text3_, {"From", "The first page to print. Blank: the first of all", ""});
     tips.SetToolTip(*Text2_, {"To", "The last page to print. Blank: the last of all", ""});
     tips.SetToolTip(*txtCopies_, {"Copies", "All pages come once, then once again for each copy", ""});

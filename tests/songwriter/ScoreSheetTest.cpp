@@ -345,3 +345,17 @@ TEST_F(ScoreSheetTest, EscapeLeadsFromAFieldToThePage) {
     QTest::keyClick(&title, Qt::Key_Escape);
     EXPECT_TRUE(Pic1().hasFocus());
 }
+
+TEST_F(ManyPagesTest, TabLeadsToThePageBeforeTheOthersAlone) {
+    Pic1().setFocus();
+    pages().step(1);
+    int views = 0;
+    for (int i = 0; i < 100; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        if (QApplication::focusWidget()->objectName() != "Pic1")
+            continue;
+        EXPECT_EQ(QApplication::focusWidget(), &Pic1());
+        ++views;
+    }
+    EXPECT_GT(views, 0);
+}

@@ -134,6 +134,43 @@ TEST_F(fPrintTest, EveryPrinterIsListedAndAFileToo) {
     EXPECT_EQ(status(), "");
 }
 
+TEST_F(fPrintTest, EveryControlHasAToolTextAndAName) {
+    open();
+    int controls = 0;
+    for (QWidget* part : window_->findChildren<QWidget*>()) {
+        const bool isControl = qobject_cast<QAbstractButton*>(part) || qobject_cast<QComboBox*>(part) ||
+                               qobject_cast<QLineEdit*>(part) || qobject_cast<QAbstractSpinBox*>(part);
+        if (!isControl || part->objectName().startsWith("qt_") ||
+            part->parentWidget()->objectName().startsWith("qt_") ||
+            qobject_cast<QAbstractSpinBox*>(part->parentWidget()) ||
+            qobject_cast<QComboBox*>(part->parentWidget()))
+            continue;
+        ++controls;
+        EXPECT_TRUE(desk_.tips.toolTip(*part)) << qPrintable(part->objectName());
+        const QAccessibleInterface* const spoken = QAccessible::queryAccessibleInterface(part);
+        EXPECT_FALSE(spoken->text(QAccessible::Name).trimmed().isEmpty()) << qPrintable(part->objectName());
+    }
+    EXPECT_GT(controls, 20);
+}
+
+TEST_F(fPrintTest, TabLeadsThroughAllControlsFromLeftToRightAndDown) {
+    open();
+    auto& print = control<QAbstractButton>("Command2");
+    print.setFocus();
+    QStringList order;
+    for (int i = 0; i < 40; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        if (QApplication::focusWidget() == &print)
+            break;
+        order += QApplication::focusWidget()->objectName();
+    }
+    const QStringList expected{"cmdCancel", "Pic1",     "chkFit",  "chkCenter", "cbPrinters", "cbQuality",
+                               "Option5",   "Option6",  "Option1", "Option2",   "VScroll1",   "VScroll2",
+                               "VScroll3",  "VScroll4", "Text3",   "Text2",     "txtCopies",  "Command7"};
+    order.removeIf([&](const QString& name) { return name.startsWith("SSTab1") || name.isEmpty(); });
+    EXPECT_EQ(order, expected) << qPrintable(order.join(' '));
+}
+
 TEST_F(fPrintTest, WithoutAPrinterAFileIsLeft) {
     printers_.clear();
     lookProblem_ = "The print server does not answer.";
