@@ -37,6 +37,7 @@ public:
     Grouper(const Meter& meter, std::span<Written> items, std::span<const int> starts)
         : meter_(meter)
         , items_(items) {
+        flagged_.reserve(items.size());
         for (std::size_t i = 0; i < items.size(); ++i)
             addItem(i, starts[i]);
     }

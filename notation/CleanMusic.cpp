@@ -121,14 +121,16 @@ void CleanMusic::numberSinging() {
 }
 
 void CleanMusic::findOctavesOf(int staff, const std::vector<std::size_t>& items) {
+    const auto index = static_cast<std::size_t>(staff);
     std::vector<const Written*> notes;
+    notes.reserve(items.size());
     for (const std::size_t item : items)
         if (!score_.items[item].isRest)
             notes.push_back(&score_.items[item]);
-    std::ranges::stable_sort(notes, {}, [&](const Written* item) {
-        return (item->bar - 1) * score_.NotesPerMeasure + item->step;
-    });
-    const auto index = static_cast<std::size_t>(staff);
+    if (score_.staves[index].secondChannel >= 0)
+        std::ranges::stable_sort(notes, {}, [&](const Written* item) {
+            return (item->bar - 1) * score_.NotesPerMeasure + item->step;
+        });
     octaves_[index] = findOctaves(notes, score_.staves[index].clef, score_);
 }
 

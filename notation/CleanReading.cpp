@@ -25,14 +25,21 @@ public:
         , staff_(staff)
         , voice_(voice) {}
 
-    /// What the bar from @p start holds of the voice: all of it, in the order of time.
+    /// What a bar holds of the voice: all of it, in the order of time.
     struct Bar {
         std::vector<Written> items;
         std::vector<const SpelledHeads*> heads; ///< of each item; null for a rest
         std::vector<int> places;                ///< where each begins, in ticks, and the bar's end
+
+        void clear() {
+            items.clear();
+            heads.clear();
+            places.clear();
+        }
     };
-    Bar readBar(const Meter& meter, const StepGrid& grid, int number, int start, int end) {
-        Bar bar;
+    /// @param bar becomes the one from @p start; its room is used again
+    void readBar(const Meter& meter, const StepGrid& grid, int number, int start, int end, Bar& bar) {
+        bar.clear();
         int position = start;
         while (position < end) {
             while (next_ < notes_.size() && notes_[next_].note.end <= position)
@@ -60,7 +67,6 @@ public:
         }
         bar.places.push_back(meter.bar().length);
         writeValues(meter, grid, bar);
-        return bar;
     }
 
 private:
@@ -110,16 +116,16 @@ public:
                 spellVoice(notes, clef_, kKeys[static_cast<std::size_t>(written.key)].fifths), staff,
                 static_cast<int>(voices_.size()));
         }
+        bars_.resize(voices_.size());
     }
 
     void readBar(const Meter& meter, const StepGrid& grid, int start, WrittenScore& into) {
         const int number = start / into.NotesPerMeasure + 1;
-        std::vector<VoiceReader::Bar> bars;
-        for (VoiceReader& voice : voices_)
-            bars.push_back(voice.readBar(meter, grid, number, start, start + into.NotesPerMeasure));
+        for (std::size_t i = 0; i < voices_.size(); ++i)
+            voices_[i].readBar(meter, grid, number, start, start + into.NotesPerMeasure, bars_[i]);
         if (clef_ != StaffClef::Percussion)
-            setSigns(number, bars);
-        for (VoiceReader::Bar& bar : bars) {
+            setSigns(number, bars_);
+        for (VoiceReader::Bar& bar : bars_) {
             if (bar.items.size() > 1)
                 groupBeams(meter, bar.items, bar.places);
             else
@@ -173,6 +179,7 @@ private:
     Accidentals accidentals_;
     StaffClef clef_;
     std::vector<VoiceReader> voices_;
+    std::vector<VoiceReader::Bar> bars_; ///< of each voice, the bar that is being read
 };
 
 /// The mean row of a channel's notes; the lower of two has the higher pitch.
