@@ -15,6 +15,7 @@ constexpr double kFromStem = 0.35;
 constexpr double kAir = 0.35; ///< to what stands below the arc
 constexpr double kLineEnd = 0.3;
 constexpr double kMostHeight = 5;
+constexpr double kHigher = 0.15; ///< from one arc that is tried to the next
 
 /// A place that the arc has to pass, in pixels.
 struct Cleared {
@@ -171,7 +172,8 @@ private:
             for (const double last : {0.0, 0.5, 1.0, 1.5}) {
                 const Point from{left.x, left.y + side * first * space_};
                 const Point to{right.x, right.y + side * last * space_};
-                for (double height = least; height < kMostHeight; height += 0.15) {
+                for (int step = 0; least + step * kHigher < kMostHeight; ++step) {
+                    const double height = least + step * kHigher;
                     const double own = height + 0.7 * (first + last);
                     if (own >= cost)
                         break;
