@@ -7,7 +7,9 @@
 #include <jack/jack.h>
 
 #include <algorithm>
+#include <functional>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 namespace velmora {
@@ -45,7 +47,8 @@ void JackHandle::closeLost(Clients& all) {
     if (std::ranges::none_of(all.open, [](const JackHandle* one) { return one->serverLost(); }))
         return;
     for (JackHandle* one : all.open)
-        one->lost_ = true;
+        if (!one->lost_.exchange(true) && one->tellLost_)
+            one->tellLost_();
     for (JackHandle* one : all.open) {
         // A call that began before ends first; none waits for a server that is dead.
         const std::lock_guard lock(one->use_);
@@ -80,9 +83,15 @@ std::unique_ptr<JackHandle> JackHandle::open(const char* name) {
     return handle;
 }
 
+void JackHandle::onLost(std::function<void()> tell) {
+    const std::lock_guard lock(clients().mutex);
+    tellLost_ = std::move(tell);
+}
+
 JackHandle::~JackHandle() {
     Clients& all = clients();
     const std::lock_guard lock(all.mutex);
+    closeLost(all); // the others may be told of it only after the next is opened, which would delete them
     if (std::erase(all.open, this) > 0)
         library().jack_client_close(client_);
 }

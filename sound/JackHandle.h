@@ -48,8 +48,9 @@ public:
     [[nodiscard]] jack_client_t* get() const { return client_; }
     /// Thread-safe: yes. Realtime-safe: yes.
     [[nodiscard]] bool serverLost() const noexcept { return lost_; }
-    /// @param tell called on a thread of the library. To be set before the client is activated.
-    void onLost(std::function<void()> tell) { tellLost_ = std::move(tell); }
+    /// @param tell called on a thread of the library, or on one that finds another client lost; once or
+    /// twice. To be set before the client is activated.
+    void onLost(std::function<void()> tell);
 
 private:
     struct Library;
