@@ -23,7 +23,10 @@ class Keyboard(KeyboardJourney):
             keys.play(codes)
             if after:
                 self.screen.do(*after)
-        heard = notes(self.hear(play))
+        for _ in range(3):  # a server under load can bend a note
+            heard = notes(self.hear(play))
+            if self.pitches(heard) == SCALE_PITCHES[:len(codes)]:
+                break
         self.assertEqual(self.pitches(heard), SCALE_PITCHES[:len(codes)], heard)
         for one, other in zip(heard, heard[1:]):
             self.assertLess(abs(other.onset - one.onset - 0.26), 0.2, heard)

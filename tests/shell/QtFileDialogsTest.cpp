@@ -145,13 +145,16 @@ TEST_F(QtFileDialogsTest, SizesAndDatesAreShownWhole) {
     driver_.in<QFileDialog>([&](QFileDialog& dialog) {
         driver_.waitUntil([&] { return listed(dialog).size() == 1; });
         const auto& list = part<QTreeView>(dialog, "treeView");
-        for (int column = 1; column < list.model()->columnCount(); ++column) {
-            if (list.isColumnHidden(column))
-                continue;
-            EXPECT_GE(list.columnWidth(column),
-                      static_cast<const QAbstractItemView&>(list).sizeHintForColumn(column))
-                << column;
-        }
+        const auto cutColumn = [&] {
+            for (int column = 1; column < list.model()->columnCount(); ++column)
+                if (!list.isColumnHidden(column) &&
+                    list.columnWidth(column) <
+                        static_cast<const QAbstractItemView&>(list).sizeHintForColumn(column))
+                    return column;
+            return 0;
+        };
+        driver_.waitUntil([&] { return cutColumn() == 0; }); // sizes are told after names
+        EXPECT_EQ(cutColumn(), 0);
         dialog.reject();
     });
     EXPECT_EQ(dialogs_.OpenDialog("Open Score File", kOpenTypes, folder()).path, "");
