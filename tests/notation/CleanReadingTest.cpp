@@ -51,17 +51,24 @@ BarSum sumOf(const std::vector<const Written*>& items, double stepsOfWhole) {
     return sum;
 }
 
+/// A note of any row, or a rest: one in so many is. @return its end
+int writeAtRandom(Score& score, int channel, int position, int end, std::mt19937& random,
+                  unsigned restsOneIn) {
+    const int row = static_cast<int>(random() % 128);
+    const bool isRest = random() % restsOneIn == 0;
+    for (int at = position; at < end; ++at)
+        score.NoteCell.set(channel, at,
+                           static_cast<std::int16_t>(isRest           ? -1
+                                                     : at == position ? row
+                                                                      : row + 1000));
+    return end;
+}
+
 void fillAtRandom(Score& score, int channel, std::mt19937& random, int length) {
     const int longest = 1 + static_cast<int>(random() % 24);
     for (int position = 0; position < length;) {
         const int steps = 1 + static_cast<int>(random() % static_cast<unsigned>(longest));
-        const int row = static_cast<int>(random() % 128);
-        const bool isRest = random() % 4 == 0;
-        for (int i = 0; i < steps && position < length; ++i, ++position)
-            score.NoteCell.set(channel, position,
-                               static_cast<std::int16_t>(isRest   ? -1
-                                                         : i == 0 ? row
-                                                                  : row + 1000));
+        position = writeAtRandom(score, channel, position, std::min(position + steps, length), random, 4);
     }
     score.FindEndOfSong();
 }
@@ -71,13 +78,7 @@ void fillWithThirds(Score& score, int channel, std::mt19937& random, int third, 
     constexpr std::array kThirds{1, 1, 1, 2, 2, 3, 4, 4, 5, 6, 7, 8, 10};
     for (int position = 0; position < length;) {
         const int steps = kThirds[random() % kThirds.size()] * third;
-        const int row = static_cast<int>(random() % 128);
-        const bool isRest = random() % 6 == 0;
-        for (int i = 0; i < steps && position < length; ++i, ++position)
-            score.NoteCell.set(channel, position,
-                               static_cast<std::int16_t>(isRest   ? -1
-                                                         : i == 0 ? row
-                                                                  : row + 1000));
+        position = writeAtRandom(score, channel, position, std::min(position + steps, length), random, 6);
     }
     score.FindEndOfSong();
 }
